@@ -1,0 +1,26 @@
+#pragma once
+// The registry of built-ins, the conversions of their arguments, and the error report.
+
+#include "Files/LLVM/RValue.h"
+
+#include <cstdint>
+
+class CInstance;
+
+// A built-in. result: the caller's, holds whatever the caller left there. args: at least argc values.
+typedef void (*TFunction)(RValue& result, CInstance* self, CInstance* other, int argc, RValue* args);
+
+// argc: the count that the script language shows. Handlers check their counts for themselves.
+void Function_Add(const char* name, TFunction handler, int argc, bool flag);
+
+// Reports a script error. Returns: the handler goes on, and the host raises the error once the handler is back.
+#if defined(__GNUC__)
+__attribute__((format(printf, 1, 2)))
+#endif
+void KvError(const char* format, ...);
+
+// Conversions of args[index], whatever its kind. NaN gives 0, a number out of range the nearest in range.
+int32_t KvGetInt32(const RValue* args, int index);
+float KvGetFloat(const RValue* args, int index);
+double KvGetReal(const RValue* args, int index);
+bool KvGetBool(const RValue* args, int index);

@@ -1,0 +1,118 @@
+#pragma once
+// The one registry of cameras. Game thread only; no locks.
+//
+// R1 A camera's identifier is the index of its slot in m_cameras. Freed identifiers are handed out again.
+// R2 The manager owns every camera of the table, and each stands there once.
+// R3 The room list and the active camera only point at cameras that the table holds.
+// R4 A camera has at most one proxy, which points back at it and is a root of the collector exactly while it lives.
+// R5 The cached slot is -1 or lies inside the table.
+// R6 Entries that hold no camera are null.
+//
+// Exceptions. A host may break R1 with CCamera::SetID, or by reading a record into a registered camera: look-ups then
+// scan, and the lowest slot wins. Clean leaves entries that point at freed cameras until the host has refilled the
+// table (R2, R3, R6). Validate checks all six.
+
+#include "Files/Buffer/Buffer.h"
+#include "Files/Graphics/Camera.h"
+#include "Files/Instance/Instance.h"
+#include "Files/Room/Room.h"
+
+#include <cstdint>
+
+constexpr int ROOM_CAMERAS = 1 + ROOM_VIEWS;                // the default camera, then a camera for each view
+constexpr int CAMERA_ID_LAST_LOADED = 16 * 1024 * 1024 - 1; // a saved identifier above it is damage, not a camera
+
+class CCameraManager
+{
+public:
+    // ---- the record ----
+    CCamera* m_activeCamera;      // null: none
+    CInstance* m_pScriptInstance; // in whose name callbacks run; from StartRoom to EndRoom, else null
+    CCamera** m_cameras;          // the table, m_cameraListSize entries
+    CCamera** m_roomcameras;      // the running room's cameras, ROOM_CAMERAS entries; tried first by look-ups
+    int32_t m_cameraListSize;
+    int32_t m_InitialLoadHighPoint; // lowest slot that new cameras take and that a room's end sweeps
+    int32_t m_lastCamPos;           // slot of the last look-up, -1 for none
+
+    // ---- life ----
+    CCameraManager();  // one empty slot. m_InitialLoadHighPoint keeps what the (zeroed, static) storage holds
+    ~CCameraManager(); // frees every camera and both tables
+    CCameraManager(const CCameraManager&) = delete;
+    CCameraManager& operator=(const CCameraManager&) = delete;
+
+    // Frees every camera and forgets the active camera and the script instance, but leaves the table's and the room
+    // list's entries as they are, now stale: the caller refills or discards both before anything else is asked.
+    void Clean();
+
+    // ---- look-up: any integer may be asked ----
+    CCamera* GetCamera(int id); // cached slot, room list, table; null when there is none
+    void SetActiveCamera(int id);
+    CCamera* GetActiveCamera() { return m_activeCamera; }
+    int FindCameraInList(int id); // the slot, or -1
+
+    // ---- creation and destruction; null when memory is refused ----
+    CCamera* CreateCamera();
+    CCamera* CloneCamera(int id); // view state, target, callbacks and matrices; null for an unknown camera
+    void DestroyCamera(int id);
+
+    // ---- rooms (Camera_Rooms.cpp) ----
+    CCamera* CreateCameraFromView(KvRoomView* view); // takes null: null
+    void StartRoom();
+    void EndRoom(); // destroys clones that are not persistent, at the high point and above
+    void BuildRoomCameraList();
+
+    // Registers a camera under an identifier, in place of the camera that has it; -1 picks a free slot.
+    // Not registered, and still the caller's: another negative identifier, or a table that cannot grow.
+    // The camera must not stand in another slot.
+    void AddCameraToList(CCamera* camera, int id);
+
+    // ---- the host's moments ----
+    void SetupLumFunctions();       // enters the 47 built-ins (Function_Table.cpp); once
+    void SetInitialLoadHighPoint(); // after the game's load: the number of slots in use. Weak: a host may bring its own
+    CInstance* GetScriptInstance(); // weak likewise
+
+    // ---- saved state (Camera_State.cpp) ----
+    void Serialize(IBuffer* buffer);
+    bool DeSerialize(IBuffer* buffer); // frees the camera in slot 0, then adds what the stream holds; always true
+
+    // ---- checks ----
+    const char* Validate() const; // null, or which of R1..R6 does not hold. Walks everything: debug and tests
+
+    // Whether a camera survived a callback. Taken before, asked after; a camera that was never registered counts as
+    // alive, because nobody but its owner can free it.
+    class Ticket
+    {
+    public:
+        explicit Ticket(const CCamera* camera);
+        bool StillThere() const;
+
+    private:
+        const CCamera* m_camera;
+        uint32_t m_birth;
+        uint32_t m_cleanings;
+        bool m_wasRegistered;
+    };
+
+private:
+    friend class CCamera;
+
+    CCamera* NewCamera(int line);          // default state, not placed
+    CCamera* PlaceOrFree(CCamera* camera); // the camera, or null when there is no room for it
+    bool PlaceInFreeSlot(CCamera* camera);
+    bool GrowTable(int64_t size);
+    void FreeCamera(CCamera* camera); // detach, destroy, free; the table is the caller's to mend
+    void FreeAllCameras();
+    void DestroySlot(int slot);
+    CCamera* FindInTable(int id);  // cached slot, then table
+    int SearchTable(int id) const; // the table alone: lowest slot of that identifier, or -1
+    bool InTable(int slot) const { return slot >= 0 && slot < m_cameraListSize; }
+    bool IdentifiersAreSlots() const; // R1
+    bool Holds(const CCamera* camera) const;
+    static void IdentifierChanges(const CCamera* camera);
+
+    // The manager for which R1 is known to hold, so that a look-up may index instead of scanning. Null: not known.
+    static const CCameraManager* ms_proven;
+    static uint32_t ms_cleanings; // how often a whole table was freed: its entries are not to be trusted afterwards
+};
+
+extern CCameraManager g_CM; // every built-in and the host go through this one

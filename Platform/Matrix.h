@@ -1,0 +1,60 @@
+#pragma once
+// Matrices and vectors.
+//
+// Storage    row-major: _12 is row 1, column 2, and m[1].
+// Vectors    rows, multiplied on the left: p' = p * M, so the fourth row holds the translation.
+// Products   a * b applies a first: room * view * projection.
+// Hand       left-handed; depth 0 (near) to 1 (far).
+// Room y     grows downwards; a camera's own up vector follows its build (see Camera.h).
+// Floats     strictly 32 bits, no fused or reordered operations (Strict_Float.h).
+
+#include <cstdint>
+
+struct kvVector3
+{
+    float x, y, z;
+};
+
+struct kvMatrix
+{
+#if defined(__GNUC__)
+#pragma GCC diagnostic push
+#pragma GCC diagnostic ignored "-Wpedantic" // a nameless struct: every compiler that we know takes it
+#endif
+    union
+    {
+        struct
+        {
+            float _11, _12, _13, _14;
+            float _21, _22, _23, _24;
+            float _31, _32, _33, _34;
+            float _41, _42, _43, _44;
+        };
+        float m[16];
+        uint32_t u[16]; // the same bits, for exact copies and comparisons
+    };
+#if defined(__GNUC__)
+#pragma GCC diagnostic pop
+#endif
+
+    // out = a * b; out may be a or b. Host.
+    static void Multiply(kvMatrix& out, const kvMatrix& a, const kvMatrix& b);
+
+    // Room to view space: the eye at the origin, looking along +z. Host.
+    // z = norm(at - eye), x = norm(cross(up, z)), y = cross(z, x) are the first three columns.
+    static void LookAtLH(kvMatrix& out, const kvVector3& eye, const kvVector3& at, const kvVector3& up);
+
+    // Parallel projection of a box of width x height about the z axis. Host.
+    // _11 = 2/w, _22 = 2/h, _33 = 1/(f-n), _43 = n/(n-f), _44 = 1.
+    static void OrthoLH(kvMatrix& out, float width, float height, float zNear, float zFar);
+
+    // Perspective projection; width and height are those of the near plane. Host.
+    // _11 = 2n/w, _22 = 2n/h, _33 = f/(f-n), _34 = 1, _43 = nf/(n-f).
+    static void PerspectiveLH(kvMatrix& out, float width, float height, float zNear, float zFar);
+
+    // Replaces the matrix by its inverse and answers true; answers false and changes nothing when the determinant is
+    // exactly zero. Not finite where the determinant is tiny or not a number. Module: Matrix_Invert.cpp.
+    bool Invert();
+};
+
+static_assert(sizeof(kvMatrix) == 64, "sixteen floats");
