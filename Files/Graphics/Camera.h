@@ -23,6 +23,7 @@
 #include <cstddef>
 #include <cstdint>
 
+class CInstance;
 class Camera_GCProxy;
 
 class CCamera
@@ -74,6 +75,7 @@ public:
 
     // Copies the six matrices, the rectangle and the angle, as they stand; nothing else. Takes itself.
     void CopyFrom(CCamera* source);
+    void CopyViewFrom(const CCamera& source); // what a clone takes: the nine view values and the target
 
     // ---- identifier: the manager's to give ----
     void SetID(int id); // a registered camera can be found by the new number, but keeps its slot
@@ -159,6 +161,8 @@ public:
     void DeSerialize(IBuffer* buffer);
 
 private:
+    void UpdateProducts();          // C2, C3 and the product's inverse
+    void Follow(CInstance& target); // one step of the rectangle, and a build
     void SetScript(RValue& field, RValue* script, const char* builtin);
 };
 

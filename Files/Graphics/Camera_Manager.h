@@ -96,19 +96,23 @@ public:
 private:
     friend class CCamera;
 
-    CCamera* NewCamera(int line);          // default state, not placed
-    CCamera* PlaceOrFree(CCamera* camera); // the camera, or null when there is no room for it
+    CCamera* NewCamera(int line);       // default state, not placed
+    CCamera* NewPlacedCamera(int line); // null when the camera or its slot was refused
     bool PlaceInFreeSlot(CCamera* camera);
     bool GrowTable(int64_t size);
-    void FreeCamera(CCamera* camera); // detach, destroy, free; the table is the caller's to mend
-    void FreeAllCameras();
+    void Store(CCamera* camera, int slot);
+    void FreeCamera(CCamera* camera); // the table is the caller's to mend
     void DestroySlot(int slot);
-    CCamera* FindInTable(int id);  // cached slot, then table
+    void DestroyOccupant(int slot);
+    CCamera* FindInTable(int id); // cached slot, then table
+    int FindSlot(int id);
     int SearchTable(int id) const; // the table alone: lowest slot of that identifier, or -1
     bool InTable(int slot) const { return slot >= 0 && slot < m_cameraListSize; }
     bool IdentifiersAreSlots() const; // R1
     bool Holds(const CCamera* camera) const;
-    static void IdentifierChanges(const CCamera* camera);
+    static void IdentifierChanges(const CCamera* camera); // before a registered camera's identifier may change
+    void ClearForLoad();
+    void LoadCamera(IBuffer* buffer);
 
     // The manager for which R1 is known to hold, so that a look-up may index instead of scanning. Null: not known.
     static const CCameraManager* ms_proven;

@@ -1,0 +1,132 @@
+#include "Platform/Strict_Float.h"
+
+#include "Files/Graphics/Camera.h"
+
+#include "Files/Graphics/Camera_GCProxy.h"
+#include "Files/Graphics/Camera_Manager.h"
+#include "Files/Graphics/Values.h"
+
+namespace
+{
+
+constexpr kvMatrix IDENTITY = {{{1, 0, 0, 0, 0, 1, 0, 0, 0, 0, 1, 0, 0, 0, 0, 1}}};
+
+uint32_t s_births; // wraps after four thousand million cameras, which is no matter: see CCameraManager::Ticket
+
+void Discard(RValue& field)
+{
+    ReleaseValue(field);
+    field = MakeEmpty(VALUE_UNDEFINED);
+}
+
+} // namespace
+
+CCamera::CCamera()
+    : pGCProxy(nullptr),
+      m_projMat(IDENTITY),
+      m_viewMat(IDENTITY),
+      m_viewProjMat(IDENTITY),
+      m_invProjMat(IDENTITY),
+      m_invViewMat(IDENTITY),
+      m_invViewProjMat(IDENTITY),
+      m_viewX(0.0f),
+      m_viewY(0.0f),
+      m_viewWidth(0.0f),
+      m_viewHeight(0.0f),
+      m_viewSpeedX(0.0f),
+      m_viewSpeedY(0.0f),
+      m_viewBorderX(0.0f),
+      m_viewBorderY(0.0f),
+      m_viewAngle(0.0f),
+      m_targetInstance(-1),
+      m_ID(-1),
+      m_beginScript(MakeReal(-1.0)),
+      m_endScript(MakeReal(-1.0)),
+      m_updateScript(MakeReal(-1.0)),
+      m_is2D(true),
+      m_isViewDirty(false),
+      m_isClone(false),
+      m_isPersistent(false),
+      m_birth(++s_births)
+{
+}
+
+CCamera::~CCamera()
+{
+    if (pGCProxy != nullptr)
+    {
+        pGCProxy->Detach();
+        pGCProxy = nullptr;
+    }
+    Discard(m_beginScript);
+    Discard(m_endScript);
+    Discard(m_updateScript);
+}
+
+void CCamera::CopyFrom(CCamera* source)
+{
+    m_projMat = source->m_projMat;
+    m_viewMat = source->m_viewMat;
+    m_viewProjMat = source->m_viewProjMat;
+    m_invProjMat = source->m_invProjMat;
+    m_invViewMat = source->m_invViewMat;
+    m_invViewProjMat = source->m_invViewProjMat;
+    m_viewX = source->m_viewX;
+    m_viewY = source->m_viewY;
+    m_viewWidth = source->m_viewWidth;
+    m_viewHeight = source->m_viewHeight;
+    m_viewAngle = source->m_viewAngle;
+}
+
+void CCamera::CopyViewFrom(const CCamera& source)
+{
+    m_viewX = source.m_viewX;
+    m_viewY = source.m_viewY;
+    m_viewWidth = source.m_viewWidth;
+    m_viewHeight = source.m_viewHeight;
+    m_viewSpeedX = source.m_viewSpeedX;
+    m_viewSpeedY = source.m_viewSpeedY;
+    m_viewBorderX = source.m_viewBorderX;
+    m_viewBorderY = source.m_viewBorderY;
+    m_viewAngle = source.m_viewAngle;
+    m_targetInstance = source.m_targetInstance;
+}
+
+void CCamera::SetID(int id)
+{
+    if (id != m_ID)
+        CCameraManager::IdentifierChanges(this);
+    m_ID = id;
+}
+
+void CCamera::SetProjMat(const kvMatrix& projection)
+{
+    m_projMat = projection;
+    m_invProjMat = m_projMat;
+    m_invProjMat.Invert();
+    UpdateProducts();
+}
+
+void CCamera::SetViewMat(const kvMatrix& view)
+{
+    m_viewMat = view;
+    m_invViewMat = m_viewMat;
+    m_invViewMat.Invert();
+    UpdateProducts();
+}
+
+void CCamera::UpdateProducts()
+{
+    kvMatrix::Multiply(m_viewProjMat, m_viewMat, m_projMat);
+    m_invViewProjMat = m_viewProjMat;
+    m_invViewProjMat.Invert();
+    Update2D();
+}
+
+void CCamera::Update2D()
+{
+    m_is2D = m_projMat._34 == 0.0f && // no perspective
+             m_projMat._21 == 0.0f && m_projMat._31 == 0.0f && m_projMat._12 == 0.0f && m_projMat._32 == 0.0f &&
+             m_projMat._13 == 0.0f && m_projMat._23 == 0.0f && // a box along the axes
+             m_viewMat._13 == 0.0f && m_viewMat._23 == 0.0f;   // seen straight along z
+}

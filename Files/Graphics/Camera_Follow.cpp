@@ -1,0 +1,120 @@
+// The step that a camera takes in every update.
+#include "Platform/Strict_Float.h"
+
+#include "Files/Graphics/Camera.h"
+
+#include "Files/Graphics/Camera_Manager.h"
+#include "Files/Instance/Instance.h"
+#include "Files/Object/Object.h"
+#include "Files/Room/Room.h"
+
+#include <cmath>
+
+namespace
+{
+
+bool TakesPart(const CInstance* instance)
+{
+    return (instance->m_flags & (eInstanceFlag_Marked | eInstanceFlag_Deactivated)) == 0;
+}
+
+CInstance* FindById(int id)
+{
+    CInstance* const instance = CInstance::ms_ID2Instance.Find(id);
+    return instance != nullptr && TakesPart(instance) ? instance : nullptr;
+}
+
+// The first that takes part, of the object or of its children. An entry without an instance ends the list.
+CInstance* FindByObject(int index)
+{
+    CObject* const object = g_ObjectHash != nullptr ? g_ObjectHash->Find(index) : nullptr;
+    if (object == nullptr)
+        return nullptr;
+    for (KvListNode<CInstance>* node = object->m_Instances_Recursive.m_first; node != nullptr; node = node->m_next)
+    {
+        if (node->m_obj == nullptr || TakesPart(node->m_obj))
+            return node->m_obj;
+    }
+    return nullptr;
+}
+
+CInstance* FindTarget(int target)
+{
+    if (target < 0)
+        return nullptr;
+    return target >= INSTANCE_ID_FIRST ? FindById(target) : FindByObject(target);
+}
+
+// One axis of the view. The comparisons are written so that a NaN goes where games have always seen it go.
+struct Axis
+{
+    float edge, size, border, speed;
+
+    // The edge that keeps the target a border away from both ends; without room for that, the target in the middle.
+    float EdgeFor(float target) const
+    {
+        if (2.0f * border >= size)
+            return target - size * 0.5f;
+        if (target - border < edge)
+            return target - border;
+        if (target + border > edge + size)
+            return target + border - size;
+        return edge;
+    }
+
+    // The far end comes last: a view larger than the room starts before it, by half of nothing.
+    float KeptInRoom(float wanted, const int32_t* roomSize) const
+    {
+        if (wanted < 0.0f)
+            wanted = 0.0f;
+        if (roomSize != nullptr)
+        {
+            const float end = static_cast<float>(*roomSize);
+            if (wanted + size > end)
+                wanted = end - size;
+        }
+        return wanted;
+    }
+
+    float WithinSpeed(float wanted) const
+    {
+        if (!(speed >= 0.0f))
+            return wanted;
+        if (edge > wanted && edge - wanted > speed)
+            wanted = edge - speed;
+        if (edge < wanted && wanted - edge > speed)
+            wanted = edge + speed;
+        return wanted;
+    }
+
+    float Step(float target, const int32_t* roomSize) const
+    {
+        return WithinSpeed(KeptInRoom(EdgeFor(floorf(target)), roomSize));
+    }
+};
+
+} // namespace
+
+void CCamera::CameraUpdate()
+{
+    const CCameraManager::Ticket ticket(this);
+    const bool scripted = ExecuteScript(&m_updateScript);
+    if (scripted && !ticket.StillThere())
+        return;
+    CInstance* const target = scripted ? nullptr : FindTarget(m_targetInstance);
+    if (target != nullptr)
+        Follow(*target);
+    BuildViewIfDirty();
+}
+
+void CCamera::Follow(CInstance& target)
+{
+    if ((target.m_flags & eInstanceFlag_bbox_dirty) != 0)
+        target.Compute_BoundingBox(true);
+
+    const Axis horizontal = {m_viewX, m_viewWidth, m_viewBorderX, m_viewSpeedX};
+    const Axis vertical = {m_viewY, m_viewHeight, m_viewBorderY, m_viewSpeedY};
+    m_viewX = horizontal.Step(target.x, Run_Room != nullptr ? &Run_Room->r_width : nullptr);
+    m_viewY = vertical.Step(target.y, Run_Room != nullptr ? &Run_Room->r_height : nullptr);
+    BuildView();
+}

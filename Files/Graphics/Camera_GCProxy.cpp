@@ -1,0 +1,155 @@
+#include "Files/Graphics/Camera_GCProxy.h"
+
+#include "Files/Graphics/Camera.h"
+#include "Files/Graphics/Fatal.h"
+#include "Platform/Memory_Manager.h"
+
+#include <algorithm>
+#include <climits>
+#include <cstdint>
+
+namespace
+{
+
+constexpr int NO_SLOT = -1;
+constexpr int EVERY_VARIABLE = 16777215; // the host's object base takes a variable mask; ours has no variables
+
+using SlotTable = KvSlot<KvObjectBase>;
+
+// The span of slots that the collector sweeps now: nothing may be placed there.
+int64_t SweptWidth() { return std::max<int64_t>(int64_t{g_GCrangeend} - g_GCrangestart, 0); }
+
+bool IsSwept(int slot) { return slot >= g_GCrangestart && slot < g_GCrangeend; }
+
+bool IsFree(const SlotTable& table, int slot)
+{
+    return slot >= 0 && slot < table.m_nCapacity && table.m_ppEntries[slot] == nullptr;
+}
+
+template <typename T> T* Resize(T* vector, int64_t count)
+{
+    const int64_t bytes = count * static_cast<int64_t>(sizeof(T));
+    T* const resized = bytes <= INT_MAX ? static_cast<T*>(KvRealloc(vector, static_cast<int>(bytes))) : nullptr;
+    if (resized == nullptr)
+        Fatal("out of memory for the collector's slot table");
+    return resized;
+}
+
+// Half as much again; the new slots are pushed from the highest down, so that the lowest is taken first.
+void Grow(SlotTable& table)
+{
+    const int64_t old = table.m_nCapacity;
+    const int64_t capacity = std::max((old + SweptWidth()) * 3 / 2, old + 1);
+    table.m_ppEntries = Resize(table.m_ppEntries, capacity);
+    table.m_freeSlotStack = Resize(table.m_freeSlotStack, capacity);
+    std::fill(table.m_ppEntries + old, table.m_ppEntries + capacity, nullptr);
+    table.m_nCapacity = static_cast<int>(capacity);
+    for (int64_t slot = capacity - 1; slot >= old && table.m_slotStackSize < capacity; --slot)
+        table.m_freeSlotStack[table.m_slotStackSize++] = static_cast<int>(slot);
+}
+
+// Indices that were taken meanwhile, or that are being swept, are dropped from the stack.
+int PopFreeSlot(SlotTable& table)
+{
+    while (table.m_slotStackSize > 0)
+    {
+        const int slot = table.m_freeSlotStack[--table.m_slotStackSize];
+        if (!IsSwept(slot) && IsFree(table, slot))
+            return slot;
+    }
+    return NO_SLOT;
+}
+
+// With the stack dry: below the swept span from where the last search ended, then above it, around the table's end.
+int ScanForFreeSlot(SlotTable& table)
+{
+    const int64_t capacity = table.m_nCapacity;
+    for (int slot = std::max(table.m_lastFreed, 0); slot < std::min(g_GCrangestart, table.m_nCapacity); ++slot)
+    {
+        if (IsFree(table, slot))
+            return slot;
+    }
+    const int64_t start = std::max(g_GCrangeend, table.m_lastFreed);
+    int64_t slot = start;
+    for (int64_t left = capacity - SweptWidth() - (start - g_GCrangeend); left > 0; --left, ++slot)
+    {
+        if (slot >= capacity)
+            slot = 0;
+        if (IsFree(table, static_cast<int>(slot)))
+            return static_cast<int>(slot);
+    }
+    return NO_SLOT;
+}
+
+int FindFreeSlot(SlotTable& table)
+{
+    const int popped = PopFreeSlot(table);
+    if (popped != NO_SLOT)
+        return popped;
+    const int scanned = ScanForFreeSlot(table);
+    if (scanned != NO_SLOT)
+        table.m_lastFreed = scanned + 1;
+    return scanned;
+}
+
+int TakeSlot(SlotTable& table, KvObjectBase* object)
+{
+    if (table.m_nCount >= table.m_nCapacity - SweptWidth())
+        Grow(table);
+    int slot = FindFreeSlot(table);
+    if (slot == NO_SLOT)
+    {
+        Grow(table);
+        slot = PopFreeSlot(table);
+    }
+    if (slot == NO_SLOT)
+        Fatal("the collector's slot table is full after growing");
+    table.m_ppEntries[slot] = object;
+    ++table.m_nCount;
+    return slot;
+}
+
+} // namespace
+
+Camera_GCProxy::Camera_GCProxy(CCamera* camera) : KvObjectBase(0, EVERY_VARIABLE), pCamObj(camera)
+{
+    m_slot = TakeSlot(g_slotObjects, this);
+    if (g_fGarbageCollection)
+    {
+        m_gcGen = GetNewObjGCGen();
+        m_gcCounter = ms_currentCounter;
+        g_GCGens[m_gcGen].UpdateRange(m_slot);
+    }
+    m_kind = OBJECT_KIND_CONTAINER;
+    AddGlobalObject(this);
+}
+
+Camera_GCProxy::~Camera_GCProxy() = default;
+
+void Camera_GCProxy::Detach()
+{
+    pCamObj = nullptr;
+    RemoveGlobalObject(this);
+}
+
+bool Camera_GCProxy::Mark4GC(uint32_t* marks, int count)
+{
+    const bool marked = KvObjectBase::Mark4GC(marks, count);
+    if (marked && pCamObj != nullptr)
+        pCamObj->Mark4GC(marks, count);
+    return marked;
+}
+
+bool Camera_GCProxy::Free(bool freeVars)
+{
+    FreeVars(this, freeVars, nullptr);
+    delete this;
+    return true;
+}
+
+bool Camera_GCProxy::ThreadFree(bool freeVars, GCContext* context)
+{
+    FreeVars(this, freeVars, context);
+    delete this;
+    return true;
+}

@@ -1,0 +1,290 @@
+// The registry: look-up, placement, cloning, destruction. Rules R1..R6 stand in the header.
+#include "Files/Graphics/Camera_Manager.h"
+
+#include "Files/Graphics/Fatal.h"
+#include "Files/Graphics/Memory_Tag.h"
+#include "Platform/Memory_Manager.h"
+
+#include <algorithm>
+#include <climits>
+#include <new>
+
+namespace
+{
+
+CCamera** NewTable(size_t count, int line)
+{
+    void* const table = MemoryManager::Alloc(count * sizeof(CCamera*), MEMORY_TAG, line, true);
+    if (table == nullptr)
+        Fatal("out of memory for the camera table");
+    return static_cast<CCamera**>(table);
+}
+
+} // namespace
+
+CCameraManager g_CM;
+
+const CCameraManager* CCameraManager::ms_proven = nullptr;
+uint32_t CCameraManager::ms_cleanings = 0;
+
+// ---- life ----
+
+CCameraManager::CCameraManager()
+    : m_activeCamera(nullptr),
+      m_pScriptInstance(nullptr),
+      m_cameras(NewTable(1, __LINE__)),
+      m_roomcameras(NewTable(ROOM_CAMERAS, __LINE__)),
+      m_cameraListSize(1),
+      m_lastCamPos(-1)
+{
+}
+
+CCameraManager::~CCameraManager()
+{
+    Clean();
+    MemoryManager::Free(m_cameras);
+    MemoryManager::Free(m_roomcameras);
+}
+
+void CCameraManager::Clean()
+{
+    for (int slot = 0; slot < m_cameraListSize; ++slot)
+    {
+        if (m_cameras[slot] != nullptr)
+            FreeCamera(m_cameras[slot]);
+    }
+    m_activeCamera = nullptr;
+    m_pScriptInstance = nullptr;
+    m_lastCamPos = -1;
+    ms_proven = nullptr;
+    ++ms_cleanings;
+}
+
+// ---- look-up ----
+
+bool CCameraManager::IdentifiersAreSlots() const
+{
+    for (int slot = 0; slot < m_cameraListSize; ++slot)
+    {
+        if (m_cameras[slot] != nullptr && m_cameras[slot]->m_ID != slot)
+            return false;
+    }
+    return true;
+}
+
+// While R1 is known to hold, the answer of the scan is the slot of that index or nothing.
+int CCameraManager::SearchTable(int id) const
+{
+    if (ms_proven != this && IdentifiersAreSlots())
+        ms_proven = this;
+    if (ms_proven == this)
+        return InTable(id) && m_cameras[id] != nullptr ? id : -1;
+
+    for (int slot = 0; slot < m_cameraListSize; ++slot)
+    {
+        if (m_cameras[slot] != nullptr && m_cameras[slot]->m_ID == id)
+            return slot;
+    }
+    return -1;
+}
+
+int CCameraManager::FindSlot(int id)
+{
+    if (InTable(m_lastCamPos) && m_cameras[m_lastCamPos] != nullptr && m_cameras[m_lastCamPos]->m_ID == id)
+        return m_lastCamPos;
+    const int slot = SearchTable(id);
+    if (slot != -1)
+        m_lastCamPos = slot;
+    return slot;
+}
+
+CCamera* CCameraManager::GetCamera(int id)
+{
+    if (InTable(m_lastCamPos) && m_cameras[m_lastCamPos] != nullptr && m_cameras[m_lastCamPos]->m_ID == id)
+        return m_cameras[m_lastCamPos];
+    for (int entry = 0; entry < ROOM_CAMERAS; ++entry)
+    {
+        if (m_roomcameras[entry] != nullptr && m_roomcameras[entry]->m_ID == id)
+            return m_roomcameras[entry];
+    }
+    return id == -1 ? nullptr : FindInTable(id);
+}
+
+CCamera* CCameraManager::FindInTable(int id)
+{
+    const int slot = FindSlot(id);
+    return slot == -1 ? nullptr : m_cameras[slot];
+}
+
+int CCameraManager::FindCameraInList(int id) { return id == -1 ? -1 : FindSlot(id); }
+
+void CCameraManager::SetActiveCamera(int id) { m_activeCamera = id == -1 ? nullptr : GetCamera(id); }
+
+bool CCameraManager::Holds(const CCamera* camera) const
+{
+    if (InTable(camera->m_ID) && m_cameras[camera->m_ID] == camera)
+        return true;
+    return ms_proven != this &&
+           std::find(m_cameras, m_cameras + m_cameraListSize, camera) != m_cameras + m_cameraListSize;
+}
+
+void CCameraManager::IdentifierChanges(const CCamera* camera)
+{
+    if (ms_proven != nullptr && ms_proven->Holds(camera))
+        ms_proven = nullptr;
+}
+
+// ---- placement ----
+
+// The added entries are cleared here: what a host's reallocation leaves in them is not promised.
+bool CCameraManager::GrowTable(int64_t size)
+{
+    if (size > INT_MAX || static_cast<uint64_t>(size) > SIZE_MAX / sizeof(CCamera*))
+        return false;
+    CCamera** const table = KvGrowTable(m_cameras, static_cast<size_t>(size));
+    if (table == nullptr)
+        return false;
+    std::fill(table + m_cameraListSize, table + size, nullptr);
+    m_cameras = table;
+    m_cameraListSize = static_cast<int32_t>(size);
+    return true;
+}
+
+void CCameraManager::Store(CCamera* camera, int slot)
+{
+    camera->m_ID = slot;
+    m_cameras[slot] = camera;
+}
+
+// The first free slot from the high point upwards; else the first that a doubled table adds, even below the high point.
+bool CCameraManager::PlaceInFreeSlot(CCamera* camera)
+{
+    const int size = m_cameraListSize;
+    int slot = std::max(m_InitialLoadHighPoint, 0);
+    while (slot < size && m_cameras[slot] != nullptr)
+        ++slot;
+    if (slot >= size)
+    {
+        slot = size;
+        if (!GrowTable(std::max<int64_t>(2 * int64_t{size}, 1)))
+            return false;
+    }
+    Store(camera, slot);
+    m_lastCamPos = slot;
+    return true;
+}
+
+CCamera* CCameraManager::NewCamera(int line)
+{
+    void* const block = MemoryManager::Alloc(sizeof(CCamera), MEMORY_TAG, line, true);
+    return block != nullptr ? new (block) CCamera : nullptr;
+}
+
+CCamera* CCameraManager::NewPlacedCamera(int line)
+{
+    CCamera* const camera = NewCamera(line);
+    if (camera == nullptr || PlaceInFreeSlot(camera))
+        return camera;
+    FreeCamera(camera);
+    return nullptr;
+}
+
+void CCameraManager::AddCameraToList(CCamera* camera, int id)
+{
+    if (camera == nullptr)
+        return;
+    if (id == -1)
+    {
+        PlaceInFreeSlot(camera);
+        return;
+    }
+    if (id < 0 || (id >= m_cameraListSize &&
+                   !GrowTable(id < 2 * int64_t{m_cameraListSize} ? 2 * int64_t{m_cameraListSize} : int64_t{id} + 16)))
+        return;
+    if (m_cameras[id] != camera && m_cameras[id] != nullptr)
+        DestroyOccupant(id);
+    Store(camera, id);
+}
+
+// By identifier first, as everywhere; an occupant that bears another identifier goes with its slot.
+void CCameraManager::DestroyOccupant(int slot)
+{
+    DestroyCamera(slot);
+    if (m_cameras[slot] != nullptr)
+        DestroySlot(slot);
+}
+
+// ---- creation and destruction ----
+
+CCamera* CCameraManager::CreateCamera() { return NewPlacedCamera(__LINE__); }
+
+CCamera* CCameraManager::CloneCamera(int id)
+{
+    CCamera* const source = GetCamera(id);
+    CCamera* const clone = source != nullptr ? NewPlacedCamera(__LINE__) : nullptr;
+    if (clone == nullptr)
+        return nullptr;
+
+    clone->CopyViewFrom(*source);
+    clone->SetBeginScript(source->GetBeginScript());
+    clone->SetEndScript(source->GetEndScript());
+    clone->SetUpdateScript(source->GetUpdateScript());
+    clone->SetViewMat(source->GetViewMat());
+    clone->SetProjMat(source->GetProjMat());
+    clone->m_isClone = true;
+    clone->m_isPersistent = source->m_isPersistent;
+    return clone;
+}
+
+void CCameraManager::DestroyCamera(int id)
+{
+    const int slot = FindCameraInList(id);
+    if (slot != -1)
+        DestroySlot(slot);
+}
+
+// The cache is cleared before the list is rebuilt, and the rebuild may set it again.
+void CCameraManager::DestroySlot(int slot)
+{
+    CCamera* const camera = m_cameras[slot];
+    if (camera == m_activeCamera)
+        m_activeCamera = nullptr;
+    FreeCamera(camera);
+    m_cameras[slot] = nullptr;
+    m_lastCamPos = -1;
+    BuildRoomCameraList();
+}
+
+void CCameraManager::FreeCamera(CCamera* camera)
+{
+    camera->~CCamera();
+    MemoryManager::Free(camera);
+}
+
+// ---- the host's moments: a host may bring its own ----
+
+__attribute__((weak)) void CCameraManager::SetInitialLoadHighPoint()
+{
+    const auto free = std::count(m_cameras, m_cameras + m_cameraListSize, nullptr);
+    m_InitialLoadHighPoint = m_cameraListSize - static_cast<int32_t>(free);
+}
+
+__attribute__((weak)) CInstance* CCameraManager::GetScriptInstance() { return m_pScriptInstance; }
+
+// ---- tickets ----
+
+CCameraManager::Ticket::Ticket(const CCamera* camera)
+    : m_camera(camera), m_birth(camera->m_birth), m_cleanings(ms_cleanings), m_wasRegistered(g_CM.Holds(camera))
+{
+}
+
+// Another camera may have been born at the same address, and after a cleaning the table's entries are not to be read.
+bool CCameraManager::Ticket::StillThere() const
+{
+    if (!m_wasRegistered)
+        return true;
+    if (m_cleanings != ms_cleanings)
+        return false;
+    CCamera** const end = g_CM.m_cameras + g_CM.m_cameraListSize;
+    return std::find(g_CM.m_cameras, end, m_camera) != end && m_camera->m_birth == m_birth;
+}

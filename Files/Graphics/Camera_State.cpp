@@ -1,0 +1,134 @@
+// The cameras' part of a saved game: a plain run of 4-byte items, without header, version or lengths.
+#include "Files/Graphics/Camera_State.h"
+
+#include "Files/Code/Function.h"
+#include "Files/Graphics/Camera_Manager.h"
+#include "Files/Graphics/Graphics_Support.h"
+#include "Files/Graphics/Values.h"
+
+#include <algorithm>
+
+namespace
+{
+
+constexpr int CAMERA_LOAD_LINE = 2279; // the line under which hosts track loaded cameras
+
+// The largest table that the last identifier can have made. A count beyond it is damage, and reading on for it would
+// only keep the game waiting.
+constexpr int SLOTS_LAST_LOADED = 2 * (CAMERA_ID_LAST_LOADED + 1);
+
+template <typename T> T& FieldOf(CCamera& camera, const CameraStateField& field)
+{
+    return *reinterpret_cast<T*>(reinterpret_cast<char*>(&camera) + field.offset);
+}
+
+void WriteFloats(const float* values, int count, IBuffer* buffer)
+{
+    for (int i = 0; i < count; ++i)
+        buffer->Write(values[i]);
+}
+
+void ReadFloats(float* values, int count, IBuffer* buffer)
+{
+    for (int i = 0; i < count; ++i)
+        values[i] = buffer->ReadFloat();
+}
+
+// A callable object does not survive a save: its code belongs to the running game.
+int ScriptIndex(const RValue& script) { return KvKind(script) == VALUE_OBJECT ? -1 : KvGetInt32(&script, 0); }
+
+void ReadScript(RValue& script, IBuffer* buffer)
+{
+    const int index = buffer->ReadS32();
+    ReleaseValue(script);
+    script = MakeReal(index);
+}
+
+void WriteField(CCamera& camera, const CameraStateField& field, IBuffer* buffer)
+{
+    switch (field.type)
+    {
+    case eState_S32: return buffer->Write(FieldOf<int32_t>(camera, field));
+    case eState_F32: return WriteFloats(&FieldOf<float>(camera, field), field.count, buffer);
+    case eState_Bool: return buffer->Write(FieldOf<bool>(camera, field));
+    case eState_Script: return buffer->Write(ScriptIndex(FieldOf<RValue>(camera, field)));
+    }
+}
+
+void ReadField(CCamera& camera, const CameraStateField& field, IBuffer* buffer)
+{
+    switch (field.type)
+    {
+    case eState_S32: FieldOf<int32_t>(camera, field) = buffer->ReadS32(); return;
+    case eState_F32: return ReadFloats(&FieldOf<float>(camera, field), field.count, buffer);
+    case eState_Bool: FieldOf<bool>(camera, field) = buffer->ReadBool(); return;
+    case eState_Script: return ReadScript(FieldOf<RValue>(camera, field), buffer);
+    }
+}
+
+} // namespace
+
+void SerializeMatrix(kvMatrix* matrix, IBuffer* buffer) { WriteFloats(matrix->m, 16, buffer); }
+
+void DeSerializeMatrix(kvMatrix* matrix, IBuffer* buffer) { ReadFloats(matrix->m, 16, buffer); }
+
+void CCamera::Serialize(IBuffer* buffer)
+{
+    for (const CameraStateField& field : CAMERA_STATE)
+        WriteField(*this, field, buffer);
+}
+
+void CCamera::DeSerialize(IBuffer* buffer)
+{
+    CCameraManager::IdentifierChanges(this);
+    for (const CameraStateField& field : CAMERA_STATE)
+        ReadField(*this, field, buffer);
+}
+
+void CCameraManager::Serialize(IBuffer* buffer)
+{
+    buffer->Write(m_cameraListSize);
+    for (int slot = 0; slot < m_cameraListSize; ++slot)
+    {
+        CCamera* const camera = m_cameras[slot];
+        buffer->Write(camera != nullptr ? 1 : 0);
+        if (camera != nullptr)
+            camera->Serialize(buffer);
+    }
+}
+
+// Looks at slot 0 as often as the table has slots: cameras in other slots survive a load unless theirs is taken.
+void CCameraManager::ClearForLoad()
+{
+    for (int pass = m_cameraListSize; pass > 0; --pass)
+    {
+        if (m_cameras[0] != nullptr && m_cameras[0]->m_ID != -1)
+            DestroyCamera(m_cameras[0]->m_ID);
+    }
+}
+
+bool CCameraManager::DeSerialize(IBuffer* buffer)
+{
+    ClearForLoad();
+    const int count = std::min(buffer->ReadS32(), SLOTS_LAST_LOADED);
+    for (int slot = 0; slot < count; ++slot)
+    {
+        if (buffer->ReadBool())
+            LoadCamera(buffer);
+    }
+    return true;
+}
+
+// A camera that cannot be registered under its identifier is damage, or too much for the device: the load goes on.
+void CCameraManager::LoadCamera(IBuffer* buffer)
+{
+    CCamera* const camera = NewCamera(CAMERA_LOAD_LINE);
+    if (camera == nullptr)
+        return;
+    camera->DeSerialize(buffer);
+    const int id = camera->m_ID;
+    if (id <= CAMERA_ID_LAST_LOADED)
+        AddCameraToList(camera, id);
+    if (!Holds(camera))
+        FreeCamera(camera);
+}

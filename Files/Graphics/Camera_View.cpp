@@ -1,0 +1,77 @@
+// The two builds, and the camera's frame read back from its matrices.
+#include "Platform/Strict_Float.h"
+
+#include "Files/Graphics/Camera.h"
+
+#include <cmath>
+
+namespace
+{
+
+constexpr float RADIANS_PER_DEGREE = 0.017453292f;
+constexpr float FLAT_EYE_Z = -16000.0f; // half the depth range: a flat view shows what lies within 16000 of z = 0
+constexpr float DEPTH_RANGE = 32000.0f;
+
+// Looks along +z at the room point (x, y), turned by the view's angle.
+kvMatrix LookAlongZ(float x, float y, float eyeZ, float degrees)
+{
+    const float angle = -(degrees * RADIANS_PER_DEGREE); // negated after the product: 0 gives minus zero
+    const kvVector3 eye = {x, y, eyeZ};
+    const kvVector3 at = {x, y, 0.0f};
+    const kvVector3 up = {sinf(angle), cosf(angle), 0.0f};
+    kvMatrix view;
+    kvMatrix::LookAtLH(view, eye, at, up);
+    return view;
+}
+
+kvVector3 Normalised(float x, float y, float z)
+{
+    const float inverseLength = 1.0f / sqrtf(x * x + y * y + z * z);
+    return {x * inverseLength, y * inverseLength, z * inverseLength};
+}
+
+} // namespace
+
+void CCamera::BuildView()
+{
+    const float x = m_viewX + m_viewWidth * 0.5f;
+    const float y = m_viewY + m_viewHeight * 0.5f;
+    if (IsOrthoProj())
+        Build2DView(x, y);
+    else
+        Build3DView(x, y);
+}
+
+void CCamera::BuildViewIfDirty()
+{
+    if (m_isViewDirty)
+        BuildView();
+}
+
+void CCamera::Build2DView(float x, float y)
+{
+    const kvMatrix view = LookAlongZ(x, y, FLAT_EYE_Z, m_viewAngle);
+    kvMatrix projection;
+    kvMatrix::OrthoLH(projection, m_viewWidth, m_viewHeight, 0.0f, DEPTH_RANGE);
+    SetViewMat(view);
+    SetProjMat(projection);
+    m_isViewDirty = false;
+}
+
+void CCamera::Build3DView(float x, float y)
+{
+    const kvMatrix view = LookAlongZ(x, y, -m_viewWidth, m_viewAngle);
+    kvMatrix projection;
+    kvMatrix::PerspectiveLH(projection, 1.0f, -m_viewHeight / m_viewWidth, 1.0f, DEPTH_RANGE); // turned upside down
+    SetViewMat(view);
+    SetProjMat(projection);
+    m_isViewDirty = false;
+}
+
+kvVector3 CCamera::GetCamPos() const { return {m_invViewMat._41, m_invViewMat._42, m_invViewMat._43}; }
+
+kvVector3 CCamera::GetCamDir() const { return Normalised(m_viewMat._13, m_viewMat._23, m_viewMat._33); }
+
+kvVector3 CCamera::GetCamUp() const { return Normalised(m_viewMat._12, m_viewMat._22, m_viewMat._32); }
+
+kvVector3 CCamera::GetCamRight() const { return Normalised(m_viewMat._31, m_viewMat._31, m_viewMat._31); }

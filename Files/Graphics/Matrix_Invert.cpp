@@ -1,0 +1,69 @@
+#include "Platform/Strict_Float.h"
+
+#include "Platform/Matrix.h"
+
+namespace
+{
+
+// Entry (Row, Column) of the adjugate: the minor of m without row Column and column Row, with its sign.
+// The order of the six terms and of their factors is fixed for ever: saved states hold the bits that it gives.
+template <int Row, int Column> inline float AdjugateEntry(const float (&m)[16])
+{
+    constexpr int r0 = 4 * (Column == 0 ? 1 : 0);
+    constexpr int r1 = 4 * (Column <= 1 ? 2 : 1);
+    constexpr int r2 = 4 * (Column <= 2 ? 3 : 2);
+    constexpr int c0 = Row == 0 ? 1 : 0;
+    constexpr int c1 = Row <= 1 ? 2 : 1;
+    constexpr int c2 = Row <= 2 ? 3 : 2;
+
+    if constexpr ((Row + Column) % 2 == 0)
+        return m[r0 + c0] * m[r1 + c1] * m[r2 + c2] - m[r0 + c0] * m[r1 + c2] * m[r2 + c1] -
+               m[r1 + c0] * m[r0 + c1] * m[r2 + c2] + m[r1 + c0] * m[r0 + c2] * m[r2 + c1] +
+               m[r2 + c0] * m[r0 + c1] * m[r1 + c2] - m[r2 + c0] * m[r0 + c2] * m[r1 + c1];
+    else
+        return -m[r0 + c0] * m[r1 + c1] * m[r2 + c2] + m[r0 + c0] * m[r1 + c2] * m[r2 + c1] +
+               m[r1 + c0] * m[r0 + c1] * m[r2 + c2] - m[r1 + c0] * m[r0 + c2] * m[r2 + c1] -
+               m[r2 + c0] * m[r0 + c1] * m[r1 + c2] + m[r2 + c0] * m[r0 + c2] * m[r1 + c1];
+}
+
+template <int Row> inline void AdjugateRow(const float (&m)[16], float* inv)
+{
+    inv[0] = AdjugateEntry<Row, 0>(m);
+    inv[1] = AdjugateEntry<Row, 1>(m);
+    inv[2] = AdjugateEntry<Row, 2>(m);
+    inv[3] = AdjugateEntry<Row, 3>(m);
+}
+
+} // namespace
+
+bool kvMatrix::Invert()
+{
+    float inv[16];
+    AdjugateRow<0>(m, inv);
+    AdjugateRow<1>(m, inv + 4);
+    AdjugateRow<2>(m, inv + 8);
+    AdjugateRow<3>(m, inv + 12);
+
+    const float det = m[0] * inv[0] + m[1] * inv[4] + m[2] * inv[8] + m[3] * inv[12];
+    if (det == 0.0f)
+        return false;
+
+    const float s = 1.0f / det;
+    m[0] = inv[0] * s;
+    m[1] = inv[1] * s;
+    m[2] = inv[2] * s;
+    m[3] = inv[3] * s;
+    m[4] = inv[4] * s;
+    m[5] = inv[5] * s;
+    m[6] = inv[6] * s;
+    m[7] = inv[7] * s;
+    m[8] = inv[8] * s;
+    m[9] = inv[9] * s;
+    m[10] = inv[10] * s;
+    m[11] = inv[11] * s;
+    m[12] = inv[12] * s;
+    m[13] = inv[13] * s;
+    m[14] = inv[14] * s;
+    m[15] = inv[15] * s;
+    return true;
+}

@@ -1,0 +1,4 @@
+#pragma once
+
+// The name under which the host's allocation tracking knows the module's blocks.
+constexpr char MEMORY_TAG[] = "Files/Graphics/Graphics_Support";

@@ -1,0 +1,36 @@
+#pragma once
+// Values that the module makes.
+
+#include "Files/LLVM/RValue.h"
+
+// Writes a real over a value that holds no reference, or whose reference is somebody else's to release.
+// The flags stay as they are: they belong to whoever made the value.
+inline void SetReal(RValue& value, double number)
+{
+    value.kind = VALUE_REAL;
+    value.val = number;
+}
+
+inline RValue MakeReal(double number)
+{
+    RValue value;
+    value.val = number;
+    value.flags = 0;
+    value.kind = VALUE_REAL;
+    return value;
+}
+
+inline RValue MakeEmpty(uint32_t kind)
+{
+    RValue value;
+    value.v64 = 0;
+    value.flags = 0;
+    value.kind = kind;
+    return value;
+}
+
+inline void ReleaseValue(RValue& value)
+{
+    if (KvNeedsRelease(value))
+        FREE_RValue__Pre(&value);
+}
