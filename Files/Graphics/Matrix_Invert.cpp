@@ -1,69 +1,108 @@
 #include "Platform/Strict_Float.h"
 
+#include "Files/Graphics/Matrix_Adjugate.h"
 #include "Platform/Matrix.h"
+
+#if defined(__SSE2__)
+#include <emmintrin.h>
+#endif
+
+#if defined(__SSE2__)
 
 namespace
 {
 
-// Entry (Row, Column) of the adjugate: the minor of m without row Column and column Row, with its sign.
-// The order of the six terms and of their factors is fixed for ever: saved states hold the bits that it gives.
-template <int Row, int Column> inline float AdjugateEntry(const float (&m)[16])
+// Four entries of the adjugate at once: row i, columns j = 0..3. Lane j leaves out row j of the matrix, so the factors
+// of the definition come from the matrix's columns, with the rows that remain in each lane:
+//   low = rows 1 0 0 0, mid = rows 2 2 1 1, high = rows 3 3 3 2.
+// Each lane does the definition's operations in the definition's order. Where a term's sign is turned, that of its
+// first factor is turned instead, or a sum becomes a difference: the same bits, since negation is exact.
+struct Column
 {
-    constexpr int r0 = 4 * (Column == 0 ? 1 : 0);
-    constexpr int r1 = 4 * (Column <= 1 ? 2 : 1);
-    constexpr int r2 = 4 * (Column <= 2 ? 3 : 2);
-    constexpr int c0 = Row == 0 ? 1 : 0;
-    constexpr int c1 = Row <= 1 ? 2 : 1;
-    constexpr int c2 = Row <= 2 ? 3 : 2;
+    __m128 low, mid, high;
 
-    if constexpr ((Row + Column) % 2 == 0)
-        return m[r0 + c0] * m[r1 + c1] * m[r2 + c2] - m[r0 + c0] * m[r1 + c2] * m[r2 + c1] -
-               m[r1 + c0] * m[r0 + c1] * m[r2 + c2] + m[r1 + c0] * m[r0 + c2] * m[r2 + c1] +
-               m[r2 + c0] * m[r0 + c1] * m[r1 + c2] - m[r2 + c0] * m[r0 + c2] * m[r1 + c1];
-    else
-        return -m[r0 + c0] * m[r1 + c1] * m[r2 + c2] + m[r0 + c0] * m[r1 + c2] * m[r2 + c1] +
-               m[r1 + c0] * m[r0 + c1] * m[r2 + c2] - m[r1 + c0] * m[r0 + c2] * m[r2 + c1] -
-               m[r2 + c0] * m[r0 + c1] * m[r1 + c2] + m[r2 + c0] * m[r0 + c2] * m[r1 + c1];
+    explicit Column(__m128 c)
+        : low(_mm_shuffle_ps(c, c, _MM_SHUFFLE(0, 0, 0, 1))),
+          mid(_mm_shuffle_ps(c, c, _MM_SHUFFLE(1, 1, 2, 2))),
+          high(_mm_shuffle_ps(c, c, _MM_SHUFFLE(2, 3, 3, 3)))
+    {
+    }
+    Column(__m128 lowRows, __m128 midRows, __m128 highRows) : low(lowRows), mid(midRows), high(highRows) {}
+
+    Column Turned(__m128 signs) const
+    {
+        return {_mm_xor_ps(low, signs), _mm_xor_ps(mid, signs), _mm_xor_ps(high, signs)};
+    }
+};
+
+// The products of the first two factors; a is the leftmost column that remains.
+struct Pair
+{
+    __m128 lowMid, midLow, highLow;
+
+    Pair(const Column& a, const Column& b)
+        : lowMid(_mm_mul_ps(a.low, b.mid)), midLow(_mm_mul_ps(a.mid, b.low)), highLow(_mm_mul_ps(a.high, b.low))
+    {
+    }
+};
+
+// a, b: the second and third column that remain; pa, pb pair the first with them.
+inline __m128 Row(const Pair& pa, const Pair& pb, const Column& a, const Column& b)
+{
+    __m128 sum = _mm_sub_ps(_mm_mul_ps(pa.lowMid, b.high), _mm_mul_ps(pb.lowMid, a.high));
+    sum = _mm_sub_ps(sum, _mm_mul_ps(pa.midLow, b.high));
+    sum = _mm_add_ps(sum, _mm_mul_ps(pb.midLow, a.high));
+    sum = _mm_add_ps(sum, _mm_mul_ps(pa.highLow, b.mid));
+    return _mm_sub_ps(sum, _mm_mul_ps(pb.highLow, a.mid));
 }
 
-template <int Row> inline void AdjugateRow(const float (&m)[16], float* inv)
+// The same from pairs of the other sign.
+inline __m128 RowTurned(const Pair& pa, const Pair& pb, const Column& a, const Column& b)
 {
-    inv[0] = AdjugateEntry<Row, 0>(m);
-    inv[1] = AdjugateEntry<Row, 1>(m);
-    inv[2] = AdjugateEntry<Row, 2>(m);
-    inv[3] = AdjugateEntry<Row, 3>(m);
+    __m128 sum = _mm_sub_ps(_mm_mul_ps(pb.lowMid, a.high), _mm_mul_ps(pa.lowMid, b.high));
+    sum = _mm_add_ps(sum, _mm_mul_ps(pa.midLow, b.high));
+    sum = _mm_sub_ps(sum, _mm_mul_ps(pb.midLow, a.high));
+    sum = _mm_sub_ps(sum, _mm_mul_ps(pa.highLow, b.mid));
+    return _mm_add_ps(sum, _mm_mul_ps(pb.highLow, a.mid));
 }
 
 } // namespace
 
 bool kvMatrix::Invert()
 {
-    float inv[16];
-    AdjugateRow<0>(m, inv);
-    AdjugateRow<1>(m, inv + 4);
-    AdjugateRow<2>(m, inv + 8);
-    AdjugateRow<3>(m, inv + 12);
+    __m128 column0 = _mm_loadu_ps(m);
+    __m128 column1 = _mm_loadu_ps(m + 4);
+    __m128 column2 = _mm_loadu_ps(m + 8);
+    __m128 column3 = _mm_loadu_ps(m + 12);
+    _MM_TRANSPOSE4_PS(column0, column1, column2, column3);
+    const __m128 evenRow = _mm_setr_ps(0.0f, -0.0f, 0.0f, -0.0f);
+    const __m128 oddRow = _mm_setr_ps(-0.0f, 0.0f, -0.0f, 0.0f);
+    const Column c0(column0), c1(column1), c2(column2), c3(column3);
 
-    const float det = m[0] * inv[0] + m[1] * inv[4] + m[2] * inv[8] + m[3] * inv[12];
+    const Column c1Even = c1.Turned(evenRow);
+    const __m128 row0 = Row(Pair(c1Even, c2), Pair(c1Even, c3), c2, c3);
+
+    const Column c0Odd = c0.Turned(oddRow);
+    const Pair p01(c0Odd, c1), p02(c0Odd, c2), p03(c0Odd, c3);
+    const __m128 row1 = Row(p02, p03, c2, c3);
+    const __m128 row2 = RowTurned(p01, p03, c1, c3);
+    const __m128 row3 = Row(p01, p02, c1, c2);
+
+    const float det = m[0] * _mm_cvtss_f32(row0) + m[1] * _mm_cvtss_f32(row1) + m[2] * _mm_cvtss_f32(row2) +
+                      m[3] * _mm_cvtss_f32(row3);
     if (det == 0.0f)
         return false;
 
-    const float s = 1.0f / det;
-    m[0] = inv[0] * s;
-    m[1] = inv[1] * s;
-    m[2] = inv[2] * s;
-    m[3] = inv[3] * s;
-    m[4] = inv[4] * s;
-    m[5] = inv[5] * s;
-    m[6] = inv[6] * s;
-    m[7] = inv[7] * s;
-    m[8] = inv[8] * s;
-    m[9] = inv[9] * s;
-    m[10] = inv[10] * s;
-    m[11] = inv[11] * s;
-    m[12] = inv[12] * s;
-    m[13] = inv[13] * s;
-    m[14] = inv[14] * s;
-    m[15] = inv[15] * s;
+    const __m128 s = _mm_set1_ps(1.0f / det);
+    _mm_storeu_ps(m, _mm_mul_ps(row0, s));
+    _mm_storeu_ps(m + 4, _mm_mul_ps(row1, s));
+    _mm_storeu_ps(m + 8, _mm_mul_ps(row2, s));
+    _mm_storeu_ps(m + 12, _mm_mul_ps(row3, s));
     return true;
 }
+
+#else
+
+bool kvMatrix::Invert() { return InvertByDefinition(m); }
+
+#endif

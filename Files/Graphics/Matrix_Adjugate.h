@@ -1,0 +1,53 @@
+#pragma once
+// The adjugate of a 4x4 matrix: the definition that every faster path must equal bit for bit.
+
+#include "Platform/Strict_Float.h"
+
+// Entry (Row, Column): the minor of m without row Column and column Row, with its sign. With r0 < r1 < r2 and
+// c0 < c1 < c2 the rows and columns that remain, six products in this order, each and the sum from left to right.
+// The order is fixed for ever: saved states hold the bits that it gives.
+template <int Row, int Column> inline float AdjugateEntry(const float (&m)[16])
+{
+    constexpr int r0 = 4 * (Column == 0 ? 1 : 0);
+    constexpr int r1 = 4 * (Column <= 1 ? 2 : 1);
+    constexpr int r2 = 4 * (Column <= 2 ? 3 : 2);
+    constexpr int c0 = Row == 0 ? 1 : 0;
+    constexpr int c1 = Row <= 1 ? 2 : 1;
+    constexpr int c2 = Row <= 2 ? 3 : 2;
+
+    if constexpr ((Row + Column) % 2 == 0)
+        return m[r0 + c0] * m[r1 + c1] * m[r2 + c2] - m[r0 + c0] * m[r1 + c2] * m[r2 + c1] -
+               m[r1 + c0] * m[r0 + c1] * m[r2 + c2] + m[r1 + c0] * m[r0 + c2] * m[r2 + c1] +
+               m[r2 + c0] * m[r0 + c1] * m[r1 + c2] - m[r2 + c0] * m[r0 + c2] * m[r1 + c1];
+    else
+        return -m[r0 + c0] * m[r1 + c1] * m[r2 + c2] + m[r0 + c0] * m[r1 + c2] * m[r2 + c1] +
+               m[r1 + c0] * m[r0 + c1] * m[r2 + c2] - m[r1 + c0] * m[r0 + c2] * m[r2 + c1] -
+               m[r2 + c0] * m[r0 + c1] * m[r1 + c2] + m[r2 + c0] * m[r0 + c2] * m[r1 + c1];
+}
+
+template <int Row> inline void AdjugateRow(const float (&m)[16], float* inv)
+{
+    inv[0] = AdjugateEntry<Row, 0>(m);
+    inv[1] = AdjugateEntry<Row, 1>(m);
+    inv[2] = AdjugateEntry<Row, 2>(m);
+    inv[3] = AdjugateEntry<Row, 3>(m);
+}
+
+// The whole inverse by the definition; false, and m as it was, when the determinant is exactly zero.
+inline bool InvertByDefinition(float (&m)[16])
+{
+    float inv[16];
+    AdjugateRow<0>(m, inv);
+    AdjugateRow<1>(m, inv + 4);
+    AdjugateRow<2>(m, inv + 8);
+    AdjugateRow<3>(m, inv + 12);
+
+    const float det = m[0] * inv[0] + m[1] * inv[4] + m[2] * inv[8] + m[3] * inv[12];
+    if (det == 0.0f)
+        return false;
+
+    const float s = 1.0f / det;
+    for (int entry = 0; entry < 16; ++entry) // unrolled by the compiler
+        m[entry] = inv[entry] * s;
+    return true;
+}

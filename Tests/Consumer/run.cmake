@@ -1,0 +1,25 @@
+# Installs the module, builds the consumer from what was installed, and runs it.
+# BUILD: the module's build tree. WORK: a folder of its own. HOST: the recording host's source. FLAGS, COMPILER.
+function(run)
+    execute_process(COMMAND ${ARGN} RESULT_VARIABLE status OUTPUT_VARIABLE output ERROR_VARIABLE output)
+    if(NOT status EQUAL 0)
+        message(FATAL_ERROR "${ARGN}: ${status}\n${output}")
+    endif()
+    set(output "${output}" PARENT_SCOPE)
+endfunction()
+
+file(REMOVE_RECURSE ${WORK})
+file(MAKE_DIRECTORY ${WORK}/host)
+foreach(file ${HOST}) # copied, so that no include finds the rest of the tree
+    file(COPY ${file} DESTINATION ${WORK}/host/Tests/Support)
+endforeach()
+run(${CMAKE_COMMAND} --install ${BUILD} --prefix ${WORK}/installed)
+run(${CMAKE_COMMAND} -S ${CMAKE_CURRENT_LIST_DIR} -B ${WORK}/build -G Ninja -DCMAKE_BUILD_TYPE=Debug
+    -DCMAKE_CXX_COMPILER=${COMPILER} "-DCMAKE_CXX_FLAGS=${FLAGS}" -DCMAKE_CXX_STANDARD=17
+    -DCMAKE_PREFIX_PATH=${WORK}/installed -DHOST_INCLUDE=${WORK}/host
+    -DHOST_SOURCE=${WORK}/host/Tests/Support/Recording_Host.cpp)
+run(${CMAKE_COMMAND} --build ${WORK}/build)
+run(${WORK}/build/consumer)
+if(NOT output MATCHES "camera 0 shows 640 x 480")
+    message(FATAL_ERROR "the consumer said: ${output}")
+endif()

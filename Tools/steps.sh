@@ -1,0 +1,59 @@
+# Shared by ./demo, ./check and ./bench. Sourced, not run.
+#
+# step TEXT            says what is done now
+# fail TEXT            one line, and the end
+# quietly LOG COMMAND  runs a command with its output in a file, and shows the file's end when it fails
+# need PACKAGE...      installs the packages that are missing
+
+set -euo pipefail
+cd "$(dirname "${BASH_SOURCE[0]}")/.."
+
+step() { printf '\n== %s\n' "$*"; }
+
+fail() {
+    printf 'error: %s\n' "$*" >&2
+    exit 1
+}
+
+quietly() {
+    local log=$1
+    shift
+    mkdir -p "$(dirname "$log")"
+    "$@" >"$log" 2>&1 && return
+    tail -n 40 "$log" >&2
+    fail "'$*' failed; its whole output is in $log"
+}
+
+as_root() {
+    if [ "$(id -u)" = 0 ]; then
+        "$@"
+    elif command -v sudo >/dev/null; then
+        sudo "$@"
+    else
+        fail "installing packages needs root: run as root, or install sudo"
+    fi
+}
+
+need() {
+    local missing=() package
+    command -v dpkg-query >/dev/null || fail "this is no Debian system: install by hand what Tools/steps.sh lists"
+    for package in "$@"; do
+        dpkg-query -W -f='${Status}' "$package" 2>/dev/null | grep -q 'install ok installed' || missing+=("$package")
+    done
+    [ ${#missing[@]} = 0 ] && return
+    step "Installing ${missing[*]}"
+    quietly build/apt-update.log as_root apt-get update
+    quietly build/apt-install.log as_root env DEBIAN_FRONTEND=noninteractive \
+        apt-get install -y --no-install-recommends "${missing[@]}"
+}
+
+BUILD_PACKAGES="g++ cmake ninja-build pkg-config libpng-dev liblua5.4-dev libcli11-dev libegl-dev libgles-dev
+    libgl1-mesa-dri libegl-mesa0 ca-certificates"
+TEST_PACKAGES="libgtest-dev libgmock-dev clang-format clang-tidy python3"
+
+build() {
+    local preset=$1
+    step "Building ($preset)"
+    quietly "build/$preset-configure.log" cmake --preset "$preset"
+    quietly "build/$preset-build.log" cmake --build --preset "$preset"
+}
