@@ -19,35 +19,20 @@ void Discard(RValue& field)
     field = MakeEmpty(VALUE_UNDEFINED);
 }
 
+// A singular matrix leaves its own copy as the inverse.
+void StoreWithInverse(kvMatrix& field, kvMatrix& inverse, const kvMatrix& matrix)
+{
+    field = matrix;
+    inverse = field;
+    inverse.Invert();
+}
+
 } // namespace
 
 CCamera::CCamera()
-    : pGCProxy(nullptr),
-      m_projMat(IDENTITY),
-      m_viewMat(IDENTITY),
-      m_viewProjMat(IDENTITY),
-      m_invProjMat(IDENTITY),
-      m_invViewMat(IDENTITY),
-      m_invViewProjMat(IDENTITY),
-      m_viewX(0.0f),
-      m_viewY(0.0f),
-      m_viewWidth(0.0f),
-      m_viewHeight(0.0f),
-      m_viewSpeedX(0.0f),
-      m_viewSpeedY(0.0f),
-      m_viewBorderX(0.0f),
-      m_viewBorderY(0.0f),
-      m_viewAngle(0.0f),
-      m_targetInstance(-1),
-      m_ID(-1),
-      m_beginScript(MakeReal(-1.0)),
-      m_endScript(MakeReal(-1.0)),
-      m_updateScript(MakeReal(-1.0)),
-      m_is2D(true),
-      m_isViewDirty(false),
-      m_isClone(false),
-      m_isPersistent(false),
-      m_birth(++s_births)
+    : m_projMat(IDENTITY), m_viewMat(IDENTITY), m_viewProjMat(IDENTITY), m_invProjMat(IDENTITY), m_invViewMat(IDENTITY),
+      m_invViewProjMat(IDENTITY), m_beginScript(MakeReal(-1.0)), m_endScript(MakeReal(-1.0)),
+      m_updateScript(MakeReal(-1.0)), m_birth(++s_births)
 {
 }
 
@@ -101,17 +86,20 @@ void CCamera::SetID(int id)
 
 void CCamera::SetProjMat(const kvMatrix& projection)
 {
-    m_projMat = projection;
-    m_invProjMat = m_projMat;
-    m_invProjMat.Invert();
+    StoreWithInverse(m_projMat, m_invProjMat, projection);
     UpdateProducts();
 }
 
 void CCamera::SetViewMat(const kvMatrix& view)
 {
-    m_viewMat = view;
-    m_invViewMat = m_viewMat;
-    m_invViewMat.Invert();
+    StoreWithInverse(m_viewMat, m_invViewMat, view);
+    UpdateProducts();
+}
+
+void CCamera::SetMatrices(const kvMatrix& view, const kvMatrix& projection)
+{
+    StoreWithInverse(m_viewMat, m_invViewMat, view);
+    StoreWithInverse(m_projMat, m_invProjMat, projection);
     UpdateProducts();
 }
 

@@ -30,7 +30,7 @@ class CCamera
 {
 public:
     // ---- the record ----
-    Camera_GCProxy* pGCProxy; // keeps callable callbacks alive; made with the first. Owned by the collector
+    Camera_GCProxy* pGCProxy = nullptr; // keeps callable callbacks alive; made with the first. Owned by the collector
 
     kvMatrix m_projMat;        // view to clip space; identity at first, like all six
     kvMatrix m_viewMat;        // room to view space
@@ -39,36 +39,36 @@ public:
     kvMatrix m_invViewMat;     // view to room space; its fourth row is the camera's place in the room
     kvMatrix m_invViewProjMat; // clip to room space
 
-    float m_viewX;      // left edge, room units; 0 at first, like all nine
-    float m_viewY;      // top edge
-    float m_viewWidth;  // width of what is seen
-    float m_viewHeight; // height of what is seen
-    float m_viewSpeedX; // largest step per update when following; negative for no limit
-    float m_viewSpeedY;
-    float m_viewBorderX; // distance that a followed target keeps from the left and right edges
-    float m_viewBorderY; // and from the top and bottom edges
-    float m_viewAngle;   // rotation, degrees
+    float m_viewX = 0.0f;      // left edge, room units
+    float m_viewY = 0.0f;      // top edge
+    float m_viewWidth = 0.0f;  // width of what is seen
+    float m_viewHeight = 0.0f; // height of what is seen
+    float m_viewSpeedX = 0.0f; // largest step per update when following; negative for no limit
+    float m_viewSpeedY = 0.0f;
+    float m_viewBorderX = 0.0f; // distance that a followed target keeps from the left and right edges
+    float m_viewBorderY = 0.0f; // and from the top and bottom edges
+    float m_viewAngle = 0.0f;   // rotation, degrees
 
     union
     {
-        int32_t m_targetInstance; // whom to follow: an object (0..99999), an instance (100000..), negative for nobody
-        int32_t m_cachedFrame;    // the same word under the name that the host's frame cache uses
+        int32_t m_targetInstance = -1; // whom to follow: object 0.., instance 100000.., negative: nobody
+        int32_t m_cachedFrame;         // the same word under the name that the host's frame cache uses
     };
-    int32_t m_ID; // slot in the manager's table, -1 until placed
+    int32_t m_ID = -1; // slot in the manager's table, -1 until placed
 
-    RValue m_beginScript; // callbacks: a script index, -1 for none, or a callable object. Owned
+    RValue m_beginScript; // callbacks: a script index, -1 (at first) for none, or a callable object. Owned
     RValue m_endScript;
     RValue m_updateScript; // runs instead of target following
 
-    bool m_is2D;         // a parallel projection of a view that looks straight along z
-    bool m_isViewDirty;  // rectangle or angle changed since the matrices were built
-    bool m_isClone;      // made by CloneCamera: goes with its room unless persistent
-    bool m_isPersistent; // a clone that stays
+    bool m_is2D = true;          // a parallel projection of a view that looks straight along z
+    bool m_isViewDirty = false;  // rectangle or angle changed since the matrices were built
+    bool m_isClone = false;      // made by CloneCamera: goes with its room unless persistent
+    bool m_isPersistent = false; // a clone that stays
 
     uint32_t m_birth; // number of this construction: tells a camera from a later one at the same address
 
     // ---- life ----
-    CCamera();  // the defaults above; script fields hold the real -1, m_is2D is true
+    CCamera();  // the defaults above
     ~CCamera(); // detaches the proxy, releases the three callbacks and leaves them undefined
     CCamera(const CCamera&) = delete;
     CCamera& operator=(const CCamera&) = delete;
@@ -161,8 +161,9 @@ public:
     void DeSerialize(IBuffer* buffer);
 
 private:
-    void UpdateProducts();          // C2, C3 and the product's inverse
-    void Follow(CInstance& target); // one step of the rectangle, and a build
+    void SetMatrices(const kvMatrix& view, const kvMatrix& projection); // as both setters, without a product in between
+    void UpdateProducts();                                              // C2, C3 and the product's inverse
+    void Follow(CInstance& target);                                     // one step of the rectangle, and a build
     void SetScript(RValue& field, RValue* script, const char* builtin);
 };
 

@@ -30,12 +30,8 @@ uint32_t CCameraManager::ms_cleanings = 0;
 // ---- life ----
 
 CCameraManager::CCameraManager()
-    : m_activeCamera(nullptr),
-      m_pScriptInstance(nullptr),
-      m_cameras(NewTable(1, __LINE__)),
-      m_roomcameras(NewTable(ROOM_CAMERAS, __LINE__)),
-      m_cameraListSize(1),
-      m_lastCamPos(-1)
+    : m_activeCamera(nullptr), m_pScriptInstance(nullptr), m_cameras(NewTable(1, __LINE__)),
+      m_roomcameras(NewTable(ROOM_CAMERAS, __LINE__)), m_cameraListSize(1), m_lastCamPos(-1)
 {
 }
 

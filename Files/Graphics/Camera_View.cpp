@@ -53,8 +53,7 @@ void CCamera::Build2DView(float x, float y)
     const kvMatrix view = LookAlongZ(x, y, FLAT_EYE_Z, m_viewAngle);
     kvMatrix projection;
     kvMatrix::OrthoLH(projection, m_viewWidth, m_viewHeight, 0.0f, DEPTH_RANGE);
-    SetViewMat(view);
-    SetProjMat(projection);
+    SetMatrices(view, projection);
     m_isViewDirty = false;
 }
 
@@ -63,8 +62,7 @@ void CCamera::Build3DView(float x, float y)
     const kvMatrix view = LookAlongZ(x, y, -m_viewWidth, m_viewAngle);
     kvMatrix projection;
     kvMatrix::PerspectiveLH(projection, 1.0f, -m_viewHeight / m_viewWidth, 1.0f, DEPTH_RANGE); // turned upside down
-    SetViewMat(view);
-    SetProjMat(projection);
+    SetMatrices(view, projection);
     m_isViewDirty = false;
 }
 

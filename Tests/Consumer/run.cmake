@@ -1,5 +1,6 @@
 # Installs the module, builds the consumer from what was installed, and runs it.
-# BUILD: the module's build tree. WORK: a folder of its own. HOST: the recording host's source. FLAGS, COMPILER.
+# BUILD: the module's build tree. WORK: a folder of its own. HOST_DIR: where Support/Recording_Host* lies.
+# FLAGS, COMPILER: as the module was built.
 function(run)
     execute_process(COMMAND ${ARGN} RESULT_VARIABLE status OUTPUT_VARIABLE output ERROR_VARIABLE output)
     if(NOT status EQUAL 0)
@@ -8,16 +9,13 @@ function(run)
     set(output "${output}" PARENT_SCOPE)
 endfunction()
 
+# The host is copied, so that no include finds the rest of the tree.
 file(REMOVE_RECURSE ${WORK})
-file(MAKE_DIRECTORY ${WORK}/host)
-foreach(file ${HOST}) # copied, so that no include finds the rest of the tree
-    file(COPY ${file} DESTINATION ${WORK}/host/Tests/Support)
-endforeach()
+file(COPY ${HOST_DIR}/Support DESTINATION ${WORK}/host/Tests FILES_MATCHING PATTERN "Recording_Host*")
 run(${CMAKE_COMMAND} --install ${BUILD} --prefix ${WORK}/installed)
 run(${CMAKE_COMMAND} -S ${CMAKE_CURRENT_LIST_DIR} -B ${WORK}/build -G Ninja -DCMAKE_BUILD_TYPE=Debug
     -DCMAKE_CXX_COMPILER=${COMPILER} "-DCMAKE_CXX_FLAGS=${FLAGS}" -DCMAKE_CXX_STANDARD=17
-    -DCMAKE_PREFIX_PATH=${WORK}/installed -DHOST_INCLUDE=${WORK}/host
-    -DHOST_SOURCE=${WORK}/host/Tests/Support/Recording_Host.cpp)
+    -DCMAKE_PREFIX_PATH=${WORK}/installed -DHOST_DIR=${WORK}/host)
 run(${CMAKE_COMMAND} --build ${WORK}/build)
 run(${WORK}/build/consumer)
 if(NOT output MATCHES "camera 0 shows 640 x 480")
