@@ -35,7 +35,9 @@ public:
     int32_t m_lastCamPos;           // slot of the last look-up, -1 for none
 
     // ---- life ----
-    CCameraManager();  // one empty slot. m_InitialLoadHighPoint keeps what the (zeroed, static) storage holds
+    // One empty slot. m_InitialLoadHighPoint keeps what the (zeroed, static) storage holds. Without memory for the two
+    // tables the program ends with a message: nobody is there to be told.
+    CCameraManager();
     ~CCameraManager(); // frees every camera and both tables
     CCameraManager(const CCameraManager&) = delete;
     CCameraManager& operator=(const CCameraManager&) = delete;

@@ -19,7 +19,8 @@ constexpr int SLOTS_LAST_LOADED = 2 * (CAMERA_ID_LAST_LOADED + 1);
 
 template <typename T> T& FieldOf(CCamera& camera, const CameraStateField& field)
 {
-    return *reinterpret_cast<T*>(reinterpret_cast<char*>(&camera) + field.offset);
+    void* const storage = reinterpret_cast<char*>(&camera) + field.offset; // aligned as the field is
+    return *static_cast<T*>(storage);
 }
 
 void WriteFloats(const float* values, int count, IBuffer* buffer)

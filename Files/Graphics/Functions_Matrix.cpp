@@ -25,10 +25,16 @@ void SetMatrixResult(RValue& result, const kvMatrix& matrix)
     result.kind = VALUE_ARRAY;
     result.v64 = 0; // on a 32-bit target the pointer fills half of it
     result.pRefArray = array;
+    array->m_length = MATRIX_ENTRIES;
     array->m_array =
         static_cast<RValue*>(MemoryManager::Alloc(MATRIX_ENTRIES * sizeof(RValue), MEMORY_TAG, __LINE__, true));
-    array->m_length = array->m_array != nullptr ? MATRIX_ENTRIES : 0;
-    for (int entry = 0; entry < array->m_length; ++entry)
+    if (array->m_array == nullptr)
+    {
+        array->m_length = 0;
+        FREE_RValue__Pre(&result);
+        return SetReal(result, -1.0);
+    }
+    for (int entry = 0; entry < MATRIX_ENTRIES; ++entry)
         SetReal(array->m_array[entry], static_cast<double>(matrix.m[entry]));
 }
 
