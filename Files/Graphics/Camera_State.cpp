@@ -67,6 +67,13 @@ void ReadField(CCamera& camera, const CameraStateField& field, IBuffer* buffer)
     }
 }
 
+// What follows a record can only be found by reading it.
+void PassOverRecord(IBuffer* buffer)
+{
+    CCamera nobody;
+    nobody.DeSerialize(buffer);
+}
+
 } // namespace
 
 void SerializeMatrix(kvMatrix* matrix, IBuffer* buffer) { WriteFloats(matrix->m, 16, buffer); }
@@ -125,7 +132,7 @@ void CCameraManager::LoadCamera(IBuffer* buffer)
 {
     CCamera* const camera = NewCamera(CAMERA_LOAD_LINE);
     if (camera == nullptr)
-        return;
+        return PassOverRecord(buffer);
     camera->DeSerialize(buffer);
     const int id = camera->m_ID;
     if (id <= CAMERA_ID_LAST_LOADED)

@@ -176,11 +176,14 @@ bool WriteImage(png_structp png, png_infop info, void* pixels, int width, int he
 bool WriteFile(_KvFILE* file, void* pixels, int width, int height)
 {
     png_structp png = png_create_write_struct(PNG_LIBPNG_VER_STRING, nullptr, nullptr, nullptr);
+    png_infop info = png != nullptr ? png_create_info_struct(png) : nullptr;
+    bool written = false;
     if (png == nullptr)
-        return Report("[write_png_file] png_create_write_struct failed\n");
-    png_infop info = png_create_info_struct(png);
-    const bool written = info != nullptr ? WriteImage(png, info, pixels, width, height, file)
-                                         : Report("[write_png_file] png_create_info_struct failed\n");
+        Report("[write_png_file] png_create_write_struct failed\n");
+    else if (info == nullptr)
+        Report("[write_png_file] png_create_info_struct failed\n");
+    else
+        written = WriteImage(png, info, pixels, width, height, file);
     png_destroy_write_struct(&png, &info);
     return written;
 }
