@@ -1,0 +1,58 @@
+#!/bin/sh
+# The seam between the module and its host, read from the archive's symbol table.
+#
+#   archive_symbols.sh NM ARCHIVE
+#
+# Each host name below must be undefined in the archive and never defined: a second definition would silently replace
+# the host's. Each module name must be defined, the last three weakly, so that a host may bring its own. Nothing may
+# pull in exceptions or run-time type information.
+nm=$1
+archive=$2
+table=$("$nm" -C "$archive") || exit 2
+failures=0
+
+complain()
+{
+    echo "$archive: $1" >&2
+    failures=$((failures + 1))
+}
+
+# has LETTERS NAME: a symbol of one of these nm letters that is NAME or a function NAME(...).
+has() { printf '%s\n' "$table" | grep -E "^[0-9a-f ]* ($1) " | sed 's/^[0-9a-f ]* [A-Za-z] //' | grep -qE "^$2(\(.*)?$"; }
+
+DEFINED='[A-TV-Zuv]|[a-tw-z]' # every letter but U and the weak undefined w
+
+host='Array_DecRef Array_IncRef Array_SetOwner ARRAY_RefAlloc AddGCRefRValue AddGlobalObject RemoveGlobalObject
+CGCGeneration::UpdateRange CInstance::CInstance CInstance::Compute_BoundingBox CInstance::ms_ID2Instance Call_RValue
+Current_Object DeterminePotentialRoot EnsureDirectoryIsCreated Function_Add GetContextStackTop PushContextStack
+PopContextStack GetNewObjGCGen Graphics::SetMatrix IBuffer::Write IBuffer::ReadS32 IBuffer::ReadFloat IBuffer::ReadBool
+JS_IsCallable_Object KvError KvFree KvRealloc KvGetFloat KvGetInt32 KvGetReal KvObjectBase::KvObjectBase
+KvObjectBase::FreeVars LOCK_RVALUE_MUTEX UNLOCK_RVALUE_MUTEX LoadSave::_GetSaveFileName LoadSave::fopen
+LoadSave::fwrite LoadSave::fclose MemoryManager::Alloc MemoryManager::ReAlloc MemoryManager::Free Run_Room
+Script_Perform SetViewExtents dbg_csol g_DefaultCameraID g_DummyObjectIndex g_GCGens g_GCrangestart g_GCrangeend
+g_ObjectHash g_RenderTargetActive g_ViewAreaA g_ViewAreaH g_ViewAreaW g_ViewAreaX g_ViewAreaY g_fGarbageCollection
+g_fIsJSProject g_pGlobal g_slotObjects kvMatrix::LookAtLH kvMatrix::Multiply kvMatrix::OrthoLH kvMatrix::PerspectiveLH
+KvHash<CInstance>::Find KvHash<CObject>::Find
+GV_ViewCamera GV_ViewHport GV_ViewSurfaceID GV_ViewVisible GV_ViewWport GV_ViewXport GV_ViewYport
+SV_ViewCamera SV_ViewHport SV_ViewSurfaceID SV_ViewVisible SV_ViewWport SV_ViewXport SV_ViewYport'
+for name in $host; do
+    has "$DEFINED" "$name" && complain "defines the host's $name"
+    has U "$name" || complain "does not use the host's $name"
+done
+
+module='g_CM CreateBMP WritePNG32 SerializeMatrix DeSerializeMatrix ValidateValidScriptValue kvMatrix::Invert
+ConvertAlpha GR_RGBA_To_D3DColor GR_Color_To_D3DColor GR_D3DColor_Change_Alpha GR_D3DColor_To_Color GR_Color_Merge
+F_CameraSetView'
+for name in $module; do
+    has '[TBD]' "$name" || complain "does not define $name"
+done
+for name in g_undefined CCameraManager::SetInitialLoadHighPoint CCameraManager::GetScriptInstance; do
+    has '[WVu]' "$name" || complain "does not define $name weakly"
+done
+
+handlers=$(printf '%s\n' "$table" | grep -cE ' T F_(Camera|View)[A-Za-z]*\(')
+[ "$handlers" -eq 48 ] || complain "has $handlers handlers, not 48"
+for name in __cxa_throw __gxx_personality_v0 __dynamic_cast; do
+    has U "$name" && complain "uses $name: exceptions or run-time types"
+done
+[ "$failures" -eq 0 ]
