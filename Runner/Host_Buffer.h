@@ -1,0 +1,72 @@
+#pragma once
+// A byte buffer of typed items.
+//
+// Items stand without gaps or tags, little-endian on every machine. One position serves reading and writing; writing at
+// the end appends, elsewhere it overwrites.
+
+#include "Files/Buffer/Buffer.h"
+
+#include <cstddef>
+#include <cstdint>
+
+namespace Runner
+{
+// What WriteTyped and ReadTyped answer.
+enum BufferError : int
+{
+    BUFFER_DONE = 0,
+    BUFFER_PAST_END = 1,  // read what is not there: a zero or an empty string came out, the position is at the end
+    BUFFER_NO_MEMORY = 2, // not written
+    BUFFER_BAD_TYPE = 3,  // no such type of item: nothing was read or written
+    BUFFER_BAD_VALUE = 4, // a text type with a value that is no string, or a text beyond BUFFER_TEXT_MAX
+};
+
+constexpr size_t BUFFER_SIZE_MAX = 0x7FFFFFFF;
+constexpr size_t BUFFER_TEXT_MAX = 16 << 20;
+
+// What goes in and comes out:
+//   integers   the value's whole part, the nearest in range; not a number gives 0. Come out as reals,
+//              except U64: an int64 goes in and comes out as its 64 bits, whatever their sign
+//   F16, F32   rounded to the nearest, beyond range infinite; not a number stays so
+//   Bool       one byte, 0 or 1 (above one half); comes out as a bool
+//   String     up to the first zero byte, which ends it
+//   Text       all bytes of the string, without an end mark; reads what is left, up to a zero byte
+// A string that is a number goes in as the number.
+class TypedBuffer final : public IBuffer
+{
+public:
+    TypedBuffer() = default;
+    ~TypedBuffer();
+    TypedBuffer(const TypedBuffer&) = delete;
+    TypedBuffer& operator=(const TypedBuffer&) = delete;
+
+    int WriteTyped(eBuffer_Type type, RValue& value) override;
+    int ReadTyped(eBuffer_Type type, RValue& value) override; // releases what value held
+
+    int WriteBytes(const void* data, size_t size);
+    int ReadBytes(void* data, size_t size); // zeros when fewer are left
+
+    bool Seek(size_t position); // false beyond the end: nothing changes
+    size_t Tell() const { return m_position; }
+    size_t Size() const { return m_size; }
+    const uint8_t* Data() const { return m_data; } // null while nothing was ever written; valid until the next write
+    void Clear();                                  // empty, without error; keeps its memory
+
+    BufferError Error() const { return m_error; } // the first since the last Clear or ClearError; stays
+    void ClearError() { m_error = BUFFER_DONE; }
+
+private:
+    int Fail(BufferError error);
+    bool Reserve(size_t size);
+    uint8_t* Put(size_t size);        // room for an item at the position, which moves on; null: refused
+    const uint8_t* Take(size_t size); // the item at the position, which moves on; null: past the end
+    int PutText(const RValue& value, bool ended);
+    int TakeText(RValue& value, bool ended);
+
+    uint8_t* m_data = nullptr;
+    size_t m_size = 0;
+    size_t m_capacity = 0;
+    size_t m_position = 0;
+    BufferError m_error = BUFFER_DONE;
+};
+} // namespace Runner
