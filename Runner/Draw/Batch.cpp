@@ -1,0 +1,67 @@
+#include "Runner/Draw/Batch.h"
+
+#include <algorithm>
+#include <cmath>
+#include <iterator>
+
+namespace Runner
+{
+namespace
+{
+constexpr size_t VERTEX_LIMIT = 65536; // what 16-bit numbers reach
+
+bool IsFinite(const Corner& corner)
+{
+    return std::isfinite(corner.x) && std::isfinite(corner.y) && std::isfinite(corner.z);
+}
+} // namespace
+
+bool DrawState::operator==(const DrawState& other) const
+{
+    return target == other.target && texture == other.texture && port == other.port && depthTest == other.depthTest &&
+           std::equal(std::begin(toClip.u), std::end(toClip.u), std::begin(other.toClip.u)) &&
+           std::equal(std::begin(tint), std::end(tint), std::begin(other.tint));
+}
+
+void Batch::Add(const DrawState& state, const Corner* corners, int count, const uint8_t (&colour)[4])
+{
+    if (m_device == nullptr || !std::all_of(corners, corners + count, IsFinite))
+        return;
+    if (!m_vertices.empty() && (m_vertices.size() + static_cast<size_t>(count) > VERTEX_LIMIT || !(m_state == state)))
+        Flush();
+    m_state = state;
+    const size_t first = m_vertices.size();
+    for (int i = 0; i < count; i++)
+    {
+        const Corner& c = corners[i];
+        m_vertices.push_back({c.x, c.y, c.z, c.u, c.v, {colour[0], colour[1], colour[2], colour[3]}});
+    }
+    for (size_t i = 2; i < static_cast<size_t>(count); i++)
+    {
+        for (const size_t corner : {first, first + i - 1, first + i})
+            m_indices.push_back(static_cast<uint16_t>(corner));
+    }
+}
+
+void Batch::Flush()
+{
+    if (m_vertices.empty())
+        return;
+    m_device->DrawTriangles(m_state, m_vertices, m_indices);
+    Count(static_cast<int>(m_vertices.size()));
+    m_vertices.clear();
+    m_indices.clear();
+}
+
+void Batch::Count(int vertices)
+{
+    m_draws++;
+    m_drawnVertices += vertices;
+}
+
+void Batch::ResetCounts()
+{
+    m_draws = 0;
+    m_drawnVertices = 0;
+}
+} // namespace Runner

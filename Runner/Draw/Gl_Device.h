@@ -1,0 +1,67 @@
+#pragma once
+// The device on OpenGL ES 2. The screen is a framebuffer object of its own; its first row in memory is the bottom one.
+
+#include "Runner/Draw/Device.h"
+#include "Runner/Draw/Gl_Context.h"
+#include "Runner/Draw/Gl_Program.h"
+
+#include <GLES2/gl2.h>
+
+#include <map>
+
+namespace Runner
+{
+class GlDevice : public Device
+{
+public:
+    GlDevice() = default;
+    ~GlDevice() override;
+
+    bool Open(int width, int height, std::string& error); // once, first
+
+    int LargestTexture() const override { return m_largestTexture; }
+    unsigned CreateTexture(int width, int height, const uint8_t* rgba) override;
+    void DeleteTexture(unsigned texture) override;
+    unsigned CreateTarget(int width, int height, unsigned& texture) override;
+    void DeleteTarget(unsigned target) override;
+    unsigned CreateMesh() override;
+    void SetMesh(unsigned mesh, const std::vector<Vertex>& vertices) override;
+    void DeleteMesh(unsigned mesh) override;
+    void Clear(const DrawState& state, const float (&colour)[4]) override;
+    void DrawTriangles(const DrawState& state, const std::vector<Vertex>& vertices,
+                       const std::vector<uint16_t>& indices) override;
+    void DrawMesh(const DrawState& state, unsigned mesh, int quads) override;
+    void Finish() override;
+    void Read(unsigned target, int width, int height, uint8_t* rgba) override;
+    std::string TakeError() override;
+
+private:
+    struct Target
+    {
+        GLuint texture = 0;
+        GLuint depth = 0; // made when it is first needed
+        int width = 0, height = 0;
+    };
+
+    unsigned MakeTarget(int width, int height); // a framebuffer, bound; 0 when refused
+    Target& Bind(unsigned target);
+    void AddDepth(Target& target);         // of the bound framebuffer
+    bool BindPort(const DrawState& state); // and the target; false when no pixel of the target is in the port
+    void Draw(const DrawState& state, GLsizei indexCount); // from the bound buffers; the port is bound
+    void BuildQuadIndices();
+    void NoteError(const char* during);
+    void NoteErrorInDebug(const char* during);
+
+    GlContext m_context; // first: it goes last
+    GlProgram m_flat;
+    GlProgram m_solid; // leaves transparent pixels out: for the depth test
+    GLuint m_screen = 0;
+    GLuint m_vertices = 0;
+    GLuint m_indices = 0;
+    GLuint m_quadIndices = 0;
+    GLenum m_depthFormat = GL_DEPTH_COMPONENT16;
+    int m_largestTexture = 0;
+    std::map<GLuint, Target> m_targets; // by framebuffer, the screen among them
+    std::string m_error;
+};
+} // namespace Runner

@@ -1,0 +1,103 @@
+#include "Runner/Draw/Gl_Program.h"
+
+namespace Runner
+{
+namespace
+{
+// Cameras give a larger room y a larger clip y, and the room's y grows downwards: hence the negation. It holds for
+// surfaces too: there the projection is flipped once more, so a surface's first row in memory is its top row.
+// Cameras give depths 0 to 1, the device clips at -1 to 1.
+const char VERTEX_SOURCE[] = R"(
+attribute vec3 place;
+attribute vec2 texturePlace;
+attribute vec4 colour;
+uniform mat4 toClip;
+uniform vec4 tint;
+varying vec2 v_texturePlace;
+varying vec4 v_colour;
+void main()
+{
+    vec4 clip = toClip * vec4(place, 1.0);
+    gl_Position = vec4(clip.x, -clip.y, 2.0 * clip.z - clip.w, clip.w);
+    v_texturePlace = texturePlace;
+    v_colour = colour * tint;
+}
+)";
+
+// Texture places need more than the 10 bits of medium precision.
+const char FRAGMENT_SOURCE[] = R"(
+#ifdef GL_FRAGMENT_PRECISION_HIGH
+precision highp float;
+#else
+precision mediump float;
+#endif
+uniform sampler2D picture;
+varying vec2 v_texturePlace;
+varying vec4 v_colour;
+void main()
+{
+    vec4 pixel = texture2D(picture, v_texturePlace) * v_colour;
+#ifdef DROP_TRANSPARENT
+    if (pixel.a <= 0.0)
+        discard;
+#endif
+    gl_FragColor = pixel;
+}
+)";
+
+GLuint Compile(GLenum kind, const char* head, const char* source, std::string& error)
+{
+    const GLuint shader = glCreateShader(kind);
+    const char* const sources[] = {head, source};
+    glShaderSource(shader, 2, sources, nullptr);
+    glCompileShader(shader);
+    GLint done = GL_FALSE;
+    glGetShaderiv(shader, GL_COMPILE_STATUS, &done);
+    if (done == GL_TRUE)
+        return shader;
+    char log[400] = "";
+    glGetShaderInfoLog(shader, sizeof log, nullptr, log);
+    error = std::string("cannot draw: the driver refuses a shader: ") + log;
+    glDeleteShader(shader);
+    return 0;
+}
+} // namespace
+
+bool GlProgram::Build(bool dropTransparent, std::string& error)
+{
+    const GLuint vertex = Compile(GL_VERTEX_SHADER, "", VERTEX_SOURCE, error);
+    const GLuint fragment =
+        Compile(GL_FRAGMENT_SHADER, dropTransparent ? "#define DROP_TRANSPARENT\n" : "", FRAGMENT_SOURCE, error);
+    GLint done = GL_FALSE;
+    if (vertex != 0 && fragment != 0)
+    {
+        m_program = glCreateProgram();
+        glAttachShader(m_program, vertex);
+        glAttachShader(m_program, fragment);
+        glBindAttribLocation(m_program, INPUT_PLACE, "place");
+        glBindAttribLocation(m_program, INPUT_TEXTURE, "texturePlace");
+        glBindAttribLocation(m_program, INPUT_COLOUR, "colour");
+        glLinkProgram(m_program);
+        glGetProgramiv(m_program, GL_LINK_STATUS, &done);
+        if (done != GL_TRUE)
+            error = "cannot draw: the driver does not link the drawing program";
+    }
+    glDeleteShader(vertex); // the program keeps what it needs; 0 is ignored
+    glDeleteShader(fragment);
+    if (done != GL_TRUE)
+        return false;
+    m_toClip = glGetUniformLocation(m_program, "toClip");
+    m_tint = glGetUniformLocation(m_program, "tint");
+    return true;
+}
+
+void GlProgram::Use(const float* toClip, const float* tint) const
+{
+    glUseProgram(m_program);
+    // Row vectors times a row-major matrix and GL's column vectors with a column-major one are the same sixteen floats.
+    glUniformMatrix4fv(m_toClip, 1, GL_FALSE, toClip);
+    glUniform4fv(m_tint, 1, tint);
+}
+
+GlProgram::~GlProgram() { glDeleteProgram(m_program); }
+} // namespace Runner

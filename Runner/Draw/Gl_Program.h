@@ -1,0 +1,35 @@
+#pragma once
+
+#include <GLES2/gl2.h>
+
+#include <string>
+
+namespace Runner
+{
+// Attribute locations, the same in every program.
+enum VertexInput : GLuint
+{
+    INPUT_PLACE,
+    INPUT_TEXTURE,
+    INPUT_COLOUR,
+};
+
+// The textured, tinted drawing program. Needs a current context, also at its end.
+class GlProgram
+{
+public:
+    GlProgram() = default;
+    ~GlProgram();
+    GlProgram(const GlProgram&) = delete;
+    GlProgram& operator=(const GlProgram&) = delete;
+
+    // dropTransparent: a pixel without any alpha is left out altogether, its depth too.
+    bool Build(bool dropTransparent, std::string& error);
+    void Use(const float* toClip, const float* tint) const; // 16 and 4 floats
+
+private:
+    GLuint m_program = 0;
+    GLint m_toClip = -1;
+    GLint m_tint = -1;
+};
+} // namespace Runner

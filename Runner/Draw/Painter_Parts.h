@@ -1,0 +1,117 @@
+#pragma once
+// What the painter is made of; for the Painter_*.cpp sources alone.
+
+#include "Runner/Draw/Batch.h"
+#include "Runner/Draw/Device.h"
+#include "Runner/Draw/Numbered.h"
+#include "Runner/Draw/Painter.h"
+#include "Runner/Draw/Sheet.h"
+#include "Runner/Draw/Tile_Grid.h"
+#include "Runner/Host_Graphics.h"
+
+namespace Runner
+{
+struct SpriteEntry
+{
+    SpriteInfo info;
+    Sheet sheet;          // without pixels
+    unsigned texture = 0; // 0 without a device
+};
+
+struct SurfaceEntry
+{
+    int width = 0, height = 0;
+    unsigned target = 0, texture = 0; // 0 without a device
+};
+
+// What a PopTarget brings back.
+struct SavedTarget
+{
+    int surface; // -1 for the screen
+    Port port;
+    kvMatrix view, projection, world;
+    float areaX, areaY, areaW, areaH, areaA;
+};
+
+struct DrawingState
+{
+    unsigned colour = 0xFFFFFF;
+    float alpha = 1.0f;
+    float depth = 0.0f;
+    float lineWidth = 1.0f;
+    bool depthTest = false;
+};
+
+// A colour multiplied by its alpha, as vertices carry it.
+struct Ink
+{
+    uint8_t bytes[4];
+};
+Ink MixInk(unsigned colour, float alpha);
+
+// Invariants:
+// P1 without a device every texture, target and mesh number is 0, and nothing reaches the batch.
+// P2 the device's draws come in the order of the calls: whoever draws past the batch flushes it first.
+// P3 surface is -1 exactly while saved is empty, and g_RenderTargetActive equals it between two calls.
+struct Painter::Parts
+{
+    Parts(int width, int height, std::unique_ptr<Device> device);
+    ~Parts();
+
+    bool Fail(std::string line);                 // keeps the first; always false
+    SpriteEntry* NeedSprite(int sprite);         // null after a Fail
+    SurfaceEntry* NeedSurface(int surface);      // null after a Fail
+    SurfaceEntry* NeedShownSurface(int surface); // one that can be drawn now; null after a Fail
+    TileGrid* NeedTileMap(int map);              // null after a Fail
+
+    // The state for drawing now with a texture; null when nothing can show.
+    const DrawState* Prepare(unsigned texture);
+    unsigned CurrentTarget() const; // the device's number
+    Ink CurrentInk() const { return MixInk(state.colour, state.alpha); }
+
+    void DrawPolygon(const Corner* corners, int count, Ink ink, unsigned texture); // convex, 3 to 255 corners
+    // One colour, in the plane of the current depth. places: x, y pairs.
+    void DrawPlain(const float (*places)[2], int count);
+    void DrawPlain3D(const kvVector3 (&corners)[4], Ink ink);
+    void DrawPicture(unsigned texture, const TextureArea& area, const float (&places)[4][2], Ink ink);
+    // Puts down a picture of a size in room units whose origin goes to the placement's place.
+    void Place(unsigned texture, const TextureArea& area, float width, float height, float originX, float originY,
+               const Placement& placement);
+    void DrawLine(float x1, float y1, float x2, float y2);
+    void DrawFace(const SpriteEntry* sprite, int frame, const kvVector3 (&corners)[4], Ink ink);
+
+    void DrawChunk(TileGrid& grid, int chunkColumn, int chunkRow, const SpriteEntry& sprite, const DrawState& state);
+
+    const int width, height; // of the screen
+    std::unique_ptr<Device> device;
+    Batch batch;
+    std::string error;
+
+    DrawingState state;
+    Port port;
+    int surface = -1; // drawn into; -1 for the screen
+    std::vector<SavedTarget> saved;
+
+    DrawState prepared; // Prepare's answer
+    unsigned preparedVersion = 0;
+    bool preparedFinite = false;
+
+    Numbered<SpriteEntry> sprites;
+    Numbered<SurfaceEntry> surfaces;
+    Numbered<TileGrid> tileMaps;
+    std::vector<Vertex> chunkVertices; // scratch
+    Sheet font;
+    unsigned fontTexture = 0;
+};
+
+inline float ChannelToFloat(uint8_t channel) { return static_cast<float>(channel) / 255.0f; }
+
+inline std::string SizeText(int width, int height) { return std::to_string(width) + " x " + std::to_string(height); }
+
+// Frame numbers go round in both directions.
+inline int WrapFrame(int frame, int frames)
+{
+    const int rest = frame % frames;
+    return rest < 0 ? rest + frames : rest;
+}
+} // namespace Runner

@@ -1,0 +1,171 @@
+// Shapes without a picture, flat and in space. They take their colour from the font's white block, so that shapes and
+// text share a draw.
+#include "Platform/Strict_Float.h"
+
+#include "Runner/Draw/Painter_Parts.h"
+
+#include "Runner/Draw/Font.h"
+
+#include <algorithm>
+#include <cmath>
+
+namespace Runner
+{
+namespace
+{
+constexpr int MOST_CORNERS = 96;
+
+// Light by face: towards the smaller z, the larger; the smaller y, the larger; the smaller x, the larger.
+constexpr float FACE_LIGHT[6] = {1.0f, 0.5f, 0.85f, 0.6f, 0.75f, 0.7f};
+
+// Each face's corners, top left first, as seen from outside; bit 0 takes the larger x, bit 1 y, bit 2 z.
+constexpr int FACE_CORNERS[6][4] = {{0, 1, 3, 2}, {5, 4, 6, 7}, {4, 5, 1, 0}, {2, 3, 7, 6}, {4, 0, 2, 6}, {1, 5, 7, 3}};
+
+Corner BlockCorner(const Sheet& font, float x, float y, float z)
+{
+    const TextureArea block = font.Area(FONT_BLOCK);
+    return {x, y, z, (block.left + block.right) * 0.5f, (block.top + block.bottom) * 0.5f};
+}
+
+// The larger the circle, the more corners; a multiple of four, so that it touches its square.
+int CircleCorners(float radius) { return static_cast<int>(std::clamp(radius, 16.0f, 96.0f)) & ~3; }
+
+unsigned Darken(unsigned colour, float light)
+{
+    unsigned darkened = 0;
+    for (unsigned shift = 0; shift < 24; shift += 8)
+        darkened |= static_cast<unsigned>(static_cast<float>(colour >> shift & 255) * light) << shift;
+    return darkened;
+}
+} // namespace
+
+void Painter::Parts::DrawPolygon(const Corner* corners, int count, Ink ink, unsigned texture)
+{
+    if (const DrawState* drawing = Prepare(texture))
+        batch.Add(*drawing, corners, count, ink.bytes);
+}
+
+void Painter::Parts::DrawPlain(const float (*places)[2], int count)
+{
+    Corner corners[MOST_CORNERS];
+    for (int i = 0; i < count; i++)
+        corners[i] = BlockCorner(font, places[i][0], places[i][1], state.depth);
+    DrawPolygon(corners, count, CurrentInk(), fontTexture);
+}
+
+void Painter::Parts::DrawLine(float x1, float y1, float x2, float y2)
+{
+    const float dx = x2 - x1, dy = y2 - y1;
+    const float length = sqrtf(dx * dx + dy * dy);
+    if (!(length > 0.0f))
+        return;
+    const float halfX = dx / length * state.lineWidth * 0.5f, halfY = dy / length * state.lineWidth * 0.5f;
+    const float places[4][2] = {
+        {x1 + halfY, y1 - halfX}, {x2 + halfY, y2 - halfX}, {x2 - halfY, y2 + halfX}, {x1 - halfY, y1 + halfX}};
+    DrawPlain(places, 4);
+}
+
+void Painter::Line(float x1, float y1, float x2, float y2) { m_parts->DrawLine(x1, y1, x2, y2); }
+
+void Painter::Rectangle(float left, float top, float right, float bottom, bool outline)
+{
+    const auto fill = [this](float l, float t, float r, float b)
+    {
+        const float places[4][2] = {{l, t}, {r, t}, {r, b}, {l, b}};
+        m_parts->DrawPlain(places, 4);
+    };
+    const float w = m_parts->state.lineWidth;
+    if (!outline || w * 2.0f >= std::abs(right - left) || w * 2.0f >= std::abs(bottom - top))
+        return fill(left, top, right, bottom);
+    if (left > right)
+        std::swap(left, right);
+    if (top > bottom)
+        std::swap(top, bottom);
+    fill(left, top, right, top + w);
+    fill(left, bottom - w, right, bottom);
+    fill(left, top + w, left + w, bottom - w); // the strips do not overlap: alpha stays even
+    fill(right - w, top + w, right, bottom - w);
+}
+
+void Painter::Circle(float x, float y, float radius, bool outline)
+{
+    if (!std::isfinite(radius) || radius <= 0.0f)
+        return;
+    const int count = CircleCorners(radius);
+    const float inner = std::max(radius - m_parts->state.lineWidth, 0.0f);
+    float outside[MOST_CORNERS + 1][2], inside[MOST_CORNERS + 1][2];
+    for (int i = 0; i <= count; i++)
+    {
+        const float turn = static_cast<float>(i % count) * (6.2831853f / static_cast<float>(count));
+        outside[i][0] = x + cosf(turn) * radius;
+        outside[i][1] = y + sinf(turn) * radius;
+        inside[i][0] = x + cosf(turn) * inner;
+        inside[i][1] = y + sinf(turn) * inner;
+    }
+    if (!outline)
+        return m_parts->DrawPlain(outside, count);
+    for (int i = 0; i < count; i++)
+    {
+        const float places[4][2] = {{outside[i][0], outside[i][1]},
+                                    {outside[i + 1][0], outside[i + 1][1]},
+                                    {inside[i + 1][0], inside[i + 1][1]},
+                                    {inside[i][0], inside[i][1]}};
+        m_parts->DrawPlain(places, 4);
+    }
+}
+
+void Painter::Triangle(float x1, float y1, float x2, float y2, float x3, float y3, bool outline)
+{
+    const float places[3][2] = {{x1, y1}, {x2, y2}, {x3, y3}};
+    if (!outline)
+        return m_parts->DrawPlain(places, 3);
+    m_parts->DrawLine(x1, y1, x2, y2);
+    m_parts->DrawLine(x2, y2, x3, y3);
+    m_parts->DrawLine(x3, y3, x1, y1);
+}
+
+// ---- 3D ----
+
+void Painter::Parts::DrawFace(const SpriteEntry* sprite, int frame, const kvVector3 (&places)[4], Ink ink)
+{
+    Corner corners[4];
+    for (int i = 0; i < 4; i++)
+        corners[i] = BlockCorner(font, places[i].x, places[i].y, places[i].z);
+    if (sprite == nullptr)
+        return DrawPolygon(corners, 4, ink, fontTexture);
+    const TextureArea area = sprite->sheet.Area(WrapFrame(frame, sprite->info.frames));
+    const float u[4] = {area.left, area.right, area.right, area.left};
+    const float v[4] = {area.top, area.top, area.bottom, area.bottom};
+    for (int i = 0; i < 4; i++)
+    {
+        corners[i].u = u[i];
+        corners[i].v = v[i];
+    }
+    DrawPolygon(corners, 4, ink, sprite->texture);
+}
+
+void Painter::Quad(int sprite, int frame, const kvVector3 (&corners)[4])
+{
+    const SpriteEntry* entry = sprite == -1 ? nullptr : m_parts->NeedSprite(sprite);
+    if (sprite == -1 || entry != nullptr)
+        m_parts->DrawFace(entry, frame, corners, m_parts->CurrentInk());
+}
+
+void Painter::Box(int sprite, int frame, const kvVector3& low, const kvVector3& high)
+{
+    const SpriteEntry* entry = sprite == -1 ? nullptr : m_parts->NeedSprite(sprite);
+    if (sprite != -1 && entry == nullptr)
+        return;
+    for (int face = 0; face < 6; face++)
+    {
+        kvVector3 corners[4];
+        for (int i = 0; i < 4; i++)
+        {
+            const int corner = FACE_CORNERS[face][i];
+            corners[i] = {corner & 1 ? high.x : low.x, corner & 2 ? high.y : low.y, corner & 4 ? high.z : low.z};
+        }
+        const DrawingState& state = m_parts->state;
+        m_parts->DrawFace(entry, frame, corners, MixInk(Darken(state.colour, FACE_LIGHT[face]), state.alpha));
+    }
+}
+} // namespace Runner

@@ -1,0 +1,160 @@
+// Sprites, and putting down a rectangle of a picture.
+#include "Platform/Strict_Float.h"
+
+#include "Runner/Draw/Painter_Parts.h"
+
+#include "Runner/Draw/Png_Reader.h"
+
+#include <algorithm>
+#include <cmath>
+
+namespace Runner
+{
+namespace
+{
+constexpr float RADIANS_PER_DEGREE = 0.017453292f;
+} // namespace
+
+void Painter::Parts::DrawPicture(unsigned texture, const TextureArea& area, const float (&places)[4][2], Ink ink)
+{
+    const Corner corners[4] = {{places[0][0], places[0][1], state.depth, area.left, area.top},
+                               {places[1][0], places[1][1], state.depth, area.right, area.top},
+                               {places[2][0], places[2][1], state.depth, area.right, area.bottom},
+                               {places[3][0], places[3][1], state.depth, area.left, area.bottom}};
+    DrawPolygon(corners, 4, ink, texture);
+}
+
+void Painter::Parts::Place(unsigned texture, const TextureArea& area, float pictureWidth, float pictureHeight,
+                           float originX, float originY, const Placement& placement)
+{
+    const float sine = sinf(placement.angle * RADIANS_PER_DEGREE), cosine = cosf(placement.angle * RADIANS_PER_DEGREE);
+    const float left = -originX * placement.scaleX, right = (pictureWidth - originX) * placement.scaleX;
+    const float top = -originY * placement.scaleY, bottom = (pictureHeight - originY) * placement.scaleY;
+    float places[4][2] = {{left, top}, {right, top}, {right, bottom}, {left, bottom}};
+    for (float(&place)[2] : places)
+    {
+        const float x = place[0], y = place[1];
+        place[0] = placement.x + x * cosine + y * sine;
+        place[1] = placement.y - x * sine + y * cosine;
+    }
+    DrawPicture(texture, area, places, MixInk(placement.colour, placement.alpha));
+}
+
+// ---- sprites ----
+
+SpriteEntry* Painter::Parts::NeedSprite(int sprite)
+{
+    SpriteEntry* entry = sprites.Find(sprite);
+    if (entry == nullptr)
+        Fail("there is no sprite " + std::to_string(sprite));
+    return entry;
+}
+
+int Painter::LoadSprite(const std::string& file, int frames, float originX, float originY)
+{
+    Picture picture;
+    std::string problem;
+    if (frames < 1)
+        problem = "cannot load \"" + file + "\" with " + std::to_string(frames) + " frames: at least 1 is needed";
+    else if (ReadPng(file, picture, problem) && picture.width % frames != 0)
+        problem = "\"" + file + "\" is " + std::to_string(picture.width) + " pixels wide, which is not a multiple of " +
+                  std::to_string(frames) + " frames";
+    if (problem.empty())
+        return AddSheet(picture, picture.width / frames, picture.height, originX, originY);
+    m_parts->Fail(std::move(problem));
+    return -1;
+}
+
+int Painter::LoadSheet(const std::string& file, int frameWidth, int frameHeight, float originX, float originY)
+{
+    Picture picture;
+    std::string problem;
+    if (ReadPng(file, picture, problem) &&
+        (frameWidth < 1 || frameHeight < 1 || frameWidth > picture.width || frameHeight > picture.height))
+        problem = "\"" + file + "\" is " + SizeText(picture.width, picture.height) + " pixels and holds no frame of " +
+                  SizeText(frameWidth, frameHeight);
+    if (problem.empty())
+        return AddSheet(picture, frameWidth, frameHeight, originX, originY);
+    m_parts->Fail(std::move(problem));
+    return -1;
+}
+
+int Painter::AddSheet(const Picture& picture, int frameWidth, int frameHeight, float originX, float originY)
+{
+    Parts& parts = *m_parts;
+    if (frameWidth < 1 || frameHeight < 1 || frameWidth > picture.width || frameHeight > picture.height)
+    {
+        parts.Fail("a picture of " + SizeText(picture.width, picture.height) + " pixels holds no frame of " +
+                   SizeText(frameWidth, frameHeight));
+        return -1;
+    }
+    SpriteEntry entry;
+    entry.sheet = Sheet(picture, frameWidth, frameHeight);
+    entry.info = {frameWidth, frameHeight, entry.sheet.Frames(), originX, originY};
+    if (parts.device != nullptr)
+    {
+        const Picture& packed = entry.sheet.Packed();
+        if (std::max(packed.width, packed.height) <= parts.device->LargestTexture())
+            entry.texture = parts.device->CreateTexture(packed.width, packed.height, packed.rgba.data());
+        if (entry.texture == 0)
+        {
+            parts.Fail("the graphics driver takes no picture of " + SizeText(packed.width, packed.height) + " pixels");
+            return -1;
+        }
+    }
+    entry.sheet.DropPixels();
+    return parts.sprites.Add(std::move(entry));
+}
+
+bool Painter::FreeSprite(int sprite)
+{
+    Parts& parts = *m_parts;
+    const SpriteEntry* entry = parts.NeedSprite(sprite);
+    if (entry == nullptr)
+        return false;
+    const auto& maps = parts.tileMaps.All();
+    if (std::any_of(maps.begin(), maps.end(),
+                    [sprite](const auto& m) { return m != nullptr && m->Sprite() == sprite; }))
+        return parts.Fail("sprite " + std::to_string(sprite) + " cannot be freed: a tile map shows it");
+    parts.batch.Flush();
+    if (parts.device != nullptr)
+        parts.device->DeleteTexture(entry->texture);
+    parts.sprites.Remove(sprite);
+    return true;
+}
+
+const SpriteInfo* Painter::FindSprite(int sprite) const
+{
+    const SpriteEntry* entry = m_parts->sprites.Find(sprite);
+    return entry == nullptr ? nullptr : &entry->info;
+}
+
+void Painter::Sprite(int sprite, int frame, float x, float y)
+{
+    Placement placement;
+    placement.x = x;
+    placement.y = y;
+    placement.alpha = m_parts->state.alpha;
+    Sprite(sprite, frame, placement);
+}
+
+void Painter::Sprite(int sprite, int frame, const Placement& placement)
+{
+    const SpriteEntry* entry = m_parts->NeedSprite(sprite);
+    if (entry == nullptr)
+        return;
+    const SpriteInfo& info = entry->info;
+    m_parts->Place(entry->texture, entry->sheet.Area(WrapFrame(frame, info.frames)), static_cast<float>(info.width),
+                   static_cast<float>(info.height), info.originX, info.originY, placement);
+}
+
+void Painter::SpriteStretched(int sprite, int frame, float left, float top, float right, float bottom)
+{
+    const SpriteEntry* entry = m_parts->NeedSprite(sprite);
+    if (entry == nullptr)
+        return;
+    const float places[4][2] = {{left, top}, {right, top}, {right, bottom}, {left, bottom}};
+    m_parts->DrawPicture(entry->texture, entry->sheet.Area(WrapFrame(frame, entry->info.frames)), places,
+                         m_parts->CurrentInk());
+}
+} // namespace Runner

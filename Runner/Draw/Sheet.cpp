@@ -1,0 +1,73 @@
+#include "Runner/Draw/Sheet.h"
+
+#include <algorithm>
+
+namespace Runner
+{
+namespace
+{
+// As near to a square as whole cells allow: a long strip of frames must not run into the device's limit.
+int ChooseColumns(int frames, int cellWidth, int cellHeight)
+{
+    int columns = 1;
+    while (columns < frames && static_cast<int64_t>(columns) * cellWidth <
+                                   static_cast<int64_t>((frames + columns - 1) / columns) * cellHeight)
+        columns++;
+    return columns;
+}
+} // namespace
+
+Sheet::Sheet(const Picture& picture, int frameWidth, int frameHeight)
+    : m_frameWidth(frameWidth), m_frameHeight(frameHeight)
+{
+    const int sourceColumns = picture.width / frameWidth;
+    m_frames = sourceColumns * (picture.height / frameHeight);
+    m_columns = ChooseColumns(m_frames, frameWidth + 2, frameHeight + 2);
+    m_packed.width = m_columns * (frameWidth + 2);
+    m_packed.height = (m_frames + m_columns - 1) / m_columns * (frameHeight + 2);
+    m_packed.rgba.assign(m_packed.Offset(0, m_packed.height), 0);
+    for (int frame = 0; frame < m_frames; frame++)
+        CopyFrame(picture, frame % sourceColumns * frameWidth, frame / sourceColumns * frameHeight, frame);
+}
+
+void Sheet::CopyFrame(const Picture& source, int sourceX, int sourceY, int frame)
+{
+    for (int y = 0; y < m_frameHeight + 2; y++)
+    {
+        const int fromY = sourceY + std::clamp(y - 1, 0, m_frameHeight - 1);
+        for (int x = 0; x < m_frameWidth + 2; x++)
+        {
+            const int fromX = sourceX + std::clamp(x - 1, 0, m_frameWidth - 1);
+            const uint8_t* from = source.rgba.data() + source.Offset(fromX, fromY);
+            uint8_t* to = m_packed.rgba.data() + m_packed.Offset(CellX(frame) + x, CellY(frame) + y);
+            for (int channel = 0; channel < 3; channel++)
+                to[channel] = MultiplyByAlpha(from[channel], from[3]);
+            to[3] = from[3];
+        }
+    }
+}
+
+TextureArea Sheet::Area(int frame) const
+{
+    const auto width = static_cast<float>(m_packed.width), height = static_cast<float>(m_packed.height);
+    const int x = CellX(frame) + 1, y = CellY(frame) + 1;
+    return {static_cast<float>(x) / width, static_cast<float>(y) / height, static_cast<float>(x + m_frameWidth) / width,
+            static_cast<float>(y + m_frameHeight) / height};
+}
+
+void Sheet::DropPixels() { std::vector<uint8_t>().swap(m_packed.rgba); }
+
+void DivideByAlpha(Picture& picture)
+{
+    for (size_t i = 0; i + 4 <= picture.rgba.size(); i += 4)
+    {
+        const unsigned alpha = picture.rgba[i + 3];
+        for (size_t channel = i; channel < i + 3; channel++)
+        {
+            const unsigned value = picture.rgba[channel];
+            picture.rgba[channel] =
+                alpha == 0 ? uint8_t{0} : static_cast<uint8_t>(std::min((value * 255 + alpha / 2) / alpha, 255u));
+        }
+    }
+}
+} // namespace Runner

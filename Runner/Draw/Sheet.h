@@ -1,0 +1,50 @@
+#pragma once
+
+#include "Runner/Draw/Picture.h"
+
+namespace Runner
+{
+// Where a frame lies in a texture: 0..1, top left and bottom right.
+struct TextureArea
+{
+    float left, top, right, bottom;
+};
+
+// Frames of equal size, packed for a texture: each has a rim of one pixel that repeats its edge, so that a sample
+// just past a frame's edge, which rounding brings about at some rotations and zooms, still shows that frame and not its
+// neighbour. Colours are multiplied by alpha.
+class Sheet
+{
+public:
+    Sheet() = default;
+
+    // Cuts the frames out of a picture, row by row from the top left. At least one must fit.
+    Sheet(const Picture& picture, int frameWidth, int frameHeight);
+
+    int Frames() const { return m_frames; }
+    int FrameWidth() const { return m_frameWidth; }
+    int FrameHeight() const { return m_frameHeight; }
+    const Picture& Packed() const { return m_packed; }
+    TextureArea Area(int frame) const; // 0 to Frames() - 1
+    void DropPixels();                 // after the upload: the areas stay known
+
+private:
+    void CopyFrame(const Picture& source, int sourceX, int sourceY, int frame);
+    int CellX(int frame) const { return frame % m_columns * (m_frameWidth + 2); }
+    int CellY(int frame) const { return frame / m_columns * (m_frameHeight + 2); }
+
+    int m_frames = 0;
+    int m_frameWidth = 0, m_frameHeight = 0;
+    int m_columns = 1; // of the packed picture
+    Picture m_packed;
+};
+
+// A colour channel times alpha, both 0 to 255, to the nearest.
+inline uint8_t MultiplyByAlpha(unsigned channel, unsigned alpha)
+{
+    return static_cast<uint8_t>((channel * alpha + 127) / 255);
+}
+
+// The other way, for pictures that are read back. A pixel without alpha gets no colour.
+void DivideByAlpha(Picture& picture);
+} // namespace Runner

@@ -1,0 +1,15 @@
+// Stands in for the Gl_* sources, which a build without drawing leaves out.
+#ifdef RUNNER_WITHOUT_DRAWING
+
+#include "Runner/Draw/Device.h"
+
+namespace Runner
+{
+std::unique_ptr<Device> OpenDevice(int, int, std::string& error)
+{
+    error = "this runner was built without drawing: run it with --no-draw";
+    return nullptr;
+}
+} // namespace Runner
+
+#endif
