@@ -1,0 +1,96 @@
+#include "Files/Graphics/Image_Writers.h"
+#include "Files/IO/Debug_Console.h"
+#include "Files/Run/Run_Globals.h"
+#include "Runner/Game.h"
+#include "Runner/Host_Collector.h"
+#include "Runner/Lua/Api.h"
+#include "Runner/Screenshot.h"
+
+#include <climits>
+
+namespace Runner
+{
+namespace
+{
+// ---- scripts ----
+
+int ScriptAdd(Arguments& call) { return call.Return(call.game.numberedScripts.Add(call.Function(1))); }
+
+int Include(Arguments& call)
+{
+    call.game.scripts.Include(call.L, call.Text(1));
+    return 1;
+}
+
+int CameraCurrent(Arguments& call) { return call.Return(Current_Object); }
+
+// ---- random numbers ----
+
+int RandomNumber(Arguments& call) { return call.Return(call.game.random.Next01()); }
+
+int RandomRange(Arguments& call)
+{
+    const double low = call.Number(1);
+    return call.Return(low + (call.Number(2) - low) * call.game.random.Next01());
+}
+
+int RandomWhole(Arguments& call) { return call.Return(call.game.random.Range(0, call.Whole(1))); }
+
+int RandomSetSeed(Arguments& call)
+{
+    call.game.random.Seed(static_cast<uint32_t>(call.Whole(1)));
+    return 0;
+}
+
+// ---- the game ----
+
+int FrameNumber(Arguments& call) { return call.Return(call.game.FrameNumber()); }
+
+int Log(Arguments& call)
+{
+    const std::string line = call.Text(1) + "\n";
+    if (dbg_csol != nullptr)
+        dbg_csol->Output(line.c_str());
+    return 0;
+}
+
+int CollectAll(Arguments& call)
+{
+    lua_gc(call.L, LUA_GCCOLLECT);
+    Collector::Collect(true);
+    return 0;
+}
+
+int Screenshot(Arguments& call)
+{
+    const std::string name = call.Text(1);
+    if (call.Has(2) && call.Text(2) != "png")
+        call.Fail("argument 2 must be \"png\"");
+    std::string why;
+    return call.Return(WriteScreenshot(call.game.Screen(), name, why));
+}
+
+int GameEnd(Arguments& call)
+{
+    call.game.End();
+    return 0;
+}
+
+constexpr ApiFunction FUNCTIONS[] = {
+    {"script_add", 1, 1, ScriptAdd},
+    {"include", 1, 1, Include},
+    {"camera_current", 0, 0, CameraCurrent},
+    {"random", 0, 0, RandomNumber},
+    {"random_range", 2, 2, RandomRange},
+    {"irandom", 1, 1, RandomWhole},
+    {"random_set_seed", 1, 1, RandomSetSeed},
+    {"frame_number", 0, 0, FrameNumber},
+    {"log", 1, 1, Log},
+    {"collect", 0, 0, CollectAll},
+    {"screenshot", 1, 2, Screenshot},
+    {"game_end", 0, 0, GameEnd},
+};
+} // namespace
+
+ApiTable SystemApi() { return {FUNCTIONS, std::size(FUNCTIONS)}; }
+} // namespace Runner

@@ -1,0 +1,104 @@
+#pragma once
+// Reading what a script hands over. Everything here throws ScriptError for a value that does not fit.
+
+#include <lua.hpp>
+
+#include <string>
+#include <vector>
+
+namespace Runner
+{
+class Game;
+class Instance;
+class ObjectType;
+
+// ---- single values; the error says "must be a whole number, got nil" and leaves who and where to the caller ----
+double NumberAt(lua_State* L, int index);
+float FloatAt(lua_State* L, int index);  // the nearest; beyond a float's range infinite
+float FiniteAt(lua_State* L, int index); // neither infinite nor NaN
+int WholeAt(lua_State* L, int index);    // of 32 bits; 3.0 counts
+bool FlagAt(lua_State* L, int index);    // true, false, or a number (above one half is true)
+unsigned ColourAt(lua_State* L, int index);
+std::string TextAt(lua_State* L, int index);
+std::string KindAt(lua_State* L, int index); // "nil", "a string"
+
+// A function that scripts can call.
+class Arguments;
+struct ApiFunction
+{
+    const char* name;
+    int least, most;             // arguments
+    int (*run)(Arguments& call); // answers how many values it has pushed
+};
+
+// One call of such a function. Arguments count from 1.
+class Arguments
+{
+public:
+    // Throws when the number of arguments is wrong.
+    Arguments(lua_State* state, Game& owner, const ApiFunction& function);
+
+    lua_State* const L;
+    Game& game;
+
+    bool Has(int i) const { return lua_type(L, i) > LUA_TNIL; }
+    double Number(int i) const;
+    float Float(int i) const; // finite
+    float Float(int i, float otherwise) const { return Has(i) ? Float(i) : otherwise; }
+    int Whole(int i) const;
+    int Whole(int i, int otherwise) const { return Has(i) ? Whole(i) : otherwise; }
+    bool Flag(int i, bool otherwise) const;
+    unsigned Colour(int i) const;
+    unsigned Colour(int i, unsigned otherwise) const { return Has(i) ? Colour(i) : otherwise; }
+    std::string Text(int i) const;
+    int Function(int i) const; // kept
+    void Table(int i) const;   // checks
+
+    Instance* FindInstance(int i) const; // by number or self, null when it does not exist
+    ObjectType& Object(int i) const;     // an object that exists
+
+    int Return(double number) const;
+    int Return(int number) const;
+    int Return(bool truth) const;
+    int Return(const std::string& text) const;
+
+    const char* Name() const { return m_function.name; }
+    [[noreturn]] void Fail(const std::string& text) const; // in the function's name
+
+private:
+    template <typename T> T Checked(int i, T (*read)(lua_State*, int)) const;
+
+    const ApiFunction& m_function;
+};
+
+// The named fields of a table. Each field that is read becomes a known one; Finish refuses all others, so that a
+// misspelt name is noticed.
+class Fields
+{
+public:
+    // where: before field names in errors, such as "views[0].".
+    Fields(const Arguments& call, int table, std::string where = "");
+
+    bool Has(const char* name);
+    float Float(const char* name, float otherwise);
+    int Whole(const char* name, int otherwise);
+    int Whole(const char* name, int otherwise, int least, int most);
+    bool Flag(const char* name, bool otherwise);
+    unsigned Colour(const char* name, unsigned otherwise);
+    std::string Text(const char* name, const std::string& otherwise);
+    int Function(const char* name, int otherwise); // kept
+    bool PushTable(const char* name);              // false, and nothing pushed, when it is missing
+
+    void Finish() const;
+    [[noreturn]] void Fail(const std::string& name, const std::string& text) const;
+
+private:
+    template <typename T> T Read(const char* name, T otherwise, T (*read)(lua_State*, int));
+    bool Push(const char* name);
+
+    const Arguments& m_call;
+    int m_table;
+    std::string m_where;
+    std::vector<const char*> m_known;
+};
+} // namespace Runner

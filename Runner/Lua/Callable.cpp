@@ -1,0 +1,85 @@
+#include "Runner/Lua/Callable.h"
+
+#include "Runner/Host_Collector.h"
+#include "Runner/Lua/Script_Engine.h"
+
+#include <lua.hpp>
+
+namespace Runner
+{
+namespace
+{
+constexpr char OBJECTS[] = "runner.callables"; // registry: function -> its object. Its keys are weak
+
+void PushObjectTable(lua_State* L)
+{
+    if (lua_getfield(L, LUA_REGISTRYINDEX, OBJECTS) == LUA_TTABLE)
+        return;
+    lua_pop(L, 1);
+    lua_newtable(L);
+    lua_createtable(L, 0, 1);
+    lua_pushliteral(L, "k");
+    lua_setfield(L, -2, "__mode");
+    lua_setmetatable(L, -2);
+    lua_pushvalue(L, -1);
+    lua_setfield(L, LUA_REGISTRYINDEX, OBJECTS);
+}
+} // namespace
+
+ScriptFunction::ScriptFunction(int reference) : KvObjectBase(0, 0xFFFFFF), m_reference(reference)
+{
+    m_kind = OBJECT_KIND_SCRIPT_FUNCTION;
+}
+
+// The table's entry goes at once: until Lua's collector comes, the function could be found there with a dead object.
+ScriptFunction::~ScriptFunction()
+{
+    ScriptEngine* engine = ScriptEngine::Current();
+    if (engine == nullptr || !engine->IsOpen())
+        return;
+    lua_State* L = engine->Running();
+    if (lua_checkstack(L, 4) != 0)
+    {
+        PushObjectTable(L);
+        Push(L);
+        lua_pushnil(L);
+        lua_rawset(L, -3);
+        lua_pop(L, 1);
+    }
+    engine->Drop(m_reference);
+}
+
+ScriptFunction* ScriptFunction::Of(lua_State* L, int index)
+{
+    index = lua_absindex(L, index);
+    PushObjectTable(L);
+    lua_pushvalue(L, index);
+    if (lua_rawget(L, -2) == LUA_TLIGHTUSERDATA)
+    {
+        auto* known = static_cast<ScriptFunction*>(lua_touserdata(L, -1));
+        lua_pop(L, 2);
+        return known;
+    }
+    lua_pop(L, 1);
+    auto* made = new ScriptFunction(ScriptEngine::Current()->Keep(L, index));
+    if (!Collector::Place(made))
+    {
+        lua_pop(L, 1);
+        delete made;
+        return nullptr;
+    }
+    lua_pushvalue(L, index);
+    lua_pushlightuserdata(L, made);
+    lua_rawset(L, -3);
+    lua_pop(L, 1);
+    return made;
+}
+
+ScriptFunction* ScriptFunction::From(KvObjectBase* object)
+{
+    const bool isFunction = object != nullptr && object->m_kind == OBJECT_KIND_SCRIPT_FUNCTION;
+    return isFunction ? static_cast<ScriptFunction*>(object) : nullptr;
+}
+
+void ScriptFunction::Push(lua_State* L) const { ScriptEngine::Push(L, m_reference); }
+} // namespace Runner

@@ -1,0 +1,17 @@
+#pragma once
+// Lua's own library as games get it: nothing that reaches files, the clock, addresses or bytecode, and nothing whose
+// answer differs between two runs of the same game.
+
+struct lua_State;
+
+namespace Runner
+{
+class Random;
+
+void OpenSandbox(lua_State* L, Random& random);
+
+// ---- parts ----
+void OpenOrderedPairs(lua_State* L);                // pairs, next (Sandbox_Pairs.cpp)
+void OpenSafeText(lua_State* L);                    // tostring, print, string.format (Sandbox_Text.cpp)
+void OpenSafeNumbers(lua_State* L, Random& random); // the inexact functions of math, and its random ones
+} // namespace Runner

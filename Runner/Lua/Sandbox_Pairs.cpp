@@ -1,0 +1,161 @@
+// pairs and next in a promised order. Lua's own order depends on a hash seed that is new in every run.
+
+#include "Runner/Lua/Sandbox.h"
+
+#include <lua.hpp>
+
+#include <algorithm>
+#include <string_view>
+#include <vector>
+
+namespace Runner
+{
+namespace
+{
+enum Rank
+{
+    RANK_NUMBER,
+    RANK_TEXT,
+    RANK_FLAG,
+    RANK_OTHER, // keeps Lua's order: nothing about such a key could be compared
+};
+
+struct Key
+{
+    Rank rank = RANK_OTHER;
+    double number = 0.0;
+    lua_Integer whole = 0; // tells large integers apart that are the same double
+    std::string_view text; // Lua's: the key is in the table of keys meanwhile
+    lua_Integer place = 0; // in the table of keys
+};
+
+Key DescribeKey(lua_State* L, int index, lua_Integer place)
+{
+    Key key;
+    key.place = place;
+    size_t size = 0;
+    switch (lua_type(L, index))
+    {
+    case LUA_TNUMBER:
+        key.rank = RANK_NUMBER;
+        key.number = lua_tonumber(L, index);
+        key.whole = lua_isinteger(L, index) != 0 ? lua_tointeger(L, index) : 0;
+        break;
+    case LUA_TSTRING:
+        key.rank = RANK_TEXT;
+        key.text = lua_tolstring(L, index, &size);
+        key.text = std::string_view(key.text.data(), size);
+        break;
+    case LUA_TBOOLEAN:
+        key.rank = RANK_FLAG;
+        key.whole = lua_toboolean(L, index);
+        break;
+    default: break;
+    }
+    return key;
+}
+
+bool ComesBefore(const Key& a, const Key& b)
+{
+    if (a.rank != b.rank)
+        return a.rank < b.rank;
+    if (a.number != b.number)
+        return a.number < b.number;
+    if (a.whole != b.whole)
+        return a.whole < b.whole;
+    if (a.text != b.text)
+        return a.text < b.text;
+    return a.place < b.place;
+}
+
+// Pushes a sequence of the table's keys, in order.
+void PushSortedKeys(lua_State* L, int table)
+{
+    lua_newtable(L);
+    const int unsorted = lua_gettop(L);
+    std::vector<Key> keys;
+    for (lua_pushnil(L); lua_next(L, table) != 0; lua_pop(L, 1))
+    {
+        const auto place = static_cast<lua_Integer>(keys.size()) + 1;
+        keys.push_back(DescribeKey(L, -2, place));
+        lua_pushvalue(L, -2);
+        lua_rawseti(L, unsorted, place);
+    }
+    std::sort(keys.begin(), keys.end(), ComesBefore);
+    lua_createtable(L, static_cast<int>(std::min<size_t>(keys.size(), 1 << 24)), 0);
+    lua_Integer place = 0;
+    for (const Key& key : keys)
+    {
+        lua_rawgeti(L, unsorted, key.place);
+        lua_rawseti(L, -2, ++place);
+    }
+    lua_remove(L, unsorted);
+}
+
+// The iterator of pairs. Upvalues: the keys, the place of the last one. Keys that are gone meanwhile are passed over.
+int NextOfKeys(lua_State* L)
+{
+    lua_Integer place = lua_tointeger(L, lua_upvalueindex(2));
+    while (true)
+    {
+        if (lua_rawgeti(L, lua_upvalueindex(1), ++place) == LUA_TNIL)
+            return 1;
+        lua_pushvalue(L, -1);
+        if (lua_rawget(L, 1) != LUA_TNIL)
+            break;
+        lua_pop(L, 2);
+    }
+    lua_pushinteger(L, place);
+    lua_replace(L, lua_upvalueindex(2));
+    return 2;
+}
+
+int OrderedPairs(lua_State* L)
+{
+    luaL_checkany(L, 1);
+    if (luaL_getmetafield(L, 1, "__pairs") != LUA_TNIL)
+    {
+        lua_pushvalue(L, 1);
+        lua_call(L, 1, 3);
+        return 3;
+    }
+    luaL_checktype(L, 1, LUA_TTABLE);
+    PushSortedKeys(L, 1);
+    lua_pushinteger(L, 0);
+    lua_pushcclosure(L, NextOfKeys, 2);
+    lua_pushvalue(L, 1);
+    lua_pushnil(L);
+    return 3;
+}
+
+// The key after the given one, found anew each time: pairs is the quick way.
+int OrderedNext(lua_State* L)
+{
+    luaL_checktype(L, 1, LUA_TTABLE);
+    lua_settop(L, 2);
+    PushSortedKeys(L, 1);
+    lua_Integer place = 1;
+    if (!lua_isnil(L, 2))
+    {
+        for (; lua_rawgeti(L, 3, place) != LUA_TNIL; ++place, lua_pop(L, 1))
+            if (lua_rawequal(L, -1, 2) != 0)
+                break;
+        if (lua_isnil(L, -1))
+            return luaL_error(L, "next() - the table has no such key");
+        lua_pop(L, 1);
+        ++place;
+    }
+    if (lua_rawgeti(L, 3, place) == LUA_TNIL)
+        return 1;
+    lua_pushvalue(L, -1);
+    lua_rawget(L, 1);
+    return 2;
+}
+} // namespace
+
+void OpenOrderedPairs(lua_State* L)
+{
+    lua_register(L, "pairs", OrderedPairs);
+    lua_register(L, "next", OrderedNext);
+}
+} // namespace Runner

@@ -1,0 +1,101 @@
+// Text without addresses: they differ from run to run, and a game could steer by them.
+
+#include "Files/IO/Debug_Console.h"
+#include "Runner/Lua/Sandbox.h"
+
+#include <lua.hpp>
+
+#include <cstring>
+#include <string>
+
+namespace Runner
+{
+namespace
+{
+bool ShowsAddress(lua_State* L, int index)
+{
+    const int type = lua_type(L, index);
+    const bool isPlain = type == LUA_TNIL || type == LUA_TBOOLEAN || type == LUA_TNUMBER || type == LUA_TSTRING;
+    if (isPlain || luaL_getmetafield(L, index, "__tostring") == LUA_TNIL)
+        return !isPlain;
+    lua_pop(L, 1);
+    return false;
+}
+
+// Pushes the value's text.
+const char* PushTextOf(lua_State* L, int index, size_t* size)
+{
+    if (!ShowsAddress(L, index))
+        return luaL_tolstring(L, index, size);
+    lua_pushstring(L, luaL_typename(L, index));
+    return lua_tolstring(L, -1, size);
+}
+
+int ToString(lua_State* L)
+{
+    luaL_checkany(L, 1);
+    PushTextOf(L, 1, nullptr);
+    return 1;
+}
+
+int Print(lua_State* L)
+{
+    std::string line;
+    const int count = lua_gettop(L);
+    for (int i = 1; i <= count; ++i)
+    {
+        size_t size = 0;
+        const char* text = PushTextOf(L, i, &size);
+        line.append(i > 1 ? "\t" : "").append(text, size);
+        lua_pop(L, 1);
+    }
+    line += '\n';
+    if (dbg_csol != nullptr)
+        dbg_csol->Output(line.c_str());
+    return 0;
+}
+
+bool AsksForAddress(const char* format)
+{
+    while ((format = std::strchr(format, '%')) != nullptr)
+    {
+        ++format;
+        format += std::strspn(format, "-+ #0123456789.");
+        if (*format == 'p')
+            return true;
+        if (*format != '\0')
+            ++format;
+    }
+    return false;
+}
+
+// Upvalue 1: Lua's own.
+int Format(lua_State* L)
+{
+    if (AsksForAddress(luaL_checkstring(L, 1)))
+        return luaL_error(L, "string.format() - %%p is not available to games");
+    for (int i = lua_gettop(L); i > 1; --i)
+    {
+        if (!ShowsAddress(L, i))
+            continue;
+        lua_pushstring(L, luaL_typename(L, i));
+        lua_replace(L, i);
+    }
+    lua_pushvalue(L, lua_upvalueindex(1));
+    lua_insert(L, 1);
+    lua_call(L, lua_gettop(L) - 1, 1);
+    return 1;
+}
+} // namespace
+
+void OpenSafeText(lua_State* L)
+{
+    lua_register(L, "tostring", ToString);
+    lua_register(L, "print", Print);
+    lua_getglobal(L, "string");
+    lua_getfield(L, -1, "format");
+    lua_pushcclosure(L, Format, 1);
+    lua_setfield(L, -2, "format");
+    lua_pop(L, 1);
+}
+} // namespace Runner

@@ -1,0 +1,324 @@
+#include "Runner/Lua/Script_Engine.h"
+
+#include "Runner/Host_Files.h"
+#include "Runner/Lua/Sandbox.h"
+#include "Runner/Lua/Self.h"
+
+#include <lua.hpp>
+
+#include <csignal>
+#include <cstdlib>
+#include <cstring>
+#include <new>
+#include <vector>
+
+namespace Runner
+{
+namespace
+{
+constexpr size_t MEMORY_LIMIT = size_t{1} << 30;
+constexpr int INSTRUCTIONS_BETWEEN_CHECKS = 100000;
+constexpr char INCLUDED_FILES[] = "runner.included"; // registry: name -> { result }
+
+ScriptEngine* s_current = nullptr;
+volatile std::sig_atomic_t s_interrupted = 0;
+
+int PushText(lua_State* L, const std::string& text)
+{
+    lua_pushlstring(L, text.data(), text.size());
+    return 1;
+}
+
+// Whether the text has "name:12:" in it.
+bool HasPosition(const std::string& text)
+{
+    for (size_t colon = text.find(':'); colon != std::string::npos; colon = text.find(':', colon + 1))
+    {
+        const size_t end = text.find_first_not_of("0123456789", colon + 1);
+        if (end != std::string::npos && end > colon + 1 && text[end] == ':')
+            return true;
+    }
+    return false;
+}
+
+// An error may be any value; from here on it is a line of text with a position, as far as one is known.
+int DescribeError(lua_State* L)
+{
+    const std::string position = ScriptPosition(L);
+    size_t size = 0;
+    if (const char* text = lua_type(L, 1) == LUA_TSTRING ? lua_tolstring(L, 1, &size) : nullptr)
+        return HasPosition(std::string(text, size)) ? 1 : PushText(L, position + std::string(text, size));
+    if (luaL_callmeta(L, 1, "__tostring") != 0 && lua_type(L, -1) == LUA_TSTRING)
+        return 1;
+    return PushText(L, position + "an error without a message (a " + luaL_typename(L, 1) + " value)");
+}
+
+struct ProtectedCall
+{
+    ScriptEngine::Body body;
+    void* context;
+};
+
+int RunProtected(lua_State* L)
+{
+    return RunForLua(L,
+                     [](lua_State* state)
+                     {
+                         const auto* call = static_cast<const ProtectedCall*>(lua_touserdata(state, 1));
+                         call->body(state, call->context);
+                         return 0;
+                     });
+}
+
+// What a failing body left behind: a message on the stack, and whether a position belongs before it.
+bool RunAndCatch(lua_State* L, int (*body)(lua_State*), int& results)
+{
+    try
+    {
+        results = body(L);
+        return true;
+    }
+    catch (const PositionedError& error)
+    {
+        PushText(L, error.what());
+    }
+    catch (const ScriptError& error)
+    {
+        PushText(L, ScriptPosition(L) + error.what());
+    }
+    catch (const std::bad_alloc&)
+    {
+        lua_pushliteral(L, "not enough memory");
+    }
+    return false;
+}
+} // namespace
+
+std::string ScriptPosition(lua_State* L)
+{
+    lua_Debug frame;
+    for (int level = 0; lua_getstack(L, level, &frame) != 0; ++level)
+    {
+        lua_getinfo(L, "Sl", &frame);
+        if (frame.currentline > 0)
+            return std::string(frame.short_src) + ":" + std::to_string(frame.currentline) + ": ";
+    }
+    return "";
+}
+
+int RunForLua(lua_State* L, int (*body)(lua_State*))
+{
+    int results = 0;
+    if (RunAndCatch(L, body, results))
+        return results;
+    return lua_error(L);
+}
+
+// ---- life ----
+
+ScriptEngine::ScriptEngine(Random& random)
+{
+    m_main = lua_newstate(&ScriptEngine::Allocate, this);
+    if (m_main == nullptr)
+        throw std::bad_alloc();
+    m_running = m_main;
+    s_current = this;
+    lua_sethook(m_main, &ScriptEngine::CheckInterrupt, LUA_MASKCOUNT, INSTRUCTIONS_BETWEEN_CHECKS);
+    Prepare(random);
+}
+
+ScriptEngine::~ScriptEngine()
+{
+    lua_State* state = m_main;
+    m_main = nullptr;
+    lua_close(state);
+    s_current = nullptr;
+}
+
+ScriptEngine* ScriptEngine::Current() { return s_current; }
+
+void ScriptEngine::Prepare(Random& random)
+{
+    const Body prepare = [](lua_State* L, void* context)
+    {
+        OpenSandbox(L, *static_cast<Random*>(context));
+        OpenSelves(L);
+        lua_newtable(L);
+        lua_setfield(L, LUA_REGISTRYINDEX, INCLUDED_FILES);
+    };
+    Protect(prepare, &random);
+}
+
+void* ScriptEngine::Allocate(void* engine, void* block, size_t oldSize, size_t newSize)
+{
+    auto* self = static_cast<ScriptEngine*>(engine);
+    const size_t held = block == nullptr ? 0 : oldSize; // for a new block oldSize tells what it is for
+    if (newSize == 0)
+    {
+        std::free(block);
+        self->m_memory -= held;
+        return nullptr;
+    }
+    if (newSize > held && newSize - held > MEMORY_LIMIT - self->m_memory)
+        return nullptr;
+    void* moved = std::realloc(block, newSize);
+    if (moved != nullptr)
+        self->m_memory = self->m_memory - held + newSize;
+    return moved;
+}
+
+// ---- interruption ----
+
+void ScriptEngine::Interrupt() { s_interrupted = 1; }
+bool ScriptEngine::Interrupted() { return s_interrupted != 0; }
+void ScriptEngine::ClearInterrupt() { s_interrupted = 0; }
+
+void ScriptEngine::CheckInterrupt(lua_State* L, lua_Debug*)
+{
+    if (s_interrupted != 0)
+        luaL_error(L, "interrupted");
+}
+
+// ---- files ----
+
+std::string ScriptEngine::PathOf(const std::string& name) const
+{
+    const bool climbs = name == ".." || name.rfind("../", 0) == 0 || name.find("/../") != std::string::npos ||
+                        (name.size() >= 3 && name.compare(name.size() - 3, 3, "/..") == 0);
+    if (name.empty() || name[0] == '/' || climbs || name.find('\0') != std::string::npos)
+        throw ScriptError("\"" + name + "\" is no file of the game: give a name relative to the game's file");
+    return m_directory + name;
+}
+
+void ScriptEngine::LoadFile(lua_State* L, const std::string& path, const std::string& shownName)
+{
+    std::vector<uint8_t> bytes;
+    std::string why;
+    if (!ReadWholeFile(path, bytes, why))
+        throw ScriptError(why);
+    const std::string chunk = "@" + shownName;
+    const char* text = reinterpret_cast<const char*>(bytes.data());
+    if (luaL_loadbufferx(L, text, bytes.size(), chunk.c_str(), "t") != LUA_OK)
+        throw PositionedError(lua_tostring(L, -1));
+}
+
+bool ScriptEngine::RunMain(const std::string& file)
+{
+    const size_t slash = file.rfind('/');
+    m_directory = slash == std::string::npos ? "" : file.substr(0, slash + 1);
+    struct Start
+    {
+        ScriptEngine& engine;
+        const std::string& path;
+        std::string shownName;
+    };
+    Start start = {*this, file, file.substr(m_directory.size())};
+    const Body run = [](lua_State* L, void* context)
+    {
+        const auto& main = *static_cast<const Start*>(context);
+        main.engine.LoadFile(L, main.path, main.shownName);
+        lua_call(L, 0, 0);
+    };
+    return Protect(run, &start);
+}
+
+void ScriptEngine::Include(lua_State* L, const std::string& name)
+{
+    lua_getfield(L, LUA_REGISTRYINDEX, INCLUDED_FILES);
+    if (lua_getfield(L, -1, name.c_str()) == LUA_TNIL)
+    {
+        lua_pop(L, 1);
+        LoadFile(L, PathOf(name), name);
+        lua_createtable(L, 1, 0);
+        lua_pushvalue(L, -1);
+        lua_setfield(L, -4, name.c_str()); // an include of itself sees no result, and ends
+        lua_insert(L, -2);
+        lua_call(L, 0, 1);
+        lua_rawseti(L, -2, 1);
+    }
+    lua_rawgeti(L, -1, 1);
+}
+
+// ---- references ----
+
+int ScriptEngine::Keep(lua_State* L, int index)
+{
+    lua_pushvalue(L, index);
+    return luaL_ref(L, LUA_REGISTRYINDEX);
+}
+
+void ScriptEngine::Drop(int reference)
+{
+    if (IsOpen() && reference >= 0)
+        luaL_unref(m_main, LUA_REGISTRYINDEX, reference);
+}
+
+void ScriptEngine::Push(lua_State* L, int reference) { lua_rawgeti(L, LUA_REGISTRYINDEX, reference); }
+
+// ---- running ----
+
+bool ScriptEngine::Protect(Body body, void* context)
+{
+    if (Failed())
+        return false;
+    lua_State* L = m_running;
+    if (lua_checkstack(L, 8) == 0)
+    {
+        Fail("stack overflow");
+        return false;
+    }
+    ProtectedCall call = {body, context};
+    lua_pushcfunction(L, DescribeError);
+    const int handler = lua_gettop(L);
+    lua_pushcfunction(L, RunProtected);
+    lua_pushlightuserdata(L, &call);
+    const bool succeeded = lua_pcall(L, 1, 0, handler) == LUA_OK;
+    if (!succeeded)
+    {
+        const char* message = lua_tostring(L, -1);
+        Fail(message == nullptr ? "an error without a message" : message);
+    }
+    lua_settop(L, handler - 1);
+    return succeeded;
+}
+
+bool ScriptEngine::Call(int reference, Instance* self)
+{
+    if (reference < 0)
+        return !Failed();
+    struct Event
+    {
+        int reference;
+        Instance* self;
+    };
+    Event event = {reference, self};
+    Instance* const before = m_self;
+    m_self = self;
+    const Body run = [](lua_State* L, void* context)
+    {
+        const auto& call = *static_cast<const Event*>(context);
+        Push(L, call.reference);
+        if (call.self != nullptr)
+            PushSelf(L, *call.self);
+        lua_call(L, call.self != nullptr ? 1 : 0, 0);
+    };
+    const bool succeeded = Protect(run, &event);
+    m_self = before;
+    return succeeded;
+}
+
+// ---- failure ----
+
+void ScriptEngine::Fail(const std::string& text)
+{
+    if (m_failure.empty())
+        m_failure = text.empty() ? "an error without a message" : text;
+}
+
+std::string ScriptEngine::TakeFailure()
+{
+    std::string text;
+    text.swap(m_failure);
+    return text;
+}
+} // namespace Runner

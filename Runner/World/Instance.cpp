@@ -1,0 +1,75 @@
+#include "Runner/World/Instance.h"
+
+#include "Platform/Strict_Float.h"
+#include "Runner/World/World.h"
+
+#include <algorithm>
+#include <cmath>
+
+namespace Runner
+{
+namespace
+{
+constexpr float RADIANS = 0.017453292f;
+
+// The upright rectangle around a box that is scaled, then turned counter-clockwise about its origin.
+RoomArea TurnedBox(const RoomArea& box, const Instance& instance)
+{
+    const float cosine = cosf(instance.angle * RADIANS);
+    const float sine = sinf(instance.angle * RADIANS);
+    const float xs[2] = {box.left * instance.scaleX, box.right * instance.scaleX};
+    const float ys[2] = {box.top * instance.scaleY, box.bottom * instance.scaleY};
+    RoomArea turned = {INFINITY, INFINITY, -INFINITY, -INFINITY};
+    for (const float x : xs)
+        for (const float y : ys)
+        {
+            const float turnedX = x * cosine + y * sine;
+            const float turnedY = y * cosine - x * sine;
+            turned.left = std::min(turned.left, turnedX);
+            turned.right = std::max(turned.right, turnedX);
+            turned.top = std::min(turned.top, turnedY);
+            turned.bottom = std::max(turned.bottom, turnedY);
+        }
+    return turned;
+}
+
+RoomArea Joined(const RoomArea& a, const RoomArea& b)
+{
+    return {std::min(a.left, b.left), std::min(a.top, b.top), std::max(a.right, b.right), std::max(a.bottom, b.bottom)};
+}
+
+RoomArea Moved(const RoomArea& area, float x, float y)
+{
+    return {area.left + x, area.top + y, area.right + x, area.bottom + y};
+}
+} // namespace
+
+Instance::Instance(World& world, ObjectType& instanceType, float startX, float startY, int id)
+    : CInstance(startX, startY, id, instanceType.index, false), type(instanceType), sprite(instanceType.traits.sprite),
+      depth(instanceType.traits.depth), visible(instanceType.traits.visible), solid(instanceType.traits.solid),
+      m_world(world)
+{
+}
+
+Instance* Instance::From(KvObjectBase* object)
+{
+    if (object == nullptr || object->m_kind != OBJECT_KIND_INSTANCE)
+        return nullptr;
+    auto* instance = static_cast<CInstance*>(object);
+    return instance->m_id >= INSTANCE_ID_FIRST ? static_cast<Instance*>(instance) : nullptr;
+}
+
+void Instance::ComputeAreas()
+{
+    const SpriteExtent* extent = m_world.FindSpriteExtent(sprite);
+    RoomArea spriteBox = {};
+    if (extent != nullptr)
+        spriteBox = TurnedBox(
+            {-extent->originX, -extent->originY, extent->width - extent->originX, extent->height - extent->originY},
+            *this);
+    const RoomArea ownBox = type.traits.hasBox ? TurnedBox(type.traits.box, *this) : spriteBox;
+    box = Moved(ownBox, x, y);
+    drawArea = extent == nullptr ? box : Moved(Joined(ownBox, spriteBox), x, y);
+    m_flags &= ~static_cast<uint32_t>(eInstanceFlag_bbox_dirty);
+}
+} // namespace Runner

@@ -1,0 +1,109 @@
+#pragma once
+// Rooms as scripts describe them, the one that runs, and its views.
+//
+// Between rooms Run_Room is null and the module's room list is empty. While a room runs, each view that the room's
+// description lists began with a camera of its own; scripts may exchange or destroy it. What is left of these cameras
+// goes when the room has ended.
+
+#include "Files/Room/Room.h"
+
+#include <array>
+#include <memory>
+#include <optional>
+#include <string>
+#include <vector>
+
+namespace Runner
+{
+constexpr int NO_ROOM = -1;
+constexpr int NO_CAMERA = -1;
+constexpr int SCREEN_SURFACE = -1; // a view's surface when it draws on the screen
+constexpr int ROOM_SIDE_LIMIT = 1000000;
+
+// The room's functions, as Lua references.
+struct RoomScripts
+{
+    int create = -1, step = -1, draw = -1, drawGui = -1;
+};
+
+struct RoomPlacement
+{
+    int object;
+    float x, y;
+};
+
+struct RoomSpec
+{
+    std::string name;
+    int width = 0, height = 0; // 1 to ROOM_SIDE_LIMIT
+    unsigned background = 0;   // runner colour
+    std::array<std::optional<KvRoomView>, ROOM_VIEWS> views;
+    std::vector<RoomPlacement> instances; // in the order of creation
+    RoomScripts scripts;
+};
+
+class View : public CViewGM
+{
+public:
+    bool visible = false;
+    int xport = 0, yport = 0, wport = 0, hport = 0; // on the game's screen
+    int surface = SCREEN_SURFACE;                   // drawn into instead of the screen, over its whole size
+};
+
+class RunningRoom : public CRoom
+{
+public:
+    RunningRoom(int index, const RoomSpec& spec);
+    RunningRoom(const RunningRoom&) = delete;
+    RunningRoom& operator=(const RunningRoom&) = delete;
+
+    const int index;
+    const RoomSpec& spec;
+    std::array<View, ROOM_VIEWS> views; // r_view points at these
+    unsigned background;
+
+    bool HasVisibleView() const;
+};
+
+class Rooms
+{
+public:
+    Rooms();
+    ~Rooms(); // ends the running room
+    Rooms(const Rooms&) = delete;
+    Rooms& operator=(const Rooms&) = delete;
+
+    static Rooms* Current(); // null while there are none
+
+    int Add(RoomSpec spec); // the index
+    const RoomSpec* Find(int index) const;
+    int Count() const { return static_cast<int>(m_specs.size()); }
+
+    RunningRoom* Running() const { return m_running.get(); } // null between rooms
+
+    // Makes the room the running one, with cameras for its views, and tells the module. Its instances are the caller's
+    // to make. The index must exist, and no room may be running.
+    RunningRoom& Start(int index);
+    void End(); // the view cameras go; nothing when no room runs
+
+    // The cameras made for views that are left, by number; and the same after a saved game has brought them back.
+    std::vector<int> OwnCameras() const;
+    void AdoptCameras(const std::vector<int>& ids);
+
+private:
+    void MakeCameras(RunningRoom& room);
+    void DestroyCameras();
+    void Own(int id);
+
+    // A camera made for a view. Its number may belong to another camera by the time the room ends.
+    struct OwnCamera
+    {
+        int id;
+        uint32_t birth;
+    };
+
+    std::vector<std::unique_ptr<RoomSpec>> m_specs; // by index; their addresses stay
+    std::unique_ptr<RunningRoom> m_running;
+    std::vector<OwnCamera> m_ownCameras;
+};
+} // namespace Runner
