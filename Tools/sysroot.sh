@@ -1,0 +1,64 @@
+#!/usr/bin/env bash
+# Fetches what a cross build links with, as Debian's packages of the target, and unpacks it into a folder.
+#
+#   Tools/sysroot.sh armhf|arm64 FOLDER      FOLDER is taken from the project's root
+#
+# The machine's own packages and architectures stay as they are: apt-get works on lists, a cache and a status file of
+# its own inside the folder, and takes from the machine only its package sources. GoogleTest comes as sources and is
+# built for the target. Safe to run again: a folder that is complete is left alone.
+source "$(dirname "$0")/steps.sh"
+
+architecture=${1:-}
+folder=${2:-}
+case "$architecture" in
+armhf) triple=arm-linux-gnueabihf ;;
+arm64) triple=aarch64-linux-gnu ;;
+*) fail "usage: Tools/sysroot.sh armhf|arm64 FOLDER" ;;
+esac
+[ -n "$folder" ] || fail "usage: Tools/sysroot.sh armhf|arm64 FOLDER"
+mkdir -p "$folder"
+folder=$(cd "$folder" && pwd)
+
+# libc, libgcc and libstdc++ are the cross compiler's own.
+PACKAGES="libpng-dev libpng16-16 zlib1g-dev zlib1g liblua5.4-dev liblua5.4-0 libcli11-dev googletest"
+
+private_apt() {
+    local apt=$folder/apt
+    mkdir -p "$apt/lists/partial" "$apt/archives/partial"
+    touch "$apt/status"
+    apt-get -o APT::Architecture="$architecture" -o APT::Architectures="$architecture" \
+        -o Dir::State="$apt" -o Dir::State::lists="$apt/lists" -o Dir::State::status="$apt/status" \
+        -o Dir::Cache="$apt" -o Dir::Cache::archives="$apt/archives" \
+        -o Dir::Cache::pkgcache= -o Dir::Cache::srcpkgcache= \
+        -o Debug::NoLocking=true -o APT::Sandbox::User=root -o Acquire::Languages=none "$@"
+}
+
+fetch() {
+    step "Fetching the $architecture libraries"
+    # One stale list of a mirror is no reason to stop: what cannot be had at all fails at the download.
+    private_apt update >"$folder/update.log" 2>&1 || echo "some package lists are missing: see $folder/update.log"
+    mkdir -p "$folder/packages"
+    # shellcheck disable=SC2086
+    (cd "$folder/packages" && quietly "$folder/download.log" private_apt download $PACKAGES)
+    for package in "$folder"/packages/*.deb; do
+        dpkg-deb -x "$package" "$folder"
+    done
+    rm -rf "$folder/apt" "$folder/packages"
+}
+
+build_googletest() {
+    step "Building GoogleTest for $architecture"
+    quietly "$folder/googletest.log" cmake -S "$folder/usr/src/googletest" -B "$folder/googletest" -G Ninja \
+        -DCMAKE_TOOLCHAIN_FILE="$PWD/cmake/$architecture.cmake" -DCAMERA_SYSROOT="$folder" \
+        -DCMAKE_BUILD_TYPE=Release -DCMAKE_INSTALL_PREFIX="$folder/usr" -DCMAKE_INSTALL_LIBDIR="lib/$triple"
+    quietly "$folder/googletest.log" cmake --build "$folder/googletest"
+    quietly "$folder/googletest.log" cmake --install "$folder/googletest"
+    rm -rf "$folder/googletest"
+}
+
+# The stamp holds the list, so that a longer list is fetched anew.
+stamp=$folder/complete
+[ "$(cat "$stamp" 2>/dev/null)" = "$PACKAGES" ] && exit 0
+fetch
+build_googletest
+echo "$PACKAGES" >"$stamp"
