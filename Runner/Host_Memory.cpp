@@ -58,7 +58,8 @@ const char* DamageOf(const Header* header)
 // Going on with a damaged heap would only hide where the damage was done.
 Header* CheckedHeaderOf(void* block)
 {
-    Header* header = reinterpret_cast<Header*>(static_cast<unsigned char*>(block) - sizeof(Header));
+    void* const front = static_cast<unsigned char*>(block) - sizeof(Header);
+    Header* header = static_cast<Header*>(front);
     if (const char* damage = DamageOf(header))
     {
         std::fprintf(stderr, "memory manager: block %p, to be freed or resized, %s\n", block, damage);

@@ -49,7 +49,10 @@ need() {
 
 BUILD_PACKAGES="g++ cmake ninja-build pkg-config libpng-dev liblua5.4-dev libcli11-dev libegl-dev libgles-dev
     libgl1-mesa-dri libegl-mesa0 ca-certificates"
-TEST_PACKAGES="libgtest-dev libgmock-dev clang-format clang-tidy python3"
+TEST_PACKAGES="libgtest-dev libgmock-dev liblodepng-dev clang clang-format clang-tidy"
+BENCH_PACKAGES="libbenchmark-dev libglm-dev libcglm-dev libeigen3-dev libyuv-dev libspng-dev liblodepng-dev
+    libstb-dev valgrind python3 util-linux"
+ARM_PACKAGES="g++-arm-linux-gnueabihf qemu-user googletest"
 
 build() {
     local preset=$1

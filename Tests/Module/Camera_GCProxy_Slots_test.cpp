@@ -184,7 +184,6 @@ using CameraProxyDeathTest = CameraProxy;
 
 TEST_F(CameraProxyDeathTest, WithoutMemoryForASlotTheProgramEndsWithAMessage)
 {
-    GTEST_FLAG_SET(death_test_style, "threadsafe");
     Occupy({0, 1, 2, 3, 4, 5, 6, 7});
     EXPECT_DEATH(
         {

@@ -178,7 +178,6 @@ using CameraRefusalDeathTest = CameraRefusal;
 
 TEST_F(CameraRefusalDeathTest, OfTheManagersOwnTablesEndsTheProgramWithAMessage)
 {
-    GTEST_FLAG_SET(death_test_style, "threadsafe");
     for (int nth : {1, 2})
         EXPECT_DEATH(
             {

@@ -165,7 +165,6 @@ TEST(HostMemory, TheCheckFindsBytesWrittenPastTheEndAndInFront)
 
 TEST(HostMemoryDeathTest, FreeingADamagedBlockEndsTheProgramWithALine)
 {
-    testing::FLAGS_gtest_death_test_style = "threadsafe";
     unsigned char* block = Alloc(4);
     const unsigned char saved = block[4];
     block[4] = static_cast<unsigned char>(~saved);

@@ -1,0 +1,6 @@
+# After each build of the module, the size of its code and data in bytes, object by object and in total.
+option(CAMERA_SIZE_REPORT "Print the module's size when it has been built" OFF)
+if(CAMERA_SIZE_REPORT)
+    find_program(CAMERA_SIZE NAMES ${CAMERA_TRIPLE}-size size REQUIRED)
+    add_custom_command(TARGET camera POST_BUILD COMMAND ${CAMERA_SIZE} -t $<TARGET_FILE:camera> VERBATIM)
+endif()
