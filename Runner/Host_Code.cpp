@@ -1,5 +1,6 @@
 #include "Runner/Host_Code.h"
 
+#include <algorithm>
 #include <cstdarg>
 #include <cstdio>
 #include <map>
@@ -64,6 +65,12 @@ void KvError(const char* format, ...)
 namespace Runner
 {
 const std::vector<Builtin>& Builtins() { return TheCode().builtins; }
+
+void ForgetBuiltinsAfter(size_t count)
+{
+    std::vector<Builtin>& builtins = TheCode().builtins;
+    builtins.erase(builtins.begin() + static_cast<ptrdiff_t>(std::min(count, builtins.size())), builtins.end());
+}
 
 const Builtin* FindBuiltin(std::string_view name)
 {

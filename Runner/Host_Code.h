@@ -18,6 +18,7 @@ struct Builtin
 
 const std::vector<Builtin>& Builtins();            // in the order in which they were entered; a name stands there once
 const Builtin* FindBuiltin(std::string_view name); // null when there is none; valid until the next Function_Add
+void ForgetBuiltinsAfter(size_t count);            // keeps the first count
 
 // A script error waits from KvError until it is taken. Further errors are dropped while one waits: the first is the
 // cause, the rest follow from it.

@@ -259,6 +259,13 @@ bool Collector::Place(KvObjectBase* object)
     return true;
 }
 
+void Collector::LetGo(KvObjectBase* object)
+{
+    RemoveGlobalObject(object);
+    if (object != nullptr && object->m_slot < 0)
+        object->Free(true);
+}
+
 void Collector::FreeEverything()
 {
     constexpr int ROUNDS = 100; // objects may make others as they go, but not for ever

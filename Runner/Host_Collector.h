@@ -50,6 +50,10 @@ public:
     // False when memory is refused; the object is then still the caller's.
     [[nodiscard]] static bool Place(KvObjectBase* object);
 
+    // Lets go of a global object. The collector frees it in time; one that was refused a slot, which the collector does
+    // not know, goes at once. Null is allowed.
+    static void LetGo(KvObjectBase* object);
+
     // At exit: frees every object but the global ones, which somebody still holds, and the empty table.
     static void FreeEverything();
 

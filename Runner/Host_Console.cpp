@@ -30,4 +30,10 @@ namespace Runner
 void SetConsoleOutput(FILE* out) { s_console.m_out = out; }
 
 void SetConsoleQuiet(bool quiet) { s_console.m_quiet = quiet; }
+
+void PrintLine(const std::string& line)
+{
+    if (dbg_csol != nullptr)
+        dbg_csol->Output((line + "\n").c_str());
+}
 } // namespace Runner

@@ -56,7 +56,7 @@ bool NumberOf(const RValue& value, double& number)
     }
 }
 
-float NearestFloat(double number)
+float NearestFloatOutside(double number)
 {
     // Half a step above the highest float lies the first number that rounds up, to infinity. A cast is not defined
     // beyond the highest float, so the step above it is taken apart here.
@@ -82,8 +82,8 @@ double NumberOrReport(const RValue& value)
 
 double ArgumentNumber(const RValue* args, int index)
 {
-    double number;
-    if (!NumberOf(args[index], number))
+    double number = args[index].val;
+    if (KvKind(args[index]) != VALUE_REAL && !NumberOf(args[index], number))
         KvError("expected a number, got %s (argument %d)", Describe(args[index]).c_str(), index + 1);
     return number == number ? number : 0.0;
 }

@@ -18,7 +18,8 @@ template <typename Int> constexpr Int NearestInteger(double number)
 {
     constexpr Int LOWEST = std::numeric_limits<Int>::min();
     constexpr Int HIGHEST = std::numeric_limits<Int>::max();
-    constexpr double END = 2.0 * static_cast<double>(HIGHEST / 2 + 1); // one past the highest, a power of two: exact
+    constexpr Int HALF = HIGHEST / 2 + 1;                   // a power of two, which a double holds exactly
+    constexpr double END = 2.0 * static_cast<double>(HALF); // one past the highest
     if (number != number)
         return 0;
     if (number <= static_cast<double>(LOWEST))
@@ -27,5 +28,10 @@ template <typename Int> constexpr Int NearestInteger(double number)
 }
 
 // Rounded to the nearest float, ties to even; beyond range infinite; not a number stays so.
-float NearestFloat(double number);
+float NearestFloatOutside(double number); // of what is not between the floats' ends
+inline float NearestFloat(double number)
+{
+    constexpr double HIGHEST = static_cast<double>(std::numeric_limits<float>::max());
+    return number >= -HIGHEST && number <= HIGHEST ? static_cast<float>(number) : NearestFloatOutside(number);
+}
 } // namespace Runner

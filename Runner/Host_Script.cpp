@@ -3,8 +3,10 @@
 #include "Runner/Host_Script.h"
 
 #include "Files/Javascript/Callable.h"
+#include "Files/Run/Run_Globals.h"
 #include "Files/Script/Script.h"
 #include "Runner/Game.h"
+#include "Runner/Host_Code.h"
 #include "Runner/Host_Collector.h"
 #include "Runner/Host_Value.h"
 #include "Runner/Lua/Callable.h"
@@ -26,6 +28,20 @@ struct ScriptCall
     RValue* result;
 };
 
+// The script has returned, so its file and line are no longer known: the camera tells where to look.
+RValue ResultToHost(lua_State* L)
+{
+    try
+    {
+        return Runner::ToHost(L, -1);
+    }
+    catch (const Runner::ScriptError& error)
+    {
+        throw Runner::ScriptError("a callback of camera " + std::to_string(Current_Object) + " cannot return " +
+                                  error.what());
+    }
+}
+
 void PerformCall(lua_State* L, void* context)
 {
     const auto& call = *static_cast<const ScriptCall*>(context);
@@ -38,7 +54,7 @@ void PerformCall(lua_State* L, void* context)
         Runner::PushFromHost(L, call.args[i]);
     lua_call(L, call.argc, 1);
     if (call.result != nullptr)
-        *call.result = Runner::ToHost(L, -1);
+        *call.result = ResultToHost(L);
 }
 
 // Callbacks are run by the module in the middle of its work, so errors wait in the engine until it is back.
@@ -66,8 +82,11 @@ int NumberedScripts::Find(int number) const
 } // namespace Runner
 
 // Arguments in a host array never occur: nothing in this runner makes one.
+// A callback that is no number was reported and counts as 0; script 0 is not what its camera asked for.
 bool Script_Perform(int index, CInstance*, CInstance*, int, RValue* result, DynamicArrayOfRValue*)
 {
+    if (Runner::HasError())
+        return false;
     const Runner::Game* game = Runner::Game::Current();
     const int reference = game == nullptr ? -1 : game->numberedScripts.Find(index);
     if (reference < 0)

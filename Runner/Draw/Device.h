@@ -68,7 +68,8 @@ public:
     virtual void Finish() = 0;
     virtual void Read(unsigned target, int width, int height, uint8_t* rgba) = 0; // top row first
 
-    virtual std::string TakeError() = 0; // the first problem that the driver told; empty when there was none
+    virtual std::string Driver() const = 0; // its name and version
+    virtual std::string TakeError() = 0;    // the first problem that the driver told; empty when there was none
 };
 
 // A mesh holds at most this many quads: their vertices' numbers fit in 16 bits.

@@ -146,7 +146,8 @@ const char* const ART[] = {
 };
 // clang-format on
 
-static_assert(sizeof ART / sizeof ART[0] == FONT_FRAMES / BAND * ART_HEIGHT, "a band for every eight characters");
+static_assert(sizeof ART / sizeof ART[0] == size_t{FONT_FRAMES / BAND} * ART_HEIGHT,
+              "a band for every eight characters");
 
 bool IsInked(int frame, int x, int y)
 {

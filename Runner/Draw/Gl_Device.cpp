@@ -305,6 +305,16 @@ void GlDevice::NoteErrorInDebug([[maybe_unused]] const char* during)
 #endif
 }
 
+std::string GlDevice::Driver() const
+{
+    const auto text = [](GLenum name)
+    {
+        const GLubyte* value = glGetString(name);
+        return std::string(value != nullptr ? reinterpret_cast<const char*>(value) : "unknown");
+    };
+    return text(GL_RENDERER) + ", " + text(GL_VERSION);
+}
+
 std::string GlDevice::TakeError()
 {
     std::string taken;

@@ -33,6 +33,7 @@ public:
     void DrawMesh(const DrawState& state, unsigned mesh, int quads) override;
     void Finish() override;
     void Read(unsigned target, int width, int height, uint8_t* rgba) override;
+    std::string Driver() const override;
     std::string TakeError() override;
 
 private:

@@ -28,6 +28,8 @@ public:
                    : nullptr;
     }
 
+    T& Get(int number) const { return *m_things[static_cast<size_t>(number)]; } // an existing one
+
     void Remove(int number) { m_things[static_cast<size_t>(number)].reset(); } // an existing one
 
     // Null places are free numbers.

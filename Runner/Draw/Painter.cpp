@@ -81,6 +81,8 @@ Painter::~Painter()
 
 bool Painter::Draws() const { return m_parts->device != nullptr; }
 
+std::string Painter::Driver() const { return Draws() ? m_parts->device->Driver() : "none"; }
+
 int Painter::ScreenWidth() const { return m_parts->width; }
 
 int Painter::ScreenHeight() const { return m_parts->height; }
@@ -150,7 +152,7 @@ float Painter::LineWidth() const { return m_parts->state.lineWidth; }
 
 bool Painter::DepthTest() const { return m_parts->state.depthTest; }
 
-unsigned Painter::Parts::CurrentTarget() const { return surface < 0 ? 0 : surfaces.Find(surface)->target; }
+unsigned Painter::Parts::CurrentTarget() const { return surface < 0 ? 0 : surfaces.Get(surface).target; }
 
 const DrawState* Painter::Parts::Prepare(unsigned texture)
 {

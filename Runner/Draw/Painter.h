@@ -46,6 +46,15 @@ struct Placement
     float alpha = 1.0f;
 };
 
+struct TileMapInfo
+{
+    int sprite = -1;
+    int columns = 0, rows = 0;
+    float tileWidth = 0.0f, tileHeight = 0.0f; // room units
+};
+
+constexpr int64_t SURFACE_PIXELS_LIMIT = 1 << 26; // of all surfaces together
+
 class Painter
 {
 public:
@@ -57,7 +66,8 @@ public:
     Painter(const Painter&) = delete;
     Painter& operator=(const Painter&) = delete;
 
-    bool Draws() const; // false for a painter that draws nothing
+    bool Draws() const;         // false for a painter that draws nothing
+    std::string Driver() const; // who draws: pictures are the same, bit for bit, only between equal drivers
     int ScreenWidth() const;
     int ScreenHeight() const;
     std::string TakeError(); // the first problem since the last take; empty when there was none
@@ -122,6 +132,7 @@ public:
     bool SurfaceExists(int surface) const;
     int SurfaceWidth(int surface) const; // 0 when there is none
     int SurfaceHeight(int surface) const;
+    int SurfaceNumbers() const;                  // all surfaces have smaller numbers
     void Surface(int surface, float x, float y); // in the current alpha
     void Surface(int surface, const Placement& placement);
     void SurfaceStretched(int surface, float left, float top, float right, float bottom);
@@ -132,6 +143,8 @@ public:
     bool FreeTileMap(int map);
     bool SetTile(int map, int column, int row, int frame); // -1 for an empty place
     int GetTile(int map, int column, int row) const;       // -1 when empty or outside
+    bool FindTileMap(int map, TileMapInfo& info) const;    // false when there is none
+    int TileMapNumbers() const;                            // all tile maps have smaller numbers
     void TileMap(int map, float x, float y);               // its top left corner; current colour and alpha
 
     // ---- 3D, in the current colour and alpha ----

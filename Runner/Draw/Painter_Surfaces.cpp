@@ -10,7 +10,6 @@ namespace Runner
 namespace
 {
 constexpr TextureArea WHOLE = {0.0f, 0.0f, 1.0f, 1.0f};
-constexpr int64_t SURFACE_PIXELS_LIMIT = 1 << 26; // together
 } // namespace
 
 SurfaceEntry* Painter::Parts::NeedSurface(int number)
@@ -77,6 +76,8 @@ int Painter::SurfaceHeight(int surface) const
     const SurfaceEntry* entry = m_parts->surfaces.Find(surface);
     return entry == nullptr ? 0 : entry->height;
 }
+
+int Painter::SurfaceNumbers() const { return static_cast<int>(m_parts->surfaces.All().size()); }
 
 SurfaceEntry* Painter::Parts::NeedShownSurface(int number)
 {

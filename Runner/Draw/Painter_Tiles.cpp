@@ -32,6 +32,16 @@ int Painter::CreateTileMap(int sprite, int columns, int rows, float tileWidth, f
     return parts.tileMaps.Add(TileGrid(sprite, columns, rows, tileWidth, tileHeight));
 }
 
+bool Painter::FindTileMap(int map, TileMapInfo& info) const
+{
+    const TileGrid* grid = m_parts->tileMaps.Find(map);
+    if (grid != nullptr)
+        info = {grid->Sprite(), grid->Columns(), grid->Rows(), grid->TileWidth(), grid->TileHeight()};
+    return grid != nullptr;
+}
+
+int Painter::TileMapNumbers() const { return static_cast<int>(m_parts->tileMaps.All().size()); }
+
 bool Painter::FreeTileMap(int map)
 {
     Parts& parts = *m_parts;
@@ -94,7 +104,7 @@ void Painter::TileMap(int map, float x, float y)
     TileGrid* grid = parts.NeedTileMap(map);
     if (grid == nullptr)
         return;
-    const SpriteEntry& sprite = *parts.sprites.Find(grid->Sprite());
+    const SpriteEntry& sprite = parts.sprites.Get(grid->Sprite());
     const DrawState* prepared = parts.Prepare(sprite.texture);
     if (prepared == nullptr || !std::isfinite(x) || !std::isfinite(y))
         return;

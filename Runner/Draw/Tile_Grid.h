@@ -25,6 +25,10 @@ public:
     TileGrid(int sprite, int columns, int rows, float tileWidth, float tileHeight);
 
     int Sprite() const { return m_sprite; }
+    int Columns() const { return m_columns; }
+    int Rows() const { return m_rows; }
+    float TileWidth() const { return m_tileWidth; }
+    float TileHeight() const { return m_tileHeight; }
     bool Contains(int column, int row) const;
     int Get(int column, int row) const { return m_frames[Index(column, row)]; } // -1 when empty
     void Set(int column, int row, int frame);

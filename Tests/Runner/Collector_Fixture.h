@@ -50,7 +50,6 @@ protected:
     {
         Collector::Collect(true); // what earlier tests left
         m_live = Collector::GetStats().live;
-        m_blocks = CurrentMemoryUse().blocks;
     }
 
     void TearDown() override
@@ -80,6 +79,5 @@ protected:
 
     std::vector<std::string> m_log;
     int m_live = 0;
-    size_t m_blocks = 0;
 };
 } // namespace Runner

@@ -9,7 +9,15 @@ using namespace Runner;
 void First(RValue&, CInstance*, CInstance*, int, RValue*) {}
 void Second(RValue&, CInstance*, CInstance*, int, RValue*) {}
 
-TEST(HostCode, BuiltinsAreFoundByName)
+class HostCode : public testing::Test
+{
+protected:
+    ~HostCode() override { ForgetBuiltinsAfter(m_count); }
+
+    const size_t m_count = Builtins().size();
+};
+
+TEST_F(HostCode, BuiltinsAreFoundByName)
 {
     Function_Add("host_code_test_first", First, 3, false);
     const Builtin* found = FindBuiltin("host_code_test_first");
@@ -20,7 +28,7 @@ TEST(HostCode, BuiltinsAreFoundByName)
     EXPECT_EQ(FindBuiltin(""), nullptr);
 }
 
-TEST(HostCode, ANameEnteredAgainIsReplaced)
+TEST_F(HostCode, ANameEnteredAgainIsReplaced)
 {
     Function_Add("host_code_test_again", First, 1, false);
     const size_t count = Builtins().size();
@@ -30,18 +38,17 @@ TEST(HostCode, ANameEnteredAgainIsReplaced)
     EXPECT_EQ(FindBuiltin("host_code_test_again")->argc, 2);
 }
 
-TEST(HostCode, BuiltinsKeepTheirOrder)
+TEST_F(HostCode, BuiltinsKeepTheirOrder)
 {
     const size_t start = Builtins().size();
-    const std::string mark = std::to_string(start); // names that are new each time the test runs
-    Function_Add(("host_code_test_z" + mark).c_str(), First, 0, false);
-    Function_Add(("host_code_test_a" + mark).c_str(), First, 0, false);
+    Function_Add("host_code_test_z", First, 0, false);
+    Function_Add("host_code_test_a", First, 0, false);
     ASSERT_EQ(Builtins().size(), start + 2);
-    EXPECT_EQ(Builtins()[start].name, "host_code_test_z" + mark);
-    EXPECT_EQ(Builtins()[start + 1].name, "host_code_test_a" + mark);
+    EXPECT_EQ(Builtins()[start].name, "host_code_test_z");
+    EXPECT_EQ(Builtins()[start + 1].name, "host_code_test_a");
 }
 
-TEST(HostCode, NothingIsEnteredWithoutANameOrAHandler)
+TEST_F(HostCode, NothingIsEnteredWithoutANameOrAHandler)
 {
     const size_t count = Builtins().size();
     Function_Add(nullptr, First, 0, false);
@@ -49,7 +56,7 @@ TEST(HostCode, NothingIsEnteredWithoutANameOrAHandler)
     EXPECT_EQ(Builtins().size(), count);
 }
 
-TEST(HostCode, TheFirstErrorWaitsUntilItIsTaken)
+TEST_F(HostCode, TheFirstErrorWaitsUntilItIsTaken)
 {
     TakeError();
     EXPECT_FALSE(HasError());
@@ -63,7 +70,7 @@ TEST(HostCode, TheFirstErrorWaitsUntilItIsTaken)
     EXPECT_EQ(TakeError(), "third");
 }
 
-TEST(HostCode, AnErrorIsOneLineOfBoundedLength)
+TEST_F(HostCode, AnErrorIsOneLineOfBoundedLength)
 {
     TakeError();
     KvError("one\ntwo\r\n");
