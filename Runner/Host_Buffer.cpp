@@ -6,6 +6,7 @@
 #include "Runner/Host_Convert.h"
 #include "Runner/Host_Value.h"
 
+#include <algorithm>
 #include <cstring>
 
 // ---- the wrappers of every buffer ----
@@ -137,6 +138,24 @@ inline uint64_t LoadLittleEndian(const uint8_t* from, size_t size)
     return bits;
 }
 
+inline uint32_t LittleEndian(uint32_t word)
+{
+    return __BYTE_ORDER__ == __ORDER_LITTLE_ENDIAN__ ? word : __builtin_bswap32(word);
+}
+
+inline void StoreWord(uint8_t* to, uint32_t bits)
+{
+    const uint32_t word = LittleEndian(bits);
+    std::memcpy(to, &word, sizeof(word));
+}
+
+inline uint32_t LoadWord(const uint8_t* from)
+{
+    uint32_t word;
+    std::memcpy(&word, from, sizeof(word));
+    return LittleEndian(word);
+}
+
 // The value releases what it held and becomes the item.
 void Become(RValue& value, eBuffer_Type type, uint64_t bits)
 {
@@ -162,7 +181,61 @@ TypedBuffer::~TypedBuffer()
     MemoryManager::Free(m_data);
 }
 
+// The rare half of Put, kept apart: the common half is then a few instructions.
+bool TypedBuffer::MakeRoom(size_t size) { return size <= BUFFER_SIZE_MAX - m_position && Reserve(m_position + size); }
+
+inline uint8_t* TypedBuffer::Put(size_t size)
+{
+    if (size > m_capacity - m_position && !MakeRoom(size))
+        return nullptr;
+    uint8_t* to = m_data + m_position;
+    m_position += size;
+    if (m_position > m_size)
+        m_size = m_position;
+    return to;
+}
+
+inline const uint8_t* TypedBuffer::Take(size_t size)
+{
+    if (size > m_size - m_position)
+    {
+        m_position = m_size;
+        return nullptr;
+    }
+    const uint8_t* from = m_data + m_position;
+    m_position += size;
+    return from;
+}
+// Nearly all of a saved game are reals as items of four bytes: they go a short way.
+
+inline bool TypedBuffer::IsPlainWord(eBuffer_Type type, const RValue& value)
+{
+    return (type == eBuffer_F32 || type == eBuffer_S32) && value.kind == VALUE_REAL;
+}
+
 int TypedBuffer::WriteTyped(eBuffer_Type type, RValue& value)
+{
+    if (!IsPlainWord(type, value))
+        return WriteItem(type, value);
+    uint8_t* to = Put(4);
+    if (to == nullptr)
+        return Fail(BUFFER_NO_MEMORY);
+    StoreWord(to, type == eBuffer_F32 ? BitsOf<uint32_t>(NearestFloat(value.val))
+                                      : BitsOf<uint32_t>(NearestInteger<int32_t>(value.val)));
+    return BUFFER_DONE;
+}
+
+int TypedBuffer::ReadTyped(eBuffer_Type type, RValue& value)
+{
+    if (!IsPlainWord(type, value) || m_size - m_position < 4)
+        return ReadItem(type, value);
+    const uint32_t bits = LoadWord(Take(4));
+    value.flags = 0;
+    value.val = type == eBuffer_F32 ? static_cast<double>(BitsOf<float>(bits)) : BitsOf<int32_t>(bits);
+    return BUFFER_DONE;
+}
+
+int TypedBuffer::WriteItem(eBuffer_Type type, RValue& value)
 {
     if (IsText(type))
         return PutText(value, type == eBuffer_String);
@@ -176,7 +249,7 @@ int TypedBuffer::WriteTyped(eBuffer_Type type, RValue& value)
     return BUFFER_DONE;
 }
 
-int TypedBuffer::ReadTyped(eBuffer_Type type, RValue& value)
+int TypedBuffer::ReadItem(eBuffer_Type type, RValue& value)
 {
     if (IsText(type))
         return TakeText(value, type == eBuffer_String);
@@ -270,35 +343,12 @@ bool TypedBuffer::Reserve(size_t size)
     if (size <= m_capacity)
         return true;
     const size_t doubled = m_capacity < CAPACITY_FIRST ? CAPACITY_FIRST : m_capacity * 2;
-    const size_t capacity = doubled < size ? size : doubled;
+    const size_t capacity = std::min(std::max(doubled, size), BUFFER_SIZE_MAX);
     uint8_t* grown = KvGrowTable(m_data, capacity);
     if (grown == nullptr)
         return false;
     m_data = grown;
     m_capacity = capacity;
     return true;
-}
-
-uint8_t* TypedBuffer::Put(size_t size)
-{
-    if (size > BUFFER_SIZE_MAX - m_position || !Reserve(m_position + size))
-        return nullptr;
-    uint8_t* to = m_data + m_position;
-    m_position += size;
-    if (m_position > m_size)
-        m_size = m_position;
-    return to;
-}
-
-const uint8_t* TypedBuffer::Take(size_t size)
-{
-    if (size > m_size - m_position)
-    {
-        m_position = m_size;
-        return nullptr;
-    }
-    const uint8_t* from = m_data + m_position;
-    m_position += size;
-    return from;
 }
 } // namespace Runner

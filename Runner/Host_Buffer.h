@@ -56,8 +56,12 @@ public:
     void ClearError() { m_error = BUFFER_DONE; }
 
 private:
+    static bool IsPlainWord(eBuffer_Type type, const RValue& value);
+    int WriteItem(eBuffer_Type type, RValue& value); // of any type
+    int ReadItem(eBuffer_Type type, RValue& value);
     int Fail(BufferError error);
-    bool Reserve(size_t size);
+    bool Reserve(size_t size); // at most BUFFER_SIZE_MAX
+    bool MakeRoom(size_t size);
     uint8_t* Put(size_t size);        // room for an item at the position, which moves on; null: refused
     const uint8_t* Take(size_t size); // the item at the position, which moves on; null: past the end
     int PutText(const RValue& value, bool ended);
@@ -65,7 +69,7 @@ private:
 
     uint8_t* m_data = nullptr;
     size_t m_size = 0;
-    size_t m_capacity = 0;
+    size_t m_capacity = 0; // position <= size <= capacity <= BUFFER_SIZE_MAX
     size_t m_position = 0;
     BufferError m_error = BUFFER_DONE;
 };

@@ -4,8 +4,92 @@
 
 #include <cmath>
 
+#if defined(__SSE2__)
+#include <emmintrin.h>
+#endif
+
 // The order of operations is part of what these functions promise, because saved states and traces are compared bit for
 // bit: every sum and every product goes from left to right as written, and each operation rounds to float.
+
+namespace
+{
+// A row that others read at once: through one register, where there is one, because a read of sixteen bytes waits for
+// four small writes.
+inline void StoreRow(float* row, float a, float b, float c, float d)
+{
+#if defined(__SSE2__)
+    _mm_storeu_ps(row, _mm_setr_ps(a, b, c, d));
+#else
+    row[0] = a;
+    row[1] = b;
+    row[2] = c;
+    row[3] = d;
+#endif
+}
+} // namespace
+
+#if defined(__SSE2__)
+
+// Four lanes at a time, in the order of the definitions below: their bits.
+
+namespace
+{
+template <int Index> inline __m128 Spread(__m128 v)
+{
+    return _mm_shuffle_ps(v, v, _MM_SHUFFLE(Index, Index, Index, Index));
+}
+
+inline __m128 Load(const kvVector3& v) { return _mm_setr_ps(v.x, v.y, v.z, 0.0f); }
+
+inline __m128 Normalised(__m128 v)
+{
+    const __m128 squares = _mm_mul_ps(v, v);
+    const __m128 sum = _mm_add_ss(_mm_add_ss(squares, Spread<1>(squares)), Spread<2>(squares));
+    return _mm_div_ps(v, Spread<0>(_mm_sqrt_ss(sum)));
+}
+
+inline __m128 Cross(__m128 a, __m128 b)
+{
+    constexpr int YZX = _MM_SHUFFLE(3, 0, 2, 1), ZXY = _MM_SHUFFLE(3, 1, 0, 2);
+    return _mm_sub_ps(_mm_mul_ps(_mm_shuffle_ps(a, a, YZX), _mm_shuffle_ps(b, b, ZXY)),
+                      _mm_mul_ps(_mm_shuffle_ps(a, a, ZXY), _mm_shuffle_ps(b, b, YZX)));
+}
+
+// A row of the product: each lane a column.
+inline __m128 RowTimes(const float* row, __m128 b0, __m128 b1, __m128 b2, __m128 b3)
+{
+    const __m128 a = _mm_loadu_ps(row);
+    const __m128 sum = _mm_add_ps(_mm_mul_ps(Spread<0>(a), b0), _mm_mul_ps(Spread<1>(a), b1));
+    return _mm_add_ps(_mm_add_ps(sum, _mm_mul_ps(Spread<2>(a), b2)), _mm_mul_ps(Spread<3>(a), b3));
+}
+} // namespace
+
+void kvMatrix::Multiply(kvMatrix& out, const kvMatrix& a, const kvMatrix& b)
+{
+    const __m128 b0 = _mm_loadu_ps(b.m), b1 = _mm_loadu_ps(b.m + 4);
+    const __m128 b2 = _mm_loadu_ps(b.m + 8), b3 = _mm_loadu_ps(b.m + 12);
+    for (int row = 0; row < 16; row += 4) // b is in registers, and each row of a is read before it is written
+        _mm_storeu_ps(out.m + row, RowTimes(a.m + row, b0, b1, b2, b3));
+}
+
+void kvMatrix::LookAtLH(kvMatrix& out, const kvVector3& eye, const kvVector3& at, const kvVector3& up)
+{
+    const __m128 z = Normalised(_mm_sub_ps(Load(at), Load(eye)));
+    const __m128 x = Normalised(Cross(Load(up), z));
+    __m128 row0 = x, row1 = Cross(z, x), row2 = z, row3 = _mm_setzero_ps();
+    _MM_TRANSPOSE4_PS(row0, row1, row2, row3); // the fourth lanes come to stand in row3, which is not used
+
+    const __m128 sum = _mm_add_ps(_mm_mul_ps(row0, _mm_set1_ps(eye.x)), _mm_mul_ps(row1, _mm_set1_ps(eye.y)));
+    const __m128 place = _mm_add_ps(sum, _mm_mul_ps(row2, _mm_set1_ps(eye.z)));
+    const __m128 lanes012 = _mm_castsi128_ps(_mm_setr_epi32(-1, -1, -1, 0));
+    const __m128 turned = _mm_and_ps(_mm_xor_ps(place, _mm_set1_ps(-0.0f)), lanes012);
+    _mm_storeu_ps(out.m, row0);
+    _mm_storeu_ps(out.m + 4, row1);
+    _mm_storeu_ps(out.m + 8, row2);
+    _mm_storeu_ps(out.m + 12, _mm_or_ps(turned, _mm_setr_ps(0.0f, 0.0f, 0.0f, 1.0f)));
+}
+
+#else
 
 namespace
 {
@@ -47,23 +131,20 @@ void kvMatrix::LookAtLH(kvMatrix& out, const kvVector3& eye, const kvVector3& at
     const kvVector3 x = Normalised(Cross(up, z));
     const kvVector3 y = Cross(z, x);
 
-    const kvMatrix view = {{{
-        x.x, y.x, z.x, 0.0f,                            //
-        x.y, y.y, z.y, 0.0f,                            //
-        x.z, y.z, z.z, 0.0f,                            //
-        -Dot(x, eye), -Dot(y, eye), -Dot(z, eye), 1.0f, //
-    }}};
-    out = view;
+    StoreRow(out.m, x.x, y.x, z.x, 0.0f);
+    StoreRow(out.m + 4, x.y, y.y, z.y, 0.0f);
+    StoreRow(out.m + 8, x.z, y.z, z.z, 0.0f);
+    StoreRow(out.m + 12, -Dot(x, eye), -Dot(y, eye), -Dot(z, eye), 1.0f);
 }
+
+#endif
 
 void kvMatrix::OrthoLH(kvMatrix& out, float width, float height, float zNear, float zFar)
 {
-    out = {};
-    out._11 = 2.0f / width;
-    out._22 = 2.0f / height;
-    out._33 = 1.0f / (zFar - zNear);
-    out._43 = zNear / (zNear - zFar);
-    out._44 = 1.0f;
+    StoreRow(out.m, 2.0f / width, 0.0f, 0.0f, 0.0f);
+    StoreRow(out.m + 4, 0.0f, 2.0f / height, 0.0f, 0.0f);
+    StoreRow(out.m + 8, 0.0f, 0.0f, 1.0f / (zFar - zNear), 0.0f);
+    StoreRow(out.m + 12, 0.0f, 0.0f, zNear / (zNear - zFar), 1.0f);
 }
 
 void kvMatrix::PerspectiveLH(kvMatrix& out, float width, float height, float zNear, float zFar)

@@ -4,6 +4,7 @@
 
 #include "Files/Graphics/Camera_GCProxy.h"
 #include "Files/Graphics/Camera_Manager.h"
+#include "Files/Graphics/Matrix_Invert.h"
 #include "Files/Graphics/Values.h"
 
 namespace
@@ -20,11 +21,10 @@ void Discard(RValue& field)
 }
 
 // A singular matrix leaves its own copy as the inverse.
-void StoreWithInverse(kvMatrix& field, kvMatrix& inverse, const kvMatrix& matrix)
+void StoreInverse(kvMatrix& inverse, const kvMatrix& matrix)
 {
-    field = matrix;
-    inverse = field;
-    inverse.Invert();
+    if (!InvertTo(inverse, matrix))
+        inverse = matrix;
 }
 
 } // namespace
@@ -86,35 +86,40 @@ void CCamera::SetID(int id)
 
 void CCamera::SetProjMat(const kvMatrix& projection)
 {
-    StoreWithInverse(m_projMat, m_invProjMat, projection);
+    m_projMat = projection;
+    StoreInverse(m_invProjMat, m_projMat);
     UpdateProducts();
 }
 
 void CCamera::SetViewMat(const kvMatrix& view)
 {
-    StoreWithInverse(m_viewMat, m_invViewMat, view);
+    m_viewMat = view;
+    StoreInverse(m_invViewMat, m_viewMat);
     UpdateProducts();
 }
 
-void CCamera::SetMatrices(const kvMatrix& view, const kvMatrix& projection)
+void CCamera::UpdateAfterBuild()
 {
-    StoreWithInverse(m_viewMat, m_invViewMat, view);
-    StoreWithInverse(m_projMat, m_invProjMat, projection);
+    StoreInverse(m_invViewMat, m_viewMat);
+    StoreInverse(m_invProjMat, m_projMat);
     UpdateProducts();
+    m_isViewDirty = false;
 }
 
 void CCamera::UpdateProducts()
 {
     kvMatrix::Multiply(m_viewProjMat, m_viewMat, m_projMat);
-    m_invViewProjMat = m_viewProjMat;
-    m_invViewProjMat.Invert();
+    StoreInverse(m_invViewProjMat, m_viewProjMat);
     Update2D();
 }
 
+// All nine are zeros, of either sign: beyond the sign bit nothing is set.
 void CCamera::Update2D()
 {
-    m_is2D = m_projMat._34 == 0.0f && // no perspective
-             m_projMat._21 == 0.0f && m_projMat._31 == 0.0f && m_projMat._12 == 0.0f && m_projMat._32 == 0.0f &&
-             m_projMat._13 == 0.0f && m_projMat._23 == 0.0f && // a box along the axes
-             m_viewMat._13 == 0.0f && m_viewMat._23 == 0.0f;   // seen straight along z
+    const uint32_t* const projection = m_projMat.u;
+    const uint32_t* const view = m_viewMat.u;
+    const uint32_t bits = projection[11] |                                                // no perspective
+                          projection[4] | projection[8] | projection[1] | projection[9] | // a box along the axes
+                          projection[2] | projection[6] | view[2] | view[6];              // seen straight along z
+    m_is2D = (bits << 1) == 0;
 }

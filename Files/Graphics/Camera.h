@@ -161,9 +161,9 @@ public:
     void DeSerialize(IBuffer* buffer);
 
 private:
-    void SetMatrices(const kvMatrix& view, const kvMatrix& projection); // as both setters, without a product in between
-    void UpdateProducts();                                              // C2, C3 and the product's inverse
-    void Follow(CInstance& target);                                     // one step of the rectangle, and a build
+    void UpdateAfterBuild();        // as both setters, without the product in between; the view is clean
+    void UpdateProducts();          // C2, C3 and the product's inverse
+    void Follow(CInstance& target); // one step of the rectangle, and a build
     void SetScript(RValue& field, RValue* script, const char* builtin);
 };
 

@@ -26,15 +26,22 @@ struct ViewArea
     float x, y, w, h, angle;
 };
 
-// The row vector (x, y, 0, 1) times m, with every product taken: a NaN anywhere in the row shows.
-kvVector3 MapPoint(const kvMatrix& m, float x, float y)
+// One coordinate of the row vector (x, y, 0, 1) times a matrix, from a column of it; with every product taken: a NaN
+// anywhere in the column shows.
+inline float MapCoordinate(float x, float y, float m1, float m2, float m3, float m4)
 {
     constexpr float z = 0.0f;
-    return {x * m._11 + y * m._21 + z * m._31 + m._41, x * m._12 + y * m._22 + z * m._32 + m._42,
-            x * m._13 + y * m._23 + z * m._33 + m._43};
+    return x * m1 + y * m2 + z * m3 + m4;
 }
 
-kvVector3 Difference(const kvVector3& a, const kvVector3& b) { return {a.x - b.x, a.y - b.y, a.z - b.z}; }
+// From where (-x, -y) of the clip square stands in the room to where (x, y) does.
+template <int X, int Y> kvVector3 Across(const kvMatrix& m)
+{
+    constexpr float x = X, y = Y, oppositeX = -X, oppositeY = -Y; // of integers: no minus zero
+    const auto span = [](float m1, float m2, float m3, float m4)
+    { return MapCoordinate(x, y, m1, m2, m3, m4) - MapCoordinate(oppositeX, oppositeY, m1, m2, m3, m4); };
+    return {span(m._11, m._21, m._31, m._41), span(m._12, m._22, m._32, m._42), span(m._13, m._23, m._33, m._43)};
+}
 
 float LengthOrZero(const kvVector3& v)
 {
@@ -67,8 +74,8 @@ ViewArea WholeRoom()
 // The room rectangle that fills the clip square, about the camera's place.
 ViewArea MeasureArea(const kvMatrix& clipToRoom, const kvMatrix& viewToRoom)
 {
-    const kvVector3 across = Difference(MapPoint(clipToRoom, 1.0f, 0.0f), MapPoint(clipToRoom, -1.0f, 0.0f));
-    const kvVector3 down = Difference(MapPoint(clipToRoom, 0.0f, 1.0f), MapPoint(clipToRoom, 0.0f, -1.0f));
+    const kvVector3 across = Across<1, 0>(clipToRoom);
+    const kvVector3 down = Across<0, 1>(clipToRoom);
     const float w = LengthOrZero(across);
     const float h = LengthOrZero(down);
     return {viewToRoom._41 - w * 0.5f, viewToRoom._42 - h * 0.5f, w, h, AngleOf(down, h)};

@@ -94,16 +94,21 @@ int CCameraManager::FindSlot(int id)
     return slot;
 }
 
+// The room's list comes before the table, although the camera is the same, because a hit there leaves the cached slot.
 CCamera* CCameraManager::GetCamera(int id)
 {
     if (InTable(m_lastCamPos) && m_cameras[m_lastCamPos] != nullptr && m_cameras[m_lastCamPos]->m_ID == id)
         return m_cameras[m_lastCamPos];
-    for (int entry = 0; entry < ROOM_CAMERAS; ++entry)
-    {
-        if (m_roomcameras[entry] != nullptr && m_roomcameras[entry]->m_ID == id)
-            return m_roomcameras[entry];
-    }
-    return id == -1 ? nullptr : FindInTable(id);
+    CCamera** const end = m_roomcameras + ROOM_CAMERAS;
+    CCamera** const found = std::find_if(
+        m_roomcameras, end, [id](const CCamera* camera) { return camera != nullptr && camera->m_ID == id; });
+    if (found != end)
+        return *found;
+    const int slot = id == -1 ? -1 : SearchTable(id);
+    if (slot == -1)
+        return nullptr;
+    m_lastCamPos = slot;
+    return m_cameras[slot];
 }
 
 CCamera* CCameraManager::FindInTable(int id)
@@ -157,8 +162,8 @@ bool CCameraManager::PlaceInFreeSlot(CCamera* camera)
 {
     const int size = m_cameraListSize;
     int slot = std::max(m_InitialLoadHighPoint, 0);
-    while (slot < size && m_cameras[slot] != nullptr)
-        ++slot;
+    if (slot < size)
+        slot = static_cast<int>(std::find(m_cameras + slot, m_cameras + size, nullptr) - m_cameras);
     if (slot >= size)
     {
         slot = size;

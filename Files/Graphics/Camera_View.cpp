@@ -13,15 +13,13 @@ constexpr float FLAT_EYE_Z = -16000.0f; // half the depth range: a flat view sho
 constexpr float DEPTH_RANGE = 32000.0f;
 
 // Looks along +z at the room point (x, y), turned by the view's angle.
-kvMatrix LookAlongZ(float x, float y, float eyeZ, float degrees)
+void LookAlongZ(kvMatrix& view, float x, float y, float eyeZ, float degrees)
 {
     const float angle = -(degrees * RADIANS_PER_DEGREE); // negated after the product: 0 gives minus zero
     const kvVector3 eye = {x, y, eyeZ};
     const kvVector3 at = {x, y, 0.0f};
     const kvVector3 up = {sinf(angle), cosf(angle), 0.0f};
-    kvMatrix view;
     kvMatrix::LookAtLH(view, eye, at, up);
-    return view;
 }
 
 kvVector3 Normalised(float x, float y, float z)
@@ -50,20 +48,16 @@ void CCamera::BuildViewIfDirty()
 
 void CCamera::Build2DView(float x, float y)
 {
-    const kvMatrix view = LookAlongZ(x, y, FLAT_EYE_Z, m_viewAngle);
-    kvMatrix projection;
-    kvMatrix::OrthoLH(projection, m_viewWidth, m_viewHeight, 0.0f, DEPTH_RANGE);
-    SetMatrices(view, projection);
-    m_isViewDirty = false;
+    LookAlongZ(m_viewMat, x, y, FLAT_EYE_Z, m_viewAngle);
+    kvMatrix::OrthoLH(m_projMat, m_viewWidth, m_viewHeight, 0.0f, DEPTH_RANGE);
+    UpdateAfterBuild();
 }
 
 void CCamera::Build3DView(float x, float y)
 {
-    const kvMatrix view = LookAlongZ(x, y, -m_viewWidth, m_viewAngle);
-    kvMatrix projection;
-    kvMatrix::PerspectiveLH(projection, 1.0f, -m_viewHeight / m_viewWidth, 1.0f, DEPTH_RANGE); // turned upside down
-    SetMatrices(view, projection);
-    m_isViewDirty = false;
+    LookAlongZ(m_viewMat, x, y, -m_viewWidth, m_viewAngle);
+    kvMatrix::PerspectiveLH(m_projMat, 1.0f, -m_viewHeight / m_viewWidth, 1.0f, DEPTH_RANGE); // turned upside down
+    UpdateAfterBuild();
 }
 
 kvVector3 CCamera::GetCamPos() const { return {m_invViewMat._41, m_invViewMat._42, m_invViewMat._43}; }

@@ -1,0 +1,288 @@
+// Every fast way against the plain one, bit for bit.
+
+#include "Platform/Strict_Float.h"
+
+#include "Files/Graphics/Matrix_Adjugate.h"
+#include "Tests/Support/Fixture.h"
+
+#include <cmath>
+#include <cstring>
+#include <limits>
+#include <memory>
+#include <random>
+#include <vector>
+
+namespace
+{
+using namespace Recording;
+
+constexpr float NOT_A_NUMBER = std::numeric_limits<float>::quiet_NaN();
+constexpr float LIMIT = 1099511627776.0f; // 2^40: from here on nothing may be left out
+constexpr int FLAT_ZEROS[] = {2, 3, 6, 7, 8, 9, 11};
+
+bool SameButForNaN(float a, float b) { return std::memcmp(&a, &b, sizeof a) == 0 || (std::isnan(a) && std::isnan(b)); }
+
+bool SameButForNaNs(const kvMatrix& a, const kvMatrix& b)
+{
+    for (int i = 0; i < 16; ++i)
+        if (!SameButForNaN(a.m[i], b.m[i]))
+            return false;
+    return true;
+}
+
+// The module's inverse against the definition; true when the matrix was regular.
+bool ExpectDefinition(const kvMatrix& input)
+{
+    kvMatrix expected = input, actual = input;
+    const bool regular = InvertByDefinition(expected.m);
+    EXPECT_EQ(actual.Invert(), regular) << testing::PrintToString(input);
+    EXPECT_TRUE(SameButForNaNs(actual, expected))
+        << testing::PrintToString(input) << testing::PrintToString(actual) << testing::PrintToString(expected);
+    return regular;
+}
+
+class Source // by a fixed seed
+{
+public:
+    uint32_t Word() { return static_cast<uint32_t>(m_engine()); }
+    uint32_t Below(uint32_t end) { return Word() % end; }
+    float Between(float low, float high) { return low + (high - low) * static_cast<float>(Word() >> 8) / 16777216.0f; }
+    float Zero() { return Word() % 2 == 0 ? 0.0f : -0.0f; }
+
+    float AnyBits()
+    {
+        const uint32_t bits = Word();
+        float number;
+        std::memcpy(&number, &bits, sizeof number);
+        return number;
+    }
+
+    // What makes rounding, underflow and overflow show.
+    float Awkward()
+    {
+        static const float values[] = {0.0f,     -0.0f,     1.0f,     -1.0f,     1e-20f,      -3e-30f,
+                                       1e-42f,   -1e-45f,   0.5f,     3.0f,      -7.0f,       1e12f,
+                                       -LIMIT,   LIMIT,     1e20f,    -3e38f,    1.0f / 3.0f, -2.0f / 3.0f,
+                                       INFINITY, -INFINITY, 16000.0f, -32000.0f, NOT_A_NUMBER};
+        const float value = values[Below(sizeof values / sizeof values[0])];
+        return Below(8) == 0 ? std::nextafter(value, 0.0f) : value;
+    }
+
+    // A number of a flavour: of a camera, small whole, any magnitude, awkward.
+    float Entry(uint32_t flavour)
+    {
+        switch (flavour)
+        {
+        case 0: return Between(-2.0f, 2.0f);
+        case 1: return static_cast<float>(static_cast<int>(Below(7)) - 3);
+        case 2: return std::ldexp(Between(-2.0f, 2.0f), static_cast<int>(Below(160)) - 110); // up to 2^50
+        default: return Awkward();
+        }
+    }
+
+    kvMatrix Flat()
+    {
+        const uint32_t flavour = Below(4);
+        kvMatrix matrix;
+        for (float& entry : matrix.m)
+            entry = Entry(flavour);
+        for (int zero : FLAT_ZEROS)
+            matrix.m[zero] = Zero();
+        matrix._44 = 1.0f;
+        if (Below(3) == 0) // upright
+            matrix._12 = matrix._21 = Zero();
+        return matrix;
+    }
+
+private:
+    std::mt19937 m_engine{417};
+};
+} // namespace
+
+// ---- the inverse ----
+
+TEST(FastPaths, FlatMatricesInvertByTheDefinition)
+{
+    Source source;
+    int singular = 0;
+    for (int i = 0; i < 1000000 && !testing::Test::HasFailure(); ++i)
+        singular += ExpectDefinition(source.Flat()) ? 0 : 1;
+    EXPECT_GT(singular, 1000) << "the matrices must reach both answers";
+}
+
+TEST(FastPaths, AlmostFlatMatricesInvertByTheDefinition)
+{
+    Source source;
+    for (int i = 0; i < 500000 && !testing::Test::HasFailure(); ++i)
+    {
+        kvMatrix matrix = source.Flat();
+        if (source.Below(4) == 0)
+            matrix._44 = source.Below(2) == 0 ? std::nextafter(1.0f, 2.0f) : source.Awkward();
+        else
+            matrix.m[FLAT_ZEROS[source.Below(7)]] = source.Entry(source.Below(4));
+        ExpectDefinition(matrix);
+    }
+}
+
+TEST(FastPaths, MatricesOfAnyBitsInvertByTheDefinition)
+{
+    Source source;
+    for (int i = 0; i < 500000 && !testing::Test::HasFailure(); ++i)
+    {
+        kvMatrix matrix;
+        for (float& entry : matrix.m)
+            entry = i % 2 == 0 ? source.AnyBits() : source.Awkward();
+        if (i % 3 == 0) // affine, with a last column of zeros of either sign
+        {
+            matrix._14 = source.Zero();
+            matrix._24 = source.Zero();
+            matrix._34 = source.Zero();
+            matrix._44 = 1.0f;
+        }
+        ExpectDefinition(matrix);
+    }
+}
+
+TEST(FastPaths, MagnitudesAroundTheLimitInvertByTheDefinition)
+{
+    const float values[] = {std::nextafter(LIMIT, 0.0f), LIMIT, std::nextafter(LIMIT, INFINITY), 1e25f, 1.0f};
+    for (int entry : {0, 1, 4, 5, 10, 12, 13, 14})
+        for (float value : values)
+            for (float other : values)
+                for (float sign : {1.0f, -1.0f})
+                {
+                    kvMatrix matrix = {{{other, 2, 0, 0, 3, other, 0, 0, 0, 0, other, 0, other, 5, 7, 1}}};
+                    matrix.m[entry] = sign * value;
+                    ExpectDefinition(matrix);
+                }
+}
+
+// ---- cameras ----
+
+using FastPathsCamera = ModuleTest;
+
+TEST_F(FastPathsCamera, EveryBuildStoresInversesByTheDefinition)
+{
+    const float sizes[] = {0.0f, 1e-30f, 0.5f, 1.0f, 320.0f, 640.0f, 1919.5f, 1e6f, 1e30f, -480.0f, NOT_A_NUMBER};
+    const float places[] = {0.0f, -0.0f, 0.3f, -5000.0f, 123456.0f, 1e13f, 1e38f, INFINITY};
+    for (float width : sizes)
+        for (float height : {240.0f, 0.0f, 1e-3f, -77.7f})
+            for (float x : places)
+                for (float angle = -360.0f; angle <= 360.0f; angle += 22.5f)
+                {
+                    CCamera camera;
+                    camera.SetViewX(x);
+                    camera.SetViewY(-x * 0.5f);
+                    camera.SetViewWidth(width);
+                    camera.SetViewHeight(height);
+                    camera.SetViewAngle(angle);
+                    camera.BuildView();
+                    const kvMatrix pairs[3][2] = {{camera.m_viewMat, camera.m_invViewMat},
+                                                  {camera.m_projMat, camera.m_invProjMat},
+                                                  {camera.m_viewProjMat, camera.m_invViewProjMat}};
+                    for (const auto& pair : pairs)
+                    {
+                        kvMatrix expected = pair[0];
+                        InvertByDefinition(expected.m);
+                        ASSERT_TRUE(SameButForNaNs(pair[1], expected))
+                            << width << ' ' << height << ' ' << x << ' ' << angle << testing::PrintToString(pair[0]);
+                    }
+                }
+}
+
+TEST_F(FastPathsCamera, IsFlatToTheEyeExactlyWhenNineElementsCompareEqualToZero)
+{
+    constexpr int projection[] = {11, 4, 8, 1, 9, 2, 6};
+    constexpr int view[] = {2, 6};
+    const float values[] = {0.0f, -0.0f, 1e-45f, -1e-45f, 1.0f, NOT_A_NUMBER, -NOT_A_NUMBER, INFINITY};
+    for (float value : values)
+        for (int element = 0; element < 9; ++element)
+        {
+            CCamera camera;
+            (element < 7 ? camera.m_projMat.m[projection[element]] : camera.m_viewMat.m[view[element - 7]]) = value;
+            camera.Update2D();
+            EXPECT_EQ(camera.Is2D(), value == 0.0f) << element << ' ' << value;
+        }
+}
+
+// ---- the visible area ----
+
+namespace
+{
+kvVector3 Map(const kvMatrix& m, float x, float y, float z)
+{
+    return {x * m._11 + y * m._21 + z * m._31 + m._41, x * m._12 + y * m._22 + z * m._32 + m._42,
+            x * m._13 + y * m._23 + z * m._33 + m._43};
+}
+
+float Length(const kvVector3& a, const kvVector3& b)
+{
+    const float x = a.x - b.x, y = a.y - b.y, z = a.z - b.z;
+    const float square = x * x + y * y + z * z;
+    return square > 0.0f ? sqrtf(square) : 0.0f;
+}
+
+void ExpectArea(const CCamera& camera)
+{
+    const kvMatrix& m = camera.m_invViewProjMat;
+    const float w = Length(Map(m, 1, 0, 0), Map(m, -1, 0, 0));
+    const kvVector3 bottom = Map(m, 0, 1, 0), top = Map(m, 0, -1, 0);
+    const float h = Length(bottom, top);
+    float cosine = (bottom.y - top.y) / h;
+    cosine = cosine <= -1.0f ? -1.0f : cosine >= 1.0f ? 1.0f : cosine;
+    float angle = acosf(cosine);
+    if ((bottom.x - top.x) / h < 0.0f)
+        angle = 6.2831855f - angle;
+    const float expected[] = {camera.m_invViewMat._41 - w * 0.5f, camera.m_invViewMat._42 - h * 0.5f, w, h,
+                              angle / 6.2831855f * 360.0f};
+    const float actual[] = {g_ViewAreaX, g_ViewAreaY, g_ViewAreaW, g_ViewAreaH, g_ViewAreaA};
+    for (int i = 0; i < 5; ++i)
+        ASSERT_TRUE(SameButForNaN(actual[i], expected[i]))
+            << i << ": " << actual[i] << " instead of " << expected[i] << testing::PrintToString(m);
+}
+} // namespace
+
+TEST_F(FastPathsCamera, TheVisibleAreaIsThatOfTheMappedPoints)
+{
+    Source source;
+    for (int i = 0; i < 20000 && !HasFatalFailure(); ++i)
+    {
+        CCamera camera;
+        kvMatrix view = source.Flat(), projection = source.Flat();
+        if (i % 2 == 0)
+            for (kvMatrix* matrix : {&view, &projection})
+                for (float& entry : matrix->m)
+                    entry = i % 4 == 0 ? source.AnyBits() : source.Awkward();
+        projection._34 = source.Zero(); // parallel
+        camera.SetViewMat(view);
+        camera.SetProjMat(projection);
+        camera.ApplyMatrices();
+        ExpectArea(camera);
+    }
+}
+
+// ---- images ----
+
+TEST_F(FastPathsCamera, EveryWidthAndPixelDistanceStoresThreeBytesOfEachPixel)
+{
+    Source source;
+    for (int bytesPerPixel : {3, 4, 5, 8})
+        for (int width = 1; width <= 100; ++width)
+        {
+            constexpr int height = 2;
+            const size_t row = static_cast<size_t>(width * bytesPerPixel);
+            const std::unique_ptr<uint8_t[]> pixels(new uint8_t[row * height]); // exactly its size, for the sanitizer
+            for (size_t i = 0; i < row * height; ++i)
+                pixels[i] = static_cast<uint8_t>(source.Word());
+            std::vector<uint8_t> expected;
+            for (int y = height - 1; y >= 0; --y)
+                for (int x = 0; x < width; ++x)
+                    for (int byte = 0; byte < 3; ++byte)
+                        expected.push_back(pixels[static_cast<size_t>((y * width + x) * bytesPerPixel + byte)]);
+            int size = 0;
+            uint8_t* const image = static_cast<uint8_t*>(CreateBMP(pixels.get(), width, height, &size, bytesPerPixel));
+            ASSERT_NE(image, nullptr);
+            EXPECT_EQ(std::vector<uint8_t>(image + 54, image + size), expected) << width << ' ' << bytesPerPixel;
+            MemoryManager::Free(image);
+        }
+}

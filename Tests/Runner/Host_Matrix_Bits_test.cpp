@@ -1,0 +1,113 @@
+// The builders against their definitions in plain float operations, bit for bit.
+
+#include "Platform/Strict_Float.h"
+
+#include "Platform/Matrix.h"
+
+#include <gtest/gtest.h>
+
+#include <cmath>
+#include <cstring>
+#include <limits>
+#include <random>
+
+namespace
+{
+void ExpectSame(const kvMatrix& actual, const kvMatrix& expected, int round)
+{
+    for (int i = 0; i < 16; ++i)
+        ASSERT_TRUE(actual.u[i] == expected.u[i] || (std::isnan(actual.m[i]) && std::isnan(expected.m[i])))
+            << "round " << round << ", entry " << i << ": " << actual.m[i] << " instead of " << expected.m[i];
+}
+
+class Source // by a fixed seed
+{
+public:
+    // A number like those of cameras, or one of any bits.
+    float Number()
+    {
+        const uint32_t word = static_cast<uint32_t>(m_engine());
+        if (m_engine() % 4 != 0)
+            return (static_cast<float>(word >> 8) / 8388608.0f - 1.0f) * (word % 2 == 0 ? 1.0f : 16000.0f);
+        static const float special[] = {0.0f, -0.0f, 1.0f, -1.0f, 1e-40f, 1e30f, INFINITY, -INFINITY};
+        float number;
+        std::memcpy(&number, &word, sizeof number);
+        return m_engine() % 2 == 0 ? special[word % 8] : number;
+    }
+
+    kvVector3 Vector() { return {Number(), Number(), Number()}; }
+
+    kvMatrix Matrix()
+    {
+        kvMatrix matrix;
+        for (float& entry : matrix.m)
+            entry = Number();
+        return matrix;
+    }
+
+private:
+    std::mt19937 m_engine{99};
+};
+
+kvVector3 Unit(float x, float y, float z)
+{
+    const float length = sqrtf(x * x + y * y + z * z);
+    return {x / length, y / length, z / length};
+}
+
+kvMatrix LookAt(const kvVector3& eye, const kvVector3& at, const kvVector3& up)
+{
+    const kvVector3 z = Unit(at.x - eye.x, at.y - eye.y, at.z - eye.z);
+    const kvVector3 x = Unit(up.y * z.z - up.z * z.y, up.z * z.x - up.x * z.z, up.x * z.y - up.y * z.x);
+    const kvVector3 y = {z.y * x.z - z.z * x.y, z.z * x.x - z.x * x.z, z.x * x.y - z.y * x.x};
+    const auto place = [&](const kvVector3& axis) { return -(axis.x * eye.x + axis.y * eye.y + axis.z * eye.z); };
+    return {{{x.x, y.x, z.x, 0, x.y, y.y, z.y, 0, x.z, y.z, z.z, 0, place(x), place(y), place(z), 1}}};
+}
+} // namespace
+
+TEST(HostMatrixBits, AProductSumsFromLeftToRight)
+{
+    Source source;
+    for (int round = 0; round < 200000 && !testing::Test::HasFatalFailure(); ++round)
+    {
+        kvMatrix a = source.Matrix();
+        const kvMatrix b = source.Matrix();
+        kvMatrix expected;
+        for (int i = 0; i < 16; ++i)
+        {
+            const float* const row = a.m + i / 4 * 4;
+            const float* const column = b.m + i % 4;
+            expected.m[i] = row[0] * column[0] + row[1] * column[4] + row[2] * column[8] + row[3] * column[12];
+        }
+        kvMatrix product;
+        kvMatrix::Multiply(product, a, b);
+        ExpectSame(product, expected, round);
+        kvMatrix::Multiply(a, a, b);
+        ExpectSame(a, expected, round);
+    }
+}
+
+TEST(HostMatrixBits, ALookAtFollowsItsDefinition)
+{
+    Source source;
+    for (int round = 0; round < 200000 && !testing::Test::HasFatalFailure(); ++round)
+    {
+        const kvVector3 eye = source.Vector(), at = source.Vector(), up = source.Vector();
+        kvMatrix view;
+        kvMatrix::LookAtLH(view, eye, at, up);
+        ExpectSame(view, LookAt(eye, at, up), round);
+    }
+}
+
+TEST(HostMatrixBits, AFlatCamerasLookAtFollowsItsDefinition)
+{
+    Source source;
+    for (int round = 0; round < 100000 && !testing::Test::HasFatalFailure(); ++round)
+    {
+        const float x = source.Number(), y = source.Number(), angle = static_cast<float>(round) * 0.001f - 50.0f;
+        const kvVector3 eye = {x, y, -16000.0f}, at = {x, y, 0.0f}, up = {sinf(angle), cosf(angle), 0.0f};
+        kvMatrix view;
+        kvMatrix::LookAtLH(view, eye, at, up);
+        ExpectSame(view, LookAt(eye, at, up), round);
+    }
+}
