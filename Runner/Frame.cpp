@@ -18,6 +18,8 @@ bool Game::Frame()
     Draw();
     Collector::Safepoint();
     ++m_frame;
+    if (!scripts.Failed())
+        request.Perform(*this);
     if (options.check && !scripts.Failed())
         CheckEverything();
     return !scripts.Failed();

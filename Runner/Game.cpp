@@ -32,7 +32,7 @@ Game::~Game()
 {
     EndRoom();
     DestroyAllCameras();
-    RemoveGlobalObject(g_pGlobal);
+    Collector::LetGo(g_pGlobal);
     g_pGlobal = nullptr;
     Collector::SetStress(false);
     Collector::FreeEverything();
@@ -61,7 +61,7 @@ void Game::DestroyAllCameras()
 // Built-ins stay registered for the life of the process.
 void Game::OpenScripts()
 {
-    if (Builtins().empty())
+    if (FindBuiltin("camera_create") == nullptr)
         g_CM.SetupLumFunctions();
     const ScriptEngine::Body open = [](lua_State* L, void* game)
     {
@@ -95,6 +95,17 @@ int Game::OwnDefaultCamera() const
     return camera != nullptr && camera->m_birth == m_ownDefaultBirth ? m_ownDefaultCamera : NO_CAMERA;
 }
 
+// A state of the random numbers other than at the start: the main file has drawn some.
+void Game::Identify()
+{
+    const Random::State now = random.GetState();
+    const Random::State start = Random(options.seed).GetState();
+    m_identity.name = options.file.substr(options.file.rfind('/') + 1);
+    m_identity.files = scripts.Fingerprint();
+    m_identity.seed = options.seed;
+    m_identity.usesSeed = now.position != start.position || now.increment != start.increment;
+}
+
 bool Game::Load()
 {
     std::string why;
@@ -104,6 +115,7 @@ bool Game::Load()
     OpenScripts();
     if (scripts.Failed() || !scripts.RunMain(options.file) || OpenPainter() == nullptr)
         return false;
+    Identify();
     if (rooms.Count() == 0)
         scripts.Fail("the game has no room: add one with room_add");
     g_CM.SetInitialLoadHighPoint();

@@ -14,6 +14,7 @@
 #include "Runner/Host_Script.h"
 #include "Runner/Lua/Script_Engine.h"
 #include "Runner/Random.h"
+#include "Runner/Save/Save_Request.h"
 #include "Runner/Trace.h"
 #include "Runner/World/Room.h"
 #include "Runner/World/World.h"
@@ -58,13 +59,15 @@ public:
 
     bool HasEnded() const { return m_hasEnded; }
     const std::string& Failure() const { return scripts.Failure(); }
-    int FrameNumber() const { return m_frame; } // frames played so far
-    Picture Screen();                           // what the last frame drew
+    int FrameNumber() const { return m_frame; }                 // frames played so far
+    Picture Screen();                                           // what the last frame drew
+    const GameIdentity& Identity() const { return m_identity; } // since Load
 
     // ---- what scripts ask for ----
     Instance* CreateInstance(ObjectType& type, float x, float y); // null: its create event failed
     bool DestroyInstance(Instance& instance);                     // false: its destroy event failed
-    void GotoRoom(int room) { m_nextRoom = room; }                // at the end of the step; must exist
+    void GotoRoom(int room) { m_nextRoom = room; }                // at the end of the step; must exist, or NO_ROOM
+    int NextRoom() const { return m_nextRoom; }                   // NO_ROOM when none was asked for
     void End() { m_hasEnded = true; }                             // after this frame
     void AdoptDefaultCamera(int id); // the Runner's own one, after a saved game has brought it back; -1 for none
     int OwnDefaultCamera() const;    // its number, -1 when a script destroyed it
@@ -84,6 +87,7 @@ public:
 
     // Ends the running room, without starting another.
     void EndRoom();
+    void DestroyAllCameras(); // the default camera and the high point are forgotten, too
     bool StartRoom(int room); // makes its instances and runs its create script. No room may be running
 
     const GameOptions options;
@@ -92,6 +96,7 @@ public:
     NumberedScripts numberedScripts; // callbacks that scripts gave as numbers
     World world;
     Rooms rooms;
+    SaveRequest request; // of a script, for the end of this frame
 
 private:
     struct Port // pixels of the target
@@ -107,7 +112,7 @@ private:
     void MakeGlobalInstance();
     void MakeDefaultCamera();
     void FitDefaultCamera(const RunningRoom& room);
-    void DestroyAllCameras();
+    void Identify();
 
     // Frame.cpp
     void Step();
@@ -128,6 +133,7 @@ private:
 
     std::unique_ptr<Painter> m_painter;
     Trace m_trace;
+    GameIdentity m_identity;
     std::vector<Instance*> m_seen; // of the view being drawn
     int m_screenWidth = SCREEN_WIDTH_UNLESS_SET;
     int m_screenHeight = SCREEN_HEIGHT_UNLESS_SET;

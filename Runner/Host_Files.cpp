@@ -142,6 +142,14 @@ void SetSaveArea(const std::string& path) { Area() = path.empty() ? "." : path; 
 
 const std::string& SaveArea() { return Area(); }
 
+std::string SavePath(const std::string& name)
+{
+    std::string path(FILENAME_MAX, '\0');
+    LoadSave::_GetSaveFileName(path.data(), FILENAME_MAX, name.find('\0') == std::string::npos ? name.c_str() : "");
+    path.resize(std::strlen(path.c_str()));
+    return path;
+}
+
 bool LastWriteFailed() { return s_lastWriteFailed; }
 
 bool PrepareSaveArea(std::string& why)

@@ -12,6 +12,9 @@ namespace Runner
 void SetSaveArea(const std::string& path);
 const std::string& SaveArea();
 
+// The full path of a file in it; empty when the name is refused, which the console has been told then.
+std::string SavePath(const std::string& name);
+
 // Makes the save area's directory and tries whether files can be made in it. False, and why in one line.
 bool PrepareSaveArea(std::string& why);
 
@@ -22,6 +25,10 @@ bool LastWriteFailed();
 // False, and why in one line: the old file is then as it was, and nothing else is left behind.
 // Uses the name PATH.part beside it; one left there by a crash is replaced.
 bool WriteFileAtomically(const std::string& path, const void* data, size_t size, std::string& why);
+
+// Likewise for a file that has been written already, under another name in the same directory. When it fails that one
+// is gone.
+bool PutFileInPlace(const std::string& from, const std::string& path, std::string& why);
 
 // False, and why in one line, for what is no ordinary file, cannot be read or has more than FILE_SIZE_MAX bytes.
 bool ReadWholeFile(const std::string& path, std::vector<uint8_t>& bytes, std::string& why);

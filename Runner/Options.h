@@ -17,10 +17,17 @@ enum ExitStatus : int
 struct RunOptions
 {
     GameOptions game;
-    int frames = 60;         // to play, unless the game ends earlier
-    int every = 1;           // frames from one picture to the next
-    std::string out = "out"; // directory of the pictures, and the game's save area
+    int frames = 60;          // to play, unless the game ends earlier
+    int every = 1;            // frames from one picture to the next
+    std::string out = "out";  // directory of the pictures, and the game's save area
+    std::string screenshot;   // picture of the last frame, in that directory; empty for none
+    std::string contactSheet; // picture of twelve frames of the run, likewise
     bool quiet = false;
+
+    // ---- saved games: paths, empty for none ----
+    std::string load;                   // goes on from there
+    bool isSeedGiven = false;           // false: a loaded game brings its own
+    std::pair<int, std::string> saveAt; // the file, once so many frames of the game have been played
 };
 
 enum class ParseResult

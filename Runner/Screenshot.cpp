@@ -2,50 +2,59 @@
 
 #include "Files/Graphics/Image_Writers.h"
 #include "Files/IO/Load_Save.h"
+#include "Platform/Memory_Manager.h"
 #include "Runner/Host_Files.h"
+#include "Runner/Printable.h"
 
-#include <cerrno>
 #include <cstdio>
-#include <cstring>
+#include <utility>
 
 namespace Runner
 {
 namespace
 {
-constexpr int PATH_SIZE = 4096;
-
-std::string SavePath(const std::string& name)
+// The module's writer goes on after a short write: the file layer knows.
+bool WritePng(Picture& picture, std::string part, const std::string& partPath, const std::string& path,
+              std::string& why)
 {
-    std::string path(PATH_SIZE, '\0');
-    LoadSave::_GetSaveFileName(path.data(), PATH_SIZE, name.c_str());
-    return path.c_str();
+    const int written = WritePNG32(part.data(), picture.rgba.data(), picture.width, picture.height);
+    if (written == 1 && !LastWriteFailed())
+        return PutFileInPlace(partPath, path, why);
+    std::remove(partPath.c_str());
+    why = "cannot write " + Printable(path, FILENAME_MAX);
+    return false;
 }
 
-bool PutInPlace(const std::string& from, const std::string& to, std::string& why)
+bool WriteBmp(Picture& picture, const std::string& path, std::string& why)
 {
-    if (std::rename(from.c_str(), to.c_str()) == 0)
-        return true;
-    why = "cannot write \"" + to + "\": " + std::strerror(errno);
-    std::remove(from.c_str());
-    return false;
+    int size = 0;
+    void* block = CreateBMP(picture.rgba.data(), picture.width, picture.height, &size, 4);
+    if (block == nullptr)
+    {
+        why = "there is no memory for " + Printable(path, FILENAME_MAX);
+        return false;
+    }
+    EnsureDirectoryIsCreated(path.c_str());
+    const bool written = WriteFileAtomically(path, block, static_cast<size_t>(size), why);
+    MemoryManager::Free(block);
+    return written;
 }
 } // namespace
 
+bool WriteScreenshot(Picture picture, const std::string& name, const std::string& format, std::string& why)
+{
+    const std::string part = name + ".part";
+    const std::string path = SavePath(name);
+    const std::string partPath = path.empty() ? "" : SavePath(part);
+    if (!path.empty() && !partPath.empty())
+        return format == "bmp" ? WriteBmp(picture, path, why) : WritePng(picture, part, partPath, path, why);
+    why = Printable(name) + " is no name of a file in the save area";
+    return false;
+}
+
 bool WriteScreenshot(Picture picture, const std::string& name, std::string& why)
 {
-    std::string part = name + ".part";
-    const std::string partPath = SavePath(part);
-    const std::string path = SavePath(name);
-    if (path.empty() || partPath.empty())
-    {
-        why = "\"" + name + "\" is no name of a file in the save area";
-        return false;
-    }
-    const int written = WritePNG32(part.data(), picture.rgba.data(), picture.width, picture.height);
-    if (written == 1 && !LastWriteFailed())
-        return PutInPlace(partPath, path, why);
-    std::remove(partPath.c_str());
-    why = "cannot write \"" + path + "\"";
-    return false;
+    const bool isBmp = name.size() >= 4 && name.compare(name.size() - 4, 4, ".bmp") == 0;
+    return WriteScreenshot(std::move(picture), name, isBmp ? "bmp" : "png", why);
 }
 } // namespace Runner

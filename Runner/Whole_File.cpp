@@ -62,14 +62,16 @@ private:
 class PartFile
 {
 public:
-    explicit PartFile(const std::string& path) : m_path(path) { unlink(path.c_str()); }
+    explicit PartFile(const std::string& path) : m_path(path) {}
     ~PartFile()
     {
         if (!m_renamed)
-            unlink(m_path.c_str());
+            Remove();
     }
     PartFile(const PartFile&) = delete;
     PartFile& operator=(const PartFile&) = delete;
+
+    void Remove() const { unlink(m_path.c_str()); }
 
     bool RenameTo(const std::string& path)
     {
@@ -116,6 +118,19 @@ void SyncDirectoryOf(const std::string& path)
     close(file);
 }
 
+// The rest of the way, once everything is written.
+bool Establish(File& file, PartFile& part, const std::string& path, std::string& why)
+{
+    if (!Sync(file.Number()))
+        return Failed(why, "write", path);
+    if (!file.Close())
+        return Failed(why, "close", path);
+    if (!part.RenameTo(path))
+        return Failed(why, "put in place", path);
+    SyncDirectoryOf(path);
+    return true;
+}
+
 bool IsOrdinary(int file, size_t& size)
 {
     struct stat status;
@@ -159,19 +174,22 @@ void FailFileOperation(FileOperation kind, int64_t n) { s_failAfter[static_cast<
 bool WriteFileAtomically(const std::string& path, const void* data, size_t size, std::string& why)
 {
     PartFile part(path + ".part");
+    part.Remove();
     File file(path + ".part", O_WRONLY | O_CREAT | O_EXCL);
     if (!file.IsOpen())
         return Failed(why, "make", path);
     if (!WriteAll(file.Number(), static_cast<const unsigned char*>(data), size))
         return Failed(why, "write", path);
-    if (!Sync(file.Number()))
-        return Failed(why, "write", path);
-    if (!file.Close())
-        return Failed(why, "close", path);
-    if (!part.RenameTo(path))
-        return Failed(why, "put in place", path);
-    SyncDirectoryOf(path);
-    return true;
+    return Establish(file, part, path, why);
+}
+
+bool PutFileInPlace(const std::string& from, const std::string& path, std::string& why)
+{
+    PartFile part(from);
+    File file(from, O_RDONLY);
+    if (!file.IsOpen())
+        return Failed(why, "open", from);
+    return Establish(file, part, path, why);
 }
 
 bool ReadWholeFile(const std::string& path, std::vector<uint8_t>& bytes, std::string& why)

@@ -1,6 +1,6 @@
 -- Shake: meteors fall on a town at night.
 --
--- Technique: a camera is directed by its three callbacks, and all they know is kept in closures.
+-- Technique: a camera is directed by its three callbacks, which are closures made for each shot.
 --   begin   rolls the dice for this frame's shake
 --   update  moves the camera along its shot (a cinematic path or a smooth zoom), shake included; at the end of a shot
 --           it puts the next shot's update in its own place
@@ -8,6 +8,7 @@
 --           the camera is gets the steady place
 -- Halfway along each path the camera is replaced by a clone, and nothing of it shows: the callbacks ask for the camera
 -- that runs them and remember none. The small picture shows the whole room, the path and what the camera sees.
+-- A saved game keeps no functions: what changes is in `vars`, and the room's load event gives the callbacks out again.
 -- The town is in town.lua, the meteors in meteors.lua.
 
 local town = include("town.lua")
@@ -35,26 +36,28 @@ end
 
 -- ---- the shake ----
 
--- What an impact does to a camera, and how it wears off. All four functions share the strength, which is 0 to 1.
-local function new_shaker()
-    local strength = 0
-    local x, y, roll = 0, 0, 0
-    return {
-        hit = function(force) strength = math.min(1, strength + force) end,
-        strength = function() return strength end,
-        -- The square makes a strong shake violent and lets it end softly.
-        roll_dice = function()
-            local reach = strength * strength
-            x = random_range(-36, 36) * reach
-            y = random_range(-28, 28) * reach
-            roll = random_range(-3, 3) * reach
-            strength = math.max(0, strength - 0.018)
-        end,
-        offset = function() return x, y, roll end,
-    }
+-- What an impact does to a camera, and how it wears off. The strength is 0 to 1.
+vars.shake = { strength = 0, x = 0, y = 0, roll = 0 }
+
+local shaker = {}
+
+function shaker.hit(force)
+    vars.shake.strength = math.min(1, vars.shake.strength + force)
 end
 
-local shaker = new_shaker()
+-- The square makes a strong shake violent and lets it end softly.
+function shaker.roll_dice()
+    local shake = vars.shake
+    local reach = shake.strength * shake.strength
+    shake.x = random_range(-36, 36) * reach
+    shake.y = random_range(-28, 28) * reach
+    shake.roll = random_range(-3, 3) * reach
+    shake.strength = math.max(0, shake.strength - 0.018)
+end
+
+function shaker.offset()
+    return vars.shake.x, vars.shake.y, vars.shake.roll
+end
 
 local function aim(camera, x, y, zoom)
     local width = SCREEN_WIDTH / zoom
@@ -73,7 +76,7 @@ local function end_shot()
     local x, y = camera_get_view_x(camera), camera_get_view_y(camera)
     local width, height = camera_get_view_width(camera), camera_get_view_height(camera)
     draw_set_colour(colour_rgb(255, 236, 200))
-    draw_set_alpha(math.max(0, shaker.strength() - 0.6))
+    draw_set_alpha(math.max(0, vars.shake.strength - 0.6))
     draw_rectangle(x - width, y - height, x + 2 * width, y + 2 * height)
     local shake_x, shake_y = shaker.offset()
     camera_set_view_pos(camera, x - shake_x, y - shake_y)
@@ -159,27 +162,26 @@ end
 
 -- ---- the director ----
 
-local shot_shown = SHOTS[1]
+vars.shot = { number = 1, time = 0 } -- time: frames of the shot with this number so far
 
--- The update callback for the shot with this number.
-local function direct(number)
+-- The update callback for the shot with this number, from a time on.
+local function direct(number, time)
     local shot = SHOTS[number]
-    local time = 0
     return function()
         local camera = camera_current()
         local x, y, zoom = shot.at(time)
         if not x then
-            local next_update = direct(number % #SHOTS + 1)
+            local next_update = direct(number % #SHOTS + 1, 0)
             camera_set_update_script(camera, next_update)
             return next_update()
         end
-        shot_shown = shot
         aim(camera, x, y, zoom)
         if time == shot.relay then
             log("frame " .. frame_number() .. ": a clone takes camera " .. camera .. "'s place")
             relay(SHOT_VIEW)
         end
         time = time + 1
+        vars.shot = { number = number, time = time }
     end
 end
 
@@ -194,7 +196,7 @@ local function draw_frame(left, top, right, bottom, width)
 end
 
 local function draw_path_and_frame()
-    local points = shot_shown.points
+    local points = SHOTS[vars.shot.number].points
     draw_set_colour(colour_rgb(255, 214, 110))
     local from_x, from_y = points[1][1], points[1][2]
     for step = 1, 40 do
@@ -219,7 +221,15 @@ local function draw_meter(x, y)
     draw_set_colour(colour_rgb(70, 60, 90))
     draw_rectangle(x, y, x + 160, y + 12)
     draw_set_colour(colour_rgb(255, 150, 80))
-    draw_rectangle(x, y, x + 160 * shaker.strength(), y + 12)
+    draw_rectangle(x, y, x + 160 * vars.shake.strength, y + 12)
+end
+
+local function give_out_callbacks()
+    local camera = view_get_camera(SHOT_VIEW)
+    camera_set_begin_script(camera, begin_shot)
+    camera_set_update_script(camera, direct(vars.shot.number, vars.shot.time))
+    camera_set_end_script(camera, end_shot)
+    camera_set_end_script(view_get_camera(MAP_VIEW), draw_path_and_frame)
 end
 
 room_add{
@@ -236,12 +246,9 @@ room_add{
             shaker.hit(between(0.9, 0.25, math.min(1, distance / 900)))
             town.shake_lights(x)
         end)
-        local camera = view_get_camera(SHOT_VIEW)
-        camera_set_begin_script(camera, begin_shot)
-        camera_set_update_script(camera, direct(1))
-        camera_set_end_script(camera, end_shot)
-        camera_set_end_script(view_get_camera(MAP_VIEW), draw_path_and_frame)
+        give_out_callbacks()
     end,
+    load = give_out_callbacks,
     step = meteors.rain,
     draw = town.draw_ground,
     draw_gui = function()

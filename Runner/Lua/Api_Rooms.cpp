@@ -93,6 +93,7 @@ int RoomAdd(Arguments& call)
     ReadViews(call, fields, spec);
     ReadInstances(call, fields, spec);
     spec.scripts.create = fields.Function("create", NO_SCRIPT);
+    spec.scripts.load = fields.Function("load", NO_SCRIPT);
     spec.scripts.step = fields.Function("step", NO_SCRIPT);
     spec.scripts.draw = fields.Function("draw", NO_SCRIPT);
     spec.scripts.drawGui = fields.Function("draw_gui", NO_SCRIPT);

@@ -1,8 +1,8 @@
 #include "Files/Graphics/Image_Writers.h"
-#include "Files/IO/Debug_Console.h"
 #include "Files/Run/Run_Globals.h"
 #include "Runner/Game.h"
 #include "Runner/Host_Collector.h"
+#include "Runner/Host_Console.h"
 #include "Runner/Lua/Api.h"
 #include "Runner/Screenshot.h"
 
@@ -48,9 +48,7 @@ int FrameNumber(Arguments& call) { return call.Return(call.game.FrameNumber()); 
 
 int Log(Arguments& call)
 {
-    const std::string line = call.Text(1) + "\n";
-    if (dbg_csol != nullptr)
-        dbg_csol->Output(line.c_str());
+    PrintLine(call.Text(1));
     return 0;
 }
 
@@ -61,13 +59,34 @@ int CollectAll(Arguments& call)
     return 0;
 }
 
+// A failure that the game can live with: one line on the console says why.
+int ReturnTold(const Arguments& call, bool done, const std::string& why)
+{
+    if (!done && !why.empty())
+        PrintLine(std::string(call.Name()) + "() - " + why);
+    return call.Return(done);
+}
+
 int Screenshot(Arguments& call)
 {
     const std::string name = call.Text(1);
-    if (call.Has(2) && call.Text(2) != "png")
-        call.Fail("argument 2 must be \"png\"");
+    const std::string format = call.Has(2) ? call.Text(2) : "png";
+    if (format != "bmp" && format != "png")
+        call.Fail("argument 2 must be \"bmp\" or \"png\"");
     std::string why;
-    return call.Return(WriteScreenshot(call.game.Screen(), name, why));
+    return ReturnTold(call, WriteScreenshot(call.game.Screen(), name, format, why), why);
+}
+
+int GameSave(Arguments& call)
+{
+    std::string why;
+    return ReturnTold(call, call.game.request.AskSave(call.Text(1), why), why);
+}
+
+int GameLoad(Arguments& call)
+{
+    std::string why;
+    return ReturnTold(call, call.game.request.AskLoad(call.game, call.Text(1), why), why);
 }
 
 int GameEnd(Arguments& call)
@@ -88,6 +107,8 @@ constexpr ApiFunction FUNCTIONS[] = {
     {"log", 1, 1, Log},
     {"collect", 0, 0, CollectAll},
     {"screenshot", 1, 2, Screenshot},
+    {"game_save", 1, 1, GameSave},
+    {"game_load", 1, 1, GameLoad},
     {"game_end", 0, 0, GameEnd},
 };
 } // namespace

@@ -196,6 +196,8 @@ void ScriptEngine::LoadFile(lua_State* L, const std::string& path, const std::st
     std::string why;
     if (!ReadWholeFile(path, bytes, why))
         throw ScriptError(why);
+    m_files.Bytes(shownName.c_str(), shownName.size() + 1);
+    m_files.Bytes(bytes.data(), bytes.size());
     const std::string chunk = "@" + shownName;
     const char* text = reinterpret_cast<const char*>(bytes.data());
     if (luaL_loadbufferx(L, text, bytes.size(), chunk.c_str(), "t") != LUA_OK)

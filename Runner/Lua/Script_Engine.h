@@ -4,6 +4,8 @@
 // No C++ exception ever passes through Lua, and no Lua error through the module: scripts run inside Protect, and what
 // goes wrong there becomes the engine's failure, which stops the game. After a failure no script runs any more.
 
+#include "Runner/Hash.h"
+
 #include <cstddef>
 #include <stdexcept>
 #include <string>
@@ -45,9 +47,10 @@ public:
     lua_State* Running() const { return m_running; } // the main state, or the coroutine that runs now
 
     // ---- files; names are relative to the main file's directory ----
-    bool RunMain(const std::string& file);               // false: see Failure
-    void Include(lua_State* L, const std::string& name); // pushes the file's result. Throws ScriptError
-    std::string PathOf(const std::string& name) const;   // of a file that belongs to the game. Throws ScriptError
+    bool RunMain(const std::string& file);                   // false: see Failure
+    void Include(lua_State* L, const std::string& name);     // pushes the file's result. Throws ScriptError
+    std::string PathOf(const std::string& name) const;       // of a file that belongs to the game. Throws ScriptError
+    uint64_t Fingerprint() const { return m_files.Value(); } // of the names and texts of all files run so far
 
     // ---- values that outlive a call ----
     int Keep(lua_State* L, int index); // a reference to the value
@@ -106,6 +109,7 @@ private:
     size_t m_memory = 0;     // bytes that Lua holds
     std::string m_directory; // of the main file, with a separator at its end; empty for the working directory
     std::string m_failure;
+    Hash m_files;
 };
 
 // "file.lua:12: " of the innermost script function that is running; empty when there is none.

@@ -1,6 +1,8 @@
 #include "Runner/World/Room.h"
 
 #include "Files/Graphics/Graphics_Support.h"
+#include "Files/Object/Object_Base.h"
+#include "Runner/Host_Collector.h"
 
 #include <algorithm>
 #include <utility>
@@ -18,6 +20,12 @@ void FillView(View& view, const KvRoomView& from)
     view.yport = from.yport;
     view.wport = from.wport;
     view.hport = from.hport;
+}
+
+bool IsStillThere(int camera, uint32_t birth)
+{
+    const CCamera* found = g_CM.GetCamera(camera);
+    return found != nullptr && found->m_birth == birth;
 }
 } // namespace
 
@@ -101,11 +109,8 @@ std::vector<int> Rooms::OwnCameras() const
 {
     std::vector<int> ids;
     for (const OwnCamera& own : m_ownCameras)
-    {
-        const CCamera* camera = g_CM.GetCamera(own.id);
-        if (camera != nullptr && camera->m_birth == own.birth)
+        if (IsStillThere(own.id, own.birth))
             ids.push_back(own.id);
-    }
     return ids;
 }
 
@@ -122,18 +127,20 @@ void Rooms::End()
 {
     if (m_running == nullptr)
         return;
-    if (g_CM.m_pScriptInstance != nullptr)
-        RemoveGlobalObject(g_CM.m_pScriptInstance);
+    CInstance* scriptInstance = g_fGarbageCollection ? g_CM.m_pScriptInstance : nullptr; // without, the module frees it
     g_CM.EndRoom();
+    Collector::LetGo(scriptInstance);
     Run_Room = nullptr;
     DestroyCameras();
     m_running.reset();
 }
 
+// Runs at the end of a game too, where nobody could be told that memory is refused: so it takes none.
 void Rooms::DestroyCameras()
 {
-    for (const int id : OwnCameras())
-        g_CM.DestroyCamera(id);
+    for (const OwnCamera& own : m_ownCameras)
+        if (IsStillThere(own.id, own.birth))
+            g_CM.DestroyCamera(own.id);
     m_ownCameras.clear();
 }
 } // namespace Runner

@@ -23,7 +23,7 @@ constexpr int ROOM_SIDE_LIMIT = 1000000;
 // The room's functions, as Lua references.
 struct RoomScripts
 {
-    int create = -1, step = -1, draw = -1, drawGui = -1;
+    int create = -1, load = -1, step = -1, draw = -1, drawGui = -1;
 };
 
 struct RoomPlacement

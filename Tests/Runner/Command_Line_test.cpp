@@ -128,6 +128,16 @@ TEST_F(CommandLine, AScreenshotLandsInTheSaveArea)
     EXPECT_EQ(directory.Read("out/a/shot.png").substr(1, 3), "PNG");
 }
 
+TEST_F(CommandLine, TheLastFrameAsAPngOrABmp)
+{
+    EXPECT_EQ(Play("screen_set_size(8, 4) room_add{}", {"--frames", "3", "--every", "9", "--screenshot", "end.bmp"}),
+              0);
+    EXPECT_EQ(Pictures(), "end.bmp frame_00000.png ");
+    EXPECT_EQ(directory.Read("out/end.bmp").size(), 54u + 3 * 8 * 4);
+    EXPECT_EQ(Play("screen_set_size(8, 4) room_add{}", {"--frames", "1", "--every", "9", "--screenshot", "end"}), 0);
+    EXPECT_EQ(directory.Read("out/end").substr(1, 3), "PNG");
+}
+
 TEST_F(CommandLine, AScreenshotCannotLeaveTheSaveArea)
 {
     EXPECT_EQ(Play("room_add{ step = function() assert(not screenshot('../shot.png')) end }",
@@ -140,7 +150,7 @@ TEST_F(CommandLine, HelpNamesEveryOption)
 {
     EXPECT_EQ(Run({"--help"}), 0);
     for (const char* option : {"GAME", "--frames", "--size", "--out", "--every", "--trace", "--seed", "--quiet",
-                               "--no-draw", "--check", "--gc-stress"})
+                               "--screenshot", "--save-at", "--load", "--no-draw", "--check", "--gc-stress"})
         EXPECT_NE(out.find(option), std::string::npos) << option;
 }
 

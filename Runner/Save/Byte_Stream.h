@@ -1,0 +1,67 @@
+#pragma once
+// Plain bytes of a saved game: numbers little-endian without padding, texts after their length (U32).
+//
+// Both classes are called alike, so that one list of fields serves writing and reading.
+
+#include <cstddef>
+#include <cstdint>
+#include <string>
+#include <vector>
+
+namespace Runner
+{
+class ByteWriter
+{
+public:
+    void operator()(bool value) { Put(value ? 1 : 0, 1); }
+    void operator()(int32_t value) { Put(static_cast<uint32_t>(value), 4); }
+    void operator()(uint32_t value) { Put(value, 4); }
+    void operator()(int64_t value) { Put(static_cast<uint64_t>(value), 8); }
+    void operator()(uint64_t value) { Put(value, 8); }
+    void operator()(float value);
+    void operator()(double value);
+    void operator()(const std::string& text);
+    void operator()(const std::vector<uint8_t>& block); // after its length (U32)
+    void Count(size_t count);                           // of the items that follow
+
+    const std::vector<uint8_t>& Bytes() const { return m_bytes; }
+    bool TooLong() const { return m_tooLong; } // a text, block or list had more than 2^32 - 1 items
+
+private:
+    void Put(uint64_t value, int size);
+    void Append(const void* data, size_t size);
+
+    std::vector<uint8_t> m_bytes;
+    bool m_tooLong = false;
+};
+
+// After a failure everything reads as zero or empty.
+class ByteReader
+{
+public:
+    ByteReader(const uint8_t* data, size_t size) : m_data(data), m_left(size) {}
+
+    void operator()(bool& value); // 0 or 1, else it fails
+    void operator()(int32_t& value) { value = static_cast<int32_t>(Take(4)); }
+    void operator()(uint32_t& value) { value = static_cast<uint32_t>(Take(4)); }
+    void operator()(int64_t& value) { value = static_cast<int64_t>(Take(8)); }
+    void operator()(uint64_t& value) { value = Take(8); }
+    void operator()(float& value);
+    void operator()(double& value);
+    void operator()(std::string& text);
+    void operator()(std::vector<uint8_t>& block);
+    size_t Count(); // no promise that so many items follow: reserve nothing for them
+
+    size_t Left() const { return m_left; }
+    bool Failed() const { return m_failed; } // read past the end, or found what cannot be
+    void Fail();
+
+private:
+    uint64_t Take(size_t size);
+    const uint8_t* TakeBlock(size_t size); // null, and failed, when there are fewer
+
+    const uint8_t* m_data;
+    size_t m_left;
+    bool m_failed = false;
+};
+} // namespace Runner

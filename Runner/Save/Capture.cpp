@@ -1,0 +1,168 @@
+// A running game, taken apart.
+
+#include "Files/Graphics/Graphics_Support.h"
+#include "Runner/Game.h"
+#include "Runner/Host_Buffer.h"
+#include "Runner/Host_Files.h"
+#include "Runner/Printable.h"
+#include "Runner/Save/Saved_Game.h"
+#include "Runner/Save/Script_Values.h"
+
+#include <algorithm>
+
+namespace Runner
+{
+namespace
+{
+void CaptureGame(const Game& game, SavedGame& saved)
+{
+    const Random::State random = game.random.GetState();
+    saved.identity = game.Identity();
+    saved.screenWidth = game.ScreenWidth();
+    saved.screenHeight = game.ScreenHeight();
+    saved.frame = game.FrameNumber();
+    saved.room = game.rooms.Running()->index;
+    saved.nextRoom = game.NextRoom();
+    saved.randomPosition = random.position;
+    saved.randomIncrement = random.increment;
+}
+
+void CaptureViews(const RunningRoom& room, std::vector<SavedView>& saved)
+{
+    for (const View& view : room.views)
+        saved.push_back({view.cameraID, view.visible, view.xport, view.yport, view.wport, view.hport, view.surface});
+}
+
+SavedInstance CaptureInstance(const Instance& instance)
+{
+    SavedInstance saved;
+    saved.id = instance.m_id;
+    saved.object = instance.m_objectIndex;
+    saved.isDestroyed = instance.IsDestroyed();
+    saved.isDeactivated = (instance.m_flags & eInstanceFlag_Deactivated) != 0;
+    saved.x = instance.x;
+    saved.y = instance.y;
+    saved.sprite = instance.sprite;
+    saved.frame = instance.frame;
+    saved.angle = instance.angle;
+    saved.scaleX = instance.scaleX;
+    saved.scaleY = instance.scaleY;
+    saved.colour = instance.colour;
+    saved.alpha = instance.alpha;
+    saved.depth = instance.depth;
+    saved.visible = instance.visible;
+    saved.solid = instance.solid;
+    return saved;
+}
+
+void CaptureWorld(const World& world, SavedWorld& saved)
+{
+    saved.nextId = world.NextId();
+    saved.instances.reserve(world.Instances().size());
+    for (const auto& instance : world.Instances())
+        saved.instances.push_back(CaptureInstance(*instance));
+}
+
+bool CaptureStream(std::vector<uint8_t>& stream)
+{
+    TypedBuffer buffer;
+    g_CM.Serialize(&buffer);
+    stream.assign(buffer.Data(), buffer.Data() + buffer.Size());
+    return buffer.Error() == BUFFER_DONE;
+}
+
+void CaptureFlags(const std::vector<int>& roomCameras, std::vector<SavedCameraFlags>& saved)
+{
+    for (int slot = 0; slot < g_CM.m_cameraListSize; ++slot)
+    {
+        const CCamera* camera = g_CM.m_cameras[slot];
+        if (camera == nullptr)
+            continue;
+        const bool isOfRoom = std::find(roomCameras.begin(), roomCameras.end(), slot) != roomCameras.end();
+        saved.push_back({slot, camera->IsCloned(), camera->isPersistent(), isOfRoom});
+    }
+}
+
+bool CaptureCameras(const Game& game, SavedCameras& saved)
+{
+    const CCamera* active = g_CM.GetActiveCamera();
+    saved.defaultCamera = g_DefaultCameraID;
+    saved.ownDefaultCamera = game.OwnDefaultCamera();
+    saved.activeCamera = active == nullptr ? NO_CAMERA : active->GetID();
+    saved.highPoint = std::clamp(g_CM.m_InitialLoadHighPoint, 0, g_CM.m_cameraListSize);
+    CaptureFlags(game.rooms.OwnCameras(), saved.flags);
+    return CaptureStream(saved.stream);
+}
+
+void CaptureSurfaces(const Painter& painter, std::vector<SavedSurface>& saved)
+{
+    for (int number = 0; number < painter.SurfaceNumbers(); ++number)
+        if (painter.SurfaceExists(number))
+            saved.push_back({number, painter.SurfaceWidth(number), painter.SurfaceHeight(number)});
+}
+
+void CaptureTiles(const Painter& painter, SavedTileMap& saved)
+{
+    saved.tiles.reserve(static_cast<size_t>(saved.columns) * static_cast<size_t>(saved.rows));
+    for (int row = 0; row < saved.rows; ++row)
+        for (int column = 0; column < saved.columns; ++column)
+            saved.tiles.push_back(painter.GetTile(saved.number, column, row));
+}
+
+void CaptureTileMaps(const Painter& painter, std::vector<SavedTileMap>& saved)
+{
+    TileMapInfo info;
+    for (int number = 0; number < painter.TileMapNumbers(); ++number)
+    {
+        if (!painter.FindTileMap(number, info))
+            continue;
+        saved.push_back({number, info.sprite, info.columns, info.rows, info.tileWidth, info.tileHeight, {}});
+        CaptureTiles(painter, saved.back());
+    }
+}
+
+// What a script error in the middle of it says becomes the reason; the game goes on.
+bool CaptureScripts(Game& game, SavedState& state, std::string& why)
+{
+    struct Context
+    {
+        const World& world;
+        SavedState& state;
+    };
+    Context context = {game.world, state};
+    const ScriptEngine::Body capture = [](lua_State* L, void* pointer)
+    {
+        const auto& into = *static_cast<const Context*>(pointer);
+        CaptureValues(L, into.world, into.state);
+    };
+    const bool captured = game.scripts.Protect(capture, &context);
+    if (!captured)
+        why = game.scripts.TakeFailure();
+    return captured;
+}
+
+bool CaptureState(Game& game, SavedState& state, std::string& why)
+{
+    CaptureGame(game, state.game);
+    CaptureViews(*game.rooms.Running(), state.views);
+    CaptureWorld(game.world, state.world);
+    CaptureSurfaces(*game.CurrentPainter(), state.surfaces);
+    CaptureTileMaps(*game.CurrentPainter(), state.tileMaps);
+    if (!CaptureCameras(game, state.cameras))
+        why = "there is no memory for the cameras' state";
+    return why.empty() && CaptureScripts(game, state, why);
+}
+} // namespace
+
+bool SaveGame(Game& game, const std::string& path, std::string& why)
+{
+    SavedState state;
+    std::vector<uint8_t> file;
+    std::string reason;
+    if (CaptureState(game, state, reason) && EncodeState(state, file, reason) && file.size() > SAVE_SIZE_MAX)
+        reason = "there is too much to save";
+    if (!reason.empty())
+        why = "cannot save " + Printable(path, FILENAME_MAX) + ": " + reason;
+    return reason.empty() && WriteFileAtomically(path, file.data(), file.size(), why);
+}
+} // namespace Runner

@@ -1,0 +1,149 @@
+// Whether a saved state can be that of the running game. Nothing is changed here.
+
+#include "Runner/Draw/Painter.h"
+#include "Runner/Game.h"
+#include "Runner/Host_Files.h"
+#include "Runner/Printable.h"
+#include "Runner/Save/Saved_Game.h"
+
+#include <algorithm>
+#include <cmath>
+
+namespace Runner
+{
+namespace
+{
+constexpr int32_t NUMBER_LIMIT = 0x70000000; // of counters that go on counting
+constexpr int32_t SURFACE_NUMBER_LIMIT = 0xFFFF;
+
+bool Refuse(const std::string& path, const std::string& reason, std::string& why)
+{
+    why = "cannot load " + Printable(path, FILENAME_MAX) + ": " + reason;
+    return false;
+}
+
+// ---- the game ----
+
+// Empty: it is the same game.
+std::string DifferenceOf(const GameIdentity& here, const GameIdentity& saved)
+{
+    if (saved.files != here.files && saved.name != here.name)
+        return "it is of another game (" + Printable(saved.name) + ", not " + Printable(here.name) + ")";
+    if (saved.files != here.files)
+        return "the game's files have changed since it was made";
+    if (saved.usesSeed && saved.seed != here.seed)
+        return "it was made with --seed " + std::to_string(saved.seed) + ", this game was started with --seed " +
+               std::to_string(here.seed);
+    return "";
+}
+
+bool GameFits(const Game& game, const SavedGame& saved)
+{
+    return saved.screenWidth == game.ScreenWidth() && saved.screenHeight == game.ScreenHeight() && saved.frame >= 0 &&
+           saved.frame < NUMBER_LIMIT;
+}
+
+// Rooms and objects are added by the main file. What was added later is missing here.
+std::string MissingRoom(const Game& game, const SavedGame& saved)
+{
+    for (const int room : {saved.room, saved.nextRoom})
+        if (game.rooms.Find(room) == nullptr && (room == saved.room || room != NO_ROOM))
+            return "it names room " + std::to_string(room) + ", which the game's main file does not add";
+    return "";
+}
+
+std::string MissingObject(const Game& game, const SavedWorld& saved)
+{
+    for (const SavedInstance& instance : saved.instances)
+        if (game.world.FindObject(instance.object) == nullptr)
+            return "it names object " + std::to_string(instance.object) + ", which the game's main file does not add";
+    return "";
+}
+
+// ---- instances ----
+
+bool NumbersAreFinite(const SavedInstance& instance)
+{
+    const float numbers[] = {instance.x,      instance.y,      instance.frame, instance.angle,
+                             instance.scaleX, instance.scaleY, instance.alpha, instance.depth};
+    return std::all_of(std::begin(numbers), std::end(numbers), [](float number) { return std::isfinite(number); });
+}
+
+bool WorldFits(const SavedWorld& saved)
+{
+    int32_t last = INSTANCE_ID_FIRST - 1;
+    for (const SavedInstance& instance : saved.instances)
+    {
+        if (instance.id <= last || !NumbersAreFinite(instance))
+            return false;
+        last = instance.id;
+    }
+    return saved.nextId > last && saved.nextId < NUMBER_LIMIT;
+}
+
+// ---- pictures ----
+
+bool IsSide(int32_t side) { return side >= 1 && side <= PICTURE_SIDE_LIMIT; }
+
+bool SurfacesFit(const std::vector<SavedSurface>& saved)
+{
+    int64_t pixels = 0;
+    int32_t last = -1;
+    for (const SavedSurface& surface : saved)
+    {
+        if (surface.number <= last || surface.number > SURFACE_NUMBER_LIMIT || !IsSide(surface.width) ||
+            !IsSide(surface.height))
+            return false;
+        last = surface.number;
+        pixels += int64_t{surface.width} * surface.height;
+    }
+    return pixels <= SURFACE_PIXELS_LIMIT;
+}
+
+bool TilesFit(const Painter& painter, const SavedTileMap& map)
+{
+    const SpriteInfo* sprite = painter.FindSprite(map.sprite);
+    const bool hasShape = sprite != nullptr && map.columns > 0 && map.rows > 0 && std::isfinite(map.tileWidth) &&
+                          std::isfinite(map.tileHeight);
+    return hasShape && static_cast<uint64_t>(map.columns) * static_cast<uint64_t>(map.rows) == map.tiles.size() &&
+           std::all_of(map.tiles.begin(), map.tiles.end(),
+                       [sprite](int32_t tile) { return tile >= -1 && tile < sprite->frames; });
+}
+
+// No tile map is ever freed while a game runs, so their numbers have no gaps.
+bool TileMapsFit(const Painter& painter, const std::vector<SavedTileMap>& saved)
+{
+    int32_t next = 0;
+    return std::all_of(saved.begin(), saved.end(),
+                       [&painter, &next](const SavedTileMap& map)
+                       { return map.number == next++ && TilesFit(painter, map); });
+}
+} // namespace
+
+bool FitsGame(const Game& game, const SavedState& state, const std::string& path, std::string& why)
+{
+    std::string reason = DifferenceOf(game.Identity(), state.game.identity);
+    if (reason.empty())
+        reason = MissingRoom(game, state.game);
+    if (reason.empty())
+        reason = MissingObject(game, state.world);
+    const bool makesSense = GameFits(game, state.game) && state.views.size() == ROOM_VIEWS && WorldFits(state.world) &&
+                            SurfacesFit(state.surfaces) && TileMapsFit(*game.CurrentPainter(), state.tileMaps);
+    if (reason.empty() && !makesSense)
+        reason = "it is damaged: its content makes no sense";
+    return reason.empty() || Refuse(path, reason, why);
+}
+
+bool ReadSavedGame(const std::string& path, SavedState& state, std::string& why)
+{
+    std::vector<uint8_t> file;
+    std::string reason;
+    if (!ReadWholeFile(path, file, why))
+        return false;
+    if (file.size() > SAVE_SIZE_MAX)
+        reason = "it is too large for a saved game";
+    else
+        DecodeState(file, state, reason);
+    return reason.empty() || Refuse(path, reason, why);
+}
+} // namespace Runner

@@ -1,0 +1,196 @@
+// A saved state becomes the running game.
+
+#include "Files/Graphics/Graphics_Support.h"
+#include "Runner/Game.h"
+#include "Runner/Host_Buffer.h"
+#include "Runner/Save/Saved_Game.h"
+#include "Runner/Save/Script_Values.h"
+
+namespace Runner
+{
+namespace
+{
+// ---- pictures ----
+
+void FreeSurfaces(Painter& painter)
+{
+    for (int number = 0; number < painter.SurfaceNumbers(); ++number)
+        if (painter.SurfaceExists(number))
+            painter.FreeSurface(number);
+}
+
+// A new surface gets the lowest free number, so numbers that are to stay free are taken for a while.
+void RestoreSurfaces(Painter& painter, const std::vector<SavedSurface>& saved)
+{
+    FreeSurfaces(painter);
+    std::vector<int> placeholders;
+    int next = 0;
+    for (const SavedSurface& surface : saved)
+    {
+        for (; next < surface.number; ++next)
+            placeholders.push_back(painter.CreateSurface(1, 1));
+        if (painter.CreateSurface(surface.width, surface.height) < 0)
+            placeholders.push_back(painter.CreateSurface(1, 1));
+        ++next;
+    }
+    for (const int number : placeholders)
+        if (painter.SurfaceExists(number))
+            painter.FreeSurface(number);
+    painter.TakeError(); // missing for want of memory, as the contract says
+}
+
+bool HasShape(const TileMapInfo& info, const SavedTileMap& saved)
+{
+    return info.sprite == saved.sprite && info.columns == saved.columns && info.rows == saved.rows &&
+           info.tileWidth == saved.tileWidth && info.tileHeight == saved.tileHeight;
+}
+
+// Maps are restored from number 0 upwards, so one that is made anew gets its old number.
+void RestoreTileMap(Painter& painter, const SavedTileMap& saved)
+{
+    TileMapInfo info;
+    const bool exists = painter.FindTileMap(saved.number, info);
+    if (exists && !HasShape(info, saved))
+        painter.FreeTileMap(saved.number);
+    if (!exists || !HasShape(info, saved))
+        painter.CreateTileMap(saved.sprite, saved.columns, saved.rows, saved.tileWidth, saved.tileHeight);
+    for (size_t i = 0; i < saved.tiles.size(); ++i)
+    {
+        const int column = static_cast<int>(i % static_cast<size_t>(saved.columns));
+        const int row = static_cast<int>(i / static_cast<size_t>(saved.columns));
+        if (painter.GetTile(saved.number, column, row) != saved.tiles[i])
+            painter.SetTile(saved.number, column, row, saved.tiles[i]);
+    }
+}
+
+void RestoreTileMaps(Painter& painter, const std::vector<SavedTileMap>& saved)
+{
+    for (const SavedTileMap& map : saved)
+        RestoreTileMap(painter, map);
+    TileMapInfo info;
+    for (int number = static_cast<int>(saved.size()); number < painter.TileMapNumbers(); ++number)
+        if (painter.FindTileMap(number, info))
+            painter.FreeTileMap(number);
+}
+
+// ---- the world ----
+
+void RestoreInstance(World& world, const SavedInstance& saved)
+{
+    world.SetNextId(saved.id);
+    Instance& instance = world.Create(*world.FindObject(saved.object), saved.x, saved.y);
+    instance.sprite = saved.sprite;
+    instance.frame = saved.frame;
+    instance.angle = saved.angle;
+    instance.scaleX = saved.scaleX;
+    instance.scaleY = saved.scaleY;
+    instance.colour = saved.colour;
+    instance.alpha = saved.alpha;
+    instance.depth = saved.depth;
+    instance.visible = saved.visible;
+    instance.solid = saved.solid;
+    if (saved.isDeactivated)
+        instance.m_flags |= eInstanceFlag_Deactivated;
+    if (saved.isDestroyed)
+        world.Destroy(instance);
+}
+
+void RestoreWorld(World& world, const RunningRoom& room, const SavedWorld& saved)
+{
+    world.SetRoomSize(room.r_width, room.r_height);
+    for (const SavedInstance& instance : saved.instances)
+        RestoreInstance(world, instance);
+    world.SetNextId(saved.nextId);
+}
+
+// ---- the room ----
+
+void RestoreViews(RunningRoom& room, const std::vector<SavedView>& saved)
+{
+    for (size_t i = 0; i < room.views.size(); ++i)
+    {
+        View& view = room.views[i];
+        view.cameraID = saved[i].camera;
+        view.visible = saved[i].visible;
+        view.xport = saved[i].xport;
+        view.yport = saved[i].yport;
+        view.wport = saved[i].wport;
+        view.hport = saved[i].hport;
+        view.surface = saved[i].surface;
+    }
+}
+
+// The room starts as always, and then has other views: its new cameras go again before the saved ones come.
+void RestoreRoom(Game& game, const SavedState& state)
+{
+    game.EndRoom();
+    RunningRoom& room = game.rooms.Start(state.game.room);
+    game.DestroyAllCameras();
+    RestoreViews(room, state.views);
+    RestoreWorld(game.world, room, state.world);
+}
+
+// ---- cameras ----
+
+void ReadStream(const std::vector<uint8_t>& stream)
+{
+    TypedBuffer buffer;
+    buffer.WriteBytes(stream.data(), stream.size());
+    buffer.Seek(0);
+    g_CM.DeSerialize(&buffer);
+}
+
+// The table is empty before.
+void RestoreCameras(Game& game, const SavedCameras& saved)
+{
+    std::vector<int> roomCameras;
+    ReadStream(saved.stream);
+    g_CM.m_InitialLoadHighPoint = saved.highPoint;
+    g_DefaultCameraID = saved.defaultCamera;
+    for (const SavedCameraFlags& flags : saved.flags)
+    {
+        CCamera* camera = g_CM.GetCamera(flags.id);
+        if (camera == nullptr)
+            continue;
+        camera->SetCloned(flags.isClone);
+        camera->SetPersistent(flags.isPersistent);
+        if (flags.isOfRoom)
+            roomCameras.push_back(flags.id);
+    }
+    game.rooms.AdoptCameras(roomCameras);
+    game.AdoptDefaultCamera(saved.ownDefaultCamera);
+    g_CM.BuildRoomCameraList();
+    g_CM.SetActiveCamera(saved.activeCamera);
+}
+
+// ---- scripts ----
+
+bool RestoreScripts(Game& game, const SavedState& state)
+{
+    struct Context
+    {
+        const World& world;
+        const SavedState& state;
+    };
+    Context context = {game.world, state};
+    const ScriptEngine::Body restore = [](lua_State* L, void* pointer)
+    {
+        const auto& from = *static_cast<const Context*>(pointer);
+        RestoreValues(L, from.world, from.state);
+    };
+    return game.scripts.Protect(restore, &context);
+}
+} // namespace
+
+bool RestoreGame(Game& game, const SavedState& state)
+{
+    RestoreSurfaces(*game.CurrentPainter(), state.surfaces);
+    RestoreTileMaps(*game.CurrentPainter(), state.tileMaps);
+    RestoreRoom(game, state);
+    RestoreCameras(game, state.cameras);
+    game.GotoRoom(state.game.nextRoom);
+    game.SetFrameNumber(state.game.frame);
+    game.random.SetState({state.game.randomPosition, state.game.randomIncrement});
+    return RestoreScripts(game, state) && game.scripts.Call(game.rooms.Running()->spec.scripts.load);
+}
+} // namespace Runner

@@ -1,0 +1,48 @@
+#include "Runner/Save/Save_Request.h"
+
+#include "Files/IO/Load_Save.h"
+#include "Runner/Host_Console.h"
+#include "Runner/Host_Files.h"
+#include "Runner/Save/Saved_Game.h"
+
+namespace Runner
+{
+bool SaveRequest::IsFree(std::string& why) const
+{
+    const bool isFree = m_savePath.empty() && m_load == nullptr;
+    if (!isFree)
+        why = "another save or load was asked for in this frame already";
+    return isFree;
+}
+
+bool SaveRequest::AskSave(const std::string& name, std::string& why)
+{
+    const std::string path = IsFree(why) ? SavePath(name) : "";
+    if (path.empty())
+        return false;
+    EnsureDirectoryIsCreated(path.c_str());
+    m_savePath = path;
+    return true;
+}
+
+bool SaveRequest::AskLoad(const Game& game, const std::string& name, std::string& why)
+{
+    const std::string path = IsFree(why) ? SavePath(name) : "";
+    auto state = std::make_unique<SavedState>();
+    if (path.empty() || !ReadSavedGame(path, *state, why) || !FitsGame(game, *state, path, why))
+        return false;
+    m_load = std::move(state);
+    return true;
+}
+
+void SaveRequest::Perform(Game& game)
+{
+    std::string path, why;
+    path.swap(m_savePath);
+    const std::unique_ptr<SavedState> state = std::move(m_load);
+    if (!path.empty() && !SaveGame(game, path, why))
+        PrintLine(why);
+    if (state != nullptr)
+        RestoreGame(game, *state);
+}
+} // namespace Runner

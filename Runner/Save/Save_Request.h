@@ -1,0 +1,30 @@
+#pragma once
+
+#include "Runner/Save/Saved_State.h"
+
+#include <memory>
+#include <string>
+
+namespace Runner
+{
+class Game;
+
+// What a script has asked for: at most one save or load, done between this frame and the next.
+class SaveRequest
+{
+public:
+    // Names are those of files in the save area. False when the request was not taken: why tells in one line, or is
+    // empty for a name that the save area has refused on the console.
+    bool AskSave(const std::string& name, std::string& why);
+    bool AskLoad(const Game& game, const std::string& name, std::string& why); // reads and checks the file already
+
+    // Between two frames. A save that fails is told on the console, and the game goes on.
+    void Perform(Game& game);
+
+private:
+    bool IsFree(std::string& why) const;
+
+    std::string m_savePath;             // empty: no save was asked for
+    std::unique_ptr<SavedState> m_load; // null: no load was
+};
+} // namespace Runner

@@ -1,0 +1,147 @@
+#pragma once
+// A saved game as plain data: what a file holds, taken apart and checked, before anything of a running game changes.
+//
+// All of it is in an order that the game decides, not the machine: the same game saved at the same frame gives the same
+// bytes everywhere.
+
+#include <cstdint>
+#include <string>
+#include <utility>
+#include <variant>
+#include <vector>
+
+namespace Runner
+{
+// Which game this is. A saved game fits only the files that made it: what they define has no names in the save.
+struct GameIdentity
+{
+    std::string name;      // of the main file
+    uint64_t files = 0;    // fingerprint of the main file and of what it included, before the first room
+    uint64_t seed = 0;     // of the random numbers at the game's start
+    bool usesSeed = false; // the main file has drawn random numbers, so its values depend on the seed
+};
+
+struct SavedGame
+{
+    GameIdentity identity;
+    int32_t screenWidth = 0, screenHeight = 0;
+    int32_t frame = 0; // played before
+    int32_t room = 0;
+    int32_t nextRoom = -1; // asked for and not yet entered; -1 for none
+    uint64_t randomPosition = 0, randomIncrement = 0;
+};
+
+struct SavedView
+{
+    int32_t camera = -1;
+    bool visible = false;
+    int32_t xport = 0, yport = 0, wport = 0, hport = 0;
+    int32_t surface = -1;
+};
+
+struct SavedInstance
+{
+    int32_t id = 0;
+    int32_t object = 0;
+    bool isDestroyed = false; // in the frame's drawing; it goes with the next step
+    bool isDeactivated = false;
+    float x = 0.0f, y = 0.0f;
+    int32_t sprite = -1;
+    float frame = 0.0f, angle = 0.0f, scaleX = 1.0f, scaleY = 1.0f;
+    uint32_t colour = 0;
+    float alpha = 1.0f, depth = 0.0f;
+    bool visible = true, solid = false;
+    uint32_t variables = 0; // of the script: 1 + the number of a table, 0 for none
+};
+
+struct SavedWorld
+{
+    int32_t nextId = 0;
+    std::vector<SavedInstance> instances; // in the order of creation
+};
+
+// What the stream of the cameras leaves out.
+struct SavedCameraFlags
+{
+    int32_t id = 0;
+    bool isClone = false, isPersistent = false;
+    bool isOfRoom = false; // made for a view of the running room: goes with it
+};
+
+struct SavedCameras
+{
+    int32_t defaultCamera = -1;    // g_DefaultCameraID
+    int32_t ownDefaultCamera = -1; // the Runner's own one, -1 when a script destroyed it
+    int32_t activeCamera = -1;
+    int32_t highPoint = 0;
+    std::vector<SavedCameraFlags> flags; // of every camera, by identifier
+    std::vector<uint8_t> stream;         // the module's
+};
+
+struct SavedSurface // without its content
+{
+    int32_t number = 0, width = 0, height = 0;
+};
+
+struct SavedTileMap
+{
+    int32_t number = 0;
+    int32_t sprite = 0, columns = 0, rows = 0;
+    float tileWidth = 0.0f, tileHeight = 0.0f;
+    std::vector<int32_t> tiles; // frames row by row, -1 for none
+};
+
+// ---- what scripts have stored ----
+
+struct TableNumber
+{
+    uint32_t number = 0;
+};
+
+struct InstanceNumber // an instance's self
+{
+    int32_t id = 0;
+};
+
+using SavedKey = std::variant<bool, int64_t, double, std::string>;
+using SavedValue = std::variant<bool, int64_t, double, std::string, TableNumber, InstanceNumber>;
+
+struct SavedEntry
+{
+    SavedKey key;
+    SavedValue value;
+};
+
+struct SavedTable
+{
+    std::vector<SavedEntry> entries; // by key
+};
+
+// A table that is stored in two places is here once, under one number.
+struct SavedValues
+{
+    std::vector<SavedTable> tables; // table 0 is vars
+};
+
+struct SavedState
+{
+    SavedGame game;
+    std::vector<SavedView> views; // all eight
+    SavedWorld world;
+    SavedCameras cameras;
+    std::vector<SavedSurface> surfaces; // by number
+    std::vector<SavedTileMap> tileMaps; // by number
+    SavedValues values;
+};
+
+// ---- as bytes ----
+
+// Docs/Saves.md describes the file. False, and why, for a state that no file can hold.
+bool EncodeState(const SavedState& state, std::vector<uint8_t>& file, std::string& why);
+
+// False, and why in a few words, for what is no undamaged file of this version. What comes out is consistent in itself:
+// every number of a table or camera names one.
+bool DecodeState(const std::vector<uint8_t>& file, SavedState& state, std::string& why);
+
+constexpr uint32_t SAVE_VERSION = 1;
+} // namespace Runner

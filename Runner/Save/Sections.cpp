@@ -1,0 +1,147 @@
+#include "Runner/Save/Sections.h"
+
+#include <type_traits>
+
+namespace Runner
+{
+namespace
+{
+// ---- the fields of each part, once for writing and reading ----
+
+template <typename Io, typename T>
+using FieldsOf = std::conditional_t<std::is_same_v<Io, ByteWriter>, const T, T>; // what is written stays as it is
+
+template <typename Io, typename... Fields> void All(Io& io, Fields&... fields) { (io(fields), ...); }
+
+template <typename T> void Describe(ByteWriter& io, const std::vector<T>& list);
+template <typename T> void Describe(ByteReader& io, std::vector<T>& list);
+
+template <typename Io> void Describe(Io& io, FieldsOf<Io, int32_t>& number) { io(number); }
+
+template <typename Io> void Describe(Io& io, FieldsOf<Io, SavedGame>& game)
+{
+    All(io, game.identity.name, game.identity.files, game.identity.seed, game.identity.usesSeed);
+    All(io, game.screenWidth, game.screenHeight);
+    All(io, game.frame, game.room, game.nextRoom);
+    All(io, game.randomPosition, game.randomIncrement);
+}
+
+template <typename Io> void Describe(Io& io, FieldsOf<Io, SavedView>& view)
+{
+    All(io, view.camera, view.visible, view.xport, view.yport, view.wport, view.hport);
+    io(view.surface);
+}
+
+template <typename Io> void Describe(Io& io, FieldsOf<Io, SavedInstance>& instance)
+{
+    All(io, instance.id, instance.object, instance.isDestroyed, instance.isDeactivated);
+    All(io, instance.x, instance.y, instance.sprite, instance.frame, instance.angle);
+    All(io, instance.scaleX, instance.scaleY, instance.colour, instance.alpha, instance.depth);
+    All(io, instance.visible, instance.solid, instance.variables);
+}
+
+template <typename Io> void Describe(Io& io, FieldsOf<Io, SavedCameraFlags>& camera)
+{
+    All(io, camera.id, camera.isClone, camera.isPersistent, camera.isOfRoom);
+}
+
+template <typename Io> void Describe(Io& io, FieldsOf<Io, SavedSurface>& surface)
+{
+    All(io, surface.number, surface.width, surface.height);
+}
+
+template <typename Io> void Describe(Io& io, FieldsOf<Io, SavedTileMap>& map)
+{
+    All(io, map.number, map.sprite, map.columns, map.rows, map.tileWidth, map.tileHeight);
+    Describe(io, map.tiles);
+}
+
+template <typename Io> void Describe(Io& io, FieldsOf<Io, SavedWorld>& world)
+{
+    io(world.nextId);
+    Describe(io, world.instances);
+}
+
+template <typename Io> void Describe(Io& io, FieldsOf<Io, SavedCameras>& cameras)
+{
+    All(io, cameras.defaultCamera, cameras.ownDefaultCamera, cameras.activeCamera, cameras.highPoint);
+    Describe(io, cameras.flags);
+    io(cameras.stream);
+}
+
+// ---- values: a kind, then what the kind needs ----
+
+void Content(ByteWriter& io, const TableNumber& table) { io(table.number); }
+void Content(ByteReader& io, TableNumber& table) { io(table.number); }
+void Content(ByteWriter& io, const InstanceNumber& instance) { io(instance.id); }
+void Content(ByteReader& io, InstanceNumber& instance) { io(instance.id); }
+template <typename Io, typename T> void Content(Io& io, T& plain) { io(plain); }
+
+template <typename... Kinds> void Describe(ByteWriter& io, const std::variant<Kinds...>& value)
+{
+    io(static_cast<uint32_t>(value.index()));
+    std::visit([&io](const auto& content) { Content(io, content); }, value);
+}
+
+template <typename Kind, typename Value> bool ReadKind(ByteReader& io, Value& value)
+{
+    Content(io, value.template emplace<Kind>());
+    return true;
+}
+
+template <typename... Kinds> void Describe(ByteReader& io, std::variant<Kinds...>& value)
+{
+    uint32_t kind = 0;
+    io(kind);
+    uint32_t candidate = 0;
+    const bool known = ((kind == candidate++ && ReadKind<Kinds>(io, value)) || ...);
+    if (!known)
+        io.Fail();
+}
+
+template <typename Io> void Describe(Io& io, FieldsOf<Io, SavedEntry>& entry)
+{
+    Describe(io, entry.key);
+    Describe(io, entry.value);
+}
+
+template <typename Io> void Describe(Io& io, FieldsOf<Io, SavedTable>& table) { Describe(io, table.entries); }
+template <typename Io> void Describe(Io& io, FieldsOf<Io, SavedValues>& values) { Describe(io, values.tables); }
+
+// ---- lists ----
+
+template <typename T> void Describe(ByteWriter& io, const std::vector<T>& list)
+{
+    io.Count(list.size());
+    for (const T& item : list)
+        Describe(io, item);
+}
+
+// A count may promise more than there is: the list grows with what is read.
+template <typename T> void Describe(ByteReader& io, std::vector<T>& list)
+{
+    const size_t count = io.Count();
+    for (size_t i = 0; i < count && !io.Failed(); ++i)
+    {
+        list.emplace_back();
+        Describe(io, list.back());
+    }
+}
+
+// ---- sections ----
+
+template <auto part> constexpr Section MakeSection(const char (&tag)[5])
+{
+    return {{tag[0], tag[1], tag[2], tag[3], '\0'},
+            [](ByteWriter& io, const SavedState& state) { Describe(io, state.*part); },
+            [](ByteReader& io, SavedState& state) { Describe(io, state.*part); }};
+}
+} // namespace
+
+const Section SECTIONS[SECTION_COUNT] = {
+    MakeSection<&SavedState::game>("GAME"),     MakeSection<&SavedState::views>("VIEW"),
+    MakeSection<&SavedState::world>("INST"),    MakeSection<&SavedState::cameras>("CAMS"),
+    MakeSection<&SavedState::surfaces>("SURF"), MakeSection<&SavedState::tileMaps>("TILE"),
+    MakeSection<&SavedState::values>("VARS"),
+};
+} // namespace Runner
