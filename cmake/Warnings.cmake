@@ -6,7 +6,6 @@ function(camera_strict target)
         -Wconversion          # a silent narrowing loses data
         -Wdouble-promotion    # doubles must not slip into float arithmetic
         -Wcast-align          # misaligned access faults on ARM
-        -Wnull-dereference
         -Wmissing-declarations # every external function has a declared contract
         -Wimplicit-fallthrough
         -Wformat=2)
