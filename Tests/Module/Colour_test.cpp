@@ -239,11 +239,11 @@ TEST(ColourMerge, DropsTheTopBytesOfBoth)
     EXPECT_EQ(GR_Color_Merge(0xFF000001, 0xAA000001, 2.0f), 1u);
 }
 
-TEST(ColourMerge, IsExactForEveryPairOfBytesAtEveryHundredth)
+TEST(ColourMerge, IsExactForEveryPairOfBytesAtEveryThousandth)
 {
-    for (int percent = 0; percent <= 100; ++percent)
+    for (int thousandth = 0; thousandth <= 1000; ++thousandth)
     {
-        const float t = static_cast<float>(percent) / 100.0f;
+        const float t = static_cast<float>(thousandth) / 1000.0f;
         ASSERT_EQ(WrongMerges(t), 0) << "of the pairs at " << t;
     }
 }
