@@ -4,6 +4,7 @@
 #include "Runner/Options.h"
 #include "Tests/Runner/Game_Support.h"
 #include "Tests/Runner/Golden_Runs.h"
+#include "Tests/Runner/Save_Support.h"
 
 #include <array>
 
@@ -34,39 +35,56 @@ std::string FirstLines(const std::string& text, size_t count)
 class GoldenTrace : public testing::TestWithParam<const char*>
 {
 protected:
-    // The trace of the whole run, played without drawing.
-    std::string Trace()
+    // Plays the game without drawing, with further options.
+    void Play(std::vector<std::string> more)
     {
-        std::vector<std::string> arguments = {"runner",    RunnerTest::GameFile(GetParam()),
-                                              "--frames",  FRAMES,
-                                              "--no-draw", "--quiet",
-                                              "--trace",   directory.Path("trace.txt"),
-                                              "--out",     directory.Path("out")};
+        more.insert(more.begin(), {"runner", RunnerTest::GameFile(GetParam()), "--no-draw", "--quiet", "--out",
+                                   directory.Path("out")});
         std::vector<char*> argv;
-        for (std::string& argument : arguments)
+        for (std::string& argument : more)
             argv.push_back(argument.data());
         argv.push_back(nullptr);
         CapturedFile out, err;
-        const int status = Runner::RunnerMain(static_cast<int>(arguments.size()), argv.data(), out.Get(), err.Get());
+        const int status = Runner::RunnerMain(static_cast<int>(more.size()), argv.data(), out.Get(), err.Get());
         EXPECT_EQ(status, 0) << err.Text();
-        return directory.Read("trace.txt");
+    }
+
+    // The text equals the golden file; or becomes it, when that is asked for.
+    static void Compare(const std::string& text, const std::string& name)
+    {
+        const std::string golden = RunnerTest::GoldenFile(GetParam() + name);
+        if (std::getenv("GOLDEN_UPDATE") != nullptr)
+            std::ofstream(golden, std::ios::binary) << text;
+        EXPECT_EQ(text, ReadText(golden)) << "of " << GetParam();
+    }
+
+    static std::string Fingerprint(const std::string& bytes)
+    {
+        char line[64];
+        std::snprintf(line, sizeof(line), "%zu bytes, hash %016llx\n", bytes.size(),
+                      static_cast<unsigned long long>(Runner::HashBytes(bytes.data(), bytes.size())));
+        return line;
     }
 
     TestDirectory directory;
 };
 
-// The golden file: the first lines of the trace, then one line with the number of lines and the hash of all of them.
+// The golden file: the first lines of the trace, then one line with the number of bytes and the hash of all of it.
 TEST_P(GoldenTrace, IsTheSameBitForBit)
 {
-    const std::string trace = Trace();
-    char last[64];
-    std::snprintf(last, sizeof(last), "%zu bytes, hash %016llx\n", trace.size(),
-                  static_cast<unsigned long long>(Runner::HashBytes(trace.data(), trace.size())));
-    const std::string kept = FirstLines(trace, LINES_KEPT) + last;
-    const std::string golden = RunnerTest::GoldenFile(std::string(GetParam()) + "_trace.txt");
-    if (std::getenv("GOLDEN_UPDATE") != nullptr)
-        std::ofstream(golden, std::ios::binary) << kept;
-    EXPECT_EQ(kept, ReadText(golden)) << "of " << GetParam();
+    Play({"--frames", FRAMES, "--trace", directory.Path("trace.txt")});
+    const std::string trace = directory.Read("trace.txt");
+    Compare(FirstLines(trace, LINES_KEPT) + Fingerprint(trace), "_trace.txt");
+}
+
+// The same file on every target: so a game that was saved on one goes on on another. In a process of its own: the
+// camera table of one that has played other games is larger.
+TEST_P(GoldenTrace, ASaveHoldsTheSameBytes)
+{
+    ASSERT_EQ(RunnerTest::StartRunner(RunnerTest::GameFile(GetParam()) + " --quiet --frames 101 --out " +
+                                      directory.Path("out") + " --save-at 100 " + directory.Path("game.sav")),
+              0);
+    Compare(Fingerprint(directory.Read("game.sav")), "_save.txt");
 }
 
 INSTANTIATE_TEST_SUITE_P(Of, GoldenTrace, testing::ValuesIn(RunnerTest::EXAMPLE_GAMES),
