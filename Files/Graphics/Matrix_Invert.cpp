@@ -1,11 +1,13 @@
-// The inverse of a matrix. Matrix_Adjugate.h defines it, and two faster ways give the same bits (NaN payloads aside):
-// one for the matrices of flat cameras, and on x86 one for any matrix.
+// The inverse of a matrix. Matrix_Adjugate.h defines it, and faster ways give the same bits (NaN payloads aside): for
+// the matrices of flat cameras, and on x86 for any matrix. Compilers give __m128 the operators of a number.
 #include "Platform/Strict_Float.h"
 
 #include "Files/Graphics/Matrix_Invert.h"
 
 #include "Files/Graphics/Matrix_Adjugate.h"
 #include "Platform/Matrix.h"
+
+#include <cmath>
 
 #if defined(__SSE2__)
 #include <emmintrin.h>
@@ -21,60 +23,23 @@ namespace
 //   0 0 e 0      for -0 all six signs would have to be minus, but the three terms that enter with a plus and the three
 //   x y z 1      that enter with a minus are products of the same nine factors. Adding +0 gives just that.
 
-constexpr uint32_t ABSOLUTE = 0x7FFFFFFF;
-constexpr uint32_t SMALL = 0x53800000; // 2^40
-constexpr uint32_t ZERO = 1;
 constexpr uint32_t ONE = 0x3F800000;
-
-// What the magnitudes of a flat matrix lie below, compared as bits; NaN and infinity are above.
-alignas(16) constexpr uint32_t FLAT_LIMITS[16] = {SMALL, SMALL, ZERO,  ZERO, SMALL, SMALL, ZERO,  ZERO, //
-                                                  ZERO,  ZERO,  SMALL, ZERO, SMALL, SMALL, SMALL, ONE + 1};
+constexpr float SMALL = 1099511627776.0f; // 2^40
 
 #if defined(__SSE2__)
 
-inline __m128i BelowLimits(__m128 row, const uint32_t* limits)
+template <int A, int B, int C, int D> inline __m128 Lanes(__m128 v)
 {
-    const __m128i magnitudes = _mm_and_si128(_mm_castps_si128(row), _mm_set1_epi32(ABSOLUTE));
-    return _mm_cmpgt_epi32(_mm_load_si128(reinterpret_cast<const __m128i*>(limits)), magnitudes);
+    return _mm_castsi128_ps(_mm_shuffle_epi32(_mm_castps_si128(v), _MM_SHUFFLE(D, C, B, A)));
 }
 
-template <int Index> inline float Lane(__m128 v) { return _mm_cvtss_f32(_mm_shuffle_ps(v, v, Index)); }
-
-// A row without column i in lane i: the low, mid and high column of what remains.
-struct Row
+// Two lanes of the one, then two of the other.
+template <int A, int B, int C, int D> inline __m128 Lanes(__m128 v, __m128 w)
 {
-    __m128 low, mid, high;
-
-    // Where row + column of an entry is odd, its terms turn their signs: half of the lanes do so here, with the first
-    // factor, and the other half through Minors or MinorsTurned. The same bits, since negation is exact.
-    explicit Row(__m128 r)
-        : low(_mm_xor_ps(_mm_shuffle_ps(r, r, _MM_SHUFFLE(0, 0, 0, 1)), _mm_setr_ps(0.0f, -0.0f, 0.0f, -0.0f))),
-          mid(_mm_shuffle_ps(r, r, _MM_SHUFFLE(1, 1, 2, 2))), high(_mm_shuffle_ps(r, r, _MM_SHUFFLE(2, 3, 3, 3)))
-    {
-    }
-};
-
-inline __m128 Term(__m128 first, __m128 second, __m128 third) { return _mm_mul_ps(_mm_mul_ps(first, second), third); }
-
-// Four entries of the adjugate at once, a column of it, from the three rows that remain; in the definition's order.
-inline __m128 Minors(const Row& a, const Row& b, const Row& c)
-{
-    __m128 sum = _mm_sub_ps(Term(a.low, b.mid, c.high), Term(a.low, b.high, c.mid));
-    sum = _mm_sub_ps(sum, Term(b.low, a.mid, c.high));
-    sum = _mm_add_ps(sum, Term(b.low, a.high, c.mid));
-    sum = _mm_add_ps(sum, Term(c.low, a.mid, b.high));
-    return _mm_sub_ps(sum, Term(c.low, a.high, b.mid));
+    return _mm_shuffle_ps(v, w, _MM_SHUFFLE(D, C, B, A));
 }
 
-// The same with all six signs turned.
-inline __m128 MinorsTurned(const Row& a, const Row& b, const Row& c)
-{
-    __m128 sum = _mm_sub_ps(Term(a.low, b.high, c.mid), Term(a.low, b.mid, c.high));
-    sum = _mm_add_ps(sum, Term(b.low, a.mid, c.high));
-    sum = _mm_sub_ps(sum, Term(b.low, a.high, c.mid));
-    sum = _mm_sub_ps(sum, Term(c.low, a.mid, b.high));
-    return _mm_add_ps(sum, Term(c.low, a.high, b.mid));
-}
+inline float First(__m128 v) { return _mm_cvtss_f32(v); }
 
 // A matrix in registers.
 struct Rows
@@ -91,20 +56,26 @@ struct Rows
     void StoreDivided(float* m, float determinant) const
     {
         const __m128 s = _mm_set1_ps(1.0f / determinant);
-        _mm_storeu_ps(m, _mm_mul_ps(r0, s));
-        _mm_storeu_ps(m + 4, _mm_mul_ps(r1, s));
-        _mm_storeu_ps(m + 8, _mm_mul_ps(r2, s));
-        _mm_storeu_ps(m + 12, _mm_mul_ps(r3, s));
-    }
-
-    bool IsBelowFlatLimits() const
-    {
-        const __m128i below =
-            _mm_and_si128(_mm_and_si128(BelowLimits(r0, FLAT_LIMITS), BelowLimits(r1, FLAT_LIMITS + 4)),
-                          _mm_and_si128(BelowLimits(r2, FLAT_LIMITS + 8), BelowLimits(r3, FLAT_LIMITS + 12)));
-        return _mm_movemask_epi8(below) == 0xFFFF;
+        _mm_storeu_ps(m, r0 * s);
+        _mm_storeu_ps(m + 4, r1 * s);
+        _mm_storeu_ps(m + 8, r2 * s);
+        _mm_storeu_ps(m + 12, r3 * s);
     }
 };
+
+// Of rows 0 and 1 the sum is asked: what is not zero, too large or not a number in either shows there.
+inline bool HasFlatShape(const Rows& m)
+{
+    const __m128 sign = _mm_set1_ps(-0.0f);
+    const __m128 turn = _mm_add_ps(_mm_andnot_ps(sign, m.r0), _mm_andnot_ps(sign, m.r1));
+    const __m128 turnFits = _mm_cmple_ps(turn, _mm_setr_ps(SMALL, SMALL, 0.0f, 0.0f));
+    const __m128 depthFits = _mm_cmple_ps(_mm_andnot_ps(sign, m.r2), _mm_setr_ps(0.0f, 0.0f, SMALL, 0.0f));
+    const __m128 placeFits = _mm_cmple_ps(_mm_andnot_ps(sign, m.r3), _mm_set1_ps(SMALL));
+    return _mm_movemask_ps(_mm_and_ps(_mm_and_ps(turnFits, depthFits), placeFits)) == 0xF;
+}
+
+inline __m128 OnlyLane1(__m128 v) { return _mm_and_ps(v, _mm_castsi128_ps(_mm_setr_epi32(0, -1, 0, 0))); }
+inline __m128 OnlyLane2(__m128 v) { return _mm_and_ps(v, _mm_castsi128_ps(_mm_setr_epi32(0, 0, -1, 0))); }
 
 inline bool InvertFlat(float* inverse, const Rows& m)
 {
@@ -112,44 +83,118 @@ inline bool InvertFlat(float* inverse, const Rows& m)
     const __m128 zero = _mm_setzero_ps();
     const __m128 acbd = _mm_unpacklo_ps(m.r0, m.r1);
     const __m128 ze = _mm_unpackhi_ps(m.r3, m.r2); // z e 1 0
-    const __m128 eeee = _mm_shuffle_ps(m.r2, m.r2, _MM_SHUFFLE(2, 2, 2, 2));
+    const __m128 eeee = Lanes<2, 2, 2, 2>(m.r2);
 
     // de -be -ce ae
-    const __m128 dbca = _mm_shuffle_ps(acbd, acbd, _MM_SHUFFLE(0, 1, 2, 3));
-    const __m128 block = _mm_xor_ps(_mm_mul_ps(dbca, eeee), turn12);
-    const __m128 terms = _mm_mul_ps(m.r0, _mm_shuffle_ps(block, block, _MM_SHUFFLE(2, 2, 2, 0)));
-    const float determinant = Lane<0>(terms) + Lane<1>(terms);
+    const __m128 block = _mm_xor_ps(Lanes<3, 2, 1, 0>(acbd) * eeee, turn12);
+    const __m128 terms = m.r0 * Lanes<0, 2, 2, 2>(block);
+    const float determinant = First(terms) + First(Lanes<1, 1, 1, 1>(terms));
     if (determinant == 0.0f)
         return false;
 
     // ce ae ad ad, then cey aey adz ade; xd xb cb cb, then xde xbe cbz cbe
-    const __m128 u = _mm_mul_ps(_mm_shuffle_ps(acbd, acbd, _MM_SHUFFLE(0, 0, 0, 1)),
-                                _mm_shuffle_ps(eeee, m.r1, _MM_SHUFFLE(1, 1, 0, 0)));
-    const __m128 v = _mm_mul_ps(_mm_shuffle_ps(m.r3, m.r1, _MM_SHUFFLE(0, 0, 0, 0)),
-                                _mm_shuffle_ps(acbd, acbd, _MM_SHUFFLE(2, 2, 2, 3)));
-    const __m128 place = _mm_sub_ps(_mm_mul_ps(u, _mm_shuffle_ps(m.r3, ze, _MM_SHUFFLE(1, 0, 1, 1))),
-                                    _mm_mul_ps(v, _mm_shuffle_ps(eeee, ze, _MM_SHUFFLE(1, 0, 0, 0))));
-    const __m128 depth = _mm_and_ps(_mm_sub_ps(u, v), _mm_castsi128_ps(_mm_setr_epi32(0, 0, -1, 0)));
+    const __m128 u = Lanes<1, 0, 0, 0>(acbd) * Lanes<0, 0, 1, 1>(eeee, m.r1);
+    const __m128 v = Lanes<0, 0, 0, 0>(m.r3, m.r1) * Lanes<3, 2, 2, 2>(acbd);
+    const __m128 place = u * Lanes<1, 1, 0, 1>(m.r3, ze) - v * Lanes<0, 0, 0, 1>(eeee, ze);
 
-    Rows(_mm_add_ps(_mm_movelh_ps(block, zero), zero), _mm_add_ps(_mm_movehl_ps(zero, block), zero),
-         _mm_add_ps(depth, zero), _mm_add_ps(_mm_xor_ps(place, turn12), zero))
+    Rows(_mm_movelh_ps(block, zero) + zero, _mm_movehl_ps(zero, block) + zero, OnlyLane2(u - v) + zero,
+         _mm_xor_ps(place, turn12) + zero)
         .StoreDivided(inverse, determinant);
     return true;
 }
 
-inline bool InvertAny(float* inverse, const Rows& m)
+// Without a turn, b and c are zeros too.
+inline bool InvertUpright(float* inverse, const Rows& m)
 {
-    const Row r0(m.r0), r1(m.r1), r2(m.r2), r3(m.r3);
-    __m128 column0 = Minors(r1, r2, r3);
-    const __m128 terms = _mm_mul_ps(m.r0, column0);
-    const float determinant = Lane<0>(terms) + Lane<1>(terms) + Lane<2>(terms) + Lane<3>(terms);
+    const __m128 turn012 = _mm_setr_ps(-0.0f, -0.0f, -0.0f, 0.0f);
+    const __m128 zero = _mm_setzero_ps();
+    const __m128 ddee = Lanes<1, 1, 2, 2>(m.r1, m.r2);
+    const __m128 eeee = Lanes<2, 2, 2, 2>(m.r2);
+    const __m128 de = _mm_mul_ss(ddee, eeee);
+    const float determinant = First(_mm_mul_ss(m.r0, de));
     if (determinant == 0.0f)
         return false;
-    __m128 column1 = MinorsTurned(r0, r2, r3);
-    __m128 column2 = Minors(r0, r1, r3);
-    __m128 column3 = MinorsTurned(r0, r1, r2);
-    _MM_TRANSPOSE4_PS(column0, column1, column2, column3);
-    Rows(column0, column1, column2, column3).StoreDivided(inverse, determinant);
+
+    // xd ae ad ad, then xde aey adz ade
+    const __m128 u = Lanes<0, 1, 1, 1>(_mm_unpacklo_ps(m.r3, m.r0)) * Lanes<0, 2, 0, 0>(ddee);
+    const __m128 eyze = _mm_move_ss(Lanes<1, 1, 0, 1>(m.r3, _mm_unpackhi_ps(m.r3, m.r2)), eeee);
+
+    Rows(_mm_move_ss(zero, de) + zero, OnlyLane1(u) + zero, OnlyLane2(u) + zero, _mm_xor_ps(u * eyze, turn012) + zero)
+        .StoreDivided(inverse, determinant);
+    return true;
+}
+
+// ---- any matrix: a row of the adjugate at once, in the definition's order ----
+
+// The four entries of a row leave out row 0, 1, 2, 3. By column: what then stands in the low, the mid and the high of
+// the rows that remain. The entries' signs alternate along a row, so lanes 1 and 3 take a factor with its sign turned;
+// they alternate from row to row as well, which is where a sum of terms begins. Negation is exact: the same bits.
+struct Columns
+{
+    __m128 low[4], mid[4], high[4];
+
+    explicit Columns(const Rows& m)
+    {
+        const __m128 sign = _mm_set1_ps(-0.0f);
+        const __m128 turned0 = _mm_xor_ps(m.r0, sign), turned2 = _mm_xor_ps(m.r2, sign);
+        const __m128 low01 = _mm_unpacklo_ps(m.r1, turned0), low23 = _mm_unpackhi_ps(m.r1, turned0);
+        const __m128 high01 = _mm_unpacklo_ps(m.r3, turned2), high23 = _mm_unpackhi_ps(m.r3, turned2);
+        Set<0>(Lanes<0, 1, 0, 0>(low01, m.r0), m, Lanes<0, 0, 0, 1>(m.r3, high01));
+        Set<1>(Lanes<2, 3, 1, 1>(low01, m.r0), m, Lanes<1, 1, 2, 3>(m.r3, high01));
+        Set<2>(Lanes<0, 1, 2, 2>(low23, m.r0), m, Lanes<2, 2, 0, 1>(m.r3, high23));
+        Set<3>(Lanes<2, 3, 3, 3>(low23, m.r0), m, Lanes<3, 3, 2, 3>(m.r3, high23));
+    }
+
+private:
+    template <int C> void Set(__m128 lowRows, const Rows& m, __m128 highRows)
+    {
+        low[C] = lowRows;
+        mid[C] = Lanes<C, C, C, C>(m.r2, m.r1);
+        high[C] = highRows;
+    }
+};
+
+// Two of the six terms for each row. Without its column, columns c0 < c1 < c2 remain: first[c0] second[c1] third[c2],
+// and the same with c1 and c2 exchanged. Rows share the products of two factors.
+struct Terms
+{
+    __m128 straight[4], crossed[4];
+
+    Terms(const __m128 (&first)[4], const __m128 (&second)[4], const __m128 (&third)[4])
+    {
+        const __m128 p01 = first[0] * second[1], p02 = first[0] * second[2], p03 = first[0] * second[3];
+        const __m128 p12 = first[1] * second[2], p13 = first[1] * second[3];
+        straight[0] = p12 * third[3], crossed[0] = p13 * third[2];
+        straight[1] = p02 * third[3], crossed[1] = p03 * third[2];
+        straight[2] = p01 * third[3], crossed[2] = p03 * third[1];
+        straight[3] = p01 * third[2], crossed[3] = p02 * third[1];
+    }
+};
+
+// Two terms after the other for all rows, since registers do not hold six.
+inline Rows AdjugateOf(const Rows& m)
+{
+    const Columns of(m);
+    const Terms one(of.low, of.mid, of.high);
+    __m128 row0 = one.straight[0] - one.crossed[0], row1 = one.crossed[1] - one.straight[1];
+    __m128 row2 = one.straight[2] - one.crossed[2], row3 = one.crossed[3] - one.straight[3];
+    const Terms two(of.mid, of.low, of.high);
+    row0 = row0 - two.straight[0] + two.crossed[0], row1 = row1 + two.straight[1] - two.crossed[1];
+    row2 = row2 - two.straight[2] + two.crossed[2], row3 = row3 + two.straight[3] - two.crossed[3];
+    const Terms three(of.high, of.low, of.mid);
+    row0 = row0 + three.straight[0] - three.crossed[0], row1 = row1 - three.straight[1] + three.crossed[1];
+    row2 = row2 + three.straight[2] - three.crossed[2], row3 = row3 - three.straight[3] + three.crossed[3];
+    return {row0, row1, row2, row3};
+}
+
+inline bool InvertAny(float* inverse, const Rows& m, const float* firstRow)
+{
+    const Rows inv = AdjugateOf(m);
+    const float determinant = firstRow[0] * First(inv.r0) + firstRow[1] * First(inv.r1) + firstRow[2] * First(inv.r2) +
+                              firstRow[3] * First(inv.r3);
+    if (determinant == 0.0f)
+        return false;
+    inv.StoreDivided(inverse, determinant);
     return true;
 }
 
@@ -158,19 +203,24 @@ inline bool InvertAny(float* inverse, const Rows& m)
 bool InvertTo(kvMatrix& inverse, const kvMatrix& matrix)
 {
     const Rows m(matrix.m);
-    return matrix.u[15] == ONE && m.IsBelowFlatLimits() ? InvertFlat(inverse.m, m) : InvertAny(inverse.m, m);
+    if (matrix.u[15] != ONE || !HasFlatShape(m))
+        return InvertAny(inverse.m, m, matrix.m);
+    return (matrix.u[1] | matrix.u[4]) << 1 == 0 ? InvertUpright(inverse.m, m) : InvertFlat(inverse.m, m);
 }
 
 #else
 
-inline bool IsFlat(const kvMatrix& matrix)
+inline bool HasFlatShape(const kvMatrix& matrix)
 {
-    for (int i = 0; i < 16; ++i)
+    const uint32_t* const m = matrix.u;
+    if ((m[2] | m[3] | m[6] | m[7] | m[8] | m[9] | m[11]) << 1 != 0 || m[15] != ONE)
+        return false;
+    for (int entry : {0, 1, 4, 5, 10, 12, 13, 14})
     {
-        if ((matrix.u[i] & ABSOLUTE) >= FLAT_LIMITS[i])
+        if (!(fabsf(matrix.m[entry]) <= SMALL))
             return false;
     }
-    return matrix.u[15] == ONE;
+    return true;
 }
 
 inline bool InvertFlat(kvMatrix& inverse, const kvMatrix& m)
@@ -197,7 +247,7 @@ inline bool InvertFlat(kvMatrix& inverse, const kvMatrix& m)
 
 bool InvertTo(kvMatrix& inverse, const kvMatrix& matrix)
 {
-    if (IsFlat(matrix))
+    if (HasFlatShape(matrix))
         return InvertFlat(inverse, matrix);
     kvMatrix m = matrix;
     const bool regular = InvertByDefinition(m.m);
