@@ -11,23 +11,6 @@
 // The order of operations is part of what these functions promise, because saved states and traces are compared bit for
 // bit: every sum and every product goes from left to right as written, and each operation rounds to float.
 
-namespace
-{
-// A row that others read at once: through one register, where there is one, because a read of sixteen bytes waits for
-// four small writes.
-inline void StoreRow(float* row, float a, float b, float c, float d)
-{
-#if defined(__SSE2__)
-    _mm_storeu_ps(row, _mm_setr_ps(a, b, c, d));
-#else
-    row[0] = a;
-    row[1] = b;
-    row[2] = c;
-    row[3] = d;
-#endif
-}
-} // namespace
-
 #if defined(__SSE2__)
 
 // Four lanes at a time, in the order of the definitions below: their bits.
@@ -36,10 +19,19 @@ namespace
 {
 template <int Index> inline __m128 Spread(__m128 v)
 {
-    return _mm_shuffle_ps(v, v, _MM_SHUFFLE(Index, Index, Index, Index));
+    return _mm_castsi128_ps(_mm_shuffle_epi32(_mm_castps_si128(v), _MM_SHUFFLE(Index, Index, Index, Index)));
 }
 
-inline __m128 Load(const kvVector3& v) { return _mm_setr_ps(v.x, v.y, v.z, 0.0f); }
+template <int Lane> inline __m128 Only(__m128 v)
+{
+    return _mm_and_ps(v, _mm_castsi128_ps(_mm_setr_epi32(-(Lane == 0), -(Lane == 1), -(Lane == 2), -(Lane == 3))));
+}
+
+inline __m128 Load(const kvVector3& v)
+{
+    const __m128 xy = _mm_loadl_pi(_mm_setzero_ps(), reinterpret_cast<const __m64*>(&v.x));
+    return _mm_movelh_ps(xy, _mm_load_ss(&v.z));
+}
 
 inline __m128 Normalised(__m128 v)
 {
@@ -89,6 +81,17 @@ void kvMatrix::LookAtLH(kvMatrix& out, const kvVector3& eye, const kvVector3& at
     _mm_storeu_ps(out.m + 12, _mm_or_ps(turned, _mm_setr_ps(0.0f, 0.0f, 0.0f, 1.0f)));
 }
 
+void kvMatrix::OrthoLH(kvMatrix& out, float width, float height, float zNear, float zFar)
+{
+    const __m128 quotients =
+        _mm_div_ps(_mm_setr_ps(2.0f, 2.0f, 1.0f, zNear), _mm_setr_ps(width, height, zFar - zNear, zNear - zFar));
+    const __m128 withOnes = _mm_unpackhi_ps(quotients, _mm_set1_ps(1.0f));
+    _mm_storeu_ps(out.m, Only<0>(quotients));
+    _mm_storeu_ps(out.m + 4, Only<1>(quotients));
+    _mm_storeu_ps(out.m + 8, Only<2>(quotients));
+    _mm_storeu_ps(out.m + 12, _mm_shuffle_ps(_mm_setzero_ps(), withOnes, _MM_SHUFFLE(3, 2, 0, 0)));
+}
+
 #else
 
 namespace
@@ -131,21 +134,25 @@ void kvMatrix::LookAtLH(kvMatrix& out, const kvVector3& eye, const kvVector3& at
     const kvVector3 x = Normalised(Cross(up, z));
     const kvVector3 y = Cross(z, x);
 
-    StoreRow(out.m, x.x, y.x, z.x, 0.0f);
-    StoreRow(out.m + 4, x.y, y.y, z.y, 0.0f);
-    StoreRow(out.m + 8, x.z, y.z, z.z, 0.0f);
-    StoreRow(out.m + 12, -Dot(x, eye), -Dot(y, eye), -Dot(z, eye), 1.0f);
+    out = {{{
+        x.x, y.x, z.x, 0.0f,                           //
+        x.y, y.y, z.y, 0.0f,                           //
+        x.z, y.z, z.z, 0.0f,                           //
+        -Dot(x, eye), -Dot(y, eye), -Dot(z, eye), 1.0f //
+    }}};
 }
-
-#endif
 
 void kvMatrix::OrthoLH(kvMatrix& out, float width, float height, float zNear, float zFar)
 {
-    StoreRow(out.m, 2.0f / width, 0.0f, 0.0f, 0.0f);
-    StoreRow(out.m + 4, 0.0f, 2.0f / height, 0.0f, 0.0f);
-    StoreRow(out.m + 8, 0.0f, 0.0f, 1.0f / (zFar - zNear), 0.0f);
-    StoreRow(out.m + 12, 0.0f, 0.0f, zNear / (zNear - zFar), 1.0f);
+    out = {};
+    out._11 = 2.0f / width;
+    out._22 = 2.0f / height;
+    out._33 = 1.0f / (zFar - zNear);
+    out._43 = zNear / (zNear - zFar);
+    out._44 = 1.0f;
 }
+
+#endif
 
 void kvMatrix::PerspectiveLH(kvMatrix& out, float width, float height, float zNear, float zFar)
 {
