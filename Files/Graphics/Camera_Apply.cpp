@@ -19,46 +19,47 @@ namespace
 {
 
 constexpr float TWO_PI = 6.2831855f;
-constexpr int NO_SCRIPT = -1;
 
 struct ViewArea
 {
     float x, y, w, h, angle;
 };
 
-// One coordinate of the row vector (x, y, 0, 1) times a matrix, from a column of it; with every product taken: a NaN
-// anywhere in the column shows.
-inline float MapCoordinate(float x, float y, float m1, float m2, float m3, float m4)
+// A row of a matrix. Of four numbers, so that a processor with four lanes takes one at a time; the last is not used.
+struct Row
 {
-    constexpr float z = 0.0f;
-    return x * m1 + y * m2 + z * m3 + m4;
+    float at[4];
+};
+
+// From where (-X, -Y) of the clip square stands in the room to where (X, Y) does: each end is the row vector
+// (x, y, 0, 1) times the matrix, with every product taken, so that a NaN anywhere shows.
+template <int X, int Y> inline Row Across(const kvMatrix& m)
+{
+    constexpr float x = X, y = Y, z = 0.0f, oppositeX = -X, oppositeY = -Y; // of integers: no minus zero
+    const float *const r1 = m.m, *const r2 = r1 + 4, *const r3 = r2 + 4, *const r4 = r3 + 4;
+    Row across;
+    for (int i = 0; i < 4; ++i)
+        across.at[i] =
+            (x * r1[i] + y * r2[i] + z * r3[i] + r4[i]) - (oppositeX * r1[i] + oppositeY * r2[i] + z * r3[i] + r4[i]);
+    return across;
 }
 
-// From where (-x, -y) of the clip square stands in the room to where (x, y) does.
-template <int X, int Y> kvVector3 Across(const kvMatrix& m)
+inline float LengthOrZero(const Row& v)
 {
-    constexpr float x = X, y = Y, oppositeX = -X, oppositeY = -Y; // of integers: no minus zero
-    const auto span = [](float m1, float m2, float m3, float m4)
-    { return MapCoordinate(x, y, m1, m2, m3, m4) - MapCoordinate(oppositeX, oppositeY, m1, m2, m3, m4); };
-    return {span(m._11, m._21, m._31, m._41), span(m._12, m._22, m._32, m._42), span(m._13, m._23, m._33, m._43)};
-}
-
-float LengthOrZero(const kvVector3& v)
-{
-    const float square = v.x * v.x + v.y * v.y + v.z * v.z;
+    const float square = v.at[0] * v.at[0] + v.at[1] * v.at[1] + v.at[2] * v.at[2];
     return square > 0.0f ? sqrtf(square) : 0.0f;
 }
 
 // Degrees from room down to the view's own vertical axis; not a number for a view without height.
-float AngleOf(const kvVector3& vertical, float length)
+float AngleOf(const Row& vertical, float length)
 {
-    float cosine = vertical.y / length;
+    float cosine = vertical.at[1] / length;
     if (cosine <= -1.0f)
         cosine = -1.0f;
     else if (cosine >= 1.0f)
         cosine = 1.0f;
     float angle = acosf(cosine);
-    if (vertical.x / length < 0.0f)
+    if (vertical.at[0] / length < 0.0f)
         angle = TWO_PI - angle;
     return angle / TWO_PI * 360.0f;
 }
@@ -74,8 +75,8 @@ ViewArea WholeRoom()
 // The room rectangle that fills the clip square, about the camera's place.
 ViewArea MeasureArea(const kvMatrix& clipToRoom, const kvMatrix& viewToRoom)
 {
-    const kvVector3 across = Across<1, 0>(clipToRoom);
-    const kvVector3 down = Across<0, 1>(clipToRoom);
+    const Row across = Across<1, 0>(clipToRoom);
+    const Row down = Across<0, 1>(clipToRoom);
     const float w = LengthOrZero(across);
     const float h = LengthOrZero(down);
     return {viewToRoom._41 - w * 0.5f, viewToRoom._42 - h * 0.5f, w, h, AngleOf(down, h)};
@@ -122,14 +123,15 @@ void CCamera::ApplyMatrices()
     BuildViewIfDirty();
     Publish(IsOrthoProj() ? MeasureArea(m_invViewProjMat, m_invViewMat) : WholeRoom());
 
-    kvMatrix projection = ProjectionForTarget(m_projMat);
+    kvMatrix turned;
+    kvMatrix& projection = ProjectionForTarget(m_projMat, turned);
     Graphics::SetMatrix(eM_View, m_viewMat.m);
     Graphics::SetMatrix(eM_Projection, projection.m);
 }
 
 bool CCamera::ExecuteScript(RValue* script)
 {
-    if (script == nullptr)
+    if (script == nullptr || IsNoScript(*script))
         return false;
     const int caller = Current_Object;
     Current_Object = m_ID;

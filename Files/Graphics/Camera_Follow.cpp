@@ -4,6 +4,7 @@
 #include "Files/Graphics/Camera.h"
 
 #include "Files/Graphics/Camera_Manager.h"
+#include "Files/Graphics/Values.h"
 #include "Files/Instance/Instance.h"
 #include "Files/Object/Object.h"
 #include "Files/Room/Room.h"
@@ -97,12 +98,17 @@ struct Axis
 
 void CCamera::CameraUpdate()
 {
-    const CCameraManager::Ticket ticket(this);
-    const bool scripted = ExecuteScript(&m_updateScript);
-    if (scripted && !ticket.StillThere())
-        return;
-    CInstance* const target = scripted ? nullptr : FindTarget(m_targetInstance);
-    if (target != nullptr)
+    if (!IsNoScript(m_updateScript))
+    {
+        const CCameraManager::Ticket ticket(this);
+        if (ExecuteScript(&m_updateScript))
+        {
+            if (ticket.StillThere())
+                BuildViewIfDirty();
+            return;
+        }
+    }
+    if (CInstance* const target = FindTarget(m_targetInstance))
         Follow(*target);
     BuildViewIfDirty();
 }

@@ -113,7 +113,8 @@ void F_CameraGetProjMat(RValue& result, CInstance*, CInstance*, int argc, RValue
     if (camera == nullptr)
         return;
     camera->BuildViewIfDirty();
-    SetMatrixResult(result, ProjectionForTarget(camera->m_projMat));
+    kvMatrix turned;
+    SetMatrixResult(result, ProjectionForTarget(camera->m_projMat, turned));
 }
 
 void F_CameraSetViewMat(RValue& result, CInstance*, CInstance*, int argc, RValue* args)

@@ -3,13 +3,13 @@
 #include "Files/Graphics_API/Graphics_API.h"
 #include "Platform/Matrix.h"
 
-// The projection to draw with: into a render target, upside down, because targets keep their first row at the top.
-inline kvMatrix ProjectionForTarget(const kvMatrix& projection)
+// The projection to draw with: itself, or into a render target a copy turned upside down, because targets keep their
+// first row at the top. turned is where the copy goes.
+inline kvMatrix& ProjectionForTarget(kvMatrix& projection, kvMatrix& turned)
 {
-    constexpr kvMatrix FLIP_Y = {{{1, 0, 0, 0, 0, -1, 0, 0, 0, 0, 1, 0, 0, 0, 0, 1}}};
+    static constexpr kvMatrix FLIP_Y = {{{1, 0, 0, 0, 0, -1, 0, 0, 0, 0, 1, 0, 0, 0, 0, 1}}};
     if (g_RenderTargetActive == -1)
         return projection;
-    kvMatrix flipped;
-    kvMatrix::Multiply(flipped, projection, FLIP_Y);
-    return flipped;
+    kvMatrix::Multiply(turned, projection, FLIP_Y);
+    return turned;
 }

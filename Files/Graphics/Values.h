@@ -29,6 +29,11 @@ inline RValue MakeEmpty(uint32_t kind)
     return value;
 }
 
+constexpr int NO_SCRIPT = -1;
+
+// What cameras hold at first for a callback, told without asking the host. Other values may mean the same to it.
+inline bool IsNoScript(const RValue& callback) { return callback.kind == VALUE_REAL && callback.val == NO_SCRIPT; }
+
 inline void ReleaseValue(RValue& value)
 {
     if (KvNeedsRelease(value))
