@@ -68,14 +68,30 @@ bool CCameraManager::IdentifiersAreSlots() const
     return true;
 }
 
-// While R1 is known to hold, the answer of the scan is the slot of that index or nothing.
-int CCameraManager::SearchTable(int id) const
+// By address alone: while a camera is being destroyed, an entry may point at what is gone.
+bool CCameraManager::IsInTable(const CCamera* camera) const
 {
-    if (ms_proven != this && IdentifiersAreSlots())
-        ms_proven = this;
-    if (ms_proven == this)
-        return InTable(id) && m_cameras[id] != nullptr ? id : -1;
+    return std::find(m_cameras, m_cameras + m_cameraListSize, camera) != m_cameras + m_cameraListSize;
+}
 
+bool CCameraManager::RoomListIsOfTable() const
+{
+    return std::all_of(m_roomcameras, m_roomcameras + ROOM_CAMERAS,
+                       [this](const CCamera* camera) { return camera == nullptr || IsInTable(camera); });
+}
+
+bool CCameraManager::IsProven()
+{
+    if (ms_proven != this && IdentifiersAreSlots() && RoomListIsOfTable())
+        ms_proven = this;
+    return ms_proven == this;
+}
+
+// Once proven, the answer of the scan is the slot of that index or nothing.
+int CCameraManager::SearchTable(int id)
+{
+    if (IsProven())
+        return InTable(id) && m_cameras[id] != nullptr ? id : -1;
     for (int slot = 0; slot < m_cameraListSize; ++slot)
     {
         if (m_cameras[slot] != nullptr && m_cameras[slot]->m_ID == id)
@@ -94,21 +110,29 @@ int CCameraManager::FindSlot(int id)
     return slot;
 }
 
-// The room's list comes before the table, although the camera is the same, because a hit there leaves the cached slot.
+// Once proven, whichever of the three places finds a camera, it is the slot's. The room's list is still asked, because
+// a hit there leaves the cached slot.
 CCamera* CCameraManager::GetCamera(int id)
 {
-    if (InTable(m_lastCamPos) && m_cameras[m_lastCamPos] != nullptr && m_cameras[m_lastCamPos]->m_ID == id)
+    CCamera* const camera = ms_proven == this && InTable(id) ? m_cameras[id] : nullptr;
+    if (camera == nullptr)
+        return FindStepByStep(id);
+    CCamera** const end = m_roomcameras + ROOM_CAMERAS;
+    if (id != m_lastCamPos && std::find(m_roomcameras, end, camera) == end)
+        m_lastCamPos = id;
+    return camera;
+}
+
+CCamera* CCameraManager::FindStepByStep(int id)
+{
+    const auto matches = [id](const CCamera* camera) { return camera != nullptr && camera->m_ID == id; };
+    if (InTable(m_lastCamPos) && matches(m_cameras[m_lastCamPos]))
         return m_cameras[m_lastCamPos];
     CCamera** const end = m_roomcameras + ROOM_CAMERAS;
-    CCamera** const found = std::find_if(
-        m_roomcameras, end, [id](const CCamera* camera) { return camera != nullptr && camera->m_ID == id; });
+    CCamera** const found = std::find_if(m_roomcameras, end, matches);
     if (found != end)
         return *found;
-    const int slot = id == -1 ? -1 : SearchTable(id);
-    if (slot == -1)
-        return nullptr;
-    m_lastCamPos = slot;
-    return m_cameras[slot];
+    return id == -1 ? nullptr : FindInTable(id);
 }
 
 CCamera* CCameraManager::FindInTable(int id)
@@ -125,8 +149,7 @@ bool CCameraManager::Holds(const CCamera* camera) const
 {
     if (InTable(camera->m_ID) && m_cameras[camera->m_ID] == camera)
         return true;
-    return ms_proven != this &&
-           std::find(m_cameras, m_cameras + m_cameraListSize, camera) != m_cameras + m_cameraListSize;
+    return ms_proven != this && IsInTable(camera);
 }
 
 void CCameraManager::IdentifierChanges(const CCamera* camera)
@@ -286,6 +309,5 @@ bool CCameraManager::Ticket::StillThere() const
         return true;
     if (m_cleanings != ms_cleanings)
         return false;
-    CCamera** const end = g_CM.m_cameras + g_CM.m_cameraListSize;
-    return std::find(g_CM.m_cameras, end, m_camera) != end && m_camera->m_birth == m_birth;
+    return g_CM.IsInTable(m_camera) && m_camera->m_birth == m_birth;
 }

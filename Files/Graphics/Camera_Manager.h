@@ -10,7 +10,8 @@
 //
 // Exceptions. A host may break R1 with CCamera::SetID, or by reading a record into a registered camera: look-ups then
 // scan, and the lowest slot wins. Clean leaves entries that point at freed cameras until the host has refilled the
-// table (R2, R3, R6). Validate checks all six.
+// table (R2, R3, R6). A host that writes entries itself, of the table or of the room's list, keeps the rules itself.
+// Validate checks all six.
 
 #include "Files/Buffer/Buffer.h"
 #include "Files/Graphics/Camera.h"
@@ -108,15 +109,19 @@ private:
     void DestroyOccupant(int slot);
     CCamera* FindInTable(int id); // cached slot, then table
     int FindSlot(int id);
-    int SearchTable(int id) const; // the table alone: lowest slot of that identifier, or -1
+    int SearchTable(int id); // the table alone: lowest slot of that identifier, or -1
+    CCamera* FindStepByStep(int id); // cached slot, room list, table, each asked for the identifier
     bool InTable(int slot) const { return slot >= 0 && slot < m_cameraListSize; }
+    bool IsProven(); // looks, if it is not known
     bool IdentifiersAreSlots() const; // R1
+    bool RoomListIsOfTable() const;   // R3
+    bool IsInTable(const CCamera* camera) const;
     bool Holds(const CCamera* camera) const;
     static void IdentifierChanges(const CCamera* camera); // before a registered camera's identifier may change
     void ClearForLoad();
     void LoadCamera(IBuffer* buffer);
 
-    // The manager for which R1 is known to hold, so that a look-up may index instead of scanning. Null: not known.
+    // The manager for which R1 and R3 were found to hold, so that a look-up may index instead of scanning. Null: none.
     static const CCameraManager* ms_proven;
     static uint32_t ms_cleanings; // how often a whole table was freed: its entries are not to be trusted afterwards
 };

@@ -34,8 +34,6 @@ const char* CCameraManager::Validate() const
 {
     CCamera* const* const begin = m_cameras;
     CCamera* const* const end = begin + m_cameraListSize;
-    const auto inTable = [=](const CCamera* camera)
-    { return camera == nullptr || std::find(begin, end, camera) != end; };
     const auto every = [=](bool (*rule)(const CCamera&))
     { return std::all_of(begin, end, [=](const CCamera* camera) { return camera == nullptr || rule(*camera); }); };
 
@@ -46,9 +44,9 @@ const char* CCameraManager::Validate() const
         return "R1: taken for granted although it does not hold";
     if (!identifiersAreSlots)
         return "R1: a camera's identifier is not its slot";
-    if (!inTable(m_activeCamera))
+    if (m_activeCamera != nullptr && !IsInTable(m_activeCamera))
         return "R3: the active camera is not in the table";
-    if (!std::all_of(m_roomcameras, m_roomcameras + ROOM_CAMERAS, inTable))
+    if (!RoomListIsOfTable())
         return "R3: a room's camera is not in the table";
     if (!every(ProxyIsMutual))
         return "R4: a proxy does not point back at its camera";
