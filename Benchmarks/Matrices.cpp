@@ -5,6 +5,7 @@
 #include "Benchmarks/Bench.h"
 #include "Benchmarks/Peers.h"
 #include "Files/Graphics/Camera.h"
+#include "Files/Graphics/Matrix_Invert.h"
 
 #include <array>
 #include <cmath>
@@ -76,8 +77,10 @@ void CheckRebuild(const BenchLibrary& library, int slot)
 
 struct Matrices
 {
-    alignas(32) float m[BENCH_MATRICES][16];
+    alignas(32) kvMatrix m[BENCH_MATRICES];
 };
+
+static_assert(sizeof(kvMatrix) == sizeof(float[16]), "peers take a row of matrices as a row of their numbers");
 
 kvMatrix RandomMatrix(Numbers& numbers)
 {
@@ -128,19 +131,17 @@ constexpr Kind KINDS[] = {{"inverse, general", RandomMatrix},
 void Fill(Matrices& matrices, const Kind& kind)
 {
     Numbers numbers(1);
-    for (float(&matrix)[16] : matrices.m)
-        std::memcpy(matrix, kind.make(numbers).m, sizeof matrix);
+    for (kvMatrix& matrix : matrices.m)
+        matrix = kind.make(numbers);
 }
 
+// As the setters of a camera do: from one matrix into another.
 void InvertAll(const float (*in)[16], float (*out)[16], int count)
 {
+    const kvMatrix* const from = reinterpret_cast<const kvMatrix*>(in);
+    kvMatrix* const to = reinterpret_cast<kvMatrix*>(out);
     for (int i = 0; i < count; ++i)
-    {
-        kvMatrix matrix;
-        std::memcpy(matrix.m, in[i], sizeof matrix);
-        matrix.Invert();
-        std::memcpy(out[i], matrix.m, sizeof matrix);
-    }
+        InvertTo(to[i], from[i]);
 }
 
 void Invert(benchmark::State& state, const Kind& kind, decltype(&InvertAll) invertAll)
@@ -149,7 +150,7 @@ void Invert(benchmark::State& state, const Kind& kind, decltype(&InvertAll) inve
     Fill(in, kind);
     for (auto _ : state)
     {
-        invertAll(in.m, out.m, BENCH_MATRICES);
+        invertAll(&in.m->m, &out.m->m, BENCH_MATRICES);
         benchmark::ClobberMemory();
     }
 }
@@ -158,10 +159,10 @@ void CheckInverse(const Kind& kind, const BenchLibrary& library)
 {
     static Matrices in, expected, actual;
     Fill(in, kind);
-    InvertAll(in.m, expected.m, BENCH_MATRICES);
-    library.invert_all(in.m, actual.m, BENCH_MATRICES);
+    InvertAll(&in.m->m, &expected.m->m, BENCH_MATRICES);
+    library.invert_all(&in.m->m, &actual.m->m, BENCH_MATRICES);
     for (int i = 0; i < BENCH_MATRICES; ++i)
-        RequireNear(actual.m[i], expected.m[i], 2e-5f,
+        RequireNear(actual.m[i].m, expected.m[i].m, 2e-5f,
                     std::string(kind.subject) + " by " + library.name + ", matrix " + std::to_string(i));
 }
 
