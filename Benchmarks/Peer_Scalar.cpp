@@ -61,11 +61,7 @@ void Multiply(Matrix& out, const Matrix& a, const Matrix& b)
         }
 }
 
-void Invert(Matrix& out, const Matrix& in)
-{
-    std::memcpy(out, in, sizeof out);
-    InvertByDefinition(out);
-}
+void Invert(Matrix& out, const Matrix& in) { InvertByDefinition(out, in); }
 
 void Rebuild(int slot, const BenchView* view)
 {

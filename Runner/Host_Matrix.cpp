@@ -113,19 +113,21 @@ kvVector3 Normalised(const kvVector3& v)
 }
 } // namespace
 
+// out may be a: each row of it is read before it is written. Or b, which is read before all.
 void kvMatrix::Multiply(kvMatrix& out, const kvMatrix& a, const kvMatrix& b)
 {
-    kvMatrix product;
-    for (int row = 0; row < 4; ++row)
+    const float b11 = b._11, b12 = b._12, b13 = b._13, b14 = b._14;
+    const float b21 = b._21, b22 = b._22, b23 = b._23, b24 = b._24;
+    const float b31 = b._31, b32 = b._32, b33 = b._33, b34 = b._34;
+    const float b41 = b._41, b42 = b._42, b43 = b._43, b44 = b._44;
+    for (int row = 0; row < 16; row += 4)
     {
-        const float* r = a.m + 4 * row;
-        for (int column = 0; column < 4; ++column)
-        {
-            const float* c = b.m + column;
-            product.m[4 * row + column] = r[0] * c[0] + r[1] * c[4] + r[2] * c[8] + r[3] * c[12];
-        }
+        const float x = a.m[row], y = a.m[row + 1], z = a.m[row + 2], w = a.m[row + 3];
+        out.m[row] = x * b11 + y * b21 + z * b31 + w * b41;
+        out.m[row + 1] = x * b12 + y * b22 + z * b32 + w * b42;
+        out.m[row + 2] = x * b13 + y * b23 + z * b33 + w * b43;
+        out.m[row + 3] = x * b14 + y * b24 + z * b34 + w * b44;
     }
-    out = product;
 }
 
 void kvMatrix::LookAtLH(kvMatrix& out, const kvVector3& eye, const kvVector3& at, const kvVector3& up)
@@ -144,12 +146,12 @@ void kvMatrix::LookAtLH(kvMatrix& out, const kvVector3& eye, const kvVector3& at
 
 void kvMatrix::OrthoLH(kvMatrix& out, float width, float height, float zNear, float zFar)
 {
-    out = {};
-    out._11 = 2.0f / width;
-    out._22 = 2.0f / height;
-    out._33 = 1.0f / (zFar - zNear);
-    out._43 = zNear / (zNear - zFar);
-    out._44 = 1.0f;
+    out = {{{
+        2.0f / width, 0.0f, 0.0f, 0.0f,          //
+        0.0f, 2.0f / height, 0.0f, 0.0f,         //
+        0.0f, 0.0f, 1.0f / (zFar - zNear), 0.0f, //
+        0.0f, 0.0f, zNear / (zNear - zFar), 1.0f //
+    }}};
 }
 
 #endif

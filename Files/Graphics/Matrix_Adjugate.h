@@ -25,7 +25,8 @@ template <int Row, int Column> inline float AdjugateEntry(const float (&m)[16])
                m[r2 + c0] * m[r0 + c1] * m[r1 + c2] + m[r2 + c0] * m[r0 + c2] * m[r1 + c1];
 }
 
-template <int Row> inline void AdjugateRow(const float (&m)[16], float* inv)
+// Always in one body, where entries share products.
+template <int Row> __attribute__((always_inline)) inline void AdjugateRow(const float (&m)[16], float* inv)
 {
     inv[0] = AdjugateEntry<Row, 0>(m);
     inv[1] = AdjugateEntry<Row, 1>(m);
@@ -33,8 +34,17 @@ template <int Row> inline void AdjugateRow(const float (&m)[16], float* inv)
     inv[3] = AdjugateEntry<Row, 3>(m);
 }
 
-// The whole inverse by the definition; false, and m as it was, when the determinant is exactly zero.
-inline bool InvertByDefinition(float (&m)[16])
+inline void StoreScaled(float* row, const float* inv, float s)
+{
+    row[0] = inv[0] * s;
+    row[1] = inv[1] * s;
+    row[2] = inv[2] * s;
+    row[3] = inv[3] * s;
+}
+
+// The whole inverse by the definition, which may take the place of the matrix; false, and nothing stored, when the
+// determinant is exactly zero.
+inline bool InvertByDefinition(float (&inverse)[16], const float (&m)[16])
 {
     float inv[16];
     AdjugateRow<0>(m, inv);
@@ -47,7 +57,9 @@ inline bool InvertByDefinition(float (&m)[16])
         return false;
 
     const float s = 1.0f / det;
-    for (int entry = 0; entry < 16; ++entry) // unrolled by the compiler
-        m[entry] = inv[entry] * s;
+    StoreScaled(inverse, inv, s);
+    StoreScaled(inverse + 4, inv + 4, s);
+    StoreScaled(inverse + 8, inv + 8, s);
+    StoreScaled(inverse + 12, inv + 12, s);
     return true;
 }

@@ -7,8 +7,6 @@
 #include "Files/Graphics/Matrix_Adjugate.h"
 #include "Platform/Matrix.h"
 
-#include <cmath>
-
 #if defined(__SSE2__)
 #include <emmintrin.h>
 #endif
@@ -212,15 +210,12 @@ bool InvertTo(kvMatrix& inverse, const kvMatrix& matrix)
 
 inline bool HasFlatShape(const kvMatrix& matrix)
 {
+    constexpr uint32_t SMALL_TWICE = 0xA7000000; // the bits of SMALL, moved up by one: without the sign
+    const auto isSmall = [](uint32_t bits) { return bits << 1 <= SMALL_TWICE; };
     const uint32_t* const m = matrix.u;
-    if ((m[2] | m[3] | m[6] | m[7] | m[8] | m[9] | m[11]) << 1 != 0 || m[15] != ONE)
-        return false;
-    for (int entry : {0, 1, 4, 5, 10, 12, 13, 14})
-    {
-        if (!(fabsf(matrix.m[entry]) <= SMALL))
-            return false;
-    }
-    return true;
+    return (m[2] | m[3] | m[6] | m[7] | m[8] | m[9] | m[11]) << 1 == 0 && m[15] == ONE && isSmall(m[0]) &&
+           isSmall(m[1]) && isSmall(m[4]) && isSmall(m[5]) && isSmall(m[10]) && isSmall(m[12]) && isSmall(m[13]) &&
+           isSmall(m[14]);
 }
 
 inline bool InvertFlat(kvMatrix& inverse, const kvMatrix& m)
@@ -231,15 +226,16 @@ inline bool InvertFlat(kvMatrix& inverse, const kvMatrix& m)
     const float determinant = a * de + b * -ce;
     if (determinant == 0.0f)
         return false;
-    inverse = {{{
-        de + zero, -(b * e) + zero, zero, zero,                                                                    //
-        -ce + zero, ae + zero, zero, zero,                                                                         //
-        zero, zero, ad - cb + zero, zero,                                                                          //
-        ce * y - x * d * e + zero, -(ae * y) + x * b * e + zero, -(ad * z) + cb * z + zero, ad * e - cb * e + zero //
-    }}};
+
     const float s = 1.0f / determinant;
-    for (float& entry : inverse.m)
-        entry *= s;
+    const float none = zero * s;
+    inverse = {{{
+        (de + zero) * s, (zero - b * e) * s, none, none, //
+        (zero - ce) * s, (ae + zero) * s, none, none,    //
+        none, none, (ad - cb + zero) * s, none,          //
+        (ce * y - x * d * e + zero) * s, (x * b * e - ae * y + zero) * s, (cb * z - ad * z + zero) * s,
+        (ad * e - cb * e + zero) * s //
+    }}};
     return true;
 }
 
@@ -247,13 +243,7 @@ inline bool InvertFlat(kvMatrix& inverse, const kvMatrix& m)
 
 bool InvertTo(kvMatrix& inverse, const kvMatrix& matrix)
 {
-    if (HasFlatShape(matrix))
-        return InvertFlat(inverse, matrix);
-    kvMatrix m = matrix;
-    const bool regular = InvertByDefinition(m.m);
-    if (regular)
-        inverse = m;
-    return regular;
+    return HasFlatShape(matrix) ? InvertFlat(inverse, matrix) : InvertByDefinition(inverse.m, matrix.m);
 }
 
 #endif
