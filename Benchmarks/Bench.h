@@ -8,6 +8,7 @@
 
 #include <cstdint>
 #include <functional>
+#include <initializer_list>
 #include <string>
 
 struct BenchView;
@@ -45,5 +46,9 @@ struct Subject
     void (*check)();
     void (*addRows)();
 };
-extern const Subject MATRICES, STEPS, REGISTRY, STATE, IMAGES, RUNNER;
+extern const Subject MATRICES, REGISTRY, STATE, IMAGES, RUNNER;
+
+// A program's main. Takes Google Benchmark's options, and --iterations=N: no checks, and every row runs exactly N
+// times.
+int Run(int argc, char** argv, std::initializer_list<Subject> subjects);
 } // namespace Bench

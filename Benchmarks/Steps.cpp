@@ -1,11 +1,12 @@
-// A camera's part of a frame: Begin, CameraUpdate, ApplyMatrices, End. No callbacks; both sides make the same calls to
-// the host: the target's look-up, the view extents, the two matrices.
+// A program of its own: a camera's part of a frame, which is Begin, CameraUpdate, ApplyMatrices, End, over a host that
+// does nothing (Empty_Host.cpp), so that the host's time is on neither side. No callbacks; both sides make the same
+// calls: the target's look-up, the view extents, the two matrices. Ours also calls the host's matrix builders, which
+// are the Runner's.
 
 #include "Benchmarks/Bench.h"
 #include "Benchmarks/Peer_Glm.h"
 #include "Benchmarks/Peers.h"
 #include "Files/Graphics/Graphics_Support.h"
-#include "Runner/World/World.h"
 
 #include <array>
 #include <cmath>
@@ -25,18 +26,13 @@ class Stage
 public:
     Stage()
     {
-        m_world.SetRoomSize(ROOM_SIDE, ROOM_SIDE);
-        Runner::ObjectType* const type = m_world.AddObject("target", nullptr, {});
         for (int slot = 0; slot < BENCH_VIEWS; ++slot)
-            m_targets[static_cast<size_t>(slot)] = &m_world.Create(*type, 2000.0f, 2000.0f);
+            m_targets[static_cast<size_t>(slot)] =
+                std::make_unique<CInstance>(2000.0f, 2000.0f, INSTANCE_ID_FIRST + slot, 0, false);
         m_room.r_width = m_room.r_height = ROOM_SIDE;
         Run_Room = &m_room;
     }
-    ~Stage()
-    {
-        Run_Room = nullptr;
-        m_world.RemoveAll([](Runner::Instance&) {});
-    }
+    ~Stage() { Run_Room = nullptr; }
     Stage(const Stage&) = delete;
     Stage& operator=(const Stage&) = delete;
 
@@ -58,9 +54,8 @@ public:
     }
 
 private:
-    Runner::World m_world;
     CRoom m_room = {};
-    std::array<CInstance*, BENCH_VIEWS> m_targets;
+    std::array<std::unique_ptr<CInstance>, BENCH_VIEWS> m_targets;
 };
 
 // Registered cameras, destroyed at the end.
@@ -160,6 +155,8 @@ void CheckStepper(const BenchStepper& stepper)
         stage.MoveTarget(slot);
         cameras.Step(slot);
         Published ours;
+        const float behindEdge = stage.Target(slot).x - g_ViewAreaX;
+        Require(behindEdge > 0.0f && behindEdge < g_ViewAreaW, "following: a step that leaves its target outside");
         stepper.step(slot);
         Published theirs;
         // An angle near 0 may come out near 360.
@@ -188,4 +185,4 @@ void AddRows()
 }
 } // namespace
 
-const Bench::Subject Bench::STEPS = {Check, AddRows};
+int main(int argc, char** argv) { return Run(argc, argv, {{Check, AddRows}}); }

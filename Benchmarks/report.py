@@ -31,6 +31,8 @@ SUBJECTS = [
     ("load a camera", 1, ["naive"], ["memcpy"]),
     ("BMP of 1920 x 1080", 1, ["libyuv"], ["naive"]),
     ("BMP of 64 x 64", 1, ["libyuv"], ["naive"]),
+    ("BMP of 1920 x 1080, baseline instructions", 1, ["naive"], []),
+    ("BMP of 64 x 64, baseline instructions", 1, ["naive"], []),
     ("PNG of 1920 x 1080", 1, ["libpng"], ["libspng", "lodepng", "stb"]),
     ("collection with 10,000 callbacks", 1, [], []),
     ("frame, 100,000 instances, 8 views", 1, [], []),
@@ -40,38 +42,38 @@ BEGIN = "<!-- table: written by ./bench -->\n"
 END = "<!-- end of the table -->\n"
 
 
+def fastest(figures, subject, rivals):
+    return min(rivals, key=lambda who: figures[f"{subject}/{who}"])
+
+
 class Row:
     def __init__(self, measured, subject, times, rivals, others):
         self.subject = subject
         self.measured = measured
         self.times = times
         self.peers = rivals + others
-        baseline = measured["baseline"]
-        self.ours = self.of(baseline, "ours")
-        self.rival = min(rivals, key=lambda who: self.of(baseline, who)) if rivals else None
-        self.ratio = self.ratio_in("baseline")
-        self.ratio_v3 = self.ratio_in("v3", min(rivals, key=lambda who: self.of(measured["v3"], who))) if rivals else None
+        self.ours = self.of("baseline", "ours")
+        self.rival = fastest(measured["baseline"], subject, rivals) if rivals else None
+        self.ratio = self.ratio_in("baseline", rivals)
+        self.ratio_v3 = self.ratio_in("v3", rivals)
 
     def of(self, figures, who):
-        return figures[f"{self.subject}/{who}"] / self.times
+        return self.measured[figures][f"{self.subject}/{who}"] / self.times
 
-    def ratio_in(self, build, rival=None):
-        rival = rival or self.rival
-        figures = self.measured[build]
-        return self.of(figures, "ours") / self.of(figures, rival) if rival else None
+    def ratio_in(self, build, rivals):
+        if not rivals:
+            return None
+        return self.of(build, "ours") / self.of(build, fastest(self.measured[build], self.subject, rivals))
 
-    def instructions(self):
-        counts = self.measured["instructions"]
-        if f"{self.subject}/ours" not in counts:
+    def instructions(self, counts):
+        if f"{self.subject}/ours" not in self.measured[counts]:
             return ""
-        theirs = f" / {self.of(counts, self.rival):.0f}" if self.rival else ""
-        return f"{self.of(counts, 'ours'):.0f}{theirs}"
+        return f"{self.of(counts, 'ours'):.0f} / {self.of(counts, self.rival):.0f}"
 
     def cells(self):
-        baseline = self.measured["baseline"]
-        peers = ", ".join(f"{who} {duration(self.of(baseline, who))}" for who in self.peers)
+        peers = ", ".join(f"{who} {duration(self.of('baseline', who))}" for who in self.peers)
         return [self.subject, duration(self.ours), peers, self.rival or "", ratio(self.ratio), ratio(self.ratio_v3),
-                self.instructions()]
+                self.instructions("instructions"), self.instructions("arm")]
 
 
 def duration(ns):
@@ -86,7 +88,7 @@ def ratio(value):
 
 
 def table(rows):
-    head = ["Row", "Ours", "Peers", "Against", "Ratio", "Ratio, v3", "Instructions"]
+    head = ["Row", "Ours", "Peers", "Against", "Ratio", "Ratio, v3", "Instructions", "ARM instructions"]
     lines = [head, ["---"] * len(head)] + [row.cells() for row in rows]
     return "".join("| " + " | ".join(line) + " |\n" for line in lines)
 

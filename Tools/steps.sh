@@ -54,6 +54,11 @@ BENCH_PACKAGES="libbenchmark-dev libglm-dev libcglm-dev libeigen3-dev libyuv-dev
     libstb-dev valgrind python3 util-linux"
 ARM_PACKAGES="g++-arm-linux-gnueabihf qemu-user googletest"
 
+# Answers whether this machine builds for 32-bit ARM; one that cannot does everything else.
+prepare_armhf() {
+    (need $ARM_PACKAGES) && (quietly build/sysroot.log Tools/sysroot.sh armhf build/sysroot-armhf)
+}
+
 build() {
     local preset=$1
     step "Building ($preset)"
