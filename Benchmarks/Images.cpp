@@ -3,6 +3,7 @@
 #include "Benchmarks/Bench.h"
 #include "Benchmarks/Png_Peers.h"
 #include "Files/Graphics/Graphics_Support.h"
+#include "Files/Graphics/Pixel_Pack.h"
 #include "Runner/Host_Files.h"
 
 #include <libyuv/convert_from_argb.h>
@@ -47,13 +48,7 @@ void* BmpOurs(std::vector<uint8_t>& pixels, int width, int height)
     return CreateBMP(pixels.data(), width, height, &size, 4);
 }
 
-uint8_t* NewBlock(int width, int height)
-{
-    const size_t size = BMP_HEADER + static_cast<size_t>(width) * static_cast<size_t>(height) * 3;
-    return static_cast<uint8_t*>(MemoryManager::Alloc(size, "benchmark", __LINE__, true));
-}
-
-// Everybody writes a header; the peers copy one that stands ready.
+// Everybody writes a header; who does not go through the module copies one that stands ready.
 const uint8_t* Header(int width, int height)
 {
     static uint8_t header[BMP_HEADER];
@@ -70,19 +65,33 @@ const uint8_t* Header(int width, int height)
     return header;
 }
 
+uint8_t* NewBmp(int width, int height)
+{
+    const size_t size = BMP_HEADER + static_cast<size_t>(width) * static_cast<size_t>(height) * 3;
+    uint8_t* const block = static_cast<uint8_t*>(MemoryManager::Alloc(size, "benchmark", __LINE__, true));
+    std::memcpy(block, Header(width, height), BMP_HEADER);
+    return block;
+}
+
 void* BmpLibyuv(std::vector<uint8_t>& pixels, int width, int height)
 {
-    uint8_t* const block = NewBlock(width, height);
-    std::memcpy(block, Header(width, height), BMP_HEADER);
+    uint8_t* const block = NewBmp(width, height);
     libyuv::ARGBToRGB24(pixels.data(), width * 4, block + BMP_HEADER, width * 3, width, -height);
+    return block;
+}
+
+// What ours does on a processor without byte shuffles.
+void* BmpPlain(std::vector<uint8_t>& pixels, int width, int height)
+{
+    uint8_t* const block = NewBmp(width, height);
+    PixelPack::PackPlain(block + BMP_HEADER, {pixels.data(), width, height, 4});
     return block;
 }
 
 // One byte after another.
 void* BmpNaive(std::vector<uint8_t>& pixels, int width, int height)
 {
-    uint8_t* const block = NewBlock(width, height);
-    std::memcpy(block, Header(width, height), BMP_HEADER);
+    uint8_t* const block = NewBmp(width, height);
     uint8_t* out = block + BMP_HEADER;
     for (int y = height - 1; y >= 0; --y)
         for (int x = 0; x < width; ++x)
@@ -160,6 +169,7 @@ void Check()
     for (const int side : {1, 3, 64, 333})
     {
         CheckBmp(side, side, BmpLibyuv, "libyuv");
+        CheckBmp(side, side, BmpPlain, "baseline instructions");
         CheckBmp(side, side, BmpNaive, "the naive loop");
     }
     for (const PngPeer& peer : PNG_PEERS)
@@ -168,16 +178,18 @@ void Check()
 
 void AddRows()
 {
-    const auto addBmp = [](const char* subject, int width, int height)
+    const auto add = [](const std::string& size, int width, int height)
     {
-        const auto add = [=](const char* who, BmpWriter writer)
+        const auto addRow = [=](const std::string& subject, const char* who, BmpWriter writer)
         { Row(subject, who, [=](benchmark::State& state) { WriteBmp(state, width, height, writer); }); };
-        add("ours", BmpOurs);
-        add("libyuv", BmpLibyuv);
-        add("naive", BmpNaive);
+        addRow(size, "ours", BmpOurs);
+        addRow(size, "libyuv", BmpLibyuv);
+        addRow(size, "naive", BmpNaive);
+        addRow(size + ", baseline instructions", "ours", BmpPlain);
+        addRow(size + ", baseline instructions", "naive", BmpNaive);
     };
-    addBmp("BMP of 1920 x 1080", WIDTH, HEIGHT);
-    addBmp("BMP of 64 x 64", 64, 64);
+    add("BMP of 1920 x 1080", WIDTH, HEIGHT);
+    add("BMP of 64 x 64", 64, 64);
     Row("PNG of 1920 x 1080", "ours", [](benchmark::State& state) { WritePng(state, PngOurs, true); });
     for (const PngPeer& peer : PNG_PEERS)
         Row("PNG of 1920 x 1080", peer.name, [&peer](benchmark::State& state) { WritePng(state, peer.write, false); });

@@ -1,6 +1,7 @@
 #include "Files/Graphics/Image_Writers.h"
 
 #include "Files/Graphics/Memory_Tag.h"
+#include "Files/Graphics/Pixel_Pack.h"
 #include "Files/IO/Debug_Console.h"
 #include "Files/IO/Load_Save.h"
 #include "Platform/Memory_Manager.h"
@@ -15,10 +16,6 @@
 
 #include <png.h>
 
-#if defined(__x86_64__) || defined(__i386__)
-#include <tmmintrin.h>
-#endif
-
 namespace
 {
 
@@ -26,19 +23,20 @@ namespace
 
 constexpr int BMP_LINE = 189; // the line under which hosts track BMP blocks
 constexpr int BMP_HEADER = 54;
-constexpr int BMP_PIXEL = 3;
+constexpr int BMP_PIXEL = PixelPack::STORED;
 
-unsigned char* PutWord(unsigned char* out, uint32_t value, int bytes)
+static_assert(__BYTE_ORDER__ == __ORDER_LITTLE_ENDIAN__, "the header's numbers are stored as they stand in memory");
+
+template <typename Number> unsigned char* PutNumber(unsigned char* out, Number value)
 {
-    for (int i = 0; i < bytes; ++i)
-        *out++ = static_cast<unsigned char>(value >> (8 * i));
-    return out;
+    memcpy(out, &value, sizeof value);
+    return out + sizeof value;
 }
 
 void PutHeader(unsigned char* out, int fileSize, int width, int height)
 {
-    const auto word = [&](int value) { out = PutWord(out, static_cast<uint32_t>(value), 4); };
-    const auto half = [&](uint32_t value) { out = PutWord(out, value, 2); };
+    const auto word = [&](int32_t value) { out = PutNumber(out, value); };
+    const auto half = [&](uint16_t value) { out = PutNumber(out, value); };
     *out++ = 'B';
     *out++ = 'M';
     word(fileSize);
@@ -75,92 +73,35 @@ PixelSource SourceOf(const void* buffer, int width, int height, int bytesPerPixe
     return {static_cast<const unsigned char*>(buffer), rowBytes * height, rowBytes, std::max(bytesPerPixel, 0)};
 }
 
-static_assert(__BYTE_ORDER__ == __ORDER_LITTLE_ENDIAN__, "pixels are taken out of words by their place in memory");
-
-// Sixteen bytes of four pixels become twelve, in words of eight: each holds two pixels, the later one above the
-// earlier. Answers how many pixels of the row it did: all but the last few.
-int PutFours(unsigned char* out, const unsigned char* pixel, int width)
+void PutWidePixels(unsigned char* out, const PixelPack::Picture& picture)
 {
-    constexpr uint64_t FIRST = 0xFFFFFF;
-    constexpr uint64_t SECOND = FIRST << 24;
-    int x = 0;
-    for (; x + 4 <= width; x += 4, out += 12, pixel += 16)
-    {
-        uint64_t words[2];
-        memcpy(words, pixel, sizeof words);
-        const uint64_t low = (words[0] & FIRST) | (words[0] >> 8 & SECOND);
-        const uint64_t high = (words[1] & FIRST) | (words[1] >> 8 & SECOND);
-        const uint64_t first = low | high << 48;
-        const uint32_t second = static_cast<uint32_t>(high >> 16);
-        memcpy(out, &first, sizeof first);
-        memcpy(out + sizeof first, &second, sizeof second);
-    }
-    return x;
-}
-
-#if defined(__x86_64__) || defined(__i386__)
-
-// The same for sixteen pixels at a time: four registers are packed to twelve bytes each, and three stored.
-__attribute__((target("ssse3"))) int ShuffleSixteens(unsigned char* out, const unsigned char* pixel, int width)
-{
-    const __m128i pack = _mm_setr_epi8(0, 1, 2, 4, 5, 6, 8, 9, 10, 12, 13, 14, -1, -1, -1, -1);
-    int x = 0;
-    for (; x + 16 <= width; x += 16, out += 48, pixel += 64)
-    {
-        const __m128i* const from = reinterpret_cast<const __m128i*>(pixel);
-        __m128i* const to = reinterpret_cast<__m128i*>(out);
-        const __m128i a = _mm_shuffle_epi8(_mm_loadu_si128(from), pack);
-        const __m128i b = _mm_shuffle_epi8(_mm_loadu_si128(from + 1), pack);
-        const __m128i c = _mm_shuffle_epi8(_mm_loadu_si128(from + 2), pack);
-        const __m128i d = _mm_shuffle_epi8(_mm_loadu_si128(from + 3), pack);
-        _mm_storeu_si128(to, _mm_or_si128(a, _mm_slli_si128(b, 12)));
-        _mm_storeu_si128(to + 1, _mm_or_si128(_mm_srli_si128(b, 4), _mm_slli_si128(c, 8)));
-        _mm_storeu_si128(to + 2, _mm_or_si128(_mm_srli_si128(c, 8), _mm_slli_si128(d, 4)));
-    }
-    return x;
-}
-
-int PutMany(unsigned char* out, const unsigned char* pixel, int width)
-{
-    return __builtin_cpu_supports("ssse3") ? ShuffleSixteens(out, pixel, width) : PutFours(out, pixel, width);
-}
-
-#else
-
-int PutMany(unsigned char* out, const unsigned char* pixel, int width) { return PutFours(out, pixel, width); }
-
+#if defined(PIXEL_PACK_SHUFFLES)
+    if (picture.bytesPerPixel == PixelPack::SHUFFLED && PixelPack::HasShuffles())
+        return PixelPack::PackShuffled(out, picture);
 #endif
-
-void PutRow(unsigned char* out, const unsigned char* pixel, int width, int bytesPerPixel)
-{
-    const int done = bytesPerPixel == 4 ? PutMany(out, pixel, width) : 0;
-    out += static_cast<ptrdiff_t>(done) * BMP_PIXEL;
-    pixel += static_cast<ptrdiff_t>(done) * bytesPerPixel;
-    for (int x = done; x < width; ++x, out += BMP_PIXEL, pixel += bytesPerPixel)
-        memcpy(out, pixel, BMP_PIXEL);
+    PixelPack::PackPlain(out, picture);
 }
 
 // For pixels narrower than what is stored of them: the last ones reach past the source.
-void PutNarrowRow(unsigned char* out, const PixelSource& source, int row, int width)
+void PutNarrowPixels(unsigned char* out, const PixelSource& source, int width, int height)
 {
-    for (int x = 0; x < width; ++x)
+    for (int row = height - 1; row >= 0; --row)
     {
-        const int64_t pixel = row * source.rowBytes + int64_t{x} * source.bytesPerPixel;
-        for (int byte = 0; byte < BMP_PIXEL; ++byte)
-            *out++ = source.At(pixel + byte);
+        for (int x = 0; x < width; ++x)
+        {
+            const int64_t pixel = row * source.rowBytes + int64_t{x} * source.bytesPerPixel;
+            for (int byte = 0; byte < BMP_PIXEL; ++byte)
+                *out++ = source.At(pixel + byte);
+        }
     }
 }
 
-void PutPixels(unsigned char* out, const PixelSource& source, int width, int height)
+void PutPixels(unsigned char* out, const void* buffer, int width, int height, int bytesPerPixel)
 {
-    const bool narrow = source.bytesPerPixel < BMP_PIXEL || source.size == 0;
-    for (int row = height - 1; row >= 0; --row, out += static_cast<ptrdiff_t>(width) * BMP_PIXEL)
-    {
-        if (narrow)
-            PutNarrowRow(out, source, row, width);
-        else
-            PutRow(out, source.bytes + row * source.rowBytes, width, source.bytesPerPixel);
-    }
+    if (buffer == nullptr || bytesPerPixel < BMP_PIXEL)
+        PutNarrowPixels(out, SourceOf(buffer, width, height, bytesPerPixel), width, height);
+    else
+        PutWidePixels(out, {static_cast<const unsigned char*>(buffer), width, height, bytesPerPixel});
 }
 
 // ---- PNG ----
@@ -268,7 +209,7 @@ void* CreateBMP(void* _pBuffer, int _width, int _height, int* out_pFileSize, int
         return nullptr;
     PutHeader(block, *out_pFileSize, _width, _height);
     if (_width >= 1 && _height >= 1)
-        PutPixels(block + BMP_HEADER, SourceOf(_pBuffer, _width, _height, _bytesPerPixel), _width, _height);
+        PutPixels(block + BMP_HEADER, _pBuffer, _width, _height, _bytesPerPixel);
     return block;
 }
 

@@ -3,6 +3,7 @@
 #include "Platform/Strict_Float.h"
 
 #include "Files/Graphics/Matrix_Adjugate.h"
+#include "Files/Graphics/Pixel_Pack.h"
 #include "Tests/Support/Fixture.h"
 
 #include <cmath>
@@ -34,7 +35,7 @@ bool SameButForNaNs(const kvMatrix& a, const kvMatrix& b)
 bool ExpectDefinition(const kvMatrix& input)
 {
     kvMatrix expected = input, actual = input;
-    const bool regular = InvertByDefinition(expected.m);
+    const bool regular = InvertByDefinition(expected.m, expected.m);
     EXPECT_EQ(actual.Invert(), regular) << testing::PrintToString(input);
     EXPECT_TRUE(SameButForNaNs(actual, expected))
         << testing::PrintToString(input) << testing::PrintToString(actual) << testing::PrintToString(expected);
@@ -183,7 +184,7 @@ TEST_F(FastPathsCamera, EveryBuildStoresInversesByTheDefinition)
                     for (const auto& pair : pairs)
                     {
                         kvMatrix expected = pair[0];
-                        InvertByDefinition(expected.m);
+                        InvertByDefinition(expected.m, expected.m);
                         ASSERT_TRUE(SameButForNaNs(pair[1], expected))
                             << width << ' ' << height << ' ' << x << ' ' << angle << testing::PrintToString(pair[0]);
                     }
@@ -263,26 +264,89 @@ TEST_F(FastPathsCamera, TheVisibleAreaIsThatOfTheMappedPoints)
 
 // ---- images ----
 
+namespace
+{
+// A picture at the very end of a heap block, for the sanitizer, and offset bytes from its start.
+class HeapPicture
+{
+public:
+    HeapPicture(Source& source, int width, int height, int bytesPerPixel, size_t offset = 0)
+        : m_width(width), m_height(height), m_bytesPerPixel(bytesPerPixel), m_offset(offset)
+    {
+        const size_t size = offset + static_cast<size_t>(width * height * bytesPerPixel);
+        m_block.reset(new uint8_t[size]);
+        for (size_t i = 0; i < size; ++i)
+            m_block[i] = static_cast<uint8_t>(source.Word());
+    }
+
+    uint8_t* Bytes() const { return m_block.get() + m_offset; }
+    PixelPack::Picture Packed() const { return {Bytes(), m_width, m_height, m_bytesPerPixel}; }
+
+    std::vector<uint8_t> ThreeBytesOfEachPixel() const // bottom row first
+    {
+        std::vector<uint8_t> bytes;
+        for (int y = m_height - 1; y >= 0; --y)
+            for (int x = 0; x < m_width; ++x)
+                for (int byte = 0; byte < 3; ++byte)
+                    bytes.push_back(Bytes()[(y * m_width + x) * m_bytesPerPixel + byte]);
+        return bytes;
+    }
+
+private:
+    int m_width, m_height, m_bytesPerPixel;
+    size_t m_offset;
+    std::unique_ptr<uint8_t[]> m_block;
+};
+
+using Packer = void (*)(uint8_t* out, PixelPack::Picture picture);
+
+std::vector<Packer> PackersOf(int bytesPerPixel)
+{
+    std::vector<Packer> packers = {PixelPack::PackPlain};
+#if defined(PIXEL_PACK_SHUFFLES)
+    if (bytesPerPixel == PixelPack::SHUFFLED && PixelPack::HasShuffles())
+        packers.push_back(PixelPack::PackShuffled);
+#endif
+    return packers;
+}
+
+// Into a block of exactly the size.
+std::vector<uint8_t> PackedBy(Packer packer, const HeapPicture& picture, size_t size)
+{
+    const std::unique_ptr<uint8_t[]> out(new uint8_t[size]);
+    packer(out.get(), picture.Packed());
+    return {out.get(), out.get() + size};
+}
+} // namespace
+
 TEST_F(FastPathsCamera, EveryWidthAndPixelDistanceStoresThreeBytesOfEachPixel)
 {
     Source source;
     for (int bytesPerPixel : {3, 4, 5, 8})
-        for (int width = 1; width <= 100; ++width)
+        for (int width = 1; width <= 200; ++width)
         {
-            constexpr int height = 2;
-            const size_t row = static_cast<size_t>(width * bytesPerPixel);
-            const std::unique_ptr<uint8_t[]> pixels(new uint8_t[row * height]); // exactly its size, for the sanitizer
-            for (size_t i = 0; i < row * height; ++i)
-                pixels[i] = static_cast<uint8_t>(source.Word());
-            std::vector<uint8_t> expected;
-            for (int y = height - 1; y >= 0; --y)
-                for (int x = 0; x < width; ++x)
-                    for (int byte = 0; byte < 3; ++byte)
-                        expected.push_back(pixels[static_cast<size_t>((y * width + x) * bytesPerPixel + byte)]);
+            const HeapPicture picture(source, width, 2, bytesPerPixel);
             int size = 0;
-            uint8_t* const image = static_cast<uint8_t*>(CreateBMP(pixels.get(), width, height, &size, bytesPerPixel));
+            uint8_t* const image = static_cast<uint8_t*>(CreateBMP(picture.Bytes(), width, 2, &size, bytesPerPixel));
             ASSERT_NE(image, nullptr);
-            EXPECT_EQ(std::vector<uint8_t>(image + 54, image + size), expected) << width << ' ' << bytesPerPixel;
+            EXPECT_EQ(std::vector<uint8_t>(image + 54, image + size), picture.ThreeBytesOfEachPixel())
+                << width << ' ' << bytesPerPixel;
             MemoryManager::Free(image);
         }
+}
+
+TEST(FastPaths, EveryPackerStoresThreeBytesOfEachPixelFromAnyAddress)
+{
+    Source source;
+    for (int bytesPerPixel : {3, 4, 5, 8})
+        for (int width = 1; width <= 200; ++width)
+            for (size_t offset = 0; offset < 16 && !testing::Test::HasFailure(); ++offset)
+            {
+                const HeapPicture picture(source, width, 3, bytesPerPixel, offset);
+                const std::vector<uint8_t> expected = picture.ThreeBytesOfEachPixel();
+                const std::vector<Packer> packers = PackersOf(bytesPerPixel);
+                for (size_t i = 0; i < packers.size(); ++i)
+                    EXPECT_EQ(PackedBy(packers[i], picture, expected.size()), expected)
+                        << "packer " << i << ": " << width << ' ' << bytesPerPixel << ' ' << offset;
+            }
 }

@@ -1,0 +1,122 @@
+#pragma once
+// Packs pictures to three bytes a pixel, bottom row first, without padding. Both packers store the same bytes, exactly
+// 3 * width * height of them, and read nothing past the last pixel. Everything here is local to who includes it, so
+// that a host sees no name of it.
+
+#include <cstddef>
+#include <cstdint>
+#include <cstring>
+
+#if defined(__x86_64__) || defined(__i386__)
+#include <smmintrin.h>
+#define PIXEL_PACK_SHUFFLES __attribute__((target("sse4.1")))
+#elif defined(__ARM_NEON)
+#include <arm_neon.h>
+#define PIXEL_PACK_SHUFFLES
+#endif
+
+namespace PixelPack
+{
+
+constexpr ptrdiff_t STORED = 3;   // bytes of a pixel
+constexpr ptrdiff_t SHUFFLED = 4; // those that a pixel must have for shuffles
+
+struct Picture
+{
+    const unsigned char* pixels; // top row first, without padding
+    int width;
+    int height;
+    int bytesPerPixel; // at least STORED
+};
+
+// Each pixel is stored with the byte that follows it, which the next pixel overwrites; the last one without.
+static inline void PackRow(unsigned char* out, const unsigned char* pixel, int count, ptrdiff_t distance)
+{
+    for (; count > 4; count -= 4, out += 4 * STORED, pixel += 4 * distance)
+    {
+        memcpy(out, pixel, STORED + 1);
+        memcpy(out + STORED, pixel + distance, STORED + 1);
+        memcpy(out + 2 * STORED, pixel + 2 * distance, STORED + 1);
+        memcpy(out + 3 * STORED, pixel + 3 * distance, STORED + 1);
+    }
+    for (; count > 1; --count, out += STORED, pixel += distance)
+        memcpy(out, pixel, STORED + 1);
+    if (count == 1)
+        memcpy(out, pixel, STORED);
+}
+
+// From the end of the block on: who has just cleared it left its end in the cache. And the pixels are read in the order
+// in which a processor expects them.
+template <void (*Row)(unsigned char* out, const unsigned char* pixel, int count, ptrdiff_t distance)>
+__attribute__((always_inline)) static inline void PackRows(unsigned char* out, Picture picture)
+{
+    const ptrdiff_t stored = picture.width * STORED;
+    const int64_t rowBytes = int64_t{picture.width} * picture.bytesPerPixel;
+    out += stored * picture.height;
+    for (int y = 0; y < picture.height; ++y)
+        Row(out -= stored, picture.pixels + y * rowBytes, picture.width, picture.bytesPerPixel);
+}
+
+// With every processor's instructions.
+static inline void PackPlain(unsigned char* out, Picture picture) { PackRows<PackRow>(out, picture); }
+
+#if defined(PIXEL_PACK_SHUFFLES)
+
+#if defined(__ARM_NEON)
+
+static inline bool HasShuffles() { return true; }
+
+// Loaded byte by byte into four registers, of which three are stored in turn.
+static inline void PackSixteen(unsigned char* out, const unsigned char* pixel)
+{
+    const uint8x16x4_t bytes = vld4q_u8(pixel);
+    vst3q_u8(out, {{bytes.val[0], bytes.val[1], bytes.val[2]}});
+}
+
+#else
+
+static inline bool HasShuffles() { return __builtin_cpu_supports("sse4.1"); }
+
+PIXEL_PACK_SHUFFLES static inline __m128 Shuffled(const unsigned char* pixel, __m128i order)
+{
+    return _mm_castsi128_ps(_mm_shuffle_epi8(_mm_loadu_si128(reinterpret_cast<const __m128i*>(pixel)), order));
+}
+
+PIXEL_PACK_SHUFFLES static inline void Store(unsigned char* out, __m128 bytes)
+{
+    _mm_storeu_si128(reinterpret_cast<__m128i*>(out), _mm_castps_si128(bytes));
+}
+
+// Each register's four pixels become twelve bytes, turned to where they are stored: three blends join them, by words of
+// four bytes. Nothing is computed: a blend of floats moves their bytes as they are. A shift of bytes would do, too, but
+// many processors have one unit for it and for the shuffles.
+PIXEL_PACK_SHUFFLES static inline void PackSixteen(unsigned char* out, const unsigned char* pixel)
+{
+    const __m128 a = Shuffled(pixel, _mm_setr_epi8(0, 1, 2, 4, 5, 6, 8, 9, 10, 12, 13, 14, -1, -1, -1, -1));
+    const __m128 b = Shuffled(pixel + 16, _mm_setr_epi8(5, 6, 8, 9, 10, 12, 13, 14, -1, -1, -1, -1, 0, 1, 2, 4));
+    const __m128 c = Shuffled(pixel + 32, _mm_setr_epi8(10, 12, 13, 14, -1, -1, -1, -1, 0, 1, 2, 4, 5, 6, 8, 9));
+    const __m128 d = Shuffled(pixel + 48, _mm_setr_epi8(-1, -1, -1, -1, 0, 1, 2, 4, 5, 6, 8, 9, 10, 12, 13, 14));
+    Store(out, _mm_blend_ps(a, b, 0b1000));
+    Store(out + 16, _mm_blend_ps(b, c, 0b1100));
+    Store(out + 32, _mm_blend_ps(c, d, 0b1110));
+}
+
+#endif
+
+PIXEL_PACK_SHUFFLES static inline void PackRowBySixteens(unsigned char* out, const unsigned char* pixel, int count,
+                                                         ptrdiff_t distance)
+{
+    for (; count >= 16; count -= 16, out += 16 * STORED, pixel += 16 * SHUFFLED)
+        PackSixteen(out, pixel);
+    PackRow(out, pixel, count, distance);
+}
+
+// For pixels of SHUFFLED bytes.
+PIXEL_PACK_SHUFFLES static inline void PackShuffled(unsigned char* out, Picture picture)
+{
+    PackRows<PackRowBySixteens>(out, picture);
+}
+
+#endif
+
+} // namespace PixelPack
