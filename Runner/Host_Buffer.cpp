@@ -9,45 +9,6 @@
 #include <algorithm>
 #include <cstring>
 
-// ---- the wrappers of every buffer ----
-
-void IBuffer::Write(int value)
-{
-    m_scratch.kind = VALUE_REAL;
-    m_scratch.val = value;
-    WriteTyped(eBuffer_S32, m_scratch);
-}
-
-void IBuffer::Write(float value)
-{
-    m_scratch.kind = VALUE_REAL;
-    m_scratch.val = static_cast<double>(value);
-    WriteTyped(eBuffer_F32, m_scratch);
-}
-
-void IBuffer::Write(bool value) { Write(value ? 1 : 0); }
-
-int IBuffer::ReadS32()
-{
-    ReadTyped(eBuffer_S32, m_scratch);
-    return KvGetInt32(&m_scratch, 0);
-}
-
-float IBuffer::ReadFloat()
-{
-    ReadTyped(eBuffer_F32, m_scratch);
-    // A saved matrix may hold NaN, which must come back as it was; as an argument it would be 0.
-    if (KvKind(m_scratch) == VALUE_REAL)
-        return Runner::NearestFloat(m_scratch.val);
-    return KvGetFloat(&m_scratch, 0);
-}
-
-bool IBuffer::ReadBool()
-{
-    ReadTyped(eBuffer_S32, m_scratch);
-    return KvGetBool(&m_scratch, 0);
-}
-
 namespace Runner
 {
 namespace
@@ -182,38 +143,38 @@ TypedBuffer::~TypedBuffer()
 }
 
 // The rare half of Put, kept apart: the common half is then a few instructions.
-bool TypedBuffer::MakeRoom(size_t size) { return size <= BUFFER_SIZE_MAX - m_position && Reserve(m_position + size); }
+bool TypedBuffer::MakeRoom(size_t size) { return size <= BUFFER_SIZE_MAX - Tell() && Reserve(Tell() + size); }
 
 inline uint8_t* TypedBuffer::Put(size_t size)
 {
-    if (size > m_capacity - m_position && !MakeRoom(size))
+    if (size > static_cast<size_t>(m_memoryEnd - m_position) && !MakeRoom(size))
         return nullptr;
-    uint8_t* to = m_data + m_position;
+    uint8_t* const to = m_position;
     m_position += size;
-    if (m_position > m_size)
-        m_size = m_position;
     return to;
 }
 
 inline const uint8_t* TypedBuffer::Take(size_t size)
 {
-    if (size > m_size - m_position)
+    if (size > Left())
     {
-        m_position = m_size;
+        m_position = End();
         return nullptr;
     }
-    const uint8_t* from = m_data + m_position;
+    const uint8_t* const from = m_position;
     m_position += size;
     return from;
 }
-// Nearly all of a saved game are reals as items of four bytes: they go a short way.
+
+// Nearly all of a saved game are reals as items of four bytes: they go a short way. Both operations are kept out of the
+// wrappers, which have a shorter one that must not share their stack frame.
 
 inline bool TypedBuffer::IsPlainWord(eBuffer_Type type, const RValue& value)
 {
     return (type == eBuffer_F32 || type == eBuffer_S32) && value.kind == VALUE_REAL;
 }
 
-int TypedBuffer::WriteTyped(eBuffer_Type type, RValue& value)
+[[gnu::noinline]] int TypedBuffer::WriteTyped(eBuffer_Type type, RValue& value)
 {
     if (!IsPlainWord(type, value))
         return WriteItem(type, value);
@@ -225,12 +186,11 @@ int TypedBuffer::WriteTyped(eBuffer_Type type, RValue& value)
     return BUFFER_DONE;
 }
 
-int TypedBuffer::ReadTyped(eBuffer_Type type, RValue& value)
+[[gnu::noinline]] int TypedBuffer::ReadTyped(eBuffer_Type type, RValue& value)
 {
-    if (!IsPlainWord(type, value) || m_size - m_position < 4)
+    if (!IsPlainWord(type, value) || value.flags != 0 || Left() < 4) // flags are to be cleared, or are the signature
         return ReadItem(type, value);
     const uint32_t bits = LoadWord(Take(4));
-    value.flags = 0;
     value.val = type == eBuffer_F32 ? static_cast<double>(BitsOf<float>(bits)) : BitsOf<int32_t>(bits);
     return BUFFER_DONE;
 }
@@ -258,6 +218,7 @@ int TypedBuffer::ReadItem(eBuffer_Type type, RValue& value)
         return Fail(BUFFER_BAD_TYPE);
     const uint8_t* from = Take(size);
     Become(value, type, from != nullptr ? LoadLittleEndian(from, size) : 0);
+    m_scratch.flags = SIGNATURE; // which the value may have been
     return from != nullptr ? BUFFER_DONE : Fail(BUFFER_PAST_END);
 }
 
@@ -276,8 +237,8 @@ int TypedBuffer::PutText(const RValue& value, bool ended)
 
 int TypedBuffer::TakeText(RValue& value, bool ended)
 {
-    const char* text = reinterpret_cast<const char*>(m_data + m_position);
-    const size_t left = m_size - m_position;
+    const char* text = reinterpret_cast<const char*>(m_position);
+    const size_t left = Left();
     const void* end = left != 0 ? std::memchr(text, 0, left) : nullptr;
     const size_t length = end != nullptr ? static_cast<size_t>(static_cast<const char*>(end) - text) : left;
     BufferError error = BUFFER_DONE;
@@ -318,16 +279,17 @@ int TypedBuffer::ReadBytes(void* data, size_t size)
 
 bool TypedBuffer::Seek(size_t position)
 {
-    if (position > m_size)
+    if (position > Size())
         return false;
-    m_position = position;
+    m_written = End();
+    m_position = m_data + position;
     return true;
 }
 
 void TypedBuffer::Clear()
 {
-    m_size = 0;
-    m_position = 0;
+    m_written = m_data;
+    m_position = m_data;
     m_error = BUFFER_DONE;
 }
 
@@ -340,15 +302,132 @@ int TypedBuffer::Fail(BufferError error)
 
 bool TypedBuffer::Reserve(size_t size)
 {
-    if (size <= m_capacity)
+    const size_t capacity = static_cast<size_t>(m_memoryEnd - m_data);
+    if (size <= capacity)
         return true;
-    const size_t doubled = m_capacity < CAPACITY_FIRST ? CAPACITY_FIRST : m_capacity * 2;
-    const size_t capacity = std::min(std::max(doubled, size), BUFFER_SIZE_MAX);
-    uint8_t* grown = KvGrowTable(m_data, capacity);
+    const size_t doubled = capacity < CAPACITY_FIRST ? CAPACITY_FIRST : capacity * 2;
+    const size_t larger = std::min(std::max(doubled, size), BUFFER_SIZE_MAX);
+    const size_t position = Tell();
+    const size_t written = Size();
+    uint8_t* const grown = KvGrowTable(m_data, larger);
     if (grown == nullptr)
         return false;
     m_data = grown;
-    m_capacity = capacity;
+    m_position = grown + position;
+    m_written = grown + written;
+    m_memoryEnd = grown + larger;
+    return true;
+}
+
+// ---- the short way of the wrappers ----
+//
+// A word that becomes a double and then a word again is what it was, except a NaN, which may change: NaNs go the long
+// way.
+
+namespace
+{
+inline bool IsNumber(float item) { return item == item; }
+inline bool IsNumber(int32_t) { return true; }
+} // namespace
+
+template <typename Item> inline bool TypedBuffer::PutWord(Item item)
+{
+    uint8_t* const to = m_position;
+    if (!IsNumber(item) || m_memoryEnd - to < 4)
+        return false;
+    m_position = to + 4;
+    StoreWord(to, BitsOf<uint32_t>(item));
+    return true;
+}
+
+template <typename Item> inline bool TypedBuffer::TakeWord(Item& item)
+{
+    const uint8_t* const from = m_position;
+    if (m_written - from < 4)
+        return false;
+    item = BitsOf<Item>(LoadWord(from));
+    if (!IsNumber(item))
+        return false;
+    m_position += 4;
+    return true;
+}
+
+inline bool TypedBuffer::IsOurs(const RValue& scratch) { return __builtin_expect(scratch.flags == SIGNATURE, true); }
+
+template <typename Item> inline bool TypedBuffer::PutIfOurs(IBuffer* buffer, RValue& scratch, Item item)
+{
+    scratch.val = static_cast<double>(item);
+    if (IsOurs(scratch) && static_cast<TypedBuffer*>(buffer)->PutWord(item))
+        return true; // ours is a real always
+    scratch.kind = VALUE_REAL;
+    return false;
+}
+
+template <typename Item> inline bool TypedBuffer::TakeIfOurs(IBuffer* buffer, RValue& scratch, Item& item)
+{
+    if (!IsOurs(scratch) || !static_cast<TypedBuffer*>(buffer)->TakeWord(item))
+        return false;
+    scratch.val = static_cast<double>(item);
     return true;
 }
 } // namespace Runner
+
+// ---- the wrappers of every buffer ----
+//
+// Aligned so that a float's whole way lies in one line of the instruction cache: across two, a save takes a fifth
+// longer.
+
+using Runner::TypedBuffer;
+
+namespace
+{
+// A saved matrix may hold NaN, which must come back as it was; as an argument it would be 0. Kept out of the wrapper as
+// the operations are.
+[[gnu::noinline]] float FloatOf(const RValue& scratch)
+{
+    if (KvKind(scratch) == VALUE_REAL)
+        return Runner::NearestFloat(scratch.val);
+    return KvGetFloat(&scratch, 0);
+}
+} // namespace
+
+[[gnu::aligned(64)]] void IBuffer::Write(int value)
+{
+    if (!TypedBuffer::PutIfOurs(this, m_scratch, value))
+        WriteTyped(eBuffer_S32, m_scratch);
+}
+
+[[gnu::aligned(64)]] void IBuffer::Write(float value)
+{
+    if (!TypedBuffer::PutIfOurs(this, m_scratch, value))
+        WriteTyped(eBuffer_F32, m_scratch);
+}
+
+void IBuffer::Write(bool value) { Write(value ? 1 : 0); }
+
+[[gnu::aligned(64)]] int IBuffer::ReadS32()
+{
+    int item;
+    if (TypedBuffer::TakeIfOurs(this, m_scratch, item))
+        return item;
+    ReadTyped(eBuffer_S32, m_scratch);
+    return KvGetInt32(&m_scratch, 0);
+}
+
+[[gnu::aligned(64)]] float IBuffer::ReadFloat()
+{
+    float item;
+    if (TypedBuffer::TakeIfOurs(this, m_scratch, item))
+        return item;
+    ReadTyped(eBuffer_F32, m_scratch);
+    return FloatOf(m_scratch);
+}
+
+bool IBuffer::ReadBool()
+{
+    int item;
+    if (TypedBuffer::TakeIfOurs(this, m_scratch, item))
+        return item > 0; // KvGetBool: above one half
+    ReadTyped(eBuffer_S32, m_scratch);
+    return KvGetBool(&m_scratch, 0);
+}

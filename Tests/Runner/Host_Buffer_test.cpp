@@ -1,15 +1,19 @@
+#include "Runner/Bits.h"
 #include "Runner/Host_Buffer.h"
 #include "Runner/Host_Code.h"
+#include "Runner/Host_Convert.h"
 #include "Runner/Host_Memory.h"
 #include "Runner/Host_Value.h"
 
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
+#include <algorithm>
 #include <cfloat>
 #include <climits>
 #include <cmath>
 #include <cstring>
+#include <random>
 
 namespace
 {
@@ -132,6 +136,235 @@ TEST(HostBuffer, WrappersTravelAsFourByteItems)
     EXPECT_EQ(buffer.ReadFloat(), 1.5f);
     EXPECT_TRUE(buffer.ReadBool());
     EXPECT_FALSE(buffer.ReadBool());
+}
+
+// Another host's buffer: it notes what arrives and gives what it was told to.
+class OtherBuffer final : public IBuffer
+{
+public:
+    struct Item
+    {
+        eBuffer_Type type;
+        uint32_t kind;
+        double number;
+    };
+
+    int WriteTyped(eBuffer_Type type, RValue& value) override
+    {
+        written.push_back({type, value.kind, value.val});
+        return BUFFER_DONE;
+    }
+
+    int ReadTyped(eBuffer_Type type, RValue& value) override
+    {
+        read.push_back(type);
+        value = gives;
+        return BUFFER_DONE;
+    }
+
+    std::vector<Item> written;
+    std::vector<eBuffer_Type> read;
+    RValue gives = MakeReal(0);
+};
+
+TEST(HostBuffer, WrappersOfAnotherBufferGoThroughItsOperations)
+{
+    OtherBuffer buffer;
+    buffer.gives = MakeString("2.5"); // leaves the scratch value a string, which the next write must not find
+    EXPECT_EQ(buffer.ReadS32(), 2);
+    EXPECT_EQ(buffer.ReadFloat(), 2.5f);
+    EXPECT_TRUE(buffer.ReadBool());
+    EXPECT_THAT(buffer.read, ElementsAre(eBuffer_S32, eBuffer_F32, eBuffer_S32));
+    buffer.IBuffer::Write(-7);
+    buffer.IBuffer::Write(0.1f);
+    buffer.IBuffer::Write(true);
+    const OtherBuffer::Item expected[] = {
+        {eBuffer_S32, VALUE_REAL, -7.0}, {eBuffer_F32, VALUE_REAL, 0.1f}, {eBuffer_S32, VALUE_REAL, 1.0}};
+    ASSERT_EQ(buffer.written.size(), std::size(expected));
+    for (size_t i = 0; i < std::size(expected); ++i)
+    {
+        EXPECT_EQ(buffer.written[i].type, expected[i].type) << i;
+        EXPECT_EQ(buffer.written[i].kind, expected[i].kind) << i;
+        EXPECT_EQ(buffer.written[i].number, expected[i].number) << i;
+    }
+    Release(buffer.gives);
+}
+
+TEST(HostBuffer, AnotherBufferCanStandBeforeOurs)
+{
+    class Before final : public IBuffer
+    {
+    public:
+        int WriteTyped(eBuffer_Type type, RValue& value) override { return behind.WriteTyped(type, value); }
+        int ReadTyped(eBuffer_Type type, RValue& value) override { return behind.ReadTyped(type, value); }
+
+        TypedBuffer behind;
+    } buffer;
+    buffer.IBuffer::Write(5);
+    buffer.IBuffer::Write(1.5f);
+    buffer.behind.Seek(0);
+    EXPECT_EQ(buffer.ReadS32(), 5);
+    EXPECT_EQ(buffer.ReadFloat(), 1.5f);
+    EXPECT_EQ(buffer.ReadFloat(), 0.0f);
+    EXPECT_EQ(buffer.behind.Error(), BUFFER_PAST_END);
+}
+
+// ---- the wrappers' short way gives what the typed operations give ----
+
+std::vector<uint32_t> WordsOfAllKinds()
+{
+    std::vector<uint32_t> words = {0x00000000, 0x80000000, 0x00000001, 0x807FFFFF, 0x00800000, 0x7F7FFFFF,
+                                   0xFF7FFFFF, 0x7F800000, 0xFF800000, 0x7F800001, 0xFF812345, 0x7FBFFFFF,
+                                   0x7FC00000, 0xFFC12345, 0xFFFFFFFF, 0x7FFFFFFF, 0x00000002, 0xFFFFFFFE};
+    std::mt19937 random(20240611);
+    for (int i = 0; i < 100000; ++i)
+        words.push_back(static_cast<uint32_t>(random()) | (i % 4 == 0 ? 0x7F800000 : 0)); // a quarter is not a number
+    return words;
+}
+
+TEST(HostBuffer, WrappersWriteWhatTheTypedOperationWrites)
+{
+    for (const uint32_t word : WordsOfAllKinds())
+    {
+        TypedBuffer wrapped, typed;
+        wrapped.IBuffer::Write(0); // there is room from the second item on
+        wrapped.IBuffer::Write(BitsOf<float>(word));
+        wrapped.IBuffer::Write(BitsOf<int32_t>(word));
+        Write(typed, eBuffer_S32, MakeReal(0));
+        Write(typed, eBuffer_F32, MakeReal(static_cast<double>(BitsOf<float>(word))));
+        Write(typed, eBuffer_S32, MakeReal(BitsOf<int32_t>(word)));
+        ASSERT_EQ(Bytes(wrapped), Bytes(typed)) << std::hex << word;
+    }
+}
+
+TEST(HostBuffer, WrappersReadWhatTheTypedOperationReads)
+{
+    for (const uint32_t word : WordsOfAllKinds())
+    {
+        TypedBuffer buffer;
+        for (int i = 0; i < 3; ++i)
+            buffer.WriteBytes(&word, sizeof word); // the tests' machines are little-endian, too
+        const auto typed = [&](eBuffer_Type type)
+        {
+            RValue value = MakeUndefined();
+            buffer.Seek(0);
+            buffer.ReadTyped(type, value);
+            return value.val;
+        };
+        const auto number = static_cast<float>(typed(eBuffer_F32));
+        const double integer = typed(eBuffer_S32);
+        buffer.Seek(0);
+        ASSERT_EQ(BitsOf<uint32_t>(buffer.ReadFloat()), BitsOf<uint32_t>(number)) << std::hex << word;
+        ASSERT_EQ(buffer.ReadS32(), integer) << std::hex << word;
+        ASSERT_EQ(buffer.ReadBool(), integer > 0.5) << std::hex << word;
+        ASSERT_EQ(buffer.Tell(), 12u);
+    }
+}
+
+TEST(HostBuffer, ASignallingNaNTurnsQuietOnBothWays)
+{
+    constexpr uint32_t SIGNALLING = 0x7F812345, QUIET = 0x7FC12345;
+    TypedBuffer buffer;
+    buffer.IBuffer::Write(0);
+    buffer.IBuffer::Write(BitsOf<float>(SIGNALLING));
+    uint32_t written;
+    std::memcpy(&written, buffer.Data() + 4, sizeof written);
+    EXPECT_EQ(written, QUIET);
+    buffer.Seek(0);
+    buffer.WriteBytes(&SIGNALLING, sizeof SIGNALLING);
+    buffer.Seek(0);
+    EXPECT_EQ(BitsOf<uint32_t>(buffer.ReadFloat()), QUIET);
+    EXPECT_EQ(buffer.Tell(), 4u);
+    EXPECT_EQ(BitsOf<uint32_t>(buffer.ReadFloat()), QUIET); // and the one that was written, after a long way
+}
+
+// ---- a walk beside bytes in a vector ----
+
+struct Model
+{
+    std::vector<uint8_t> bytes;
+    size_t position = 0;
+    int error = BUFFER_DONE;
+
+    void Write(const void* data, size_t size)
+    {
+        bytes.resize(std::max(bytes.size(), position + size));
+        std::copy_n(static_cast<const uint8_t*>(data), size, bytes.data() + position);
+        position += size;
+    }
+
+    int32_t ReadS32()
+    {
+        int32_t word = 0;
+        if (bytes.size() - position < sizeof word)
+        {
+            position = bytes.size();
+            error = BUFFER_PAST_END;
+            return 0;
+        }
+        std::memcpy(&word, bytes.data() + position, sizeof word);
+        position += sizeof word;
+        return word;
+    }
+
+    bool Seek(size_t to)
+    {
+        if (to > bytes.size())
+            return false;
+        position = to;
+        return true;
+    }
+};
+
+void Step(std::mt19937& random, TypedBuffer& buffer, Model& model)
+{
+    const auto word = static_cast<int32_t>(random());
+    const float number = static_cast<float>(word) / 256.0f;
+    const size_t kind = random() % 1000;
+    if (kind < 300)
+    {
+        buffer.IBuffer::Write(word);
+        model.Write(&word, sizeof word);
+    }
+    else if (kind < 500)
+    {
+        buffer.IBuffer::Write(number);
+        model.Write(&number, sizeof number);
+    }
+    else if (kind < 650)
+    {
+        buffer.WriteBytes(&word, kind % 4); // so that items stand at odd places
+        model.Write(&word, kind % 4);
+    }
+    else if (kind < 800)
+        EXPECT_EQ(buffer.ReadS32(), model.ReadS32());
+    else if (kind < 997)
+    {
+        const size_t to = random() % (model.bytes.size() + 3);
+        EXPECT_EQ(buffer.Seek(to), model.Seek(to));
+    }
+    else
+    {
+        buffer.Clear();
+        model = Model();
+    }
+}
+
+TEST(HostBuffer, KeepsBytesSizeAndPositionOnAnyWalk)
+{
+    constexpr unsigned SEED = 4711;
+    SCOPED_TRACE(SEED);
+    std::mt19937 random(SEED);
+    TypedBuffer buffer;
+    Model model;
+    for (int step = 0; step < 30000; ++step)
+    {
+        Step(random, buffer, model);
+        ASSERT_EQ(buffer.Tell(), model.position) << step;
+        ASSERT_EQ(buffer.Size(), model.bytes.size()) << step;
+        ASSERT_EQ(buffer.Error(), model.error) << step;
+        ASSERT_EQ(Bytes(buffer), std::vector<int>(model.bytes.begin(), model.bytes.end())) << step;
+    }
 }
 
 TEST(HostBuffer, ReadingPastTheEndGivesZeroAndAnErrorThatStays)
@@ -270,6 +503,23 @@ TEST(HostBuffer, WithoutMemoryNothingIsWritten)
     EXPECT_EQ(Write(buffer, eBuffer_S32, MakeReal(1)), BUFFER_DONE);
     EXPECT_EQ(buffer.Error(), BUFFER_NO_MEMORY);
     EXPECT_EQ(buffer.Size(), 4u);
+}
+
+TEST(HostBuffer, WrappersWithoutMemoryWriteNothingAndKeepWhatIsThere)
+{
+    TypedBuffer buffer;
+    for (int i = 0; i < 64; ++i)
+        buffer.IBuffer::Write(i); // the first memory is full
+    FailAllocationAfter(0);
+    buffer.IBuffer::Write(1.0f);
+    EXPECT_EQ(buffer.Error(), BUFFER_NO_MEMORY);
+    EXPECT_EQ(buffer.Size(), 256u);
+    EXPECT_EQ(buffer.Tell(), 256u);
+    buffer.IBuffer::Write(1.0f);
+    EXPECT_EQ(buffer.Size(), 260u);
+    buffer.Seek(252);
+    EXPECT_EQ(buffer.ReadS32(), 63);
+    EXPECT_EQ(buffer.ReadFloat(), 1.0f);
 }
 
 TEST(HostBuffer, BytesGoInAndOut)
