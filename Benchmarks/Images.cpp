@@ -185,8 +185,8 @@ void AddRows()
         addRow(size, "ours", BmpOurs);
         addRow(size, "libyuv", BmpLibyuv);
         addRow(size, "naive", BmpNaive);
-        addRow(size + ", baseline instructions", "ours", BmpPlain);
-        addRow(size + ", baseline instructions", "naive", BmpNaive);
+        addRow(size + ", baseline", "ours", BmpPlain);
+        addRow(size + ", baseline", "naive", BmpNaive);
     };
     add("BMP of 1920 x 1080", WIDTH, HEIGHT);
     add("BMP of 64 x 64", 64, 64);
