@@ -109,10 +109,10 @@ private:
     void DestroyOccupant(int slot);
     CCamera* FindInTable(int id); // cached slot, then table
     int FindSlot(int id);
-    int SearchTable(int id); // the table alone: lowest slot of that identifier, or -1
+    int SearchTable(int id);         // the table alone: lowest slot of that identifier, or -1
     CCamera* FindStepByStep(int id); // cached slot, room list, table, each asked for the identifier
     bool InTable(int slot) const { return slot >= 0 && slot < m_cameraListSize; }
-    bool IsProven(); // looks, if it is not known
+    bool IsProven();                  // looks, if it is not known
     bool IdentifiersAreSlots() const; // R1
     bool RoomListIsOfTable() const;   // R3
     bool IsInTable(const CCamera* camera) const;

@@ -137,10 +137,10 @@ struct Columns
         const __m128 turned0 = _mm_xor_ps(m.r0, sign), turned2 = _mm_xor_ps(m.r2, sign);
         const __m128 low01 = _mm_unpacklo_ps(m.r1, turned0), low23 = _mm_unpackhi_ps(m.r1, turned0);
         const __m128 high01 = _mm_unpacklo_ps(m.r3, turned2), high23 = _mm_unpackhi_ps(m.r3, turned2);
-        Set<0>(Lanes<0, 1, 0, 0>(low01, m.r0), m, Lanes<0, 0, 0, 1>(m.r3, high01));
-        Set<1>(Lanes<2, 3, 1, 1>(low01, m.r0), m, Lanes<1, 1, 2, 3>(m.r3, high01));
-        Set<2>(Lanes<0, 1, 2, 2>(low23, m.r0), m, Lanes<2, 2, 0, 1>(m.r3, high23));
-        Set<3>(Lanes<2, 3, 3, 3>(low23, m.r0), m, Lanes<3, 3, 2, 3>(m.r3, high23));
+        Set<0>(Lanes<0, 1, 0, 0>(low01, m.r0), m, Lanes<0, 0, 0, 1>(high01));
+        Set<1>(Lanes<2, 3, 1, 1>(low01, m.r0), m, Lanes<2, 2, 2, 3>(high01));
+        Set<2>(Lanes<0, 1, 2, 2>(low23, m.r0), m, Lanes<0, 0, 0, 1>(high23));
+        Set<3>(Lanes<2, 3, 3, 3>(low23, m.r0), m, Lanes<2, 2, 2, 3>(high23));
     }
 
 private:
@@ -162,10 +162,14 @@ struct Terms
     {
         const __m128 p01 = first[0] * second[1], p02 = first[0] * second[2], p03 = first[0] * second[3];
         const __m128 p12 = first[1] * second[2], p13 = first[1] * second[3];
-        straight[0] = p12 * third[3], crossed[0] = p13 * third[2];
-        straight[1] = p02 * third[3], crossed[1] = p03 * third[2];
-        straight[2] = p01 * third[3], crossed[2] = p03 * third[1];
-        straight[3] = p01 * third[2], crossed[3] = p02 * third[1];
+        straight[0] = p12 * third[3];
+        straight[1] = p02 * third[3];
+        straight[2] = p01 * third[3];
+        straight[3] = p01 * third[2];
+        crossed[0] = p13 * third[2];
+        crossed[1] = p03 * third[2];
+        crossed[2] = p03 * third[1];
+        crossed[3] = p02 * third[1];
     }
 };
 
@@ -174,14 +178,20 @@ inline Rows AdjugateOf(const Rows& m)
 {
     const Columns of(m);
     const Terms one(of.low, of.mid, of.high);
-    __m128 row0 = one.straight[0] - one.crossed[0], row1 = one.crossed[1] - one.straight[1];
-    __m128 row2 = one.straight[2] - one.crossed[2], row3 = one.crossed[3] - one.straight[3];
+    __m128 row0 = one.straight[0] - one.crossed[0];
+    __m128 row1 = one.crossed[1] - one.straight[1];
+    __m128 row2 = one.straight[2] - one.crossed[2];
+    __m128 row3 = one.crossed[3] - one.straight[3];
     const Terms two(of.mid, of.low, of.high);
-    row0 = row0 - two.straight[0] + two.crossed[0], row1 = row1 + two.straight[1] - two.crossed[1];
-    row2 = row2 - two.straight[2] + two.crossed[2], row3 = row3 + two.straight[3] - two.crossed[3];
+    row0 = row0 - two.straight[0] + two.crossed[0];
+    row1 = row1 + two.straight[1] - two.crossed[1];
+    row2 = row2 - two.straight[2] + two.crossed[2];
+    row3 = row3 + two.straight[3] - two.crossed[3];
     const Terms three(of.high, of.low, of.mid);
-    row0 = row0 + three.straight[0] - three.crossed[0], row1 = row1 - three.straight[1] + three.crossed[1];
-    row2 = row2 + three.straight[2] - three.crossed[2], row3 = row3 - three.straight[3] + three.crossed[3];
+    row0 = row0 + three.straight[0] - three.crossed[0];
+    row1 = row1 - three.straight[1] + three.crossed[1];
+    row2 = row2 + three.straight[2] - three.crossed[2];
+    row3 = row3 - three.straight[3] + three.crossed[3];
     return {row0, row1, row2, row3};
 }
 
