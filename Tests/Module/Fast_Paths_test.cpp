@@ -300,7 +300,7 @@ private:
 
 using Packer = void (*)(uint8_t* out, PixelPack::Picture picture);
 
-std::vector<Packer> PackersOf(int bytesPerPixel)
+std::vector<Packer> PackersOf([[maybe_unused]] int bytesPerPixel)
 {
     std::vector<Packer> packers = {PixelPack::PackPlain};
 #if defined(PIXEL_PACK_SHUFFLES)
