@@ -100,9 +100,9 @@ void CCamera::SetViewMat(const kvMatrix& view)
 
 void CCamera::UpdateAfterBuild()
 {
-    UpdateProducts(); // first: what waits longest on the processor
+    StoreInverse(m_invProjMat, m_projMat); // in this order the processor waits least
+    UpdateProducts();
     StoreInverse(m_invViewMat, m_viewMat);
-    StoreInverse(m_invProjMat, m_projMat);
     m_isViewDirty = false;
 }
 
