@@ -61,14 +61,15 @@ struct Rows
     }
 };
 
-// Of rows 0 and 1 the sum is asked: what is not zero, too large or not a number in either shows there.
+// Of rows 0 and 1 the sum is asked: what is not zero, too large or not a number in either shows there. The last entry
+// is the caller's to ask for: 1.
 inline bool HasFlatShape(const Rows& m)
 {
     const __m128 sign = _mm_set1_ps(-0.0f);
     const __m128 turn = _mm_add_ps(_mm_andnot_ps(sign, m.r0), _mm_andnot_ps(sign, m.r1));
     const __m128 turnFits = _mm_cmple_ps(turn, _mm_setr_ps(SMALL, SMALL, 0.0f, 0.0f));
     const __m128 depthFits = _mm_cmple_ps(_mm_andnot_ps(sign, m.r2), _mm_setr_ps(0.0f, 0.0f, SMALL, 0.0f));
-    const __m128 placeFits = _mm_cmple_ps(_mm_andnot_ps(sign, m.r3), _mm_set1_ps(SMALL));
+    const __m128 placeFits = _mm_cmple_ps(_mm_andnot_ps(sign, m.r3), _mm_setr_ps(SMALL, SMALL, SMALL, 1.0f));
     return _mm_movemask_ps(_mm_and_ps(_mm_and_ps(turnFits, depthFits), placeFits)) == 0xF;
 }
 
