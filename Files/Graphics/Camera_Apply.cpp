@@ -72,14 +72,31 @@ ViewArea WholeRoom()
     return {0.0f, 0.0f, static_cast<float>(Run_Room->r_width), static_cast<float>(Run_Room->r_height), 0.0f};
 }
 
+ViewArea AreaAbout(const kvMatrix& viewToRoom, float w, float h, float angle)
+{
+    return {viewToRoom._41 - w * 0.5f, viewToRoom._42 - h * 0.5f, w, h, angle};
+}
+
+// Through the rounding, the root of a square that neither overflows nor underflows is the length itself.
+inline bool IsRootOfItsSquare(float length) { return length > 1e-15f && length < 1e15f; }
+
+// As most views are: right is right and down is down, so that the lengths stand there and the angle is none.
+inline bool IsUpright(const Row& across, const Row& down)
+{
+    const float turn = fabsf(across.at[1]) + fabsf(across.at[2]) + fabsf(down.at[0]) + fabsf(down.at[2]);
+    return turn == 0.0f && IsRootOfItsSquare(across.at[0]) && IsRootOfItsSquare(down.at[1]);
+}
+
 // The room rectangle that fills the clip square, about the camera's place.
 ViewArea MeasureArea(const kvMatrix& clipToRoom, const kvMatrix& viewToRoom)
 {
     const Row across = Across<1, 0>(clipToRoom);
     const Row down = Across<0, 1>(clipToRoom);
+    if (IsUpright(across, down))
+        return AreaAbout(viewToRoom, across.at[0], down.at[1], 0.0f);
     const float w = LengthOrZero(across);
     const float h = LengthOrZero(down);
-    return {viewToRoom._41 - w * 0.5f, viewToRoom._42 - h * 0.5f, w, h, AngleOf(down, h)};
+    return AreaAbout(viewToRoom, w, h, AngleOf(down, h));
 }
 
 void Publish(const ViewArea& area)

@@ -262,6 +262,27 @@ TEST_F(FastPathsCamera, TheVisibleAreaIsThatOfTheMappedPoints)
     }
 }
 
+TEST_F(FastPathsCamera, TheVisibleAreaOfAnUprightViewIsThatOfTheMappedPointsAtEveryMagnitude)
+{
+    Source source;
+    for (int exponent = -149; exponent <= 127; ++exponent)
+        for (int i = 0; i < 50 && !HasFatalFailure(); ++i)
+        {
+            const auto length = [&]
+            { return std::ldexp(source.Between(1.0f, 2.0f), exponent) * (source.Below(4) == 0 ? -1.0f : 1.0f); };
+            const auto other = [&] { return source.Below(16) == 0 ? source.Awkward() : source.Zero(); };
+            CCamera camera;
+            camera.m_invViewProjMat = {{{length(), other(), other(), other(),          //
+                                         other(), length(), other(), other(),          //
+                                         source.Zero(), source.Zero(), 16000.0f, 0.0f, //
+                                         i % 2 == 0 ? 0.0f : length(), 0.0f, 0.5f, 1.0f}}};
+            camera.m_invViewMat._41 = source.Between(-1000.0f, 1000.0f);
+            camera.m_invViewMat._42 = source.Between(-1000.0f, 1000.0f);
+            camera.ApplyMatrices();
+            ExpectArea(camera);
+        }
+}
+
 // ---- images ----
 
 namespace
