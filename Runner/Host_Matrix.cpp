@@ -33,11 +33,32 @@ inline __m128 Load(const kvVector3& v)
     return _mm_movelh_ps(xy, _mm_load_ss(&v.z));
 }
 
+// The side of most flat cameras has length one exactly, and what is divided by one stays: nothing waits for a root and
+// its quotients then.
 inline __m128 Normalised(__m128 v)
 {
     const __m128 squares = _mm_mul_ps(v, v);
     const __m128 sum = _mm_add_ss(_mm_add_ss(squares, Spread<1>(squares)), Spread<2>(squares));
+    if (_mm_cvtss_f32(sum) == 1.0f)
+        return v;
     return _mm_div_ps(v, Spread<0>(_mm_sqrt_ss(sum)));
+}
+
+// Zeros, and a length whose square neither overflows nor underflows: through the rounding, the square's root is the
+// length itself.
+inline bool PointsAlongZ(__m128 v)
+{
+    const __m128 sizes = _mm_andnot_ps(_mm_set1_ps(-0.0f), v);
+    const __m128 least = _mm_setr_ps(0.0f, 0.0f, 1e-15f, 0.0f), most = _mm_setr_ps(0.0f, 0.0f, 1e15f, 0.0f);
+    return _mm_movemask_ps(_mm_and_ps(_mm_cmpge_ps(sizes, least), _mm_cmple_ps(sizes, most))) == 0xF;
+}
+
+// Flat cameras look along z. Their direction is a one and two zeros, with the signs that they had.
+inline __m128 DirectionOf(__m128 v)
+{
+    if (!PointsAlongZ(v))
+        return Normalised(v);
+    return _mm_or_ps(_mm_and_ps(v, _mm_set1_ps(-0.0f)), _mm_setr_ps(0.0f, 0.0f, 1.0f, 0.0f));
 }
 
 inline __m128 Cross(__m128 a, __m128 b)
@@ -66,7 +87,7 @@ void kvMatrix::Multiply(kvMatrix& out, const kvMatrix& a, const kvMatrix& b)
 
 void kvMatrix::LookAtLH(kvMatrix& out, const kvVector3& eye, const kvVector3& at, const kvVector3& up)
 {
-    const __m128 z = Normalised(_mm_sub_ps(Load(at), Load(eye)));
+    const __m128 z = DirectionOf(_mm_sub_ps(Load(at), Load(eye)));
     const __m128 x = Normalised(Cross(Load(up), z));
     __m128 row0 = x, row1 = Cross(z, x), row2 = z, row3 = _mm_setzero_ps();
     _MM_TRANSPOSE4_PS(row0, row1, row2, row3); // the fourth lanes come to stand in row3, which is not used

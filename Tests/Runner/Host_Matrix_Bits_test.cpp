@@ -35,6 +35,8 @@ public:
         return m_engine() % 2 == 0 ? special[word % 8] : number;
     }
 
+    float Fraction() { return static_cast<float>(m_engine() >> 8) / 16777216.0f; }
+
     kvVector3 Vector() { return {Number(), Number(), Number()}; }
 
     kvMatrix Matrix()
@@ -110,4 +112,21 @@ TEST(HostMatrixBits, AFlatCamerasLookAtFollowsItsDefinition)
         kvMatrix::LookAtLH(view, eye, at, up);
         ExpectSame(view, LookAt(eye, at, up), round);
     }
+}
+
+TEST(HostMatrixBits, ALookStraightAlongZFollowsItsDefinitionAtEveryDistance)
+{
+    Source source;
+    for (int exponent = -149; exponent <= 127; ++exponent)
+        for (int round = 0; round < 500 && !testing::Test::HasFatalFailure(); ++round)
+        {
+            const float distance = std::ldexp(1.0f + 0.5f * source.Fraction(), exponent);
+            const float x = round % 5 == 0 ? source.Number() : 100.0f * source.Fraction(), y = source.Fraction();
+            const kvVector3 eye = {x, y, 0.0f}, at = {x, y, round % 2 == 0 ? distance : -distance};
+            const float angle = round % 3 == 0 ? 0.0f : 400.0f * source.Fraction();
+            const kvVector3 up = round % 7 == 0 ? source.Vector() : kvVector3{sinf(angle), cosf(angle), 0.0f};
+            kvMatrix view;
+            kvMatrix::LookAtLH(view, eye, at, up);
+            ExpectSame(view, LookAt(eye, at, up), round);
+        }
 }
