@@ -110,9 +110,10 @@ def bar(row, y):
     length = min(row.ratio, MOST) / MOST * WIDTH
     kind = "faster" if row.ratio <= 1.0 else "slower"
     more = " ..." if row.ratio > MOST else ""
+    label = LEFT + max(length, WIDTH / MOST) + 6  # never across the line
     return (f'<text x="{LEFT - 8}" y="{y + 12}" text-anchor="end">{escape(row.subject)}</text>'
             f'<rect class="{kind}" x="{LEFT}" y="{y}" width="{length:.1f}" height="16" rx="2"/>'
-            f'<text x="{LEFT + length + 6:.1f}" y="{y + 12}">{ratio(row.ratio)}{more} '
+            f'<text x="{label:.1f}" y="{y + 12}">{ratio(row.ratio)}{more} '
             f'<tspan class="faint">of {escape(row.rival)}</tspan></text>\n')
 
 
