@@ -7,7 +7,6 @@
 
 #include <cstdio>
 #include <cstdlib>
-#include <limits>
 
 int Current_Object = -1;
 bool g_fIsJSProject = false;
@@ -44,18 +43,6 @@ unsigned IndexOf(int id) { return static_cast<unsigned>(id - INSTANCE_ID_FIRST);
 
 void SetViewExtents(float, float, float, float, float) {}
 void Graphics::SetMatrix(eMatrix, float*) {}
-
-// Every callback of this program is a real that stands for no script. A module that sees that by itself asks nothing.
-int32_t KvGetInt32(const RValue* args, int index)
-{
-    using Limits = std::numeric_limits<int32_t>;
-    const double number = args[index].val;
-    if (number >= Limits::max())
-        return Limits::max();
-    if (number > Limits::min())
-        return static_cast<int32_t>(number);
-    return number != number ? 0 : Limits::min();
-}
 
 template <> CInstance* KvHash<CInstance>::Find(int key) const
 {
@@ -122,6 +109,7 @@ bool JS_IsCallable_Object(KvObjectBase*) { Unreached(__func__); }
 void Call_RValue(KvObjectBase*, RValue*, RValue*, int, RValue*) { Unreached(__func__); }
 void Function_Add(const char*, TFunction, int, bool) { Unreached(__func__); }
 void KvError(const char*, ...) { Unreached(__func__); }
+int32_t KvGetInt32(const RValue*, int) { Unreached(__func__); }
 float KvGetFloat(const RValue*, int) { Unreached(__func__); }
 double KvGetReal(const RValue*, int) { Unreached(__func__); }
 

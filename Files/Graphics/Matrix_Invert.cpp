@@ -61,10 +61,11 @@ struct Rows
     }
 };
 
-// Of rows 0 and 1 the sum is asked: what is not zero, too large or not a number in either shows there. The last entry
-// is the caller's to ask for: 1.
-inline bool HasFlatShape(const Rows& m)
+// Of rows 0 and 1 the sum is asked: what is not zero, too large or not a number in either shows there.
+inline bool HasFlatShape(const kvMatrix& matrix, const Rows& m)
 {
+    if (matrix.u[15] != ONE)
+        return false;
     const __m128 sign = _mm_set1_ps(-0.0f);
     const __m128 turn = _mm_add_ps(_mm_andnot_ps(sign, m.r0), _mm_andnot_ps(sign, m.r1));
     const __m128 turnFits = _mm_cmple_ps(turn, _mm_setr_ps(SMALL, SMALL, 0.0f, 0.0f));
@@ -212,7 +213,7 @@ inline bool InvertAny(float* inverse, const Rows& m, const float* firstRow)
 bool InvertTo(kvMatrix& inverse, const kvMatrix& matrix)
 {
     const Rows m(matrix.m);
-    if (matrix.u[15] != ONE || !HasFlatShape(m))
+    if (!HasFlatShape(matrix, m))
         return InvertAny(inverse.m, m, matrix.m);
     return (matrix.u[1] | matrix.u[4]) << 1 == 0 ? InvertUpright(inverse.m, m) : InvertFlat(inverse.m, m);
 }
