@@ -255,6 +255,21 @@ TEST_F(CameraManager, RoomListHitLeavesTheCache)
     EXPECT_EQ(g_CM.m_lastCamPos, 0);
 }
 
+TEST_F(CameraManager, ARoomCameraFromOutsideTheTableIsFoundBeforeTheTablesWhateverWasLookedUpBefore)
+{
+    CreateCameras(3);
+    g_CM.m_cameras[2]->SetID(7);
+    g_CM.m_cameras[2]->SetID(2); // nothing is known of the table now
+    CCamera outside;
+    outside.SetID(1);
+    g_CM.m_roomcameras[0] = &outside;
+    g_CM.m_lastCamPos = -1;
+    EXPECT_EQ(g_CM.GetCamera(0), g_CM.m_cameras[0]); // searches the table
+    EXPECT_EQ(g_CM.GetCamera(1), &outside);
+    g_CM.m_roomcameras[0] = nullptr;
+    EXPECT_EQ(g_CM.GetCamera(1), g_CM.m_cameras[1]);
+}
+
 TEST_F(CameraManager, MinusOneIsNoCamera)
 {
     EXPECT_EQ(g_CM.GetCamera(-1), nullptr);
