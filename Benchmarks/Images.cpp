@@ -4,7 +4,7 @@
 #include "Benchmarks/Png_Peers.h"
 #include "Files/Graphics/Graphics_Support.h"
 #include "Files/Graphics/Pixel_Pack.h"
-#include "Runner/Host_Files.h"
+#include "Runner/Host/Files.h"
 
 #include <libyuv/convert_from_argb.h>
 

@@ -2,9 +2,9 @@
 
 #include "Benchmarks/Bench.h"
 #include "Files/Graphics/Graphics_Support.h"
-#include "Runner/Game.h"
-#include "Runner/Host_Collector.h"
-#include "Runner/Host_Files.h"
+#include "Runner/Game/Game.h"
+#include "Runner/Host/Collector.h"
+#include "Runner/Host/Files.h"
 
 #include <cstdio>
 #include <memory>

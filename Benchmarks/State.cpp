@@ -4,7 +4,7 @@
 #include "Benchmarks/Peers.h"
 #include "Files/Graphics/Camera_State.h"
 #include "Files/Graphics/Graphics_Support.h"
-#include "Runner/Host_Buffer.h"
+#include "Runner/Host/Buffer.h"
 
 #include <array>
 #include <cstring>

@@ -1,7 +1,7 @@
 // The benchmarks in the real Runner.
 
 #include "Benchmarks/Bench.h"
-#include "Runner/Host_Files.h"
+#include "Runner/Host/Files.h"
 
 #include <cstdlib>
 #include <filesystem>

@@ -7,7 +7,7 @@
 #include "Runner/Draw/Painter.h"
 #include "Runner/Draw/Sheet.h"
 #include "Runner/Draw/Tile_Grid.h"
-#include "Runner/Host_Graphics.h"
+#include "Runner/Host/Graphics.h"
 
 namespace Runner
 {

@@ -1,10 +1,10 @@
 #include "Runner/Lua/Arguments.h"
 
-#include "Runner/Game.h"
-#include "Runner/Host_Convert.h"
+#include "Runner/Base/Printable.h"
+#include "Runner/Game/Game.h"
+#include "Runner/Host/Convert.h"
 #include "Runner/Lua/Script_Engine.h"
 #include "Runner/Lua/Self.h"
-#include "Runner/Printable.h"
 
 #include <algorithm>
 #include <cfloat>

@@ -2,9 +2,9 @@
 
 #include "Files/Graphics/Camera_Manager.h"
 #include "Files/Run/Run_Globals.h"
-#include "Runner/Host_Code.h"
-#include "Runner/Host_Collector.h"
-#include "Runner/Host_Value.h"
+#include "Runner/Host/Code.h"
+#include "Runner/Host/Collector.h"
+#include "Runner/Host/Value.h"
 #include "Runner/Lua/Script_Engine.h"
 #include "Runner/Lua/Values.h"
 #include "Runner/World/Instance.h"

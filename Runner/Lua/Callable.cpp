@@ -1,6 +1,6 @@
 #include "Runner/Lua/Callable.h"
 
-#include "Runner/Host_Collector.h"
+#include "Runner/Host/Collector.h"
 #include "Runner/Lua/Script_Engine.h"
 
 #include <lua.hpp>

@@ -1,9 +1,9 @@
 // The mathematics of games. Doubles from the C library's sin and its like differ between machines in the last bit,
 // floats do not; and what a game computes ends in matrices and saved states.
 
-#include "Runner/Host_Convert.h"
+#include "Runner/Base/Random.h"
+#include "Runner/Host/Convert.h"
 #include "Runner/Lua/Sandbox.h"
-#include "Runner/Random.h"
 
 #include <lua.hpp>
 

@@ -1,6 +1,6 @@
 #include "Runner/Lua/Script_Engine.h"
 
-#include "Runner/Host_Files.h"
+#include "Runner/Host/Files.h"
 #include "Runner/Lua/Sandbox.h"
 #include "Runner/Lua/Self.h"
 

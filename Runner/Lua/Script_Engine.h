@@ -4,7 +4,7 @@
 // No C++ exception ever passes through Lua, and no Lua error through the module: scripts run inside Protect, and what
 // goes wrong there becomes the engine's failure, which stops the game. After a failure no script runs any more.
 
-#include "Runner/Hash.h"
+#include "Runner/Base/Hash.h"
 
 #include <cstddef>
 #include <stdexcept>

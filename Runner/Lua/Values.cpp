@@ -1,7 +1,7 @@
 #include "Runner/Lua/Values.h"
 
-#include "Runner/Host_Collector.h"
-#include "Runner/Host_Value.h"
+#include "Runner/Host/Collector.h"
+#include "Runner/Host/Value.h"
 #include "Runner/Lua/Callable.h"
 #include "Runner/Lua/Script_Engine.h"
 #include "Runner/Lua/Self.h"

@@ -1,10 +1,10 @@
 // A running game, taken apart.
 
 #include "Files/Graphics/Graphics_Support.h"
-#include "Runner/Game.h"
-#include "Runner/Host_Buffer.h"
-#include "Runner/Host_Files.h"
-#include "Runner/Printable.h"
+#include "Runner/Base/Printable.h"
+#include "Runner/Game/Game.h"
+#include "Runner/Host/Buffer.h"
+#include "Runner/Host/Files.h"
 #include "Runner/Save/Saved_Game.h"
 #include "Runner/Save/Script_Values.h"
 

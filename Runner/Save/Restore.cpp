@@ -1,8 +1,8 @@
 // A saved state becomes the running game.
 
 #include "Files/Graphics/Graphics_Support.h"
-#include "Runner/Game.h"
-#include "Runner/Host_Buffer.h"
+#include "Runner/Game/Game.h"
+#include "Runner/Host/Buffer.h"
 #include "Runner/Save/Saved_Game.h"
 #include "Runner/Save/Script_Values.h"
 

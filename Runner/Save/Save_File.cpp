@@ -1,6 +1,6 @@
 // The file of a saved game: a header, a table of sections, the sections.
 
-#include "Runner/Hash.h"
+#include "Runner/Base/Hash.h"
 #include "Runner/Save/Sections.h"
 
 #include <algorithm>

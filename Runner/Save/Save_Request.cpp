@@ -1,8 +1,8 @@
 #include "Runner/Save/Save_Request.h"
 
 #include "Files/IO/Load_Save.h"
-#include "Runner/Host_Console.h"
-#include "Runner/Host_Files.h"
+#include "Runner/Host/Console.h"
+#include "Runner/Host/Files.h"
 #include "Runner/Save/Saved_Game.h"
 
 namespace Runner

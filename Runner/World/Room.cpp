@@ -2,7 +2,7 @@
 
 #include "Files/Graphics/Graphics_Support.h"
 #include "Files/Object/Object_Base.h"
-#include "Runner/Host_Collector.h"
+#include "Runner/Host/Collector.h"
 
 #include <algorithm>
 #include <utility>

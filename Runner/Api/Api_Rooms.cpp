@@ -1,0 +1,157 @@
+#include "Runner/Api/Api.h"
+#include "Runner/Game/Game.h"
+#include "Runner/Host/Convert.h"
+
+namespace Runner
+{
+namespace
+{
+// ---- room_add ----
+
+KvRoomView ReadView(const Arguments& call, int table, const std::string& where)
+{
+    Fields fields(call, table, where);
+    KvRoomView view = {};
+    view.visible = fields.Flag("visible", true) ? 1 : 0;
+    view.xport = fields.Whole("xport", 0);
+    view.yport = fields.Whole("yport", 0);
+    view.wport = fields.Whole("wport", call.game.ScreenWidth());
+    view.hport = fields.Whole("hport", call.game.ScreenHeight());
+    view.xview = fields.Whole("x", 0);
+    view.yview = fields.Whole("y", 0);
+    view.wview = fields.Whole("w", view.wport);
+    view.hview = fields.Whole("h", view.hport);
+    view.hborder = fields.Whole("hborder", 0);
+    view.vborder = fields.Whole("vborder", 0);
+    view.hspeed = fields.Whole("hspeed", -1);
+    view.vspeed = fields.Whole("vspeed", -1);
+    view.index = fields.Whole("target", -1);
+    fields.Finish();
+    return view;
+}
+
+// Reads every entry, so that views[8] is refused and not silently left out.
+void ReadViews(const Arguments& call, Fields& fields, RoomSpec& spec)
+{
+    lua_State* L = call.L;
+    if (!fields.PushTable("views"))
+        return;
+    const int table = lua_gettop(L);
+    for (lua_pushnil(L); lua_next(L, table) != 0; lua_pop(L, 1))
+    {
+        const lua_Integer number = lua_isinteger(L, -2) != 0 ? lua_tointeger(L, -2) : -1;
+        if (number < 0 || number >= ROOM_VIEWS)
+            fields.Fail("views", "must be numbered 0 to " + std::to_string(ROOM_VIEWS - 1));
+        const std::string where = "views[" + std::to_string(number) + "]";
+        if (!lua_istable(L, -1))
+            fields.Fail(where, "must be a table, got " + KindAt(L, -1));
+        spec.views[static_cast<size_t>(number)] = ReadView(call, -1, where + ".");
+    }
+    lua_pop(L, 1);
+}
+
+RoomPlacement ReadPlacement(const Arguments& call, const Fields& fields, const std::string& where)
+{
+    lua_State* L = call.L;
+    if (!lua_istable(L, -1) || lua_rawlen(L, -1) != 3)
+        fields.Fail(where, "must be {object, x, y}");
+    const int table = lua_gettop(L);
+    for (int i = 1; i <= 3; ++i)
+        if (lua_rawgeti(L, table, i) != LUA_TNUMBER)
+            fields.Fail(where, "must be {object, x, y}, all numbers");
+    const RoomPlacement placement = {NearestInteger<int>(lua_tonumber(L, -3)), FiniteAt(L, -2), FiniteAt(L, -1)};
+    if (call.game.world.FindObject(placement.object) == nullptr)
+        fields.Fail(where, "names object " + std::to_string(placement.object) + ", which does not exist");
+    lua_pop(L, 3);
+    return placement;
+}
+
+void ReadInstances(const Arguments& call, Fields& fields, RoomSpec& spec)
+{
+    if (!fields.PushTable("instances"))
+        return;
+    const auto count = static_cast<lua_Integer>(lua_rawlen(call.L, -1));
+    for (lua_Integer i = 1; i <= count; ++i)
+    {
+        lua_rawgeti(call.L, -1, i);
+        spec.instances.push_back(ReadPlacement(call, fields, "instances[" + std::to_string(i) + "]"));
+        lua_pop(call.L, 1);
+    }
+    lua_pop(call.L, 1);
+}
+
+int RoomAdd(Arguments& call)
+{
+    call.Table(1);
+    Fields fields(call, 1);
+    Rooms& rooms = call.game.rooms;
+    RoomSpec spec;
+    spec.name = fields.Text("name", "room" + std::to_string(rooms.Count()));
+    spec.width = fields.Whole("width", call.game.ScreenWidth(), 1, ROOM_SIDE_LIMIT);
+    spec.height = fields.Whole("height", call.game.ScreenHeight(), 1, ROOM_SIDE_LIMIT);
+    spec.background = fields.Colour("background", 0);
+    ReadViews(call, fields, spec);
+    ReadInstances(call, fields, spec);
+    spec.scripts.create = fields.Function("create", NO_SCRIPT);
+    spec.scripts.load = fields.Function("load", NO_SCRIPT);
+    spec.scripts.step = fields.Function("step", NO_SCRIPT);
+    spec.scripts.draw = fields.Function("draw", NO_SCRIPT);
+    spec.scripts.drawGui = fields.Function("draw_gui", NO_SCRIPT);
+    fields.Finish();
+    return call.Return(rooms.Add(std::move(spec)));
+}
+
+// ---- the running room ----
+
+int RoomGoto(Arguments& call)
+{
+    const int room = call.Whole(1);
+    if (call.game.rooms.Find(room) == nullptr)
+        call.Fail("there is no room " + std::to_string(room));
+    call.game.GotoRoom(room);
+    return 0;
+}
+
+int RoomGet(Arguments& call)
+{
+    const RunningRoom* room = call.game.rooms.Running();
+    return call.Return(room == nullptr ? NO_ROOM : room->index);
+}
+
+const RunningRoom& Running(const Arguments& call)
+{
+    const RunningRoom* room = call.game.rooms.Running();
+    if (room == nullptr)
+        call.Fail("no room is running");
+    return *room;
+}
+
+int RoomWidth(Arguments& call) { return call.Return(Running(call).r_width); }
+int RoomHeight(Arguments& call) { return call.Return(Running(call).r_height); }
+
+// ---- the screen ----
+
+int ScreenSetSize(Arguments& call)
+{
+    const int width = call.Whole(1);
+    const int height = call.Whole(2);
+    if (width < 1 || height < 1 || width > PICTURE_SIDE_LIMIT || height > PICTURE_SIDE_LIMIT)
+        call.Fail("width and height must be 1 to " + std::to_string(PICTURE_SIDE_LIMIT));
+    if (!call.game.SetScreenSize(width, height))
+        call.Fail("must come before the first sprite, surface, tile map and room");
+    return 0;
+}
+
+int ScreenWidth(Arguments& call) { return call.Return(call.game.ScreenWidth()); }
+int ScreenHeight(Arguments& call) { return call.Return(call.game.ScreenHeight()); }
+
+constexpr ApiFunction FUNCTIONS[] = {
+    {"room_add", 1, 1, RoomAdd},         {"room_goto", 1, 1, RoomGoto},
+    {"room_get", 0, 0, RoomGet},         {"room_width", 0, 0, RoomWidth},
+    {"room_height", 0, 0, RoomHeight},   {"screen_set_size", 2, 2, ScreenSetSize},
+    {"screen_width", 0, 0, ScreenWidth}, {"screen_height", 0, 0, ScreenHeight},
+};
+} // namespace
+
+ApiTable RoomApi() { return {FUNCTIONS, std::size(FUNCTIONS)}; }
+} // namespace Runner

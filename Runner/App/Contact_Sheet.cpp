@@ -1,0 +1,80 @@
+#include "Runner/App/Contact_Sheet.h"
+
+#include <algorithm>
+#include <cstring>
+
+namespace Runner
+{
+namespace
+{
+constexpr int COLUMNS = 4;
+constexpr int ROWS = 3;
+constexpr int FRAMES = COLUMNS * ROWS;
+constexpr int GAP = 8; // pixels around and between the frames
+constexpr int THUMB_WIDTH = 400;
+
+struct Size
+{
+    int width, height;
+};
+
+Size ThumbSize(const Picture& picture)
+{
+    const int width = std::min(THUMB_WIDTH, picture.width);
+    return {width, std::max(1, picture.height * width / picture.width)};
+}
+
+Picture EmptySheet(Size thumb)
+{
+    Picture sheet;
+    sheet.width = COLUMNS * (thumb.width + GAP) + GAP;
+    sheet.height = ROWS * (thumb.height + GAP) + GAP;
+    sheet.rgba.assign(sheet.Offset(0, sheet.height), 0);
+    for (size_t alpha = 3; alpha < sheet.rgba.size(); alpha += 4)
+        sheet.rgba[alpha] = 255;
+    return sheet;
+}
+
+// The mean of the pixels that a small pixel stands for.
+void Shrink(const Picture& from, int left, int top, int right, int bottom, uint8_t* out)
+{
+    unsigned sums[4] = {};
+    for (int y = top; y < bottom; ++y)
+        for (int x = left; x < right; ++x)
+            for (size_t channel = 0; channel < 4; ++channel)
+                sums[channel] += from.rgba[from.Offset(x, y) + channel];
+    const unsigned pixels = static_cast<unsigned>((right - left) * (bottom - top));
+    for (size_t channel = 0; channel < 4; ++channel)
+        out[channel] = static_cast<uint8_t>((sums[channel] + pixels / 2) / pixels);
+}
+
+void PutThumb(const Picture& from, Picture& sheet, int left, int top, Size thumb)
+{
+    const auto edge = [](int place, int count, int size) { return static_cast<int>(int64_t{place} * size / count); };
+    for (int y = 0; y < thumb.height; ++y)
+        for (int x = 0; x < thumb.width; ++x)
+            Shrink(from, edge(x, thumb.width, from.width), edge(y, thumb.height, from.height),
+                   edge(x + 1, thumb.width, from.width), edge(y + 1, thumb.height, from.height),
+                   &sheet.rgba[sheet.Offset(left + x, top + y)]);
+}
+} // namespace
+
+// Frame f is wanted when it is the first of its twelfth of the run.
+bool ContactSheet::Wants(int frame) const
+{
+    const auto part = [this](int64_t number) { return number * FRAMES / m_frames; };
+    return frame == 0 || part(frame) != part(frame - 1);
+}
+
+void ContactSheet::Add(const Picture& picture)
+{
+    const Size thumb = ThumbSize(picture);
+    if (m_count == 0)
+        m_sheet = EmptySheet(thumb);
+    if (m_count == FRAMES)
+        return;
+    PutThumb(picture, m_sheet, GAP + m_count % COLUMNS * (thumb.width + GAP),
+             GAP + m_count / COLUMNS * (thumb.height + GAP), thumb);
+    ++m_count;
+}
+} // namespace Runner

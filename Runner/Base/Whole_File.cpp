@@ -1,0 +1,213 @@
+#include "Runner/Base/File_Faults.h"
+#include "Runner/Base/Printable.h"
+
+#include <algorithm>
+#include <cerrno>
+#include <cstdio>
+#include <cstring>
+#include <fcntl.h>
+#include <sys/stat.h>
+#include <unistd.h>
+
+namespace Runner
+{
+namespace
+{
+constexpr size_t KINDS = 6;
+int64_t s_failAfter[KINDS] = {-1, -1, -1, -1, -1, -1};
+
+constexpr int NO_FILE = -1;
+constexpr mode_t FILE_MODE = 0666; // less what the user's mask takes
+
+bool Failed(std::string& why, const char* action, const std::string& path)
+{
+    why = std::string("cannot ") + action + " " + Printable(path, FILENAME_MAX) + ": " + std::strerror(errno);
+    return false;
+}
+
+// An open file descriptor.
+class File
+{
+public:
+    File(const std::string& path, int flags) : m_file(Open(path, flags)) {}
+    ~File() { Close(); }
+    File(const File&) = delete;
+    File& operator=(const File&) = delete;
+
+    bool IsOpen() const { return m_file != NO_FILE; }
+    int Number() const { return m_file; }
+
+    bool Close()
+    {
+        if (m_file == NO_FILE)
+            return true;
+        const bool fault = Faulty(FileOperation::Close);
+        const bool closed = close(m_file) == 0;
+        m_file = NO_FILE;
+        if (fault)
+            errno = ENOSPC;
+        return closed && !fault;
+    }
+
+private:
+    static int Open(const std::string& path, int flags)
+    {
+        return Faulty(FileOperation::Open) ? NO_FILE : open(path.c_str(), flags | O_CLOEXEC, FILE_MODE);
+    }
+
+    int m_file;
+};
+
+// The new file under its temporary name, which is gone at the end unless it became the file.
+class PartFile
+{
+public:
+    explicit PartFile(const std::string& path) : m_path(path) {}
+    ~PartFile()
+    {
+        if (!m_renamed)
+            Remove();
+    }
+    PartFile(const PartFile&) = delete;
+    PartFile& operator=(const PartFile&) = delete;
+
+    void Remove() const { unlink(m_path.c_str()); }
+
+    bool RenameTo(const std::string& path)
+    {
+        m_renamed = !Faulty(FileOperation::Rename) && rename(m_path.c_str(), path.c_str()) == 0;
+        return m_renamed;
+    }
+
+private:
+    std::string m_path;
+    bool m_renamed = false;
+};
+
+// Everything, in as many turns as the system takes.
+bool WriteAll(int file, const unsigned char* data, size_t size)
+{
+    while (size > 0)
+    {
+        if (Faulty(FileOperation::Write))
+            return false;
+        const bool cut = Faulty(FileOperation::ShortWrite);
+        const ssize_t written = write(file, data, cut ? size / 2 : size);
+        if (cut)
+            errno = ENOSPC;
+        if (cut || (written < 0 && errno != EINTR))
+            return false;
+        const size_t done = written > 0 ? static_cast<size_t>(written) : 0;
+        data += done;
+        size -= done;
+    }
+    return true;
+}
+
+bool Sync(int file) { return !Faulty(FileOperation::Sync) && fsync(file) == 0; }
+
+// So that the new name survives a crash as well. Not every file system can; the file itself is whole either way.
+void SyncDirectoryOf(const std::string& path)
+{
+    const size_t slash = path.rfind('/');
+    const std::string directory = slash == std::string::npos ? "." : path.substr(0, slash + 1);
+    const int file = open(directory.c_str(), O_RDONLY | O_DIRECTORY | O_CLOEXEC);
+    if (file == NO_FILE)
+        return;
+    fsync(file);
+    close(file);
+}
+
+// The rest of the way, once everything is written.
+bool Establish(File& file, PartFile& part, const std::string& path, std::string& why)
+{
+    if (!Sync(file.Number()))
+        return Failed(why, "write", path);
+    if (!file.Close())
+        return Failed(why, "close", path);
+    if (!part.RenameTo(path))
+        return Failed(why, "put in place", path);
+    SyncDirectoryOf(path);
+    return true;
+}
+
+bool IsOrdinary(int file, size_t& size)
+{
+    struct stat status;
+    if (fstat(file, &status) != 0 || !S_ISREG(status.st_mode) || status.st_size < 0)
+        return false;
+    size = static_cast<size_t>(std::min<intmax_t>(status.st_size, FILE_SIZE_MAX + 1));
+    return true;
+}
+
+// Fills bytes, whose size is the file's. A file that got shorter meanwhile shortens it.
+bool ReadAll(int file, std::vector<uint8_t>& bytes)
+{
+    size_t filled = 0;
+    while (filled < bytes.size())
+    {
+        const ssize_t got = read(file, bytes.data() + filled, bytes.size() - filled);
+        if (got < 0 && errno != EINTR)
+            return false;
+        if (got == 0)
+            break;
+        filled += got > 0 ? static_cast<size_t>(got) : 0;
+    }
+    bytes.resize(filled);
+    return true;
+}
+} // namespace
+
+bool Faulty(FileOperation kind)
+{
+    int64_t& left = s_failAfter[static_cast<size_t>(kind)];
+    if (left < 0)
+        return false;
+    const bool fails = left-- == 0;
+    if (fails)
+        errno = ENOSPC;
+    return fails;
+}
+
+void FailFileOperation(FileOperation kind, int64_t n) { s_failAfter[static_cast<size_t>(kind)] = n; }
+
+bool WriteFileAtomically(const std::string& path, const void* data, size_t size, std::string& why)
+{
+    PartFile part(path + ".part");
+    part.Remove();
+    File file(path + ".part", O_WRONLY | O_CREAT | O_EXCL);
+    if (!file.IsOpen())
+        return Failed(why, "make", path);
+    if (!WriteAll(file.Number(), static_cast<const unsigned char*>(data), size))
+        return Failed(why, "write", path);
+    return Establish(file, part, path, why);
+}
+
+bool PutFileInPlace(const std::string& from, const std::string& path, std::string& why)
+{
+    PartFile part(from);
+    File file(from, O_RDONLY);
+    if (!file.IsOpen())
+        return Failed(why, "open", from);
+    return Establish(file, part, path, why);
+}
+
+bool ReadWholeFile(const std::string& path, std::vector<uint8_t>& bytes, std::string& why)
+{
+    bytes.clear();
+    const File file(path, O_RDONLY | O_NONBLOCK); // a pipe without a writer must not block
+    if (!file.IsOpen())
+        return Failed(why, "open", path);
+    size_t size = 0;
+    if (!IsOrdinary(file.Number(), size) || size > FILE_SIZE_MAX)
+    {
+        why = "cannot read " + Printable(path, FILENAME_MAX) + (size > FILE_SIZE_MAX ? ": too large" : ": not a file");
+        return false;
+    }
+    bytes.resize(size);
+    if (ReadAll(file.Number(), bytes))
+        return true;
+    bytes.clear();
+    return Failed(why, "read", path);
+}
+} // namespace Runner

@@ -1,0 +1,238 @@
+// One frame: the game's step, then what each view shows of it.
+
+#include "Files/Graphics/Graphics_Support.h"
+#include "Runner/Game/Game.h"
+#include "Runner/Host/Collector.h"
+#include "Runner/Host/Graphics.h"
+#include "Runner/Lua/Self.h"
+
+#include <algorithm>
+#include <cmath>
+
+namespace Runner
+{
+bool Game::Frame()
+{
+    Step();
+    ChangeRoom();
+    Draw();
+    Collector::Safepoint();
+    ++m_frame;
+    if (!scripts.Failed())
+        request.Perform(*this);
+    if (options.check && !scripts.Failed())
+        CheckEverything();
+    return !scripts.Failed();
+}
+
+// ---- the step ----
+
+// Instances that this step creates wait for the next one.
+void Game::Step()
+{
+    if (!scripts.Call(rooms.Running()->spec.scripts.step))
+        return;
+    const size_t count = world.Steppers().size();
+    for (size_t i = 0; i < count; ++i)
+    {
+        Instance& instance = *world.Steppers()[i];
+        if (instance.IsLive() && !scripts.Call(instance.type.traits.Script(Event::Step), &instance))
+            return;
+    }
+    world.RemoveDestroyed(DropSelf);
+}
+
+void Game::ChangeRoom()
+{
+    if (scripts.Failed() || m_nextRoom == NO_ROOM)
+        return;
+    const int next = m_nextRoom;
+    m_nextRoom = NO_ROOM;
+    EndRoom();
+    StartRoom(next);
+}
+
+// ---- drawing ----
+
+void Game::Draw()
+{
+    if (scripts.Failed())
+        return;
+    RunningRoom& room = *rooms.Running();
+    m_isDrawing = true;
+    m_painter->BeginFrame();
+    m_painter->Clear(0);
+    DrawViews(room);
+    DrawGui(room);
+    m_painter->EndFrame();
+    m_isDrawing = false;
+    const std::string problem = m_painter->TakeError();
+    if (!problem.empty())
+        scripts.Fail(problem);
+}
+
+void Game::DrawViews(RunningRoom& room)
+{
+    if (!room.HasVisibleView())
+        DrawDefaultView(room);
+    for (int number = 0; number < ROOM_VIEWS; ++number)
+        if (room.views[static_cast<size_t>(number)].visible)
+            DrawView(room, number);
+    g_CM.SetActiveCamera(NO_CAMERA);
+}
+
+void Game::DrawView(RunningRoom& room, int number)
+{
+    const View& view = room.views[static_cast<size_t>(number)];
+    const int surface = view.surface;
+    if (surface == SCREEN_SURFACE)
+        BeginTarget(PortOf(view), room.background);
+    else if (m_painter->SurfaceExists(surface) && m_painter->PushTarget(surface))
+        BeginTarget({0, 0, m_painter->SurfaceWidth(surface), m_painter->SurfaceHeight(surface)}, room.background);
+    else
+        return;
+    DrawThrough(view.cameraID, number);
+    EndTarget();
+    if (surface != SCREEN_SURFACE)
+        m_painter->PopTarget();
+}
+
+void Game::DrawDefaultView(const RunningRoom& room)
+{
+    const CCamera* camera = g_CM.GetCamera(g_DefaultCameraID);
+    if (camera == nullptr)
+        return;
+    BeginTarget(FittingPort(camera->GetViewWidth(), camera->GetViewHeight()), room.background);
+    DrawThrough(g_DefaultCameraID, -1);
+    EndTarget();
+}
+
+// Each call into the camera may run a callback, and a callback may destroy the camera or put another one in its place:
+// so it is looked up before each, under the number that counts then.
+void Game::DrawThrough(const int32_t& cameraId, int view)
+{
+    using Action = void (CCamera::*)();
+    g_CM.SetActiveCamera(cameraId);
+    for (const Action action : {&CCamera::Begin, &CCamera::CameraUpdate, &CCamera::ApplyMatrices})
+    {
+        CCamera* camera = g_CM.GetCamera(cameraId);
+        if (camera == nullptr || scripts.Failed())
+            return;
+        (camera->*action)();
+        CollectHostError(cameraId);
+    }
+    CCamera* camera = g_CM.GetCamera(cameraId);
+    if (camera == nullptr || scripts.Failed())
+        return;
+    m_trace.Write(m_frame, view, *camera);
+    DrawRoom(*camera);
+    camera = g_CM.GetCamera(cameraId);
+    if (camera == nullptr || scripts.Failed())
+        return;
+    camera->End();
+    CollectHostError(cameraId);
+}
+
+// What a flat view shows is published; of a view in space the published area says nothing about what is behind it.
+void Game::DrawRoom(const CCamera& camera)
+{
+    constexpr RoomArea EVERYWHERE = {-INFINITY, -INFINITY, INFINITY, INFINITY};
+    world.FindForDrawing(camera.Is2D() ? VisibleArea() : EVERYWHERE, m_seen);
+    if (!scripts.Call(rooms.Running()->spec.scripts.draw))
+        return;
+    for (Instance* instance : m_seen)
+    {
+        if (instance->IsLive())
+            DrawInstance(*instance);
+        if (scripts.Failed())
+            return;
+    }
+}
+
+void Game::DrawInstance(Instance& instance)
+{
+    const int script = instance.type.traits.Script(Event::Draw);
+    if (script != NO_SCRIPT)
+    {
+        scripts.Call(script, &instance);
+        return;
+    }
+    if (m_painter->FindSprite(instance.sprite) == nullptr)
+        return;
+    Placement placement;
+    placement.x = instance.x;
+    placement.y = instance.y;
+    placement.scaleX = instance.scaleX;
+    placement.scaleY = instance.scaleY;
+    placement.angle = instance.angle;
+    placement.colour = instance.colour;
+    placement.alpha = instance.alpha;
+    const float frame = std::clamp(std::floor(instance.frame), -1e9f, 1e9f);
+    m_painter->Sprite(instance.sprite, static_cast<int>(frame), placement);
+}
+
+void Game::DrawGui(const RunningRoom& room)
+{
+    if (room.spec.scripts.drawGui == NO_SCRIPT || scripts.Failed())
+        return;
+    m_painter->SetPort(0, 0, m_painter->ScreenWidth(), m_painter->ScreenHeight());
+    SetFlatView(0.0f, 0.0f, static_cast<float>(m_screenWidth), static_cast<float>(m_screenHeight));
+    scripts.Call(room.spec.scripts.drawGui);
+    EndTarget();
+}
+
+// ---- targets and ports ----
+
+void Game::ResetDrawingState()
+{
+    ResetWorldMatrix();
+    m_painter->SetColour(0xFFFFFF);
+    m_painter->SetAlpha(1.0f);
+    m_painter->SetDepth(0.0f);
+    m_painter->SetDepthTest(false);
+}
+
+void Game::BeginTarget(const Port& port, unsigned background)
+{
+    m_painter->SetPort(port.x, port.y, port.width, port.height);
+    m_painter->Clear(background);
+    ResetDrawingState();
+}
+
+// Scripts that forget to reset their target must not take the next view with them.
+void Game::EndTarget()
+{
+    while (PopTarget())
+        continue;
+    ResetDrawingState();
+}
+
+// From the game's screen to the picture's pixels. Neighbouring ports share their edges.
+Game::Port Game::PortOf(const View& view) const
+{
+    const double scaleX = static_cast<double>(m_painter->ScreenWidth()) / m_screenWidth;
+    const double scaleY = static_cast<double>(m_painter->ScreenHeight()) / m_screenHeight;
+    const auto pixel = [](double place) { return static_cast<int>(std::clamp(std::floor(place + 0.5), -1e6, 1e6)); };
+    Port port = {pixel(view.xport * scaleX), pixel(view.yport * scaleY), 0, 0};
+    port.width = pixel((static_cast<double>(view.xport) + view.wport) * scaleX) - port.x;
+    port.height = pixel((static_cast<double>(view.yport) + view.hport) * scaleY) - port.y;
+    return port;
+}
+
+// The largest port in the middle of the screen that has the shape of the rectangle; all of it for one without a shape.
+Game::Port Game::FittingPort(float width, float height) const
+{
+    const double screenWidth = m_painter->ScreenWidth();
+    const double screenHeight = m_painter->ScreenHeight();
+    const double shape = static_cast<double>(width) / static_cast<double>(height);
+    double fittedWidth = screenWidth;
+    double fittedHeight = screenHeight;
+    if (shape > 0.0 && std::isfinite(shape))
+    {
+        fittedWidth = std::max(1.0, std::min(screenWidth, std::floor(screenHeight * shape + 0.5)));
+        fittedHeight = std::max(1.0, std::min(screenHeight, std::floor(screenWidth / shape + 0.5)));
+    }
+    return {static_cast<int>((screenWidth - fittedWidth) / 2), static_cast<int>((screenHeight - fittedHeight) / 2),
+            static_cast<int>(fittedWidth), static_cast<int>(fittedHeight)};
+}
+} // namespace Runner

@@ -1,0 +1,249 @@
+#include "Runner/Game/Game.h"
+
+#include "Files/Graphics/Graphics_Support.h"
+#include "Runner/Api/Api.h"
+#include "Runner/Host/Code.h"
+#include "Runner/Host/Collector.h"
+#include "Runner/Host/Graphics.h"
+#include "Runner/Host/Memory.h"
+#include "Runner/Lua/Bridge.h"
+#include "Runner/Lua/Self.h"
+
+namespace Runner
+{
+namespace
+{
+Game* s_current = nullptr;
+} // namespace
+
+// ---- life ----
+
+Game::Game(const GameOptions& gameOptions) : options(gameOptions), random(gameOptions.seed), scripts(random)
+{
+    s_current = this;
+    ResetGraphics();
+    TakeError();
+    Collector::SetStress(options.gcStress);
+    MakeGlobalInstance();
+}
+
+// Cameras go before the collector frees their callables, and these before the Lua state.
+Game::~Game()
+{
+    EndRoom();
+    DestroyAllCameras();
+    Collector::LetGo(g_pGlobal);
+    g_pGlobal = nullptr;
+    Collector::SetStress(false);
+    Collector::FreeEverything();
+    s_current = nullptr;
+}
+
+Game* Game::Current() { return s_current; }
+
+void Game::MakeGlobalInstance()
+{
+    g_pGlobal = new CInstance(0.0f, 0.0f, 0, g_DummyObjectIndex, false);
+    AddGlobalObject(g_pGlobal);
+}
+
+void Game::DestroyAllCameras()
+{
+    for (int slot = 0; slot < g_CM.m_cameraListSize; ++slot)
+        if (const CCamera* camera = g_CM.m_cameras[slot])
+            g_CM.DestroyCamera(camera->GetID());
+    g_CM.m_InitialLoadHighPoint = 0;
+    g_DefaultCameraID = NO_CAMERA;
+}
+
+// ---- loading ----
+
+// Built-ins stay registered for the life of the process.
+void Game::OpenScripts()
+{
+    if (FindBuiltin("camera_create") == nullptr)
+        g_CM.SetupLumFunctions();
+    const ScriptEngine::Body open = [](lua_State* L, void* game)
+    {
+        OpenBuiltins(L);
+        OpenApi(L, *static_cast<Game*>(game));
+    };
+    scripts.Protect(open, this);
+}
+
+void Game::MakeDefaultCamera()
+{
+    CCamera* camera = g_CM.CreateCamera();
+    if (camera == nullptr)
+        return;
+    camera->SetPersistent(true);
+    g_DefaultCameraID = camera->GetID();
+    AdoptDefaultCamera(camera->GetID());
+}
+
+void Game::AdoptDefaultCamera(int id)
+{
+    const CCamera* camera = g_CM.GetCamera(id);
+    m_ownDefaultCamera = camera == nullptr ? NO_CAMERA : id;
+    m_ownDefaultBirth = camera == nullptr ? 0 : camera->m_birth;
+}
+
+// Its number may have gone to another camera.
+int Game::OwnDefaultCamera() const
+{
+    const CCamera* camera = g_CM.GetCamera(m_ownDefaultCamera);
+    return camera != nullptr && camera->m_birth == m_ownDefaultBirth ? m_ownDefaultCamera : NO_CAMERA;
+}
+
+// A state of the random numbers other than at the start: the main file has drawn some.
+void Game::Identify()
+{
+    const Random::State now = random.GetState();
+    const Random::State start = Random(options.seed).GetState();
+    m_identity.name = options.file.substr(options.file.rfind('/') + 1);
+    m_identity.files = scripts.Fingerprint();
+    m_identity.seed = options.seed;
+    m_identity.usesSeed = now.position != start.position || now.increment != start.increment;
+}
+
+bool Game::Load()
+{
+    std::string why;
+    if (!options.trace.empty() && !m_trace.Open(options.trace, why))
+        scripts.Fail(why);
+    MakeDefaultCamera();
+    OpenScripts();
+    if (scripts.Failed() || !scripts.RunMain(options.file) || OpenPainter() == nullptr)
+        return false;
+    Identify();
+    if (rooms.Count() == 0)
+        scripts.Fail("the game has no room: add one with room_add");
+    g_CM.SetInitialLoadHighPoint();
+    if (scripts.Failed())
+        return false;
+    const int first = m_nextRoom == NO_ROOM ? 0 : m_nextRoom;
+    m_nextRoom = NO_ROOM;
+    return StartRoom(first);
+}
+
+bool Game::Finish()
+{
+    std::string why;
+    if (!m_trace.Close(why))
+        scripts.Fail(why);
+    return !scripts.Failed();
+}
+
+// ---- the screen ----
+
+bool Game::SetScreenSize(int width, int height)
+{
+    if (m_painter != nullptr || rooms.Count() > 0)
+        return false;
+    m_screenWidth = width;
+    m_screenHeight = height;
+    return true;
+}
+
+Painter* Game::OpenPainter()
+{
+    if (m_painter != nullptr)
+        return m_painter.get();
+    const int width = options.width > 0 ? options.width : m_screenWidth;
+    const int height = options.height > 0 ? options.height : m_screenHeight;
+    std::string why;
+    m_painter = Painter::Open(width, height, options.draw, why);
+    if (m_painter == nullptr)
+        scripts.Fail(why);
+    return m_painter.get();
+}
+
+Picture Game::Screen() { return m_painter == nullptr ? Picture() : m_painter->ReadScreen(); }
+
+bool Game::PushTarget(int surface)
+{
+    const bool pushed = m_isDrawing && m_painter->PushTarget(surface);
+    m_pushedTargets += pushed ? 1 : 0;
+    return pushed;
+}
+
+bool Game::PopTarget()
+{
+    if (m_pushedTargets == 0)
+        return false;
+    --m_pushedTargets;
+    return m_painter->PopTarget();
+}
+
+// ---- instances ----
+
+Instance* Game::CreateInstance(ObjectType& type, float x, float y)
+{
+    Instance& instance = world.Create(type, x, y);
+    return scripts.Call(type.traits.Script(Event::Create), &instance) ? &instance : nullptr;
+}
+
+bool Game::DestroyInstance(Instance& instance)
+{
+    if (instance.IsDestroyed())
+        return true;
+    world.Destroy(instance);
+    return scripts.Call(instance.type.traits.Script(Event::Destroy), &instance);
+}
+
+// ---- rooms ----
+
+void Game::EndRoom()
+{
+    rooms.End();
+    world.RemoveAll(DropSelf);
+}
+
+bool Game::StartRoom(int number)
+{
+    const RunningRoom& room = rooms.Start(number);
+    world.SetRoomSize(room.r_width, room.r_height);
+    FitDefaultCamera(room);
+    for (const RoomPlacement& placement : room.spec.instances)
+        if (CreateInstance(*world.FindObject(placement.object), placement.x, placement.y) == nullptr)
+            return false;
+    return scripts.Call(room.spec.scripts.create);
+}
+
+// The Runner's own default camera shows the whole room. One that a script has put in its place is the script's affair.
+void Game::FitDefaultCamera(const RunningRoom& room)
+{
+    CCamera* camera = g_CM.GetCamera(OwnDefaultCamera());
+    if (camera == nullptr)
+        return;
+    camera->SetViewX(0.0f);
+    camera->SetViewY(0.0f);
+    camera->SetViewWidth(static_cast<float>(room.r_width));
+    camera->SetViewHeight(static_cast<float>(room.r_height));
+    camera->SetViewDirty();
+}
+
+// ---- checks ----
+
+// What the module finds wrong with a callback: no script is running that could be told.
+void Game::CollectHostError(int camera)
+{
+    if (HasError())
+        scripts.Fail("a callback of camera " + std::to_string(camera) + " cannot run: " + TakeError());
+}
+
+bool Game::CheckEverything()
+{
+    std::string why;
+    const char* rule = g_CM.Validate();
+    if (rule != nullptr)
+        scripts.Fail(std::string("check of the cameras: ") + rule);
+    if (!Collector::Check(why))
+        scripts.Fail("check of the collector: " + why);
+    if (!CheckMemory(why))
+        scripts.Fail("check of the memory: " + why);
+    if (!world.Check(why))
+        scripts.Fail("check of the world: " + why);
+    return !scripts.Failed();
+}
+} // namespace Runner

@@ -1,0 +1,148 @@
+#pragma once
+// One game: its scripts, its world, its cameras, its picture. One at a time in a process; games may follow each other.
+//
+//   Game game(options);
+//   bool good = game.Load();
+//   while (good && !game.HasEnded())
+//       good = game.Frame();
+//   if (!good)
+//       show(game.Failure());
+//
+// The module's one camera manager is empty before Load and again after the game's destruction.
+
+#include "Runner/Base/Random.h"
+#include "Runner/Draw/Painter.h"
+#include "Runner/Game/Trace.h"
+#include "Runner/Lua/Host_Script.h"
+#include "Runner/Lua/Script_Engine.h"
+#include "Runner/Save/Save_Request.h"
+#include "Runner/World/Room.h"
+#include "Runner/World/World.h"
+
+#include <memory>
+#include <string>
+#include <vector>
+
+class CCamera;
+
+namespace Runner
+{
+constexpr int SCREEN_WIDTH_UNLESS_SET = 1280;
+constexpr int SCREEN_HEIGHT_UNLESS_SET = 720;
+
+struct GameOptions
+{
+    std::string file; // of the game
+    int width = 0;    // of the picture, pixels; 0: the game's screen
+    int height = 0;
+    uint64_t seed = 1;
+    bool draw = true;      // false: everything runs, nothing is drawn
+    bool check = false;    // walk all structures after each frame
+    bool gcStress = false; // collect wherever a collection may happen
+    std::string trace;     // file; empty for none
+};
+
+class Game
+{
+public:
+    explicit Game(const GameOptions& options);
+    ~Game();
+    Game(const Game&) = delete;
+    Game& operator=(const Game&) = delete;
+
+    static Game* Current(); // null while there is none
+
+    // ---- playing; false: the game has failed, see Failure ----
+    bool Load();   // runs the main file and starts the first room. Once, before all else
+    bool Frame();  // one frame (Frame.cpp)
+    bool Finish(); // closes what was written
+
+    bool HasEnded() const { return m_hasEnded; }
+    const std::string& Failure() const { return scripts.Failure(); }
+    int FrameNumber() const { return m_frame; }                 // frames played so far
+    Picture Screen();                                           // what the last frame drew
+    const GameIdentity& Identity() const { return m_identity; } // since Load
+
+    // ---- what scripts ask for ----
+    Instance* CreateInstance(ObjectType& type, float x, float y); // null: its create event failed
+    bool DestroyInstance(Instance& instance);                     // false: its destroy event failed
+    void GotoRoom(int room) { m_nextRoom = room; }                // at the end of the step; must exist, or NO_ROOM
+    int NextRoom() const { return m_nextRoom; }                   // NO_ROOM when none was asked for
+    void End() { m_hasEnded = true; }                             // after this frame
+    void AdoptDefaultCamera(int id); // the Runner's own one, after a saved game has brought it back; -1 for none
+    int OwnDefaultCamera() const;    // its number, -1 when a script destroyed it
+    void SetFrameNumber(int frame) { m_frame = frame; } // of a saved game that goes on
+
+    // ---- the screen ----
+    bool SetScreenSize(int width, int height); // false once something was made for the old size
+    int ScreenWidth() const { return m_screenWidth; }
+    int ScreenHeight() const { return m_screenHeight; }
+
+    // ---- drawing ----
+    Painter* OpenPainter(); // makes it when there is none yet; null, and failed, when there is no way to draw
+    Painter* CurrentPainter() const { return m_painter.get(); } // null before it was needed
+    bool IsDrawing() const { return m_isDrawing; }
+    bool PushTarget(int surface);
+    bool PopTarget(); // false when the script has pushed none
+
+    // Ends the running room, without starting another.
+    void EndRoom();
+    void DestroyAllCameras(); // the default camera and the high point are forgotten, too
+    bool StartRoom(int room); // makes its instances and runs its create script. No room may be running
+
+    const GameOptions options;
+    Random random;
+    ScriptEngine scripts;
+    NumberedScripts numberedScripts; // callbacks that scripts gave as numbers
+    World world;
+    Rooms rooms;
+    SaveRequest request; // of a script, for the end of this frame
+
+private:
+    struct Port // pixels of the target
+    {
+        int x, y, width, height;
+    };
+
+    bool CheckEverything();
+    void CollectHostError(int camera);
+
+    // Load
+    void OpenScripts();
+    void MakeGlobalInstance();
+    void MakeDefaultCamera();
+    void FitDefaultCamera(const RunningRoom& room);
+    void Identify();
+
+    // Frame.cpp
+    void Step();
+    void ChangeRoom();
+    void Draw();
+    void DrawViews(RunningRoom& room);
+    void DrawView(RunningRoom& room, int number);
+    void DrawDefaultView(const RunningRoom& room);
+    void DrawThrough(const int32_t& cameraId, int view);
+    void DrawRoom(const CCamera& camera);
+    void DrawInstance(Instance& instance);
+    void DrawGui(const RunningRoom& room);
+    void BeginTarget(const Port& port, unsigned background);
+    void EndTarget();
+    void ResetDrawingState();
+    Port PortOf(const View& view) const;
+    Port FittingPort(float width, float height) const;
+
+    std::unique_ptr<Painter> m_painter;
+    Trace m_trace;
+    GameIdentity m_identity;
+    std::vector<Instance*> m_seen; // of the view being drawn
+    int m_screenWidth = SCREEN_WIDTH_UNLESS_SET;
+    int m_screenHeight = SCREEN_HEIGHT_UNLESS_SET;
+    int m_frame = 0;
+    int m_nextRoom = NO_ROOM;
+    int m_ownDefaultCamera = NO_CAMERA;
+    uint32_t m_ownDefaultBirth = 0;
+    int m_pushedTargets = 0; // by scripts
+    bool m_isDrawing = false;
+    bool m_hasEnded = false;
+};
+} // namespace Runner

@@ -1,0 +1,45 @@
+// Files/Instance and Files/Object, and the globals of Files/Run.
+
+#include "Files/Instance/Instance.h"
+#include "Files/Object/Object.h"
+#include "Files/Run/Run_Globals.h"
+#include "Runner/Host/Collector.h"
+#include "Runner/World/World.h"
+
+int Current_Object = -1;
+bool g_fIsJSProject = false;
+CInstance* g_pGlobal = nullptr;
+
+KvHash<CObject>* g_ObjectHash = nullptr;
+int g_DummyObjectIndex = -1; // no object has it: helper instances are in no object's list
+KvHash<CInstance> CInstance::ms_ID2Instance;
+
+template <> CInstance* KvHash<CInstance>::Find(int key) const
+{
+    const Runner::World* world = Runner::World::Current();
+    return world == nullptr ? nullptr : world->Find(key);
+}
+
+template <> CObject* KvHash<CObject>::Find(int key) const
+{
+    const Runner::World* world = Runner::World::Current();
+    return world == nullptr ? nullptr : world->FindObject(key);
+}
+
+// The world owns the instances of rooms. Helper instances belong to nobody in particular, so the collector gets them;
+// whoever needs one makes it a root.
+CInstance::CInstance(float startX, float startY, int id, int objectIndex, bool)
+    : KvObjectBase(0, 0xFFFFFF), x(startX), y(startY), m_flags(0), m_id(id), m_objectIndex(objectIndex)
+{
+    m_kind = OBJECT_KIND_INSTANCE;
+    if (objectIndex == g_DummyObjectIndex)
+        static_cast<void>(Runner::Collector::Place(this)); // refused: unplaced, so it is never freed, but it works
+}
+
+void CInstance::Compute_BoundingBox(bool force)
+{
+    Runner::Instance* instance = Runner::Instance::From(this);
+    if (instance != nullptr && (force || (m_flags & eInstanceFlag_bbox_dirty) != 0))
+        instance->ComputeAreas();
+    m_flags &= ~static_cast<uint32_t>(eInstanceFlag_bbox_dirty);
+}

@@ -1,3 +1,0 @@
-#include "Runner/Options.h"
-
-int main(int argc, char** argv) { return Runner::RunnerMain(argc, argv, stdout, stderr); }

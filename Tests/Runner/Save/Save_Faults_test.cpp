@@ -1,0 +1,150 @@
+// Every operation on a file fails in turn while a state or a picture is written.
+
+#include "Files/Graphics/Graphics_Support.h"
+#include "Runner/Draw/Screenshot.h"
+#include "Runner/Host/Memory.h"
+#include "Tests/Runner/Save/Save_Support.h"
+
+#include <functional>
+
+namespace
+{
+using Runner::FileOperation;
+using RunnerTest::SaveTest;
+
+constexpr FileOperation OPERATIONS[] = {FileOperation::Open, FileOperation::Write,  FileOperation::ShortWrite,
+                                        FileOperation::Sync, FileOperation::Rename, FileOperation::Close};
+
+size_t OpenFiles()
+{
+    const std::filesystem::directory_iterator files("/proc/self/fd");
+    return static_cast<size_t>(std::distance(begin(files), end(files)));
+}
+
+class SaveFaults : public SaveTest
+{
+protected:
+    void SetUp() override
+    {
+        ASSERT_EQ(Play("room_add{ views = { [0] = {} }, step = function() vars.n = frame_number() end }"), "");
+        std::filesystem::create_directory(directory.Path("save"));
+    }
+
+    void TearDown() override
+    {
+        for (const FileOperation operation : OPERATIONS)
+            Runner::FailFileOperation(operation, -1);
+    }
+
+    // write must answer false with a reason whenever the n-th operation of the kind fails, for each n until it is never
+    // reached; the file keeps its old content until then, and nothing stays behind. Answers how many n failed.
+    int FailEach(FileOperation operation, const std::string& name, const std::function<bool(std::string&)>& write)
+    {
+        for (int n = 0;; ++n)
+        {
+            directory.Write("save/" + name, "old");
+            const size_t files = OpenFiles(), blocks = Runner::CurrentMemoryUse().blocks;
+            std::string why;
+            Runner::FailFileOperation(operation, n);
+            const bool written = write(why);
+            Runner::FailFileOperation(operation, -1);
+            EXPECT_EQ(OpenFiles(), files);
+            EXPECT_EQ(Runner::CurrentMemoryUse().blocks, blocks);
+            EXPECT_EQ(FilesInArea(), 1);
+            if (written)
+            {
+                EXPECT_NE(directory.Read("save/" + name), "old");
+                return n;
+            }
+            EXPECT_EQ(directory.Read("save/" + name), "old") << "fault " << n;
+            EXPECT_NE(why, "");
+            EXPECT_EQ(why.find('\n'), std::string::npos);
+        }
+    }
+
+    long FilesInArea() const
+    {
+        const std::filesystem::directory_iterator files(directory.Path("save"));
+        return static_cast<long>(std::distance(begin(files), end(files)));
+    }
+
+    static Runner::Picture SomePicture()
+    {
+        Runner::Picture picture{64, 48, std::vector<uint8_t>(64 * 48 * 4)};
+        for (size_t i = 0; i < picture.rgba.size(); ++i)
+            picture.rgba[i] = static_cast<uint8_t>((i * 2654435761u) >> 24);
+        return picture;
+    }
+};
+
+TEST_F(SaveFaults, WhileAStateIsWritten)
+{
+    const auto write = [this](std::string& why) { return Runner::SaveGame(*game, directory.Path("save/state"), why); };
+    for (const FileOperation operation : OPERATIONS)
+        EXPECT_EQ(FailEach(operation, "state", write), 1) << static_cast<int>(operation);
+}
+
+TEST_F(SaveFaults, WhileABmpIsWritten)
+{
+    const auto write = [](std::string& why) { return Runner::WriteScreenshot(SomePicture(), "shot", "bmp", why); };
+    for (const FileOperation operation : OPERATIONS)
+        EXPECT_EQ(FailEach(operation, "shot", write), 1) << static_cast<int>(operation);
+}
+
+// A PNG is written in many pieces, and opened once more to be synced.
+TEST_F(SaveFaults, WhileAPngIsWritten)
+{
+    const auto write = [](std::string& why) { return Runner::WriteScreenshot(SomePicture(), "shot", "png", why); };
+    for (const FileOperation operation : {FileOperation::Open, FileOperation::Close})
+        EXPECT_EQ(FailEach(operation, "shot", write), 2);
+    for (const FileOperation operation : {FileOperation::Sync, FileOperation::Rename})
+        EXPECT_EQ(FailEach(operation, "shot", write), 1);
+    for (const FileOperation operation : {FileOperation::Write, FileOperation::ShortWrite})
+        EXPECT_GT(FailEach(operation, "shot", write), 5);
+}
+
+TEST_F(SaveFaults, ReadingNeedsTheFileOpened)
+{
+    ASSERT_EQ(Save(), "");
+    Runner::FailFileOperation(FileOperation::Open, 0);
+    EXPECT_EQ(Load(), "cannot open " + SavePath() + ": No space left on device");
+    EXPECT_EQ(Load(), "");
+}
+
+TEST_F(SaveFaults, AScriptHearsOfAPictureThatWasNotWritten)
+{
+    ASSERT_EQ(Run("assert(screenshot('a.bmp', 'bmp')) assert(screenshot('b.png')) assert(screenshot('c', 'png'))"), "");
+    Runner::FailFileOperation(FileOperation::ShortWrite, 0);
+    EXPECT_EQ(Run("assert(not screenshot('b.png'))"), "");
+    EXPECT_EQ(Log(), "screenshot() - cannot write " + directory.Path("save/b.png") + "\n");
+    EXPECT_EQ(directory.Read("save/a.bmp").substr(0, 2), "BM");
+    EXPECT_EQ(directory.Read("save/b.png").substr(1, 3), "PNG");
+    EXPECT_EQ(directory.Read("save/c").substr(1, 3), "PNG");
+}
+
+TEST_F(SaveFaults, AGameGoesOnAfterASaveThatFailed)
+{
+    Runner::FailFileOperation(FileOperation::Rename, 0);
+    EXPECT_EQ(Run("assert(game_save('slot'))", 3), "");
+    EXPECT_EQ(Log(), "cannot put in place " + directory.Path("save/slot") + ": No space left on device\n");
+    EXPECT_EQ(game->FrameNumber(), 3);
+}
+
+// ---- memory ----
+
+TEST_F(SaveFaults, EachRefusedAllocationWhileSavingOrLoadingLeavesAGameThatPlays)
+{
+    ASSERT_EQ(Save(), "");
+    for (int n = 0; n < 60; ++n)
+    {
+        Runner::FailAllocationAfter(n);
+        Save();
+        Load();
+        Runner::FailAllocationAfter(-1);
+        EXPECT_EQ(PlayOn(1), "");
+        EXPECT_EQ(g_CM.Validate(), nullptr);
+    }
+    ASSERT_EQ(Save(), "");
+    EXPECT_EQ(Load(), "");
+}
+} // namespace

@@ -1,0 +1,177 @@
+// Callables and the collector in whole games: identity, cycles, collections in the middle of things.
+
+#include "Tests/Runner/Support/Game_Support.h"
+
+#include "Files/Graphics/Camera_Manager.h"
+#include "Files/Run/Run_Globals.h"
+#include "Runner/Host/Collector.h"
+#include "Runner/Host/Memory.h"
+
+#include <chrono>
+
+namespace
+{
+using Runner::Collector;
+using RunnerTest::GameTest;
+
+// Objects that a game has beside its cameras' ones: the global instance and the script instance.
+constexpr int HELPERS = 2;
+
+class StressCallables : public GameTest
+{
+protected:
+    // What the statements leave alive after a collection, beside the helpers.
+    int LiveAfter(const std::string& statements)
+    {
+        EXPECT_EQ(Run(statements + " collect() collect()"), "");
+        return Collector::GetStats().live - HELPERS;
+    }
+};
+
+TEST_F(StressCallables, ACameraHasOneProxyForAllItsCallbacks)
+{
+    EXPECT_EQ(LiveAfter("camera_create()"), 0);
+    EXPECT_EQ(LiveAfter("local c = camera_create() camera_set_begin_script(c, 3)"), 0);
+    EXPECT_EQ(LiveAfter("local c = camera_create() camera_set_begin_script(c, function() end)"), 2);
+    EXPECT_EQ(LiveAfter("local c = camera_create() for i = 1, 5 do\n"
+                        "camera_set_begin_script(c, function() return i end)\n"
+                        "camera_set_update_script(c, function() return i end)\n"
+                        "camera_set_end_script(c, function() return i end) end"),
+              4);
+}
+
+TEST_F(StressCallables, CamerasThatShareAFunctionShareItsObject)
+{
+    EXPECT_EQ(LiveAfter("local f = function() end for i = 1, 10 do camera_set_end_script(camera_create(), f) end"), 11);
+}
+
+TEST_F(StressCallables, AProxyGoesAfterItsCameraAndStaysWithoutCallbacks)
+{
+    EXPECT_EQ(LiveAfter("local c = camera_create() camera_set_begin_script(c, print) camera_set_begin_script(c, -1)"),
+              1);
+    EXPECT_EQ(LiveAfter("local c = camera_create() camera_set_begin_script(c, print) camera_destroy(c)"), 0);
+}
+
+TEST_F(StressCallables, AClosureThatKnowsItsCameraGoesWithIt)
+{
+    EXPECT_EQ(LiveAfter("for i = 1, 200 do local c = camera_create()\n"
+                        "local function f() return c, camera_get_begin_script(c) end\n"
+                        "camera_set_begin_script(c, f) camera_set_end_script(c, function() return f end)\n"
+                        "camera_destroy(c) end"),
+              0);
+}
+
+TEST_F(StressCallables, TwoCamerasWhoseCallbacksKnowEachOtherGoTogether)
+{
+    const std::string pair = "local a, b = camera_create(), camera_create() local f, g\n"
+                             "f = function() return b, g end g = function() return a, f end\n"
+                             "camera_set_update_script(a, f) camera_set_update_script(b, g) ";
+    EXPECT_EQ(LiveAfter(pair), 4);
+    EXPECT_EQ(LiveAfter(pair + "camera_destroy(a)"), 2);
+    EXPECT_EQ(LiveAfter(pair + "camera_destroy(a) camera_destroy(b)"), 0);
+}
+
+TEST_F(StressCallables, AFunctionKeepsItsIdentityThroughCollections)
+{
+    EXPECT_EQ(Run("local c, f = camera_create(), function() end\n"
+                  "for i = 1, 50 do camera_set_begin_script(c, f) collect()\n"
+                  "assert(camera_get_begin_script(c) == f)\n"
+                  "camera_set_begin_script(c, -1) collect() end"),
+              "");
+}
+
+TEST_F(StressCallables, ARunningCallbackSurvivesACollectionThatNobodyElseStops)
+{
+    EXPECT_EQ(Play("room_add{ views = { [0] = {} }, create = function()\n"
+                   "local c = view_get_camera(0)\n"
+                   "camera_set_update_script(c, function() local kept = { 1, 2 }\n"
+                   "camera_set_update_script(c, -1) camera_destroy(c) collect()\n"
+                   "for i = 1, 300 do camera_set_end_script(camera_create(), function() return i end) end collect()\n"
+                   "print(#kept, camera_current()) end) end }"),
+              "");
+    EXPECT_EQ(Log(), "2\t1\n");
+}
+
+TEST_F(StressCallables, AResultThatCannotCrossIsToldWithItsCamera)
+{
+    EXPECT_EQ(Play("room_add{ views = { [0] = {} }, create = function()\n"
+                   "camera_set_end_script(view_get_camera(0), function() return coroutine.create(print) end) end }"),
+              "a callback of camera 1 cannot return a thread");
+}
+
+TEST_F(StressCallables, ACallbackThatIsNoneDoesNotRunTheFirstScript)
+{
+    EXPECT_EQ(Play("script_add(function() print('ran') end)\n"
+                   "room_add{ views = { [0] = {} }, create = function()\n"
+                   "pcall(camera_set_begin_script, view_get_camera(0), {}) end }"),
+              "a callback of camera 1 cannot run: expected a number, got an array (argument 1)");
+    EXPECT_EQ(Log(), "");
+}
+
+TEST_F(StressCallables, AHelperThatWasRefusedASlotIsFreedAllTheSame)
+{
+    const size_t blocksBefore = Runner::CurrentMemoryUse().blocks;
+    {
+        options.file = directory.Write("main.lua", "room_add{} room_add{}");
+        Runner::FailAllocationAfter(0);
+        Runner::Game refused(options);
+        Runner::FailAllocationAfter(-1);
+        EXPECT_EQ(g_pGlobal->m_slot, -1);
+        EXPECT_TRUE(refused.Load());
+    }
+    EXPECT_EQ(Runner::CurrentMemoryUse().blocks, blocksBefore); // the helper itself: the leak checker's task
+}
+
+TEST_F(StressCallables, AProxyIsLeftForTheCollectorWhenItsCameraGoesWithTheGame)
+{
+    EXPECT_EQ(Run("for i = 1, 500 do camera_set_begin_script(camera_create(), function() return i end) end"), "");
+    EXPECT_GE(Collector::GetStats().live, 1000);
+    game.reset();
+    EXPECT_EQ(Collector::GetStats().live, 0);
+}
+
+// Ten thousand live callbacks: all survive, and the time is printed.
+TEST_F(StressCallables, TenThousandLiveCallbacksSurviveACollection)
+{
+    ASSERT_EQ(Run("for i = 1, 10000 do camera_set_update_script(camera_create(), function() return i end) end"), "");
+    Collector::Collect(true);
+    const auto start = std::chrono::steady_clock::now();
+    Collector::Collect(true);
+    const std::chrono::duration<double, std::milli> full = std::chrono::steady_clock::now() - start;
+    const auto startOfYoung = std::chrono::steady_clock::now();
+    Collector::Collect(false);
+    const std::chrono::duration<double, std::milli> young = std::chrono::steady_clock::now() - startOfYoung;
+    EXPECT_EQ(Collector::GetStats().live, 20000 + HELPERS);
+    std::printf("collection with 10000 live callbacks: full %.2f ms, young %.2f ms\n", full.count(), young.count());
+}
+
+// ---- the example games ----
+
+class StressGames : public GameTest, public ::testing::WithParamInterface<const char*>
+{
+protected:
+    std::string TraceOf(bool gcStress, int frames)
+    {
+        options.file = std::string(GAMES_DIR "/") + GetParam() + "/" + GetParam() + ".lua";
+        options.trace = directory.Path(gcStress ? "stress.txt" : "plain.txt");
+        options.gcStress = gcStress;
+        game.reset();
+        game = std::make_unique<Runner::Game>(options);
+        EXPECT_TRUE(game->Load()) << game->Failure();
+        EXPECT_EQ(PlayOn(frames), "");
+        EXPECT_TRUE(game->Finish());
+        return directory.Read(gcStress ? "stress.txt" : "plain.txt");
+    }
+};
+
+TEST_P(StressGames, RunAlikeHoweverOftenIsCollected)
+{
+    constexpr int FRAMES = 120;
+    const std::string plain = TraceOf(false, FRAMES);
+    EXPECT_GT(std::count(plain.begin(), plain.end(), '\n'), FRAMES / 2);
+    EXPECT_EQ(TraceOf(true, FRAMES), plain);
+}
+
+INSTANTIATE_TEST_SUITE_P(All, StressGames, ::testing::Values("canyon", "orbit", "shake"),
+                         [](const auto& test) { return std::string(test.param); });
+} // namespace
