@@ -4,6 +4,7 @@
 #include "Benchmarks/Png_Peers.h"
 #include "Files/Graphics/Graphics_Support.h"
 #include "Files/Graphics/Pixel_Pack.h"
+#include "Runner/Base/Whole_File.h"
 #include "Runner/Host/Files.h"
 
 #include <libyuv/convert_from_argb.h>

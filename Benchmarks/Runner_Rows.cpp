@@ -2,6 +2,8 @@
 
 #include "Benchmarks/Bench.h"
 #include "Files/Graphics/Graphics_Support.h"
+#include "Runner/Api/Api.h"
+#include "Runner/Base/Whole_File.h"
 #include "Runner/Game/Game.h"
 #include "Runner/Host/Collector.h"
 #include "Runner/Host/Files.h"
@@ -27,7 +29,7 @@ public:
         Require(Runner::PrepareSaveArea(why) &&
                     Runner::WriteFileAtomically(options.file, text.data(), text.size(), why),
                 why);
-        m_game = std::make_unique<Runner::Game>(options);
+        m_game = std::make_unique<Runner::Game>(options, Runner::OpenApi);
         Require(m_game->Load(), m_game->Failure());
         PlayFrame();
     }

@@ -1,5 +1,7 @@
 #include "Runner/Api/Api.h"
 
+#include "Runner/Api/Api_Functions.h"
+
 #include "Runner/Draw/Painter.h"
 #include "Runner/Game/Game.h"
 #include "Runner/Lua/Script_Engine.h"

@@ -1,4 +1,4 @@
-#include "Runner/Api/Api.h"
+#include "Runner/Api/Api_Functions.h"
 #include "Runner/Game/Game.h"
 #include "Runner/Host/Convert.h"
 

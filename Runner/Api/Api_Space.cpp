@@ -1,6 +1,6 @@
 #include "Platform/Strict_Float.h"
 
-#include "Runner/Api/Api.h"
+#include "Runner/Api/Api_Functions.h"
 #include "Runner/Draw/Painter.h"
 #include "Runner/Host/Convert.h"
 #include "Runner/Host/Graphics.h"

@@ -1,10 +1,11 @@
 #include "Files/Graphics/Image_Writers.h"
 #include "Files/Run/Run_Globals.h"
-#include "Runner/Api/Api.h"
+#include "Runner/Api/Api_Functions.h"
 #include "Runner/Draw/Screenshot.h"
 #include "Runner/Game/Game.h"
 #include "Runner/Host/Collector.h"
 #include "Runner/Host/Console.h"
+#include "Runner/Save/Save_Request.h"
 
 #include <climits>
 
@@ -14,7 +15,7 @@ namespace
 {
 // ---- scripts ----
 
-int ScriptAdd(Arguments& call) { return call.Return(call.game.numberedScripts.Add(call.Function(1))); }
+int ScriptAdd(Arguments& call) { return call.Return(call.game.scripts.numbered.Add(call.Function(1))); }
 
 int Include(Arguments& call)
 {
@@ -80,13 +81,13 @@ int Screenshot(Arguments& call)
 int GameSave(Arguments& call)
 {
     std::string why;
-    return ReturnTold(call, call.game.request.AskSave(call.Text(1), why), why);
+    return ReturnTold(call, SaveRequest::Of(call.game).AskSave(call.Text(1), why), why);
 }
 
 int GameLoad(Arguments& call)
 {
     std::string why;
-    return ReturnTold(call, call.game.request.AskLoad(call.game, call.Text(1), why), why);
+    return ReturnTold(call, SaveRequest::Of(call.game).AskLoad(call.game, call.Text(1), why), why);
 }
 
 int GameEnd(Arguments& call)

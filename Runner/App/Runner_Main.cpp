@@ -1,5 +1,6 @@
 // A whole run: from the command line to the exit status.
 
+#include "Runner/Api/Api.h"
 #include "Runner/App/Contact_Sheet.h"
 #include "Runner/App/Options.h"
 #include "Runner/Draw/Screenshot.h"
@@ -177,7 +178,7 @@ std::string LoadAndPlay(const RunOptions& options, FILE* err)
         return why;
     if (isLoading && !options.isSeedGiven)
         gameOptions.seed = saved.game.identity.seed;
-    Game game(gameOptions);
+    Game game(gameOptions, OpenApi);
     return Play(game, options, isLoading ? &saved : nullptr, err);
 }
 

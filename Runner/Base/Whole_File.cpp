@@ -1,3 +1,5 @@
+#include "Runner/Base/Whole_File.h"
+
 #include "Runner/Base/File_Faults.h"
 #include "Runner/Base/Printable.h"
 
@@ -13,9 +15,6 @@ namespace Runner
 {
 namespace
 {
-constexpr size_t KINDS = 6;
-int64_t s_failAfter[KINDS] = {-1, -1, -1, -1, -1, -1};
-
 constexpr int NO_FILE = -1;
 constexpr mode_t FILE_MODE = 0666; // less what the user's mask takes
 
@@ -157,19 +156,6 @@ bool ReadAll(int file, std::vector<uint8_t>& bytes)
     return true;
 }
 } // namespace
-
-bool Faulty(FileOperation kind)
-{
-    int64_t& left = s_failAfter[static_cast<size_t>(kind)];
-    if (left < 0)
-        return false;
-    const bool fails = left-- == 0;
-    if (fails)
-        errno = ENOSPC;
-    return fails;
-}
-
-void FailFileOperation(FileOperation kind, int64_t n) { s_failAfter[static_cast<size_t>(kind)] = n; }
 
 bool WriteFileAtomically(const std::string& path, const void* data, size_t size, std::string& why)
 {

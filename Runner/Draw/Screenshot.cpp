@@ -4,6 +4,7 @@
 #include "Files/IO/Load_Save.h"
 #include "Platform/Memory_Manager.h"
 #include "Runner/Base/Printable.h"
+#include "Runner/Base/Whole_File.h"
 #include "Runner/Host/Files.h"
 
 #include <cstdio>

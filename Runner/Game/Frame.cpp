@@ -18,8 +18,8 @@ bool Game::Frame()
     Draw();
     Collector::Safepoint();
     ++m_frame;
-    if (!scripts.Failed())
-        request.Perform(*this);
+    if (!scripts.Failed() && afterFrame != nullptr)
+        afterFrame->Perform(*this);
     if (options.check && !scripts.Failed())
         CheckEverything();
     return !scripts.Failed();
@@ -91,7 +91,7 @@ void Game::DrawView(RunningRoom& room, int number)
         BeginTarget({0, 0, m_painter->SurfaceWidth(surface), m_painter->SurfaceHeight(surface)}, room.background);
     else
         return;
-    DrawThrough(view.cameraID, number);
+    DrawThrough(CameraNumber(view.cameraID), number);
     EndTarget();
     if (surface != SCREEN_SURFACE)
         m_painter->PopTarget();
@@ -103,41 +103,39 @@ void Game::DrawDefaultView(const RunningRoom& room)
     if (camera == nullptr)
         return;
     BeginTarget(FittingPort(camera->GetViewWidth(), camera->GetViewHeight()), room.background);
-    DrawThrough(g_DefaultCameraID, -1);
+    DrawThrough(CameraNumber(g_DefaultCameraID), NO_VIEW);
     EndTarget();
 }
 
-// Each call into the camera may run a callback, and a callback may destroy the camera or put another one in its place:
-// so it is looked up before each, under the number that counts then.
-void Game::DrawThrough(const int32_t& cameraId, int view)
+// A callback may destroy its camera or put another one in its place, so every step looks the camera up anew.
+void Game::DrawThrough(const CameraNumber& number, int view)
 {
-    using Action = void (CCamera::*)();
-    g_CM.SetActiveCamera(cameraId);
-    for (const Action action : {&CCamera::Begin, &CCamera::CameraUpdate, &CCamera::ApplyMatrices})
-    {
-        CCamera* camera = g_CM.GetCamera(cameraId);
-        if (camera == nullptr || scripts.Failed())
-            return;
-        (camera->*action)();
-        CollectHostError(cameraId);
-    }
-    CCamera* camera = g_CM.GetCamera(cameraId);
+    g_CM.SetActiveCamera(number.Now());
+    Perform(&CCamera::Begin, number);
+    Perform(&CCamera::CameraUpdate, number);
+    Perform(&CCamera::ApplyMatrices, number);
+    DrawRoom(number, view);
+    Perform(&CCamera::End, number);
+}
+
+void Game::Perform(void (CCamera::*step)(), const CameraNumber& number)
+{
+    CCamera* camera = g_CM.GetCamera(number.Now());
     if (camera == nullptr || scripts.Failed())
         return;
-    m_trace.Write(m_frame, view, *camera);
-    DrawRoom(*camera);
-    camera = g_CM.GetCamera(cameraId);
-    if (camera == nullptr || scripts.Failed())
-        return;
-    camera->End();
-    CollectHostError(cameraId);
+    (camera->*step)();
+    CollectHostError(number.Now());
 }
 
 // What a flat view shows is published; of a view in space the published area says nothing about what is behind it.
-void Game::DrawRoom(const CCamera& camera)
+void Game::DrawRoom(const CameraNumber& number, int view)
 {
+    const CCamera* camera = g_CM.GetCamera(number.Now());
+    if (camera == nullptr || scripts.Failed())
+        return;
+    m_trace.Write(m_frame, view, *camera);
     constexpr RoomArea EVERYWHERE = {-INFINITY, -INFINITY, INFINITY, INFINITY};
-    world.FindForDrawing(camera.Is2D() ? VisibleArea() : EVERYWHERE, m_seen);
+    world.FindForDrawing(camera->Is2D() ? VisibleArea() : EVERYWHERE, m_seen);
     if (!scripts.Call(rooms.Running()->spec.scripts.draw))
         return;
     for (Instance* instance : m_seen)

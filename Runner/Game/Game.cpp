@@ -1,7 +1,6 @@
 #include "Runner/Game/Game.h"
 
 #include "Files/Graphics/Graphics_Support.h"
-#include "Runner/Api/Api.h"
 #include "Runner/Host/Code.h"
 #include "Runner/Host/Collector.h"
 #include "Runner/Host/Graphics.h"
@@ -18,7 +17,8 @@ Game* s_current = nullptr;
 
 // ---- life ----
 
-Game::Game(const GameOptions& gameOptions) : options(gameOptions), random(gameOptions.seed), scripts(random)
+Game::Game(const GameOptions& gameOptions, ScriptOpener openScripts)
+    : options(gameOptions), random(gameOptions.seed), scripts(random), m_openScripts(openScripts)
 {
     s_current = this;
     ResetGraphics();
@@ -63,10 +63,11 @@ void Game::OpenScripts()
 {
     if (FindBuiltin("camera_create") == nullptr)
         g_CM.SetupLumFunctions();
-    const ScriptEngine::Body open = [](lua_State* L, void* game)
+    const ScriptEngine::Body open = [](lua_State* L, void* pointer)
     {
+        Game& game = *static_cast<Game*>(pointer);
         OpenBuiltins(L);
-        OpenApi(L, *static_cast<Game*>(game));
+        game.m_openScripts(L, game);
     };
     scripts.Protect(open, this);
 }

@@ -1,7 +1,7 @@
 #pragma once
 // One game: its scripts, its world, its cameras, its picture. One at a time in a process; games may follow each other.
 //
-//   Game game(options);
+//   Game game(options, OpenApi);
 //   bool good = game.Load();
 //   while (good && !game.HasEnded())
 //       good = game.Frame();
@@ -12,10 +12,9 @@
 
 #include "Runner/Base/Random.h"
 #include "Runner/Draw/Painter.h"
+#include "Runner/Game/Game_Identity.h"
 #include "Runner/Game/Trace.h"
-#include "Runner/Lua/Host_Script.h"
 #include "Runner/Lua/Script_Engine.h"
-#include "Runner/Save/Save_Request.h"
 #include "Runner/World/Room.h"
 #include "Runner/World/World.h"
 
@@ -27,6 +26,7 @@ class CCamera;
 
 namespace Runner
 {
+constexpr int NO_VIEW = -1; // the default camera draws without one
 constexpr int SCREEN_WIDTH_UNLESS_SET = 1280;
 constexpr int SCREEN_HEIGHT_UNLESS_SET = 720;
 
@@ -42,10 +42,23 @@ struct GameOptions
     std::string trace;     // file; empty for none
 };
 
+class Game;
+
+// Work that waits for the moment between this frame and the next, such as a save that a script has asked for.
+class AfterFrame
+{
+public:
+    virtual ~AfterFrame() = default;
+    virtual void Perform(Game& game) = 0;
+};
+
+// Makes what scripts can call. It runs inside the script engine's protection.
+using ScriptOpener = void (*)(lua_State* L, Game& game);
+
 class Game
 {
 public:
-    explicit Game(const GameOptions& options);
+    Game(const GameOptions& options, ScriptOpener openScripts);
     ~Game();
     Game(const Game&) = delete;
     Game& operator=(const Game&) = delete;
@@ -93,12 +106,26 @@ public:
     const GameOptions options;
     Random random;
     ScriptEngine scripts;
-    NumberedScripts numberedScripts; // callbacks that scripts gave as numbers
     World world;
     Rooms rooms;
-    SaveRequest request; // of a script, for the end of this frame
+    std::unique_ptr<AfterFrame> afterFrame; // null: nothing waits
 
 private:
+    // Where a camera's number stands: a view's field or the default camera's. It cannot be copied, since a callback may
+    // change the number between two looks at it.
+    class CameraNumber
+    {
+    public:
+        explicit CameraNumber(const int32_t& where) : m_where(where) {}
+        CameraNumber(const CameraNumber&) = delete;
+        CameraNumber& operator=(const CameraNumber&) = delete;
+
+        int Now() const { return m_where; }
+
+    private:
+        const int32_t& m_where;
+    };
+
     struct Port // pixels of the target
     {
         int x, y, width, height;
@@ -121,8 +148,9 @@ private:
     void DrawViews(RunningRoom& room);
     void DrawView(RunningRoom& room, int number);
     void DrawDefaultView(const RunningRoom& room);
-    void DrawThrough(const int32_t& cameraId, int view);
-    void DrawRoom(const CCamera& camera);
+    void DrawThrough(const CameraNumber& number, int view);
+    void Perform(void (CCamera::*step)(), const CameraNumber& number);
+    void DrawRoom(const CameraNumber& number, int view);
     void DrawInstance(Instance& instance);
     void DrawGui(const RunningRoom& room);
     void BeginTarget(const Port& port, unsigned background);
@@ -131,6 +159,7 @@ private:
     Port PortOf(const View& view) const;
     Port FittingPort(float width, float height) const;
 
+    const ScriptOpener m_openScripts;
     std::unique_ptr<Painter> m_painter;
     Trace m_trace;
     GameIdentity m_identity;

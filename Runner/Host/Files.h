@@ -1,10 +1,7 @@
 #pragma once
-// The save area and the files in it (Files/IO/Load_Save.h), and whole files read and written at once.
+// The save area and the files in it (Files/IO/Load_Save.h).
 
-#include <cstddef>
-#include <cstdint>
 #include <string>
-#include <vector>
 
 namespace Runner
 {
@@ -20,30 +17,4 @@ bool PrepareSaveArea(std::string& why);
 
 // Whether anything failed with the file last opened for writing through LoadSave: the opening, a write, the closing.
 bool LastWriteFailed();
-
-// Puts a whole file in place: after a crash at any moment the path holds the old file or the new one, never a part.
-// False, and why in one line: the old file is then as it was, and nothing else is left behind.
-// Uses the name PATH.part beside it; one left there by a crash is replaced.
-bool WriteFileAtomically(const std::string& path, const void* data, size_t size, std::string& why);
-
-// Likewise for a file that has been written already, under another name in the same directory. When it fails that one
-// is gone.
-bool PutFileInPlace(const std::string& from, const std::string& path, std::string& why);
-
-// False, and why in one line, for what is no ordinary file, cannot be read or has more than FILE_SIZE_MAX bytes.
-bool ReadWholeFile(const std::string& path, std::vector<uint8_t>& bytes, std::string& why);
-constexpr size_t FILE_SIZE_MAX = 0x40000000;
-
-enum class FileOperation
-{
-    Open,
-    Write,
-    ShortWrite, // half of the data arrives
-    Sync,
-    Rename,
-    Close, // closes, and says that it failed
-};
-
-// Test aid: the n-th operation of that kind from now (0: the next) fails, and that one alone. Negative: none.
-void FailFileOperation(FileOperation kind, int64_t n);
 } // namespace Runner

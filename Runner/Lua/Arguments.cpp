@@ -1,10 +1,10 @@
 #include "Runner/Lua/Arguments.h"
 
 #include "Runner/Base/Printable.h"
-#include "Runner/Game/Game.h"
 #include "Runner/Host/Convert.h"
 #include "Runner/Lua/Script_Engine.h"
 #include "Runner/Lua/Self.h"
+#include "Runner/World/World.h"
 
 #include <algorithm>
 #include <cfloat>
@@ -79,17 +79,16 @@ std::string TextAt(lua_State* L, int index)
 
 // ---- arguments ----
 
-Arguments::Arguments(lua_State* state, Game& owner, const ApiFunction& function)
-    : L(state), game(owner), m_function(function)
+ScriptArguments::ScriptArguments(lua_State* state, const FunctionHead& function) : L(state), m_function(function)
 {
     const int count = lua_gettop(L);
     if (count < function.least || count > function.most)
         Fail("wrong number of arguments");
 }
 
-void Arguments::Fail(const std::string& text) const { throw ScriptError(std::string(Name()) + "() - " + text); }
+void ScriptArguments::Fail(const std::string& text) const { throw ScriptError(std::string(Name()) + "() - " + text); }
 
-template <typename T> T Arguments::Checked(int i, T (*read)(lua_State*, int)) const
+template <typename T> T ScriptArguments::Checked(int i, T (*read)(lua_State*, int)) const
 {
     try
     {
@@ -101,62 +100,62 @@ template <typename T> T Arguments::Checked(int i, T (*read)(lua_State*, int)) co
     }
 }
 
-double Arguments::Number(int i) const { return Checked(i, NumberAt); }
-float Arguments::Float(int i) const { return Checked(i, FiniteAt); }
-int Arguments::Whole(int i) const { return Checked(i, WholeAt); }
-bool Arguments::Flag(int i, bool otherwise) const { return Has(i) ? Checked(i, FlagAt) : otherwise; }
-unsigned Arguments::Colour(int i) const { return Checked(i, ColourAt); }
-std::string Arguments::Text(int i) const { return Checked(i, TextAt); }
+double ScriptArguments::Number(int i) const { return Checked(i, NumberAt); }
+float ScriptArguments::Float(int i) const { return Checked(i, FiniteAt); }
+int ScriptArguments::Whole(int i) const { return Checked(i, WholeAt); }
+bool ScriptArguments::Flag(int i, bool otherwise) const { return Has(i) ? Checked(i, FlagAt) : otherwise; }
+unsigned ScriptArguments::Colour(int i) const { return Checked(i, ColourAt); }
+std::string ScriptArguments::Text(int i) const { return Checked(i, TextAt); }
 
-int Arguments::Function(int i) const
+int ScriptArguments::Function(int i) const
 {
     if (lua_type(L, i) != LUA_TFUNCTION)
         Fail("argument " + std::to_string(i) + " must be a function, got " + KindAt(L, i));
-    return game.scripts.Keep(L, i);
+    return ScriptEngine::Current()->Keep(L, i);
 }
 
-void Arguments::Table(int i) const
+void ScriptArguments::Table(int i) const
 {
     if (lua_type(L, i) != LUA_TTABLE)
         Fail("argument " + std::to_string(i) + " must be a table, got " + KindAt(L, i));
 }
 
-Instance* Arguments::FindInstance(int i) const
+Instance* ScriptArguments::FindInstance(int i) const
 {
     int id = 0;
     if (!SelfIdentifier(L, i, id))
         id = Whole(i);
-    return game.world.Find(id);
+    return World::Current()->Find(id);
 }
 
-ObjectType& Arguments::Object(int i) const
+ObjectType& ScriptArguments::Object(int i) const
 {
     const int index = Whole(i);
-    ObjectType* object = game.world.FindObject(index);
+    ObjectType* object = World::Current()->FindObject(index);
     if (object == nullptr)
         Fail("there is no object " + std::to_string(index));
     return *object;
 }
 
-int Arguments::Return(double number) const
+int ScriptArguments::Return(double number) const
 {
     lua_pushnumber(L, number);
     return 1;
 }
 
-int Arguments::Return(int number) const
+int ScriptArguments::Return(int number) const
 {
     lua_pushinteger(L, number);
     return 1;
 }
 
-int Arguments::Return(bool truth) const
+int ScriptArguments::Return(bool truth) const
 {
     lua_pushboolean(L, truth ? 1 : 0);
     return 1;
 }
 
-int Arguments::Return(const std::string& text) const
+int ScriptArguments::Return(const std::string& text) const
 {
     lua_pushlstring(L, text.data(), text.size());
     return 1;
@@ -164,7 +163,7 @@ int Arguments::Return(const std::string& text) const
 
 // ---- fields ----
 
-Fields::Fields(const Arguments& call, int table, std::string where)
+Fields::Fields(const ScriptArguments& call, int table, std::string where)
     : m_call(call), m_table(lua_absindex(call.L, table)), m_where(std::move(where))
 {
 }
@@ -226,7 +225,7 @@ int Fields::Function(const char* name, int otherwise)
         return otherwise;
     if (lua_type(m_call.L, -1) != LUA_TFUNCTION)
         Fail(name, "must be a function, got " + KindAt(m_call.L, -1));
-    const int reference = m_call.game.scripts.Keep(m_call.L, -1);
+    const int reference = ScriptEngine::Current()->Keep(m_call.L, -1);
     lua_pop(m_call.L, 1);
     return reference;
 }

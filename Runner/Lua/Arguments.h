@@ -8,7 +8,6 @@
 
 namespace Runner
 {
-class Game;
 class Instance;
 class ObjectType;
 
@@ -22,24 +21,21 @@ unsigned ColourAt(lua_State* L, int index);
 std::string TextAt(lua_State* L, int index);
 std::string KindAt(lua_State* L, int index); // "nil", "a string"
 
-// A function that scripts can call.
-class Arguments;
-struct ApiFunction
+// What errors say of a function that scripts can call.
+struct FunctionHead
 {
     const char* name;
-    int least, most;             // arguments
-    int (*run)(Arguments& call); // answers how many values it has pushed
+    int least, most; // arguments
 };
 
-// One call of such a function. Arguments count from 1.
-class Arguments
+// The arguments of one call, counted from 1. An error names the function and the argument.
+class ScriptArguments
 {
 public:
     // Throws when the number of arguments is wrong.
-    Arguments(lua_State* state, Game& owner, const ApiFunction& function);
+    ScriptArguments(lua_State* state, const FunctionHead& function);
 
     lua_State* const L;
-    Game& game;
 
     bool Has(int i) const { return lua_type(L, i) > LUA_TNIL; }
     double Number(int i) const;
@@ -68,7 +64,7 @@ public:
 private:
     template <typename T> T Checked(int i, T (*read)(lua_State*, int)) const;
 
-    const ApiFunction& m_function;
+    const FunctionHead& m_function;
 };
 
 // The named fields of a table. Each field that is read becomes a known one; Finish refuses all others, so that a
@@ -77,7 +73,7 @@ class Fields
 {
 public:
     // where: before field names in errors, such as "views[0].".
-    Fields(const Arguments& call, int table, std::string where = "");
+    Fields(const ScriptArguments& call, int table, std::string where = "");
 
     bool Has(const char* name);
     float Float(const char* name, float otherwise);
@@ -96,7 +92,7 @@ private:
     template <typename T> T Read(const char* name, T otherwise, T (*read)(lua_State*, int));
     bool Push(const char* name);
 
-    const Arguments& m_call;
+    const ScriptArguments& m_call;
     int m_table;
     std::string m_where;
     std::vector<const char*> m_known;

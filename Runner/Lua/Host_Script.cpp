@@ -1,11 +1,8 @@
 // Files/Script and Files/Javascript: how the module runs what scripts gave it.
 
-#include "Runner/Lua/Host_Script.h"
-
 #include "Files/Javascript/Callable.h"
 #include "Files/Run/Run_Globals.h"
 #include "Files/Script/Script.h"
-#include "Runner/Game/Game.h"
 #include "Runner/Host/Code.h"
 #include "Runner/Host/Collector.h"
 #include "Runner/Host/Value.h"
@@ -66,29 +63,14 @@ void Perform(const ScriptCall& call)
 }
 } // namespace
 
-namespace Runner
-{
-int NumberedScripts::Add(int reference)
-{
-    m_references.push_back(reference);
-    return static_cast<int>(m_references.size()) - 1;
-}
-
-int NumberedScripts::Find(int number) const
-{
-    const bool exists = number >= 0 && static_cast<size_t>(number) < m_references.size();
-    return exists ? m_references[static_cast<size_t>(number)] : -1;
-}
-} // namespace Runner
-
 // Arguments in a host array never occur: nothing in this runner makes one.
 // A callback that is no number was reported and counts as 0; script 0 is not what its camera asked for.
 bool Script_Perform(int index, CInstance*, CInstance*, int, RValue* result, DynamicArrayOfRValue*)
 {
     if (Runner::HasError())
         return false;
-    const Runner::Game* game = Runner::Game::Current();
-    const int reference = game == nullptr ? -1 : game->numberedScripts.Find(index);
+    const ScriptEngine* engine = ScriptEngine::Current();
+    const int reference = engine == nullptr ? -1 : engine->numbered.Find(index);
     if (reference < 0)
         return false;
     Perform({nullptr, reference, nullptr, 0, result});

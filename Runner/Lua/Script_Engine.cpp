@@ -1,6 +1,6 @@
 #include "Runner/Lua/Script_Engine.h"
 
-#include "Runner/Host/Files.h"
+#include "Runner/Base/Whole_File.h"
 #include "Runner/Lua/Sandbox.h"
 #include "Runner/Lua/Self.h"
 

@@ -2,9 +2,9 @@
 
 #include "Files/Graphics/Graphics_Support.h"
 #include "Runner/Base/Printable.h"
+#include "Runner/Base/Whole_File.h"
 #include "Runner/Game/Game.h"
 #include "Runner/Host/Buffer.h"
-#include "Runner/Host/Files.h"
 #include "Runner/Save/Saved_Game.h"
 #include "Runner/Save/Script_Values.h"
 

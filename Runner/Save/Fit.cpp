@@ -1,9 +1,9 @@
 // Whether a saved state can be that of the running game. Nothing is changed here.
 
 #include "Runner/Base/Printable.h"
+#include "Runner/Base/Whole_File.h"
 #include "Runner/Draw/Painter.h"
 #include "Runner/Game/Game.h"
-#include "Runner/Host/Files.h"
 #include "Runner/Save/Saved_Game.h"
 
 #include <algorithm>

@@ -7,6 +7,13 @@
 
 namespace Runner
 {
+SaveRequest& SaveRequest::Of(Game& game)
+{
+    if (game.afterFrame == nullptr)
+        game.afterFrame = std::make_unique<SaveRequest>();
+    return static_cast<SaveRequest&>(*game.afterFrame); // nothing else waits for a frame's end
+}
+
 bool SaveRequest::IsFree(std::string& why) const
 {
     const bool isFree = m_savePath.empty() && m_load == nullptr;

@@ -1,5 +1,6 @@
 #pragma once
 
+#include "Runner/Game/Game.h"
 #include "Runner/Save/Saved_State.h"
 
 #include <memory>
@@ -7,19 +8,19 @@
 
 namespace Runner
 {
-class Game;
-
 // What a script has asked for: at most one save or load, done between this frame and the next.
-class SaveRequest
+class SaveRequest final : public AfterFrame
 {
 public:
+    static SaveRequest& Of(Game& game); // the game's one, made when it is first asked for
+
     // Names are those of files in the save area. False when the request was not taken: why tells in one line, or is
     // empty for a name that the save area has refused on the console.
     bool AskSave(const std::string& name, std::string& why);
     bool AskLoad(const Game& game, const std::string& name, std::string& why); // reads and checks the file already
 
     // Between two frames. A save that fails is told on the console, and the game goes on.
-    void Perform(Game& game);
+    void Perform(Game& game) override;
 
 private:
     bool IsFree(std::string& why) const;

@@ -1,7 +1,7 @@
 // The layers, read from the include lines: the module sees the host's interfaces and nothing of a host.
+#include "Tests/Support/Source_Includes.h"
+
 #include <algorithm>
-#include <filesystem>
-#include <fstream>
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 #include <set>
@@ -10,77 +10,15 @@
 
 namespace
 {
-namespace fs = std::filesystem;
+using namespace SourceIncludes;
 using testing::Contains;
 using testing::IsEmpty;
 using testing::IsSupersetOf;
 
-const fs::path ROOT = SOURCE_DIR;
-
-struct Include
-{
-    fs::path file;
-    std::string name;
-    bool quoted;
-};
-
-std::vector<fs::path> SourcesIn(const char* directory)
-{
-    std::vector<fs::path> sources;
-    for (const fs::directory_entry& entry : fs::recursive_directory_iterator(ROOT / directory))
-        if (entry.path().extension() == ".h" || entry.path().extension() == ".cpp")
-            sources.push_back(entry.path());
-    return sources;
-}
-
-std::vector<std::string> LinesOf(const fs::path& file)
-{
-    std::ifstream input(file);
-    std::vector<std::string> lines;
-    for (std::string line; std::getline(input, line);)
-        lines.push_back(line);
-    return lines;
-}
-
-void AddIncludesOf(const fs::path& file, std::vector<Include>& includes)
-{
-    for (const std::string& line : LinesOf(file))
-    {
-        const size_t hash = line.find_first_not_of(" \t");
-        if (hash == std::string::npos || line[hash] != '#' || line.find("include", hash) == std::string::npos)
-            continue;
-        const size_t open = line.find_first_of("\"<", hash);
-        const size_t close = open == std::string::npos ? open : line.find_first_of("\">", open + 1);
-        if (close != std::string::npos)
-            includes.push_back({file, line.substr(open + 1, close - open - 1), line[open] == '"'});
-    }
-}
-
-std::vector<Include> IncludesIn(const std::vector<const char*>& directories)
-{
-    std::vector<Include> includes;
-    for (const char* directory : directories)
-        for (const fs::path& file : SourcesIn(directory))
-            AddIncludesOf(file, includes);
-    return includes;
-}
-
-bool StartsWith(const std::string& text, const char* start) { return text.rfind(start, 0) == 0; }
-
-// "<file> includes <name>" for each include that breaks the rule.
-template <typename Rule> std::vector<std::string> Breaking(const std::vector<const char*>& directories, Rule allowed)
-{
-    std::vector<std::string> breaking;
-    for (const Include& include : IncludesIn(directories))
-        if (!allowed(include))
-            breaking.push_back(fs::relative(include.file, ROOT).generic_string() + " includes " + include.name);
-    return breaking;
-}
-
-std::vector<std::string> HeadersIn(const std::vector<const char*>& directories)
+std::vector<std::string> HeadersIn(const std::vector<std::string>& directories)
 {
     std::vector<std::string> headers;
-    for (const char* directory : directories)
+    for (const std::string& directory : directories)
         for (const fs::path& file : SourcesIn(directory))
             if (file.extension() == ".h")
                 headers.push_back(fs::relative(file, ROOT).generic_string());

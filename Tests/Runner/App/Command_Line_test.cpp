@@ -1,6 +1,7 @@
 // The runner as a program: its options, its exit status, its one line for each mistake.
 
 #include "Runner/App/Options.h"
+#include "Runner/Base/File_Faults.h"
 
 #include "Tests/Runner/Support/Game_Support.h"
 

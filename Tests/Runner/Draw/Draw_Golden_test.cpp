@@ -37,7 +37,7 @@ protected:
         options.file = RunnerTest::GameFile(GetParam().game);
         options.width = 640;
         options.height = 360;
-        Runner::Game game(options);
+        Runner::Game game(options, Runner::OpenApi);
         EXPECT_TRUE(game.Load()) << game.Failure();
         for (int frame = 0; frame <= GetParam().frame; ++frame)
             EXPECT_TRUE(game.Frame()) << game.Failure();

@@ -1,5 +1,7 @@
 #include "Files/IO/Debug_Console.h"
 #include "Files/IO/Load_Save.h"
+#include "Runner/Base/File_Faults.h"
+#include "Runner/Base/Whole_File.h"
 #include "Runner/Host/Files.h"
 
 #include <gmock/gmock.h>

@@ -1,6 +1,7 @@
 // Every operation on a file fails in turn while a state or a picture is written.
 
 #include "Files/Graphics/Graphics_Support.h"
+#include "Runner/Base/File_Faults.h"
 #include "Runner/Draw/Screenshot.h"
 #include "Runner/Host/Memory.h"
 #include "Tests/Runner/Save/Save_Support.h"

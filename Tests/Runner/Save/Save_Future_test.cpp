@@ -55,7 +55,7 @@ protected:
 
     void StartGame()
     {
-        game = std::make_unique<Runner::Game>(options);
+        game = std::make_unique<Runner::Game>(options, Runner::OpenApi);
         ASSERT_TRUE(game->Load()) << game->Failure();
     }
 

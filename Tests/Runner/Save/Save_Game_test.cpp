@@ -358,7 +358,7 @@ TEST_F(RefusedLoad, AnotherGame)
     ASSERT_EQ(Save(), "");
     game.reset();
     options.file = directory.Write("other.lua", "room_add{} -- other");
-    game = std::make_unique<Runner::Game>(options);
+    game = std::make_unique<Runner::Game>(options, Runner::OpenApi);
     ASSERT_TRUE(game->Load());
     EXPECT_EQ(Reason(), "it is of another game (main.lua, not other.lua)");
 }
@@ -398,7 +398,7 @@ TEST_F(RefusedLoad, ObjectsAndRoomsThatWereAddedWhilePlaying)
     ASSERT_EQ(Save(), "");
     EXPECT_EQ(Load(), ""); // it is still there
     game = nullptr;
-    game = std::make_unique<Runner::Game>(options);
+    game = std::make_unique<Runner::Game>(options, Runner::OpenApi);
     ASSERT_TRUE(game->Load());
     EXPECT_EQ(Reason(), "it names object 0, which the game's main file does not add");
 }

@@ -135,7 +135,7 @@ protected:
     void Restart()
     {
         game.reset();
-        game = std::make_unique<Runner::Game>(options);
+        game = std::make_unique<Runner::Game>(options, Runner::OpenApi);
         ASSERT_TRUE(game->Load()) << game->Failure();
     }
 

@@ -46,7 +46,7 @@ protected:
     std::string LoadAfresh()
     {
         game.reset();
-        game = std::make_unique<Runner::Game>(options);
+        game = std::make_unique<Runner::Game>(options, Runner::OpenApi);
         return game->Load() ? Load() : game->Failure();
     }
 

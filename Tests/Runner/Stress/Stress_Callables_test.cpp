@@ -114,7 +114,7 @@ TEST_F(StressCallables, AHelperThatWasRefusedASlotIsFreedAllTheSame)
     {
         options.file = directory.Write("main.lua", "room_add{} room_add{}");
         Runner::FailAllocationAfter(0);
-        Runner::Game refused(options);
+        Runner::Game refused(options, Runner::OpenApi);
         Runner::FailAllocationAfter(-1);
         EXPECT_EQ(g_pGlobal->m_slot, -1);
         EXPECT_TRUE(refused.Load());
@@ -156,7 +156,7 @@ protected:
         options.trace = directory.Path(gcStress ? "stress.txt" : "plain.txt");
         options.gcStress = gcStress;
         game.reset();
-        game = std::make_unique<Runner::Game>(options);
+        game = std::make_unique<Runner::Game>(options, Runner::OpenApi);
         EXPECT_TRUE(game->Load()) << game->Failure();
         EXPECT_EQ(PlayOn(frames), "");
         EXPECT_TRUE(game->Finish());

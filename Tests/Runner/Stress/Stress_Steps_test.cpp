@@ -106,7 +106,7 @@ private:
     // Cameras are cloned between the frames: scripts cannot do that.
     static std::string PlayToTheEnd(const Runner::GameOptions& options)
     {
-        Runner::Game game(options);
+        Runner::Game game(options, Runner::OpenApi);
         Runner::Random random(options.seed);
         bool good = game.Load();
         while (good && !game.HasEnded())

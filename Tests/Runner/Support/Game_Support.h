@@ -1,6 +1,7 @@
 #pragma once
 // Games as text, played inside the test. Every game is walked after each frame (--check).
 
+#include "Runner/Api/Api.h"
 #include "Runner/Game/Game.h"
 #include "Runner/Host/Console.h"
 #include "Runner/Host/Files.h"
@@ -102,7 +103,7 @@ protected:
     {
         game.reset();
         options.file = directory.Write("main.lua", text);
-        game = std::make_unique<Runner::Game>(options);
+        game = std::make_unique<Runner::Game>(options, Runner::OpenApi);
         return game->Load() ? PlayOn(frames) : game->Failure();
     }
 

@@ -1,6 +1,7 @@
 #pragma once
 // Scripts by number, as Script_Perform runs them (Files/Script/Script.h).
 
+#include <cstddef>
 #include <vector>
 
 namespace Runner
