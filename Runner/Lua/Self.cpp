@@ -4,7 +4,10 @@
 #include "Runner/Lua/Script_Engine.h"
 #include "Runner/World/World.h"
 
+#include <iterator>
 #include <lua.hpp>
+#include <optional>
+#include <variant>
 
 namespace Runner
 {
@@ -20,52 +23,32 @@ struct Handle
 
 // ---- the host's fields ----
 
-using Getter = void (*)(lua_State* L, Instance& instance);
-using Setter = void (*)(lua_State* L, int value, Instance& instance); // null: read only
-
-struct Field
-{
-    const char* name;
-    Getter get;
-    Setter set;
-};
-
-template <float Instance::*member> void GetFloat(lua_State* L, Instance& instance)
-{
-    lua_pushnumber(L, static_cast<double>(instance.*member));
-}
-
-template <float CInstance::*member> void GetPlace(lua_State* L, Instance& instance)
-{
-    lua_pushnumber(L, static_cast<double>(instance.*member));
-}
-
-template <bool Instance::*member> void GetFlag(lua_State* L, Instance& instance)
-{
-    lua_pushboolean(L, instance.*member ? 1 : 0);
-}
-
-void Moved(Instance& instance)
+void Touch(Instance& instance)
 {
     if (World* world = World::Current())
         world->Touch(instance);
 }
 
-template <float Instance::*member> void SetFloat(lua_State* L, int value, Instance& instance)
+// The fields that are no plain members: what only scripts see, and the position, which the module knows too.
+struct SpecialField
 {
-    instance.*member = FiniteAt(L, value);
-    Moved(instance);
+    const char* name;
+    void (*get)(lua_State* L, Instance& instance);
+    void (*set)(lua_State* L, int value, Instance& instance); // null: read only
+};
+
+void GetId(lua_State* L, Instance& instance) { lua_pushinteger(L, instance.m_id); }
+void GetObject(lua_State* L, Instance& instance) { lua_pushinteger(L, instance.m_objectIndex); }
+
+template <float CInstance::*member> void GetPosition(lua_State* L, Instance& instance)
+{
+    lua_pushnumber(L, static_cast<double>(instance.*member));
 }
 
-template <float CInstance::*member> void SetPlace(lua_State* L, int value, Instance& instance)
+template <float CInstance::*member> void SetPosition(lua_State* L, int value, Instance& instance)
 {
     instance.*member = FiniteAt(L, value);
-    Moved(instance);
-}
-
-template <bool Instance::*member> void SetFlag(lua_State* L, int value, Instance& instance)
-{
-    instance.*member = FlagAt(L, value);
+    Touch(instance);
 }
 
 template <float RoomArea::*edge> void GetEdge(lua_State* L, Instance& instance)
@@ -75,48 +58,71 @@ template <float RoomArea::*edge> void GetEdge(lua_State* L, Instance& instance)
     lua_pushnumber(L, static_cast<double>(instance.box.*edge));
 }
 
-void GetSprite(lua_State* L, Instance& instance) { lua_pushinteger(L, instance.sprite); }
-
-void SetSprite(lua_State* L, int value, Instance& instance)
-{
-    instance.sprite = WholeAt(L, value);
-    Moved(instance);
-}
-
-void GetColour(lua_State* L, Instance& instance) { lua_pushinteger(L, static_cast<lua_Integer>(instance.colour)); }
-void SetColour(lua_State* L, int value, Instance& instance) { instance.colour = ColourAt(L, value); }
-void GetId(lua_State* L, Instance& instance) { lua_pushinteger(L, instance.m_id); }
-void GetObject(lua_State* L, Instance& instance) { lua_pushinteger(L, instance.m_objectIndex); }
-
-constexpr Field FIELDS[] = {
+constexpr SpecialField SPECIAL_FIELDS[] = {
     {"id", GetId, nullptr},
     {"object", GetObject, nullptr},
-    {"x", GetPlace<&CInstance::x>, SetPlace<&CInstance::x>},
-    {"y", GetPlace<&CInstance::y>, SetPlace<&CInstance::y>},
-    {"sprite", GetSprite, SetSprite},
-    {"frame", GetFloat<&Instance::frame>, SetFloat<&Instance::frame>},
-    {"angle", GetFloat<&Instance::angle>, SetFloat<&Instance::angle>},
-    {"xscale", GetFloat<&Instance::scaleX>, SetFloat<&Instance::scaleX>},
-    {"yscale", GetFloat<&Instance::scaleY>, SetFloat<&Instance::scaleY>},
-    {"colour", GetColour, SetColour},
-    {"alpha", GetFloat<&Instance::alpha>, SetFloat<&Instance::alpha>},
-    {"depth", GetFloat<&Instance::depth>, SetFloat<&Instance::depth>},
-    {"visible", GetFlag<&Instance::visible>, SetFlag<&Instance::visible>},
-    {"solid", GetFlag<&Instance::solid>, SetFlag<&Instance::solid>},
+    {"x", GetPosition<&CInstance::x>, SetPosition<&CInstance::x>},
+    {"y", GetPosition<&CInstance::y>, SetPosition<&CInstance::y>},
     {"bbox_left", GetEdge<&RoomArea::left>, nullptr},
     {"bbox_top", GetEdge<&RoomArea::top>, nullptr},
     {"bbox_right", GetEdge<&RoomArea::right>, nullptr},
     {"bbox_bottom", GetEdge<&RoomArea::bottom>, nullptr},
 };
 
-// The first upvalue of both accessors maps field names to entries of FIELDS. Null: a variable of the script.
-const Field* FieldAt(lua_State* L, int key)
+void PushValue(lua_State* L, float value) { lua_pushnumber(L, static_cast<double>(value)); }
+void PushValue(lua_State* L, bool value) { lua_pushboolean(L, value ? 1 : 0); }
+template <typename Whole> void PushValue(lua_State* L, Whole value) { lua_pushinteger(L, value); }
+
+void ReadValue(lua_State* L, int index, float& value) { value = FiniteAt(L, index); }
+void ReadValue(lua_State* L, int index, bool& value) { value = FlagAt(L, index); }
+void ReadValue(lua_State* L, int index, int32_t& value) { value = WholeAt(L, index); }
+void ReadValue(lua_State* L, int index, uint32_t& value) { value = ColourAt(L, index); }
+
+// A field of an instance under its name in scripts: one of the two lists holds it.
+struct Field
+{
+    const SpecialField* special;
+    const InstanceField* plain;
+
+    const char* Name() const { return special != nullptr ? special->name : plain->name; }
+    bool IsReadOnly() const { return special != nullptr && special->set == nullptr; }
+    bool IsId() const { return special != nullptr && special->get == GetId; }
+
+    void Get(lua_State* L, Instance& instance) const
+    {
+        if (special != nullptr)
+            return special->get(L, instance);
+        std::visit([&](auto member) { PushValue(L, instance.*member); }, plain->member);
+    }
+
+    void Set(lua_State* L, int value, Instance& instance) const
+    {
+        if (special != nullptr)
+            return special->set(L, value, instance);
+        std::visit([&](auto member) { ReadValue(L, value, instance.*member); }, plain->member);
+        Touch(instance);
+    }
+};
+
+constexpr size_t SPECIAL_COUNT = std::size(SPECIAL_FIELDS);
+constexpr size_t FIELD_COUNT = SPECIAL_COUNT + std::size(INSTANCE_FIELDS);
+
+Field FieldNumber(size_t number)
+{
+    if (number < SPECIAL_COUNT)
+        return {&SPECIAL_FIELDS[number], nullptr};
+    return {nullptr, &INSTANCE_FIELDS[number - SPECIAL_COUNT]};
+}
+
+// The first upvalue of both accessors maps the names of fields to their numbers. Without a value: a variable of the
+// script.
+std::optional<Field> FieldAt(lua_State* L, int key)
 {
     lua_pushvalue(L, key);
     const bool found = lua_rawget(L, lua_upvalueindex(1)) != LUA_TNIL;
-    const Field* field = found ? &FIELDS[lua_tointeger(L, -1)] : nullptr;
+    const lua_Integer number = found ? lua_tointeger(L, -1) : 0;
     lua_pop(L, 1);
-    return field;
+    return found ? std::optional<Field>(FieldNumber(static_cast<size_t>(number))) : std::nullopt;
 }
 
 std::string KeyText(lua_State* L, int key)
@@ -139,11 +145,11 @@ Handle& HandleAt(lua_State* L, int index) { return *static_cast<Handle*>(luaL_ch
 int ReadField(lua_State* L)
 {
     const Handle& handle = HandleAt(L, 1);
-    const Field* field = FieldAt(L, 2);
-    if (field != nullptr && field->get == GetId)
+    const std::optional<Field> field = FieldAt(L, 2);
+    if (field.has_value() && field->IsId())
         lua_pushinteger(L, handle.id);
-    else if (field != nullptr)
-        field->get(L, LiveInstance(L, handle));
+    else if (field.has_value())
+        field->Get(L, LiveInstance(L, handle));
     else if (lua_getiuservalue(L, 1, 1) == LUA_TTABLE)
     {
         lua_pushvalue(L, 2);
@@ -170,18 +176,18 @@ void WriteVariable(lua_State* L)
 int WriteField(lua_State* L)
 {
     Instance& instance = LiveInstance(L, HandleAt(L, 1));
-    const Field* field = FieldAt(L, 2);
-    if (field == nullptr)
+    const std::optional<Field> field = FieldAt(L, 2);
+    if (!field.has_value())
     {
         WriteVariable(L);
         return 0;
     }
-    const std::string name = field->name;
-    if (field->set == nullptr)
+    const std::string name = field->Name();
+    if (field->IsReadOnly())
         throw ScriptError("\"" + name + "\" of an instance cannot be set");
     try
     {
-        field->set(L, 3, instance);
+        field->Set(L, 3, instance);
     }
     catch (const ScriptError& error)
     {
@@ -211,11 +217,10 @@ template <int (*body)(lua_State*)> int Entry(lua_State* L) { return RunForLua(L,
 void PushFieldNames(lua_State* L)
 {
     lua_newtable(L);
-    int index = 0;
-    for (const Field& field : FIELDS)
+    for (size_t number = 0; number < FIELD_COUNT; ++number)
     {
-        lua_pushinteger(L, index++);
-        lua_setfield(L, -2, field.name);
+        lua_pushinteger(L, static_cast<lua_Integer>(number));
+        lua_setfield(L, -2, FieldNumber(number).Name());
     }
 }
 } // namespace

@@ -30,7 +30,7 @@ void CaptureGame(const Game& game, SavedGame& saved)
 void CaptureViews(const RunningRoom& room, std::vector<SavedView>& saved)
 {
     for (const View& view : room.views)
-        saved.push_back({view.cameraID, view.visible, view.xport, view.yport, view.wport, view.hport, view.surface});
+        saved.push_back({view.cameraID, view});
 }
 
 SavedInstance CaptureInstance(const Instance& instance)
@@ -42,16 +42,7 @@ SavedInstance CaptureInstance(const Instance& instance)
     saved.isDeactivated = (instance.m_flags & eInstanceFlag_Deactivated) != 0;
     saved.x = instance.x;
     saved.y = instance.y;
-    saved.sprite = instance.sprite;
-    saved.frame = instance.frame;
-    saved.angle = instance.angle;
-    saved.scaleX = instance.scaleX;
-    saved.scaleY = instance.scaleY;
-    saved.colour = instance.colour;
-    saved.alpha = instance.alpha;
-    saved.depth = instance.depth;
-    saved.visible = instance.visible;
-    saved.solid = instance.solid;
+    saved.fields = instance;
     return saved;
 }
 

@@ -64,9 +64,13 @@ std::string MissingObject(const Game& game, const SavedWorld& saved)
 
 bool NumbersAreFinite(const SavedInstance& instance)
 {
-    const float numbers[] = {instance.x,      instance.y,      instance.frame, instance.angle,
-                             instance.scaleX, instance.scaleY, instance.alpha, instance.depth};
-    return std::all_of(std::begin(numbers), std::end(numbers), [](float number) { return std::isfinite(number); });
+    const auto isFinite = [&instance](const InstanceField& field)
+    {
+        const auto* number = std::get_if<float InstanceFields::*>(&field.member);
+        return number == nullptr || std::isfinite(instance.fields.*(*number));
+    };
+    return std::isfinite(instance.x) && std::isfinite(instance.y) &&
+           std::all_of(std::begin(INSTANCE_FIELDS), std::end(INSTANCE_FIELDS), isFinite);
 }
 
 bool WorldFits(const SavedWorld& saved)

@@ -79,16 +79,7 @@ void RestoreInstance(World& world, const SavedInstance& saved)
 {
     world.SetNextId(saved.id);
     Instance& instance = world.Create(*world.FindObject(saved.object), saved.x, saved.y);
-    instance.sprite = saved.sprite;
-    instance.frame = saved.frame;
-    instance.angle = saved.angle;
-    instance.scaleX = saved.scaleX;
-    instance.scaleY = saved.scaleY;
-    instance.colour = saved.colour;
-    instance.alpha = saved.alpha;
-    instance.depth = saved.depth;
-    instance.visible = saved.visible;
-    instance.solid = saved.solid;
+    static_cast<InstanceFields&>(instance) = saved.fields;
     if (saved.isDeactivated)
         instance.m_flags |= eInstanceFlag_Deactivated;
     if (saved.isDestroyed)
@@ -111,12 +102,7 @@ void RestoreViews(RunningRoom& room, const std::vector<SavedView>& saved)
     {
         View& view = room.views[i];
         view.cameraID = saved[i].camera;
-        view.visible = saved[i].visible;
-        view.xport = saved[i].xport;
-        view.yport = saved[i].yport;
-        view.wport = saved[i].wport;
-        view.hport = saved[i].hport;
-        view.surface = saved[i].surface;
+        static_cast<ViewFields&>(view) = saved[i].fields;
     }
 }
 

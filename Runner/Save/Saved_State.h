@@ -5,6 +5,8 @@
 // bytes everywhere.
 
 #include "Runner/Game/Game_Identity.h"
+#include "Runner/World/Instance_Fields.h"
+#include "Runner/World/View_Fields.h"
 
 #include <cstdint>
 #include <string>
@@ -27,9 +29,7 @@ struct SavedGame
 struct SavedView
 {
     int32_t camera = -1;
-    bool visible = false;
-    int32_t xport = 0, yport = 0, wport = 0, hport = 0;
-    int32_t surface = -1;
+    ViewFields fields;
 };
 
 struct SavedInstance
@@ -39,11 +39,7 @@ struct SavedInstance
     bool isDestroyed = false; // in the frame's drawing; it goes with the next step
     bool isDeactivated = false;
     float x = 0.0f, y = 0.0f;
-    int32_t sprite = -1;
-    float frame = 0.0f, angle = 0.0f, scaleX = 1.0f, scaleY = 1.0f;
-    uint32_t colour = 0;
-    float alpha = 1.0f, depth = 0.0f;
-    bool visible = true, solid = false;
+    InstanceFields fields;
     uint32_t variables = 0; // of the script: 1 + the number of a table, 0 for none
 };
 

@@ -28,16 +28,18 @@ template <typename Io> void Describe(Io& io, FieldsOf<Io, SavedGame>& game)
 
 template <typename Io> void Describe(Io& io, FieldsOf<Io, SavedView>& view)
 {
-    All(io, view.camera, view.visible, view.xport, view.yport, view.wport, view.hport);
-    io(view.surface);
+    io(view.camera);
+    for (const auto& field : VIEW_FIELDS)
+        std::visit([&](auto member) { io(view.fields.*member); }, field);
 }
 
 template <typename Io> void Describe(Io& io, FieldsOf<Io, SavedInstance>& instance)
 {
     All(io, instance.id, instance.object, instance.isDestroyed, instance.isDeactivated);
-    All(io, instance.x, instance.y, instance.sprite, instance.frame, instance.angle);
-    All(io, instance.scaleX, instance.scaleY, instance.colour, instance.alpha, instance.depth);
-    All(io, instance.visible, instance.solid, instance.variables);
+    All(io, instance.x, instance.y);
+    for (const InstanceField& field : INSTANCE_FIELDS)
+        std::visit([&](auto member) { io(instance.fields.*member); }, field.member);
+    io(instance.variables);
 }
 
 template <typename Io> void Describe(Io& io, FieldsOf<Io, SavedCameraFlags>& camera)

@@ -25,7 +25,7 @@ Runner::View* FindView(const char* builtin, int view)
     return nullptr;
 }
 
-template <typename T> bool Get(const char* builtin, T Runner::View::*property, int view, RValue* out)
+template <typename T> bool Get(const char* builtin, T Runner::ViewFields::*property, int view, RValue* out)
 {
     const Runner::View* found = FindView(builtin, view);
     if (found != nullptr)
@@ -33,7 +33,7 @@ template <typename T> bool Get(const char* builtin, T Runner::View::*property, i
     return found != nullptr;
 }
 
-bool Set(const char* builtin, int Runner::View::*property, int view, const RValue* value)
+bool Set(const char* builtin, int32_t Runner::ViewFields::*property, int view, const RValue* value)
 {
     Runner::View* found = FindView(builtin, view);
     if (found != nullptr)
@@ -52,20 +52,32 @@ bool GV_ViewCamera(CInstance*, int view, RValue* out)
 
 bool GV_ViewVisible(CInstance*, int view, RValue* out)
 {
-    return Get("view_get_visible", &Runner::View::visible, view, out);
+    return Get("view_get_visible", &Runner::ViewFields::visible, view, out);
 }
 
-bool GV_ViewXport(CInstance*, int view, RValue* out) { return Get("view_get_xport", &Runner::View::xport, view, out); }
+bool GV_ViewXport(CInstance*, int view, RValue* out)
+{
+    return Get("view_get_xport", &Runner::ViewFields::xport, view, out);
+}
 
-bool GV_ViewYport(CInstance*, int view, RValue* out) { return Get("view_get_yport", &Runner::View::yport, view, out); }
+bool GV_ViewYport(CInstance*, int view, RValue* out)
+{
+    return Get("view_get_yport", &Runner::ViewFields::yport, view, out);
+}
 
-bool GV_ViewWport(CInstance*, int view, RValue* out) { return Get("view_get_wport", &Runner::View::wport, view, out); }
+bool GV_ViewWport(CInstance*, int view, RValue* out)
+{
+    return Get("view_get_wport", &Runner::ViewFields::wport, view, out);
+}
 
-bool GV_ViewHport(CInstance*, int view, RValue* out) { return Get("view_get_hport", &Runner::View::hport, view, out); }
+bool GV_ViewHport(CInstance*, int view, RValue* out)
+{
+    return Get("view_get_hport", &Runner::ViewFields::hport, view, out);
+}
 
 bool GV_ViewSurfaceID(CInstance*, int view, RValue* out)
 {
-    return Get("view_get_surface_id", &Runner::View::surface, view, out);
+    return Get("view_get_surface_id", &Runner::ViewFields::surface, view, out);
 }
 
 // The module keeps a list of the room's cameras; a look-up right after the assignment must find the new one there.
@@ -89,25 +101,25 @@ bool SV_ViewVisible(CInstance*, int view, RValue* value)
 
 bool SV_ViewXport(CInstance*, int view, RValue* value)
 {
-    return Set("view_set_xport", &Runner::View::xport, view, value);
+    return Set("view_set_xport", &Runner::ViewFields::xport, view, value);
 }
 
 bool SV_ViewYport(CInstance*, int view, RValue* value)
 {
-    return Set("view_set_yport", &Runner::View::yport, view, value);
+    return Set("view_set_yport", &Runner::ViewFields::yport, view, value);
 }
 
 bool SV_ViewWport(CInstance*, int view, RValue* value)
 {
-    return Set("view_set_wport", &Runner::View::wport, view, value);
+    return Set("view_set_wport", &Runner::ViewFields::wport, view, value);
 }
 
 bool SV_ViewHport(CInstance*, int view, RValue* value)
 {
-    return Set("view_set_hport", &Runner::View::hport, view, value);
+    return Set("view_set_hport", &Runner::ViewFields::hport, view, value);
 }
 
 bool SV_ViewSurfaceID(CInstance*, int view, RValue* value)
 {
-    return Set("view_set_surface_id", &Runner::View::surface, view, value);
+    return Set("view_set_surface_id", &Runner::ViewFields::surface, view, value);
 }

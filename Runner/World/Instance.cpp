@@ -45,10 +45,12 @@ RoomArea Moved(const RoomArea& area, float x, float y)
 } // namespace
 
 Instance::Instance(World& world, ObjectType& instanceType, float startX, float startY, int id)
-    : CInstance(startX, startY, id, instanceType.index, false), type(instanceType), sprite(instanceType.traits.sprite),
-      depth(instanceType.traits.depth), visible(instanceType.traits.visible), solid(instanceType.traits.solid),
-      m_world(world)
+    : CInstance(startX, startY, id, instanceType.index, false), type(instanceType), m_world(world)
 {
+    sprite = type.traits.sprite;
+    depth = type.traits.depth;
+    visible = type.traits.visible;
+    solid = type.traits.solid;
 }
 
 Instance* Instance::From(KvObjectBase* object)

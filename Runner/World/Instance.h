@@ -1,7 +1,7 @@
 #pragma once
 
 #include "Files/Instance/Instance.h"
-#include "Runner/World/Object_Type.h"
+#include "Runner/World/Instance_Fields.h"
 
 namespace Runner
 {
@@ -11,23 +11,12 @@ class World;
 //
 // Whoever changes a field that moves it on the screen calls World::Touch, so that its boxes and its place in the grid
 // follow before they are next read.
-class Instance : public CInstance
+class Instance : public CInstance, public InstanceFields
 {
 public:
     Instance(World& world, ObjectType& type, float x, float y, int id);
 
     ObjectType& type;
-
-    // ---- how it is drawn ----
-    int sprite;
-    float frame = 0.0f; // whole part counts; wraps round
-    float angle = 0.0f; // degrees, counter-clockwise on the screen
-    float scaleX = 1.0f, scaleY = 1.0f;
-    uint32_t colour = 0xFFFFFF; // multiplies the sprite's
-    float alpha = 1.0f;
-    float depth; // larger is further away
-    bool visible;
-    bool solid; // for the game's own use
 
     // ---- where it is: current unless eInstanceFlag_bbox_dirty is set ----
     RoomArea box = {};      // the object's box, or its sprite's, turned and scaled

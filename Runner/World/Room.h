@@ -6,6 +6,7 @@
 // goes when the room has ended.
 
 #include "Files/Room/Room.h"
+#include "Runner/World/View_Fields.h"
 
 #include <array>
 #include <memory>
@@ -17,7 +18,6 @@ namespace Runner
 {
 constexpr int NO_ROOM = -1;
 constexpr int NO_CAMERA = -1;
-constexpr int SCREEN_SURFACE = -1; // a view's surface when it draws on the screen
 constexpr int ROOM_SIDE_LIMIT = 1000000;
 
 // The room's functions, as Lua references.
@@ -42,12 +42,8 @@ struct RoomSpec
     RoomScripts scripts;
 };
 
-class View : public CViewGM
+class View : public CViewGM, public ViewFields
 {
-public:
-    bool visible = false;
-    int xport = 0, yport = 0, wport = 0, hport = 0; // on the game's screen
-    int surface = SCREEN_SURFACE;                   // drawn into instead of the screen, over its whole size
 };
 
 class RunningRoom : public CRoom
