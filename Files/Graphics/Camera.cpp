@@ -12,7 +12,7 @@ namespace
 
 constexpr kvMatrix IDENTITY = {{{1, 0, 0, 0, 0, 1, 0, 0, 0, 0, 1, 0, 0, 0, 0, 1}}};
 
-uint32_t s_births; // wraps after four thousand million cameras, which is no matter: see CCameraManager::Ticket
+uint32_t s_births; // wraps after four thousand million cameras, which is no matter: see CCameraHandle
 
 void Discard(RValue& field)
 {
@@ -80,7 +80,7 @@ void CCamera::CopyViewFrom(const CCamera& source)
 void CCamera::SetID(int id)
 {
     if (id != m_ID)
-        CCameraManager::IdentifierChanges(this);
+        CCameraManager::IdentifierChanged(this);
     m_ID = id;
 }
 

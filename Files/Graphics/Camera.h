@@ -143,8 +143,8 @@ public:
     void End();           // end callback
 
     // Runs a callback in the manager's script instance with Current_Object set to the camera. False: there is none.
-    // The callback may do anything, even destroy this camera: callers ask again (CCameraManager::Ticket) before
-    // they touch it.
+    // The callback may do anything, even destroy this camera: callers ask again (CCameraHandle) before they
+    // touch it.
     bool ExecuteScript(RValue* script);
 
     // ---- callbacks (Camera_Script.cpp): the value is checked, reported if it cannot run, and stored all the same ----

@@ -3,7 +3,7 @@
 
 #include "Files/Graphics/Camera.h"
 
-#include "Files/Graphics/Camera_Manager.h"
+#include "Files/Graphics/Camera_Handle.h"
 #include "Files/Graphics/Values.h"
 #include "Files/Instance/Instance.h"
 #include "Files/Object/Object.h"
@@ -100,10 +100,10 @@ void CCamera::CameraUpdate()
 {
     if (!IsNoScript(m_updateScript))
     {
-        const CCameraManager::Ticket ticket(this);
+        const CCameraHandle self(this);
         if (ExecuteScript(&m_updateScript))
         {
-            if (ticket.StillThere())
+            if (self.IsOfNoCamera() || self.Get() != nullptr)
                 BuildViewIfDirty();
             return;
         }

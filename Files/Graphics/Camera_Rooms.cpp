@@ -56,10 +56,12 @@ void CCameraManager::BuildRoomCameraList()
 {
     if (Run_Room == nullptr)
         return;
-    m_roomcameras[0] = g_DefaultCameraID == -1 ? nullptr : FindInTable(g_DefaultCameraID);
-    for (int view = 0; view < ROOM_VIEWS; ++view)
+    const auto find = [this](int id)
     {
-        const int id = Run_Room->r_view[view]->cameraID;
-        m_roomcameras[1 + view] = id == -1 ? nullptr : FindInTable(id);
-    }
+        const int slot = FindCameraInList(id);
+        return slot != -1 ? m_cameras[slot] : nullptr;
+    };
+    m_roomcameras[0] = find(g_DefaultCameraID);
+    for (int view = 0; view < ROOM_VIEWS; ++view)
+        m_roomcameras[1 + view] = find(Run_Room->r_view[view]->cameraID);
 }

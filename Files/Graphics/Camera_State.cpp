@@ -78,11 +78,16 @@ template <size_t FIELD> void ReadField(CCamera& camera, IBuffer* buffer)
     }
 }
 
+void ReadRecord(CCamera& camera, IBuffer* buffer)
+{
+    Unrolled<std::size(CAMERA_STATE)>([&camera, buffer](auto field) { ReadField<field>(camera, buffer); });
+}
+
 // What follows a record can only be found by reading it.
 void PassOverRecord(IBuffer* buffer)
 {
     CCamera nobody;
-    nobody.DeSerialize(buffer);
+    ReadRecord(nobody, buffer);
 }
 
 } // namespace
@@ -98,8 +103,10 @@ void CCamera::Serialize(IBuffer* buffer)
 
 void CCamera::DeSerialize(IBuffer* buffer)
 {
-    CCameraManager::IdentifierChanges(this);
-    Unrolled<std::size(CAMERA_STATE)>([=](auto field) { ReadField<field>(*this, buffer); });
+    const int before = m_ID;
+    ReadRecord(*this, buffer);
+    if (m_ID != before)
+        CCameraManager::IdentifierChanged(this);
 }
 
 void CCameraManager::Serialize(IBuffer* buffer)
@@ -142,10 +149,9 @@ void CCameraManager::LoadCamera(IBuffer* buffer)
     CCamera* const camera = NewCamera(CAMERA_LOAD_LINE);
     if (camera == nullptr)
         return PassOverRecord(buffer);
-    camera->DeSerialize(buffer);
-    const int id = camera->m_ID;
-    if (id <= CAMERA_ID_LAST_LOADED)
-        AddCameraToList(camera, id);
-    if (!Holds(camera))
+    ReadRecord(*camera, buffer);
+    if (camera->m_ID <= CAMERA_ID_LAST_LOADED)
+        AddCameraToList(camera, camera->m_ID);
+    if (!HoldsAt(camera->m_ID, camera->m_ID) || m_cameras[camera->m_ID] != camera)
         FreeCamera(camera);
 }
