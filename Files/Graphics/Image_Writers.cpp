@@ -21,7 +21,7 @@ namespace
 
 // ---- BMP ----
 
-constexpr int BMP_LINE = 189; // the line under which hosts track BMP blocks
+constexpr int BMP_LINE = 189; // fixed by the hosts' tracking of allocations, which knows BMP blocks by this number
 constexpr int BMP_HEADER = 54;
 constexpr int BMP_PIXEL = PixelPack::STORED;
 
@@ -107,6 +107,7 @@ void PutPixels(unsigned char* out, const void* buffer, int width, int height, in
 // ---- PNG ----
 
 constexpr int PATH_SIZE = 2048;
+constexpr char ROWS_FAILED[] = "[write_png_file] Error during writing bytes";
 
 void PNGAPI pngWriteFn(png_structp png_ptr, png_bytep inBytes, png_size_t byteCountToWrite)
 {
@@ -145,15 +146,16 @@ bool WriteHeader(png_structp png, png_infop info, int width, int height)
     return true;
 }
 
-// Leaves the row table to the caller, who frees it whether libpng jumped or not.
+// Leaves the row table to the caller, who frees it whether libpng jumped or not. A refused table is reported here and
+// not through png_error, which would print on the standard error stream, too.
 bool WriteRows(png_structp png, void* pixels, int width, int height, png_bytep** rowTable)
 {
     if (setjmp(png_jmpbuf(png)) != 0)
-        return Report("[write_png_file] Error during writing bytes");
+        return Report(ROWS_FAILED);
     png_bytep* const rows = static_cast<png_bytep*>(malloc(static_cast<size_t>(height) * sizeof(png_bytep)));
     *rowTable = rows;
     if (rows == nullptr)
-        png_error(png, "out of memory for the row table");
+        return Report(ROWS_FAILED);
     for (int y = 0; y < height; ++y)
         rows[y] = static_cast<png_bytep>(pixels) + static_cast<size_t>(y) * static_cast<size_t>(width) * 4;
     png_write_image(png, rows);
