@@ -10,6 +10,8 @@
 
 #include <cstdint>
 
+constexpr float RADIANS_PER_DEGREE = 0.017453292f; // pi / 180, rounded to float
+
 struct kvVector3
 {
     float x, y, z;

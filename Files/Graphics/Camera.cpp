@@ -7,6 +7,8 @@
 #include "Files/Graphics/Matrix_Invert.h"
 #include "Files/Graphics/Values.h"
 
+using namespace CameraModule;
+
 namespace
 {
 
@@ -17,7 +19,7 @@ uint32_t s_births; // wraps after four thousand million cameras, which is no mat
 void Discard(RValue& field)
 {
     ReleaseValue(field);
-    field = MakeEmpty(VALUE_UNDEFINED);
+    field = EmptyValue(VALUE_UNDEFINED);
 }
 
 // A singular matrix leaves its own copy as the inverse.
@@ -31,8 +33,8 @@ void StoreInverse(kvMatrix& inverse, const kvMatrix& matrix)
 
 CCamera::CCamera()
     : m_projMat(IDENTITY), m_viewMat(IDENTITY), m_viewProjMat(IDENTITY), m_invProjMat(IDENTITY), m_invViewMat(IDENTITY),
-      m_invViewProjMat(IDENTITY), m_beginScript(MakeReal(-1.0)), m_endScript(MakeReal(-1.0)),
-      m_updateScript(MakeReal(-1.0)), m_birth(++s_births)
+      m_invViewProjMat(IDENTITY), m_beginScript(RealValue(-1.0)), m_endScript(RealValue(-1.0)),
+      m_updateScript(RealValue(-1.0)), m_birth(++s_births)
 {
 }
 

@@ -1,19 +1,15 @@
-// Making a camera's view current, and running its callbacks.
+// Making a camera's view current: the visible area is published, the matrices go to the graphics layer.
 #include "Platform/Strict_Float.h"
 
 #include "Files/Graphics/Camera.h"
 
-#include "Files/Code/Function.h"
-#include "Files/Graphics/Camera_Manager.h"
 #include "Files/Graphics/Render_Target.h"
-#include "Files/Graphics/Values.h"
 #include "Files/Graphics_API/Graphics_API.h"
-#include "Files/Javascript/Callable.h"
 #include "Files/Room/Room.h"
-#include "Files/Run/Run_Globals.h"
-#include "Files/Script/Script.h"
 
 #include <cmath>
+
+using namespace CameraModule;
 
 namespace
 {
@@ -109,30 +105,6 @@ void Publish(const ViewArea& area)
     SetViewExtents(area.x, area.y, area.w, area.h, area.angle);
 }
 
-// True when the script counts as run: a camera between rooms has nobody to run it, and yet no target is followed.
-bool PerformScript(int index, RValue& result)
-{
-    if (index == NO_SCRIPT)
-        return false;
-    CInstance* const instance = g_fIsJSProject ? g_pGlobal : g_CM.m_pScriptInstance;
-    if (g_fIsJSProject || instance != nullptr)
-        Script_Perform(index, instance, instance, 0, &result, nullptr);
-    return true;
-}
-
-// Runs a copy: the callback may replace the field that it came from.
-bool RunCallback(RValue callback)
-{
-    RValue result = MakeEmpty(VALUE_UNSET);
-    bool ran = true;
-    if (KvKind(callback) == VALUE_OBJECT)
-        Call_RValue(g_CM.m_pScriptInstance, &result, &callback, 0, nullptr);
-    else
-        ran = PerformScript(KvGetInt32(&callback, 0), result);
-    ReleaseValue(result);
-    return ran;
-}
-
 } // namespace
 
 void CCamera::ApplyMatrices()
@@ -145,18 +117,3 @@ void CCamera::ApplyMatrices()
     Graphics::SetMatrix(eM_View, m_viewMat.m);
     Graphics::SetMatrix(eM_Projection, projection.m);
 }
-
-bool CCamera::ExecuteScript(RValue* script)
-{
-    if (script == nullptr || IsNoScript(*script))
-        return false;
-    const int caller = Current_Object;
-    Current_Object = m_ID;
-    const bool ran = RunCallback(*script);
-    Current_Object = caller;
-    return ran;
-}
-
-void CCamera::Begin() { ExecuteScript(&m_beginScript); }
-
-void CCamera::End() { ExecuteScript(&m_endScript); }

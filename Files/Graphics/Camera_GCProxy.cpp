@@ -8,11 +8,12 @@
 #include <climits>
 #include <cstdint>
 
+using namespace CameraModule;
+
 namespace
 {
 
 constexpr int NO_SLOT = -1;
-constexpr int EVERY_VARIABLE = 16777215; // the host's object base takes a variable mask; ours has no variables
 
 using SlotTable = KvSlot<KvObjectBase>;
 
@@ -111,7 +112,7 @@ int TakeSlot(SlotTable& table, KvObjectBase* object)
 
 } // namespace
 
-Camera_GCProxy::Camera_GCProxy(CCamera* camera) : KvObjectBase(0, EVERY_VARIABLE), pCamObj(camera)
+Camera_GCProxy::Camera_GCProxy(CCamera* camera) : KvObjectBase(0, OBJECT_VARIABLE_MASK), pCamObj(camera)
 {
     m_slot = TakeSlot(g_slotObjects, this);
     if (g_fGarbageCollection)

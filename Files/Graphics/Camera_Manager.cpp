@@ -9,6 +9,8 @@
 #include <climits>
 #include <new>
 
+using namespace CameraModule;
+
 namespace
 {
 

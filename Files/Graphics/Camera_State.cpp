@@ -10,10 +10,12 @@
 #include <iterator>
 #include <utility>
 
+using namespace CameraModule;
+
 namespace
 {
 
-constexpr int CAMERA_LOAD_LINE = 2279; // the line under which hosts track loaded cameras
+constexpr int CAMERA_LOAD_LINE = 2279; // fixed by the hosts' tracking of allocations, which knows loaded cameras by it
 
 // The largest table that the last identifier can have made. A count beyond it is damage, and reading on for it would
 // only keep the game waiting.
@@ -51,7 +53,7 @@ void ReadScript(RValue& script, IBuffer* buffer)
 {
     const int index = buffer->ReadS32();
     ReleaseValue(script);
-    script = MakeReal(index);
+    script = RealValue(index);
 }
 
 template <size_t FIELD> void WriteField(CCamera& camera, IBuffer* buffer)

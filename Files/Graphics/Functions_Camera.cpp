@@ -6,6 +6,8 @@
 #include "Files/Graphics/Handlers.h"
 #include "Files/Room/Room.h"
 
+using namespace CameraModule;
+
 namespace
 {
 

@@ -9,6 +9,8 @@
 #include "Files/LLVM/Arrays.h"
 #include "Platform/Memory_Manager.h"
 
+using namespace CameraModule;
+
 namespace
 {
 
@@ -69,7 +71,7 @@ bool ReadMatrixArgument(const RValue& argument, kvMatrix& matrix)
 }
 
 // A pending build comes before the new matrix is stored, or it would overwrite it later.
-void SetMatrix(RValue& result, int argc, const RValue* args, void (CCamera::*set)(const kvMatrix&), const char* name)
+void SetMatrixOf(RValue& result, int argc, const RValue* args, void (CCamera::*set)(const kvMatrix&), const char* name)
 {
     CCamera* const camera = BeginCall(result, argc, args, 2, name);
     kvMatrix matrix;
@@ -81,14 +83,14 @@ void SetMatrix(RValue& result, int argc, const RValue* args, void (CCamera::*set
 
 // ---- callbacks ----
 
-void GetScript(RValue& result, int argc, const RValue* args, RValue* (CCamera::*script)(), const char* name)
+void GetCallback(RValue& result, int argc, const RValue* args, RValue* (CCamera::*script)(), const char* name)
 {
     CCamera* const camera = BeginCall(result, argc, args, 1, name);
     if (camera != nullptr)
         KvAssign(result, *(camera->*script)());
 }
 
-void SetScript(RValue& result, int argc, RValue* args, void (CCamera::*set)(RValue*), const char* name)
+void SetCallback(RValue& result, int argc, RValue* args, void (CCamera::*set)(RValue*), const char* name)
 {
     CCamera* const camera = BeginCall(result, argc, args, 2, name);
     if (camera != nullptr)
@@ -119,40 +121,40 @@ void F_CameraGetProjMat(RValue& result, CInstance*, CInstance*, int argc, RValue
 
 void F_CameraSetViewMat(RValue& result, CInstance*, CInstance*, int argc, RValue* args)
 {
-    SetMatrix(result, argc, args, &CCamera::SetViewMat, "camera_set_view_mat");
+    SetMatrixOf(result, argc, args, &CCamera::SetViewMat, "camera_set_view_mat");
 }
 
 void F_CameraSetProjMat(RValue& result, CInstance*, CInstance*, int argc, RValue* args)
 {
-    SetMatrix(result, argc, args, &CCamera::SetProjMat, "camera_set_proj_mat");
+    SetMatrixOf(result, argc, args, &CCamera::SetProjMat, "camera_set_proj_mat");
 }
 
 void F_CameraGetBeginScript(RValue& result, CInstance*, CInstance*, int argc, RValue* args)
 {
-    GetScript(result, argc, args, &CCamera::GetBeginScript, "camera_get_begin_script");
+    GetCallback(result, argc, args, &CCamera::GetBeginScript, "camera_get_begin_script");
 }
 
 void F_CameraSetBeginScript(RValue& result, CInstance*, CInstance*, int argc, RValue* args)
 {
-    SetScript(result, argc, args, &CCamera::SetBeginScript, "camera_set_begin_script");
+    SetCallback(result, argc, args, &CCamera::SetBeginScript, "camera_set_begin_script");
 }
 
 void F_CameraGetEndScript(RValue& result, CInstance*, CInstance*, int argc, RValue* args)
 {
-    GetScript(result, argc, args, &CCamera::GetEndScript, "camera_get_end_script");
+    GetCallback(result, argc, args, &CCamera::GetEndScript, "camera_get_end_script");
 }
 
 void F_CameraSetEndScript(RValue& result, CInstance*, CInstance*, int argc, RValue* args)
 {
-    SetScript(result, argc, args, &CCamera::SetEndScript, "camera_set_end_script");
+    SetCallback(result, argc, args, &CCamera::SetEndScript, "camera_set_end_script");
 }
 
 void F_CameraGetUpdateScript(RValue& result, CInstance*, CInstance*, int argc, RValue* args)
 {
-    GetScript(result, argc, args, &CCamera::GetUpdateScript, "camera_get_update_script");
+    GetCallback(result, argc, args, &CCamera::GetUpdateScript, "camera_get_update_script");
 }
 
 void F_CameraSetUpdateScript(RValue& result, CInstance*, CInstance*, int argc, RValue* args)
 {
-    SetScript(result, argc, args, &CCamera::SetUpdateScript, "camera_set_update_script");
+    SetCallback(result, argc, args, &CCamera::SetUpdateScript, "camera_set_update_script");
 }

@@ -5,6 +5,9 @@
 #include "Files/Graphics/Camera_Manager.h"
 #include "Files/Graphics/Values.h"
 
+namespace CameraModule
+{
+
 // A handler's first step: the result is -1, and the call has the right number of arguments. False: reported.
 inline bool CheckCall(RValue& result, int argc, int expected, const char* name)
 {
@@ -23,3 +26,5 @@ inline CCamera* BeginCall(RValue& result, int argc, const RValue* args, int expe
 {
     return CheckCall(result, argc, expected, name) ? NamedCamera(args) : nullptr;
 }
+
+} // namespace CameraModule

@@ -16,6 +16,8 @@
 
 #include <png.h>
 
+using namespace CameraModule;
+
 namespace
 {
 

@@ -3,6 +3,9 @@
 
 #include "Platform/Strict_Float.h"
 
+namespace CameraModule
+{
+
 // Entry (Row, Column): the minor of m without row Column and column Row, with its sign. With r0 < r1 < r2 and
 // c0 < c1 < c2 the rows and columns that remain, six products in this order, each and the sum from left to right.
 // The order is fixed for ever: saved states hold the bits that it gives.
@@ -63,3 +66,5 @@ inline bool InvertByDefinition(float (&inverse)[16], const float (&m)[16])
     StoreScaled(inverse + 12, inv + 12, s);
     return true;
 }
+
+} // namespace CameraModule

@@ -11,6 +11,8 @@
 #include <emmintrin.h>
 #endif
 
+using namespace CameraModule;
+
 namespace
 {
 
@@ -210,7 +212,7 @@ inline bool InvertAny(float* inverse, const Rows& m, const float* firstRow)
 
 } // namespace
 
-bool InvertTo(kvMatrix& inverse, const kvMatrix& matrix)
+bool CameraModule::InvertTo(kvMatrix& inverse, const kvMatrix& matrix)
 {
     const Rows m(matrix.m);
     if (!HasFlatShape(matrix, m))
@@ -253,7 +255,7 @@ inline bool InvertFlat(kvMatrix& inverse, const kvMatrix& m)
 
 } // namespace
 
-bool InvertTo(kvMatrix& inverse, const kvMatrix& matrix)
+bool CameraModule::InvertTo(kvMatrix& inverse, const kvMatrix& matrix)
 {
     return HasFlatShape(matrix) ? InvertFlat(inverse, matrix) : InvertByDefinition(inverse.m, matrix.m);
 }

@@ -3,6 +3,9 @@
 #include "Files/Graphics_API/Graphics_API.h"
 #include "Platform/Matrix.h"
 
+namespace CameraModule
+{
+
 // The projection to draw with: itself, or into a render target a copy turned upside down, because targets keep their
 // first row at the top. turned is where the copy goes.
 inline kvMatrix& ProjectionForTarget(kvMatrix& projection, kvMatrix& turned)
@@ -13,3 +16,5 @@ inline kvMatrix& ProjectionForTarget(kvMatrix& projection, kvMatrix& turned)
     kvMatrix::Multiply(turned, projection, FLIP_Y);
     return turned;
 }
+
+} // namespace CameraModule
