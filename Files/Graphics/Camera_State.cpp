@@ -7,8 +7,6 @@
 #include "Files/Graphics/Values.h"
 
 #include <algorithm>
-#include <iterator>
-#include <utility>
 
 using namespace CameraModule;
 
@@ -27,23 +25,16 @@ template <typename T> T& FieldOf(CCamera& camera, const CameraStateField& field)
     return *static_cast<T*>(storage);
 }
 
-// Does the step for 0, 1.. COUNT - 1 without a loop: an item is little more than a call, and the branch back would be a
-// fifth of its time. The step comes by value so that what it holds stays in registers.
-template <typename Step, size_t... I> void Unrolled(Step step, std::index_sequence<I...>)
+void WriteFloats(const float* values, int count, IBuffer* buffer)
 {
-    (step(std::integral_constant<size_t, I>()), ...);
+    for (int i = 0; i < count; ++i)
+        buffer->Write(values[i]);
 }
 
-template <size_t COUNT, typename Step> void Unrolled(Step step) { Unrolled(step, std::make_index_sequence<COUNT>()); }
-
-template <size_t COUNT> void WriteFloats(const float* values, IBuffer* buffer)
+void ReadFloats(float* values, int count, IBuffer* buffer)
 {
-    Unrolled<COUNT>([=](auto i) { buffer->Write(values[i]); });
-}
-
-template <size_t COUNT> void ReadFloats(float* values, IBuffer* buffer)
-{
-    Unrolled<COUNT>([=](auto i) { values[i] = buffer->ReadFloat(); });
+    for (int i = 0; i < count; ++i)
+        values[i] = buffer->ReadFloat();
 }
 
 // A callable object does not survive a save: its code belongs to the running game.
@@ -56,25 +47,23 @@ void ReadScript(RValue& script, IBuffer* buffer)
     script = RealValue(index);
 }
 
-template <size_t FIELD> void WriteField(CCamera& camera, IBuffer* buffer)
+void WriteField(CCamera& camera, const CameraStateField& field, IBuffer* buffer)
 {
-    constexpr CameraStateField field = CAMERA_STATE[FIELD];
     switch (field.type)
     {
     case eState_S32: return buffer->Write(FieldOf<int32_t>(camera, field));
-    case eState_F32: return WriteFloats<field.count>(&FieldOf<float>(camera, field), buffer);
+    case eState_F32: return WriteFloats(&FieldOf<float>(camera, field), field.count, buffer);
     case eState_Bool: return buffer->Write(FieldOf<bool>(camera, field));
     case eState_Script: return buffer->Write(ScriptIndex(FieldOf<RValue>(camera, field)));
     }
 }
 
-template <size_t FIELD> void ReadField(CCamera& camera, IBuffer* buffer)
+void ReadField(CCamera& camera, const CameraStateField& field, IBuffer* buffer)
 {
-    constexpr CameraStateField field = CAMERA_STATE[FIELD];
     switch (field.type)
     {
     case eState_S32: FieldOf<int32_t>(camera, field) = buffer->ReadS32(); return;
-    case eState_F32: return ReadFloats<field.count>(&FieldOf<float>(camera, field), buffer);
+    case eState_F32: return ReadFloats(&FieldOf<float>(camera, field), field.count, buffer);
     case eState_Bool: FieldOf<bool>(camera, field) = buffer->ReadBool(); return;
     case eState_Script: return ReadScript(FieldOf<RValue>(camera, field), buffer);
     }
@@ -82,7 +71,8 @@ template <size_t FIELD> void ReadField(CCamera& camera, IBuffer* buffer)
 
 void ReadRecord(CCamera& camera, IBuffer* buffer)
 {
-    Unrolled<std::size(CAMERA_STATE)>([&camera, buffer](auto field) { ReadField<field>(camera, buffer); });
+    for (const CameraStateField& field : CAMERA_STATE)
+        ReadField(camera, field, buffer);
 }
 
 // What follows a record can only be found by reading it.
@@ -94,13 +84,14 @@ void PassOverRecord(IBuffer* buffer)
 
 } // namespace
 
-void SerializeMatrix(kvMatrix* matrix, IBuffer* buffer) { WriteFloats<16>(matrix->m, buffer); }
+void SerializeMatrix(kvMatrix* matrix, IBuffer* buffer) { WriteFloats(matrix->m, 16, buffer); }
 
-void DeSerializeMatrix(kvMatrix* matrix, IBuffer* buffer) { ReadFloats<16>(matrix->m, buffer); }
+void DeSerializeMatrix(kvMatrix* matrix, IBuffer* buffer) { ReadFloats(matrix->m, 16, buffer); }
 
 void CCamera::Serialize(IBuffer* buffer)
 {
-    Unrolled<std::size(CAMERA_STATE)>([=](auto field) { WriteField<field>(*this, buffer); });
+    for (const CameraStateField& field : CAMERA_STATE)
+        WriteField(*this, field, buffer);
 }
 
 void CCamera::DeSerialize(IBuffer* buffer)

@@ -5,11 +5,8 @@
 #include "Files/Graphics/Matrix_Invert.h"
 
 #include "Files/Graphics/Matrix_Adjugate.h"
+#include "Platform/Lanes.h"
 #include "Platform/Matrix.h"
-
-#if defined(__SSE2__)
-#include <emmintrin.h>
-#endif
 
 using namespace CameraModule;
 
@@ -28,18 +25,12 @@ constexpr float SMALL = 1099511627776.0f; // 2^40
 
 #if defined(__SSE2__)
 
-template <int A, int B, int C, int D> inline __m128 Lanes(__m128 v)
-{
-    return _mm_castsi128_ps(_mm_shuffle_epi32(_mm_castps_si128(v), _MM_SHUFFLE(D, C, B, A)));
-}
-
-// Two lanes of the one, then two of the other.
-template <int A, int B, int C, int D> inline __m128 Lanes(__m128 v, __m128 w)
-{
-    return _mm_shuffle_ps(v, w, _MM_SHUFFLE(D, C, B, A));
-}
-
-inline float First(__m128 v) { return _mm_cvtss_f32(v); }
+using Lanes::First;
+using Lanes::InAll;
+using Lanes::Magnitudes;
+using Lanes::Only;
+using Lanes::Pick;
+using Lanes::Spread;
 
 // A matrix in registers.
 struct Rows
@@ -63,21 +54,17 @@ struct Rows
     }
 };
 
-// Of rows 0 and 1 the sum is asked: what is not zero, too large or not a number in either shows there.
+// Test |row0| + |row1| at once: a lane that is non-zero, too large or NaN in either row makes the sum fail.
 inline bool HasFlatShape(const kvMatrix& matrix, const Rows& m)
 {
     if (matrix.u[15] != ONE)
         return false;
-    const __m128 sign = _mm_set1_ps(-0.0f);
-    const __m128 turn = _mm_add_ps(_mm_andnot_ps(sign, m.r0), _mm_andnot_ps(sign, m.r1));
-    const __m128 turnFits = _mm_cmple_ps(turn, _mm_setr_ps(SMALL, SMALL, 0.0f, 0.0f));
-    const __m128 depthFits = _mm_cmple_ps(_mm_andnot_ps(sign, m.r2), _mm_setr_ps(0.0f, 0.0f, SMALL, 0.0f));
-    const __m128 placeFits = _mm_cmple_ps(_mm_andnot_ps(sign, m.r3), _mm_setr_ps(SMALL, SMALL, SMALL, 1.0f));
-    return _mm_movemask_ps(_mm_and_ps(_mm_and_ps(turnFits, depthFits), placeFits)) == 0xF;
+    const __m128 rows01 = _mm_add_ps(Magnitudes(m.r0), Magnitudes(m.r1));
+    const __m128 rows01Fit = _mm_cmple_ps(rows01, _mm_setr_ps(SMALL, SMALL, 0.0f, 0.0f));
+    const __m128 row2Fits = _mm_cmple_ps(Magnitudes(m.r2), _mm_setr_ps(0.0f, 0.0f, SMALL, 0.0f));
+    const __m128 row3Fits = _mm_cmple_ps(Magnitudes(m.r3), _mm_setr_ps(SMALL, SMALL, SMALL, 1.0f));
+    return InAll(_mm_and_ps(_mm_and_ps(rows01Fit, row2Fits), row3Fits));
 }
-
-inline __m128 OnlyLane1(__m128 v) { return _mm_and_ps(v, _mm_castsi128_ps(_mm_setr_epi32(0, -1, 0, 0))); }
-inline __m128 OnlyLane2(__m128 v) { return _mm_and_ps(v, _mm_castsi128_ps(_mm_setr_epi32(0, 0, -1, 0))); }
 
 inline bool InvertFlat(float* inverse, const Rows& m)
 {
@@ -85,21 +72,21 @@ inline bool InvertFlat(float* inverse, const Rows& m)
     const __m128 zero = _mm_setzero_ps();
     const __m128 acbd = _mm_unpacklo_ps(m.r0, m.r1);
     const __m128 ze = _mm_unpackhi_ps(m.r3, m.r2); // z e 1 0
-    const __m128 eeee = Lanes<2, 2, 2, 2>(m.r2);
+    const __m128 eeee = Spread<2>(m.r2);
 
     // de -be -ce ae
-    const __m128 block = _mm_xor_ps(Lanes<3, 2, 1, 0>(acbd) * eeee, turn12);
-    const __m128 terms = m.r0 * Lanes<0, 2, 2, 2>(block);
-    const float determinant = First(terms) + First(Lanes<1, 1, 1, 1>(terms));
+    const __m128 block = _mm_xor_ps(Pick<3, 2, 1, 0>(acbd) * eeee, turn12);
+    const __m128 terms = m.r0 * Pick<0, 2, 2, 2>(block);
+    const float determinant = First(terms) + First(Spread<1>(terms));
     if (determinant == 0.0f)
         return false;
 
     // ce ae ad ad, then cey aey adz ade; xd xb cb cb, then xde xbe cbz cbe
-    const __m128 u = Lanes<1, 0, 0, 0>(acbd) * Lanes<0, 0, 1, 1>(eeee, m.r1);
-    const __m128 v = Lanes<0, 0, 0, 0>(m.r3, m.r1) * Lanes<3, 2, 2, 2>(acbd);
-    const __m128 place = u * Lanes<1, 1, 0, 1>(m.r3, ze) - v * Lanes<0, 0, 0, 1>(eeee, ze);
+    const __m128 u = Pick<1, 0, 0, 0>(acbd) * Pick<0, 0, 1, 1>(eeee, m.r1);
+    const __m128 v = Pick<0, 0, 0, 0>(m.r3, m.r1) * Pick<3, 2, 2, 2>(acbd);
+    const __m128 place = u * Pick<1, 1, 0, 1>(m.r3, ze) - v * Pick<0, 0, 0, 1>(eeee, ze);
 
-    Rows(_mm_movelh_ps(block, zero) + zero, _mm_movehl_ps(zero, block) + zero, OnlyLane2(u - v) + zero,
+    Rows(_mm_movelh_ps(block, zero) + zero, _mm_movehl_ps(zero, block) + zero, Only<2>(u - v) + zero,
          _mm_xor_ps(place, turn12) + zero)
         .StoreDivided(inverse, determinant);
     return true;
@@ -110,18 +97,18 @@ inline bool InvertUpright(float* inverse, const Rows& m)
 {
     const __m128 turn012 = _mm_setr_ps(-0.0f, -0.0f, -0.0f, 0.0f);
     const __m128 zero = _mm_setzero_ps();
-    const __m128 ddee = Lanes<1, 1, 2, 2>(m.r1, m.r2);
-    const __m128 eeee = Lanes<2, 2, 2, 2>(m.r2);
+    const __m128 ddee = Pick<1, 1, 2, 2>(m.r1, m.r2);
+    const __m128 eeee = Spread<2>(m.r2);
     const __m128 de = _mm_mul_ss(ddee, eeee);
     const float determinant = First(_mm_mul_ss(m.r0, de));
     if (determinant == 0.0f)
         return false;
 
     // xd ae ad ad, then xde aey adz ade
-    const __m128 u = Lanes<0, 1, 1, 1>(_mm_unpacklo_ps(m.r3, m.r0)) * Lanes<0, 2, 0, 0>(ddee);
-    const __m128 eyze = _mm_move_ss(Lanes<1, 1, 0, 1>(m.r3, _mm_unpackhi_ps(m.r3, m.r2)), eeee);
+    const __m128 u = Pick<0, 1, 1, 1>(_mm_unpacklo_ps(m.r3, m.r0)) * Pick<0, 2, 0, 0>(ddee);
+    const __m128 eyze = _mm_move_ss(Pick<1, 1, 0, 1>(m.r3, _mm_unpackhi_ps(m.r3, m.r2)), eeee);
 
-    Rows(_mm_move_ss(zero, de) + zero, OnlyLane1(u) + zero, OnlyLane2(u) + zero, _mm_xor_ps(u * eyze, turn012) + zero)
+    Rows(_mm_move_ss(zero, de) + zero, Only<1>(u) + zero, Only<2>(u) + zero, _mm_xor_ps(u * eyze, turn012) + zero)
         .StoreDivided(inverse, determinant);
     return true;
 }
@@ -141,17 +128,17 @@ struct Columns
         const __m128 turned0 = _mm_xor_ps(m.r0, sign), turned2 = _mm_xor_ps(m.r2, sign);
         const __m128 low01 = _mm_unpacklo_ps(m.r1, turned0), low23 = _mm_unpackhi_ps(m.r1, turned0);
         const __m128 high01 = _mm_unpacklo_ps(m.r3, turned2), high23 = _mm_unpackhi_ps(m.r3, turned2);
-        Set<0>(Lanes<0, 1, 0, 0>(low01, m.r0), m, Lanes<0, 0, 0, 1>(high01));
-        Set<1>(Lanes<2, 3, 1, 1>(low01, m.r0), m, Lanes<2, 2, 2, 3>(high01));
-        Set<2>(Lanes<0, 1, 2, 2>(low23, m.r0), m, Lanes<0, 0, 0, 1>(high23));
-        Set<3>(Lanes<2, 3, 3, 3>(low23, m.r0), m, Lanes<2, 2, 2, 3>(high23));
+        Set<0>(Pick<0, 1, 0, 0>(low01, m.r0), m, Pick<0, 0, 0, 1>(high01));
+        Set<1>(Pick<2, 3, 1, 1>(low01, m.r0), m, Pick<2, 2, 2, 3>(high01));
+        Set<2>(Pick<0, 1, 2, 2>(low23, m.r0), m, Pick<0, 0, 0, 1>(high23));
+        Set<3>(Pick<2, 3, 3, 3>(low23, m.r0), m, Pick<2, 2, 2, 3>(high23));
     }
 
 private:
     template <int C> void Set(__m128 lowRows, const Rows& m, __m128 highRows)
     {
         low[C] = lowRows;
-        mid[C] = Lanes<C, C, C, C>(m.r2, m.r1);
+        mid[C] = Pick<C, C, C, C>(m.r2, m.r1);
         high[C] = highRows;
     }
 };
