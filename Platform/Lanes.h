@@ -25,7 +25,7 @@ template <int A, int B, int C, int D> static inline __m128 Pick(__m128 v, __m128
 // One lane of v in all four.
 template <int Lane> static inline __m128 Spread(__m128 v) { return Pick<Lane, Lane, Lane, Lane>(v); }
 
-// One lane of v in its place, +0 in the others.
+// One lane of v where it is, +0 in the others.
 template <int Lane> static inline __m128 Only(__m128 v)
 {
     return _mm_and_ps(v, _mm_castsi128_ps(_mm_setr_epi32(-(Lane == 0), -(Lane == 1), -(Lane == 2), -(Lane == 3))));

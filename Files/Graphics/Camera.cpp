@@ -14,7 +14,7 @@ namespace
 
 constexpr kvMatrix IDENTITY = {{{1, 0, 0, 0, 0, 1, 0, 0, 0, 0, 1, 0, 0, 0, 0, 1}}};
 
-uint32_t s_births; // wraps after four thousand million cameras, which is no matter: see CCameraHandle
+uint32_t s_births; // constructions so far, from which each camera takes its number
 
 void Discard(RValue& field)
 {
@@ -22,7 +22,7 @@ void Discard(RValue& field)
     field = EmptyValue(VALUE_UNDEFINED);
 }
 
-// A singular matrix leaves its own copy as the inverse.
+// Where the matrix is singular, its own copy is stored as the inverse.
 void StoreInverse(kvMatrix& inverse, const kvMatrix& matrix)
 {
     if (!InvertTo(inverse, matrix))
@@ -102,7 +102,7 @@ void CCamera::SetViewMat(const kvMatrix& view)
 
 void CCamera::UpdateAfterBuild()
 {
-    StoreInverse(m_invProjMat, m_projMat); // in this order the processor waits least
+    StoreInverse(m_invProjMat, m_projMat); // first: it depends on nothing that follows
     UpdateProducts();
     StoreInverse(m_invViewMat, m_viewMat);
     m_isViewDirty = false;
@@ -115,7 +115,7 @@ void CCamera::UpdateProducts()
     Update2D();
 }
 
-// All nine are zeros, of either sign: beyond the sign bit nothing is set.
+// A float is zero, of either sign, when no bit but the sign is set: nine zeros are found by one comparison.
 void CCamera::Update2D()
 {
     const uint32_t* const projection = m_projMat.u;

@@ -21,7 +21,7 @@ public:
     bool IsOfNoCamera() const { return m_slot == -1; }
 
 private:
-    int32_t m_slot = -1; // a registered camera keeps its slot, even when its identifier is changed
-    uint32_t m_birth = 0;
+    int32_t m_slot = -1;      // a registered camera keeps its slot, even when its identifier is changed
+    uint32_t m_birth = 0;     // wraps after 2^32 constructions: no game lives so long between two looks
     uint32_t m_cleanings = 0; // since then, no entry of the table has become stale
 };

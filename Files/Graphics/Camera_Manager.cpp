@@ -189,7 +189,8 @@ void CCameraManager::AddCameraToList(CCamera* camera, int id)
     Store(camera, id);
 }
 
-// By identifier first, as everywhere; an occupant that bears another identifier goes with its slot.
+// Makes a slot free for another camera. The camera of that identifier is destroyed wherever it stands; an occupant with
+// another identifier, which a host has written, is destroyed as well.
 void CCameraManager::DestroyOccupant(int slot)
 {
     DestroyCamera(slot);
@@ -244,7 +245,7 @@ void CCameraManager::FreeCamera(CCamera* camera)
     MemoryManager::Free(camera);
 }
 
-// ---- the host's moments: a host may bring its own ----
+// ---- events of the host: a host may bring its own functions ----
 
 __attribute__((weak)) void CCameraManager::SetInitialLoadHighPoint()
 {

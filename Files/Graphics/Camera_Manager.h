@@ -28,7 +28,7 @@ class CCameraManager
 public:
     // ---- the record ----
     CCamera* m_activeCamera;      // null: none
-    CInstance* m_pScriptInstance; // in whose name callbacks run; from StartRoom to EndRoom, else null
+    CInstance* m_pScriptInstance; // self and other of the callbacks; from StartRoom to EndRoom, else null
     CCamera** m_cameras;          // the table, m_cameraListSize entries
     CCamera** m_roomcameras;      // the running room's cameras, ROOM_CAMERAS entries; tried first by look-ups
     int32_t m_cameraListSize;
@@ -43,8 +43,8 @@ public:
     CCameraManager(const CCameraManager&) = delete;
     CCameraManager& operator=(const CCameraManager&) = delete;
 
-    // Frees every camera and forgets the active camera and the script instance, but leaves the table's and the room
-    // list's entries as they are, now stale: the caller refills or discards both before anything else is asked.
+    // Frees every camera and forgets the active camera and the script instance. The entries of the table and of the
+    // room list stay as they are and dangle: the caller refills or clears both before anything else is asked.
     void Clean();
 
     // ---- look-up: any integer may be asked ----
@@ -69,10 +69,10 @@ public:
     // The camera must not stand in another slot.
     void AddCameraToList(CCamera* camera, int id);
 
-    // ---- the host's moments ----
+    // ---- events of the host ----
     void SetupLumFunctions();       // enters the 47 built-ins (Function_Table.cpp); once
     void SetInitialLoadHighPoint(); // after the game's load: the number of slots in use. Weak: a host may bring its own
-    CInstance* GetScriptInstance(); // weak likewise
+    CInstance* GetScriptInstance(); // weak, too
 
     // ---- saved state (Camera_State.cpp) ----
     void Serialize(IBuffer* buffer);

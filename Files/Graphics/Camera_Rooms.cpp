@@ -51,7 +51,7 @@ void CCameraManager::EndRoom()
     std::fill(m_roomcameras, m_roomcameras + ROOM_CAMERAS, nullptr);
 }
 
-// Every entry is written, so that none points at a camera that is gone.
+// Writes every entry, so that none dangles.
 void CCameraManager::BuildRoomCameraList()
 {
     if (Run_Room == nullptr)

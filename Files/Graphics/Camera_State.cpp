@@ -15,8 +15,8 @@ namespace
 
 constexpr int CAMERA_LOAD_LINE = 2279; // fixed by the hosts' tracking of allocations, which knows loaded cameras by it
 
-// The largest table that the last identifier can have made. A count beyond it is damage, and reading on for it would
-// only keep the game waiting.
+// The largest table that a camera of the last identifier can have made. Larger counts come from damaged streams and are
+// clamped, so that a load ends.
 constexpr int SLOTS_LAST_LOADED = 2 * (CAMERA_ID_LAST_LOADED + 1);
 
 template <typename T> T& FieldOf(CCamera& camera, const CameraStateField& field)
@@ -37,7 +37,8 @@ void ReadFloats(float* values, int count, IBuffer* buffer)
         values[i] = buffer->ReadFloat();
 }
 
-// A callable object does not survive a save: its code belongs to the running game.
+// The index under which a callback is saved. Callable objects are saved as none: their code belongs to the running
+// game.
 int ScriptIndex(const RValue& script) { return KvKind(script) == VALUE_OBJECT ? -1 : KvGetInt32(&script, 0); }
 
 void ReadScript(RValue& script, IBuffer* buffer)
@@ -75,11 +76,11 @@ void ReadRecord(CCamera& camera, IBuffer* buffer)
         ReadField(camera, field, buffer);
 }
 
-// What follows a record can only be found by reading it.
-void PassOverRecord(IBuffer* buffer)
+// Skips the record of a camera for which there is no memory. Records carry no length: one is read to get past it.
+void SkipRecord(IBuffer* buffer)
 {
-    CCamera nobody;
-    ReadRecord(nobody, buffer);
+    CCamera skipped;
+    ReadRecord(skipped, buffer);
 }
 
 } // namespace
@@ -114,7 +115,8 @@ void CCameraManager::Serialize(IBuffer* buffer)
     }
 }
 
-// Looks at slot 0 as often as the table has slots: cameras in other slots survive a load unless theirs is taken.
+// Destroys the camera in slot 0, looking there once for each slot of the table. Cameras in other slots survive a load
+// unless a loaded camera takes theirs.
 void CCameraManager::ClearForLoad()
 {
     for (int pass = m_cameraListSize; pass > 0; --pass)
@@ -136,12 +138,13 @@ bool CCameraManager::DeSerialize(IBuffer* buffer)
     return true;
 }
 
-// A camera that cannot be registered under its identifier is damage, or too much for the device: the load goes on.
+// Reads a record and registers its camera. One that cannot be registered, because its identifier is damaged or the
+// table cannot grow, is freed, and the load goes on.
 void CCameraManager::LoadCamera(IBuffer* buffer)
 {
     CCamera* const camera = NewCamera(CAMERA_LOAD_LINE);
     if (camera == nullptr)
-        return PassOverRecord(buffer);
+        return SkipRecord(buffer);
     ReadRecord(*camera, buffer);
     if (camera->m_ID <= CAMERA_ID_LAST_LOADED)
         AddCameraToList(camera, camera->m_ID);

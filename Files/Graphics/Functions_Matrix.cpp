@@ -40,8 +40,8 @@ void SetMatrixResult(RValue& result, const kvMatrix& matrix)
         SetReal(array->m_array[entry], static_cast<double>(matrix.m[entry]));
 }
 
-// The array that an argument's pointer word names. The kind is not examined, but a number taken for an array must not
-// be followed: what cannot be an address of a record is refused as null is.
+// The array that an argument's pointer word points at, or null. The kind is not examined; a word that cannot be the
+// address of a record (too small, misaligned, not in user space) is refused as null is, because it must be a number.
 RefDynamicArrayOfRValue* ArrayArgument(const RValue& argument)
 {
     constexpr uintptr_t FIRST_ADDRESS = 4096;
@@ -51,7 +51,8 @@ RefDynamicArrayOfRValue* ArrayArgument(const RValue& argument)
     return address >= FIRST_ADDRESS && inUserSpace && aligned ? argument.pRefArray : nullptr;
 }
 
-// False: reported. Both matrix setters report in the name of camera_set_view_mat; games match on the texts.
+// Converts an array argument; false when it was reported. Both matrix setters report in the name of
+// camera_set_view_mat, because games match on the texts.
 bool ReadMatrixArgument(const RValue& argument, kvMatrix& matrix)
 {
     const RefDynamicArrayOfRValue* const array = ArrayArgument(argument);
@@ -70,7 +71,7 @@ bool ReadMatrixArgument(const RValue& argument, kvMatrix& matrix)
     return true;
 }
 
-// A pending build comes before the new matrix is stored, or it would overwrite it later.
+// Replaces one matrix. A pending build runs first: it would overwrite the new matrix later.
 void SetMatrixOf(RValue& result, int argc, const RValue* args, void (CCamera::*set)(const kvMatrix&), const char* name)
 {
     CCamera* const camera = BeginCall(result, argc, args, 2, name);
@@ -108,15 +109,15 @@ void F_CameraGetViewMat(RValue& result, CInstance*, CInstance*, int argc, RValue
     SetMatrixResult(result, camera->m_viewMat);
 }
 
-// As the graphics layer would get it now: turned for a render target, unlike the view matrix.
+// The projection as the graphics layer would get it now: y is flipped while a render target is bound.
 void F_CameraGetProjMat(RValue& result, CInstance*, CInstance*, int argc, RValue* args)
 {
     CCamera* const camera = BeginCall(result, argc, args, 1, "camera_get_proj_mat");
     if (camera == nullptr)
         return;
     camera->BuildViewIfDirty();
-    kvMatrix turned;
-    SetMatrixResult(result, ProjectionForTarget(camera->m_projMat, turned));
+    kvMatrix flipped;
+    SetMatrixResult(result, ProjectionForTarget(camera->m_projMat, flipped));
 }
 
 void F_CameraSetViewMat(RValue& result, CInstance*, CInstance*, int argc, RValue* args)

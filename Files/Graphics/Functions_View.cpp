@@ -17,7 +17,8 @@ void GetProperty(Accessor accessor, RValue& result, CInstance* self, const RValu
     accessor(self, KvGetInt32(args, 0), &result);
 }
 
-// Whatever the property, its new value travels as a real. The value is converted before the view number.
+// Sets a property of a view. The new value is passed as a real, whatever the property; it is converted before the view
+// number.
 void SetProperty(Accessor accessor, CInstance* self, const RValue* args)
 {
     RValue value = RealValue(KvGetReal(args, 1));

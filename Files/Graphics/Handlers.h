@@ -18,10 +18,11 @@ inline bool CheckCall(RValue& result, int argc, int expected, const char* name)
     return false;
 }
 
-// Its second: the camera that the first argument names. Null: the handler has nothing to do, and no error to report.
+// A handler's second step: the camera that the first argument names. Null: there is nothing to do and nothing to
+// report.
 inline CCamera* NamedCamera(const RValue* args) { return g_CM.GetCamera(KvGetInt32(args, 0)); }
 
-// Both, for the many that take exactly `expected` arguments.
+// Both steps, for handlers that take exactly `expected` arguments.
 inline CCamera* BeginCall(RValue& result, int argc, const RValue* args, int expected, const char* name)
 {
     return CheckCall(result, argc, expected, name) ? NamedCamera(args) : nullptr;

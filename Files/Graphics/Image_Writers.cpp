@@ -58,7 +58,7 @@ void PutHeader(unsigned char* out, int fileSize, int width, int height)
     word(0);
 }
 
-// The source's bytes; what lies past them reads as 0.
+// The source's bytes. Bytes past its end read as 0.
 struct PixelSource
 {
     const unsigned char* bytes;
@@ -84,7 +84,7 @@ void PutWidePixels(unsigned char* out, const PixelPack::Picture& picture)
     PixelPack::PackPlain(out, picture);
 }
 
-// For pixels narrower than what is stored of them: the last ones reach past the source.
+// Pixels of fewer than three bytes: the last bytes to be stored lie past the end of the source.
 void PutNarrowPixels(unsigned char* out, const PixelSource& source, int width, int height)
 {
     for (int row = height - 1; row >= 0; --row)
@@ -127,8 +127,8 @@ bool Report(const char* message)
     return false;
 }
 
-// The stages of a PNG. libpng reports an error by jumping back into the stage that armed the jump last; each stage arms
-// its own, holds nothing that a jump could lose, and has not returned when libpng jumps.
+// The stages of writing a PNG. libpng reports an error by a longjmp to the last setjmp: each stage has its own, keeps
+// no local that the jump could lose, and has not returned when libpng jumps.
 
 bool InitIO(png_structp png, _KvFILE* file)
 {
