@@ -309,7 +309,7 @@ bool CheckGenerations(std::string& why)
         const bool known = object->m_gcGen <= OLD;
         if (known && slot >= g_GCGens[object->m_gcGen].m_rangeStart && slot < g_GCGens[object->m_gcGen].m_rangeEnd)
             continue;
-        why = "collector: slot " + std::to_string(slot) + " lies outside the span of its generation " +
+        why = "slot " + std::to_string(slot) + " lies outside the span of its generation " +
               std::to_string(object->m_gcGen);
         return false;
     }
@@ -324,7 +324,7 @@ bool CheckGlobals(const Heap& heap, std::string& why)
             continue;
         if (object->m_slot < g_slotObjects.m_nCapacity && g_slotObjects.m_ppEntries[object->m_slot] == object)
             continue;
-        why = "collector: a global object is not in its slot " + std::to_string(object->m_slot);
+        why = "a global object is not in its slot " + std::to_string(object->m_slot);
         return false;
     }
     return true;
@@ -336,7 +336,7 @@ bool Collector::Check(std::string& why)
     const Heap& heap = TheHeap();
     if (!heap.busy && (g_GCrangestart != 0 || g_GCrangeend != 0))
     {
-        why = "collector: slots are marked as being swept, but no sweep runs";
+        why = "slots are marked as being swept, but no sweep runs";
         return false;
     }
     return CheckTable(why) && CheckGenerations(why) && CheckGlobals(heap, why);

@@ -17,7 +17,6 @@ namespace Runner
 {
 namespace
 {
-constexpr float RADIANS_PER_DEGREE = 0.017453292f;
 
 constexpr kvMatrix IDENTITY = {{{1, 0, 0, 0, 0, 1, 0, 0, 0, 0, 1, 0, 0, 0, 0, 1}}};
 

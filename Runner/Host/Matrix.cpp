@@ -2,11 +2,9 @@
 
 #include "Platform/Matrix.h"
 
-#include <cmath>
+#include "Platform/Lanes.h"
 
-#if defined(__SSE2__)
-#include <emmintrin.h>
-#endif
+#include <cmath>
 
 // The order of operations is part of what these functions promise, because saved states and traces are compared bit for
 // bit: every sum and every product goes from left to right as written, and each operation rounds to float.
@@ -17,15 +15,9 @@
 
 namespace
 {
-template <int Index> inline __m128 Spread(__m128 v)
-{
-    return _mm_castsi128_ps(_mm_shuffle_epi32(_mm_castps_si128(v), _MM_SHUFFLE(Index, Index, Index, Index)));
-}
-
-template <int Lane> inline __m128 Only(__m128 v)
-{
-    return _mm_and_ps(v, _mm_castsi128_ps(_mm_setr_epi32(-(Lane == 0), -(Lane == 1), -(Lane == 2), -(Lane == 3))));
-}
+using Lanes::Magnitudes;
+using Lanes::Only;
+using Lanes::Spread;
 
 inline __m128 Load(const kvVector3& v)
 {
@@ -39,7 +31,7 @@ inline __m128 Normalised(__m128 v)
 {
     const __m128 squares = _mm_mul_ps(v, v);
     const __m128 sum = _mm_add_ss(_mm_add_ss(squares, Spread<1>(squares)), Spread<2>(squares));
-    if (_mm_cvtss_f32(sum) == 1.0f)
+    if (Lanes::First(sum) == 1.0f)
         return v;
     return _mm_div_ps(v, Spread<0>(_mm_sqrt_ss(sum)));
 }
@@ -48,9 +40,9 @@ inline __m128 Normalised(__m128 v)
 // length itself.
 inline bool PointsAlongZ(__m128 v)
 {
-    const __m128 sizes = _mm_andnot_ps(_mm_set1_ps(-0.0f), v);
+    const __m128 sizes = Magnitudes(v);
     const __m128 least = _mm_setr_ps(0.0f, 0.0f, 1e-15f, 0.0f), most = _mm_setr_ps(0.0f, 0.0f, 1e15f, 0.0f);
-    return _mm_movemask_ps(_mm_and_ps(_mm_cmpge_ps(sizes, least), _mm_cmple_ps(sizes, most))) == 0xF;
+    return Lanes::InAll(_mm_and_ps(_mm_cmpge_ps(sizes, least), _mm_cmple_ps(sizes, most)));
 }
 
 // Flat cameras look along z. Their direction is a one and two zeros, with the signs that they had.

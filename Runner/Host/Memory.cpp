@@ -194,12 +194,12 @@ bool CheckMemory(std::string& why)
         if (header->guard != GUARD || header->previous != previous)
         {
             // Nothing of a damaged header is to be trusted, its tag included.
-            why = "memory: the header of block " + std::to_string(blocks) + ", counted from the oldest, is damaged";
+            why = "the header of block " + std::to_string(blocks) + ", counted from the oldest, is damaged";
             return false;
         }
         if (!EndGuardIntact(header))
         {
-            why = std::string("memory: a block of ") + (header->tag != nullptr ? header->tag : "untagged") + "(" +
+            why = std::string("a block of ") + (header->tag != nullptr ? header->tag : "untagged") + "(" +
                   std::to_string(header->line) + ") " + DamageOf(header);
             return false;
         }
@@ -208,7 +208,7 @@ bool CheckMemory(std::string& why)
     }
     if (blocks == s_use.blocks && bytes == s_use.bytes && previous == s_youngest)
         return true;
-    why = "memory: the counts do not agree with the blocks that stand in the list";
+    why = "the counts do not agree with the blocks that stand in the list";
     return false;
 }
 } // namespace Runner

@@ -26,7 +26,7 @@ void PushObjectTable(lua_State* L)
 }
 } // namespace
 
-ScriptFunction::ScriptFunction(int reference) : KvObjectBase(0, 0xFFFFFF), m_reference(reference)
+ScriptFunction::ScriptFunction(int reference) : KvObjectBase(0, OBJECT_VARIABLE_MASK), m_reference(reference)
 {
     m_kind = OBJECT_KIND_SCRIPT_FUNCTION;
 }
