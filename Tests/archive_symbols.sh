@@ -6,7 +6,8 @@
 # Each host name below must be undefined in the archive and never defined: a second definition would silently replace
 # the host's. Each module name must be defined, the last three weakly, so that a host may bring its own. Any other name
 # that a host could collide with is an error: internal names are local to their source or stand in CameraModule.
-# Nothing may pull in exceptions or run-time type information.
+# Nothing may pull in exceptions or run-time type information, nor a function whose last bit is the C library's own
+# choice.
 nm=$1
 archive=$2
 table=$("$nm" -C "$archive") || exit 2
@@ -42,7 +43,7 @@ for name in $host; do
 done
 
 module='g_CM CreateBMP WritePNG32 SerializeMatrix DeSerializeMatrix ValidateValidScriptValue kvMatrix::Invert
-ConvertAlpha GR_RGBA_To_D3DColor GR_Color_To_D3DColor GR_D3DColor_Change_Alpha GR_D3DColor_To_Color GR_Color_Merge
+ConvertAlpha GR_Acos GR_RGBA_To_D3DColor GR_Color_To_D3DColor GR_D3DColor_Change_Alpha GR_D3DColor_To_Color GR_Color_Merge
 F_CameraSetView'
 for name in $module; do
     has '[TBD]' "$name" || complain "does not define $name"
@@ -54,7 +55,7 @@ done
 # What else may be visible: the module's classes and handlers, the inline functions of the interface headers, the
 # module's own namespace, and what the standard library and the sanitizers leave in every archive.
 classes='CCamera|CCameraManager|CCameraHandle|Camera_GCProxy|COwnedObject|_RefThing<char const\*>|CameraModule'
-inline_functions='KvKind KvNeedsRelease FREE_RValue__Pre COPY_RValue_do__Post KvAssign'
+inline_functions='GR_SinCos GR_Sin GR_Cos KvKind KvNeedsRelease FREE_RValue__Pre COPY_RValue_do__Post KvAssign'
 allowed="($classes)::.*|vtable for (Camera_GCProxy|COwnedObject)|F_(Camera|View)[A-Za-z]*\(.*|CCamera\*\* KvGrowTable<.*"
 for name in $module $inline_functions g_undefined; do allowed="$allowed|$name(\(.*)?"; done
 standard='_ZN?K?St|_ZNK?9__gnu_cxx|_ZNK?6__pstl|_Zn[wa][jmy]Pv|__odr_asan'
@@ -70,5 +71,8 @@ handlers=$(printf '%s\n' "$table" | grep -cE ' T F_(Camera|View)[A-Za-z]*\(')
 [ "$handlers" -eq 48 ] || complain "has $handlers handlers, not 48"
 for name in __cxa_throw __gxx_personality_v0 __dynamic_cast; do
     has U "$name" && complain "uses $name: exceptions or run-time types"
+done
+for name in sin cos sincos tan asin acos atan atan2 exp log pow hypot fma; do # compilers join sinf and cosf in sincosf
+    has U "${name}f?" && complain "uses $name or ${name}f: Files/Graphics/Trigonometry.h has the same bits everywhere"
 done
 [ "$failures" -eq 0 ]
