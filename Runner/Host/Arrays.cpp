@@ -13,8 +13,15 @@ std::vector<KvObjectBase*>& Stack()
     return stack;
 }
 
+Runner::RootSet<RefDynamicArrayOfRValue>& ArraysOfTheGame()
+{
+    static auto& arrays = *new Runner::RootSet<RefDynamicArrayOfRValue>;
+    return arrays;
+}
+
 void FreeRecord(RefDynamicArrayOfRValue* array)
 {
+    ArraysOfTheGame().Remove(array);
     for (int32_t i = 0; i < array->m_length; ++i)
         FREE_RValue__Pre(&array->m_array[i]);
     MemoryManager::Free(array->m_array);
@@ -79,4 +86,8 @@ void PopContextStack(int count)
 namespace Runner
 {
 const std::vector<KvObjectBase*>& ContextStack() { return Stack(); }
+
+void GiveToGame(RefDynamicArrayOfRValue* array) { ArraysOfTheGame().Add(array); }
+
+const RootSet<RefDynamicArrayOfRValue>& GameArrays() { return ArraysOfTheGame(); }
 } // namespace Runner

@@ -31,7 +31,7 @@ struct TemporaryRoots
 
 struct Heap
 {
-    RootSet globals;
+    RootSet<KvObjectBase> globals;
     std::vector<TemporaryRoots> temporaries;
 
     // While marking: what was reached and waits to be marked, and the arrays that were.
@@ -103,6 +103,8 @@ void ReachRoots(Heap& heap)
         Reach(heap, object);
     for (KvObjectBase* object : ContextStack())
         Reach(heap, object);
+    for (const RefDynamicArrayOfRValue* array : GameArrays().Entries())
+        Reach(heap, array);
     for (const TemporaryRoots& roots : heap.temporaries)
         for (int i = 0; i < roots.count; ++i)
             Reach(heap, roots.values[i]);
@@ -329,6 +331,18 @@ bool CheckGlobals(const Heap& heap, std::string& why)
     }
     return true;
 }
+
+bool CheckGameArrays(std::string& why)
+{
+    for (const RefDynamicArrayOfRValue* array : GameArrays().Entries())
+    {
+        if (array == nullptr || array->m_refCount > 0)
+            continue;
+        why = "collector: an array that the game holds has no reference left";
+        return false;
+    }
+    return true;
+}
 } // namespace
 
 bool Collector::Check(std::string& why)
@@ -339,7 +353,7 @@ bool Collector::Check(std::string& why)
         why = "collector: slots are marked as being swept, but no sweep runs";
         return false;
     }
-    return CheckTable(why) && CheckGenerations(why) && CheckGlobals(heap, why);
+    return CheckTable(why) && CheckGenerations(why) && CheckGlobals(heap, why) && CheckGameArrays(why);
 }
 } // namespace Runner
 
@@ -369,8 +383,14 @@ void AddGCRefRValue(RValue* value)
         Runner::Reach(Runner::TheHeap(), *value);
 }
 
-// Every collection marks anew, from the roots and from all that it does not sweep, and needs no memory of who refers to
-// whom. It can miss only what an object stores that is about to be freed.
+// Every collection marks anew, from the roots and from all objects that it does not sweep, so references between
+// objects need not be remembered. Two things need this call: an array that the game as a whole holds becomes a root,
+// because no object leads to it; and during a sweep, what a doomed object stores is marked at once.
 void DeterminePotentialRoot(KvObjectBase*, KvObjectBase* object) { Runner::Reach(Runner::TheHeap(), object); }
 
-void DeterminePotentialRoot(KvObjectBase*, RefDynamicArrayOfRValue* array) { Runner::Reach(Runner::TheHeap(), array); }
+void DeterminePotentialRoot(KvObjectBase* owner, RefDynamicArrayOfRValue* array)
+{
+    if (owner == nullptr)
+        Runner::GiveToGame(array);
+    Runner::Reach(Runner::TheHeap(), array);
+}

@@ -2,7 +2,8 @@
 // The collector: a mark and sweep over the slot table, in two generations.
 //
 // C1 A placed object stands in g_slotObjects at its m_slot, and nowhere else. Its destructor takes it out.
-// C2 Roots: global objects, the context stack, temporary roots. What no root leads to may be freed.
+// C2 Roots: global objects, the context stack, the game's arrays (Arrays.h), temporary roots. What no root leads to may
+//    be freed.
 // C3 Generation 0 is young, generation 1 old. A young collection sweeps the young objects alone, and every other object
 //    is a root for it: nothing that stays is left with a reference to something freed.
 // C4 While a sweep runs, g_GCrangestart and g_GCrangeend hold its slots, and new objects go elsewhere. Else both are 0.
