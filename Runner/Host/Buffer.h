@@ -35,7 +35,7 @@ constexpr size_t BUFFER_TEXT_MAX = 16 << 20;
 class TypedBuffer final : public IBuffer
 {
 public:
-    TypedBuffer() { m_scratch.flags = SIGNATURE; }
+    TypedBuffer() = default;
     ~TypedBuffer();
     TypedBuffer(const TypedBuffer&) = delete;
     TypedBuffer& operator=(const TypedBuffer&) = delete;
@@ -47,8 +47,8 @@ public:
     int ReadBytes(void* data, size_t size); // zeros when fewer are left
 
     bool Seek(size_t position); // false beyond the end: nothing changes
-    size_t Tell() const { return static_cast<size_t>(m_position - m_data); }
-    size_t Size() const { return static_cast<size_t>(End() - m_data); }
+    size_t Tell() const { return m_position; }
+    size_t Size() const { return m_size; }
     const uint8_t* Data() const { return m_data; } // null while nothing was ever written; valid until the next write
     void Clear();                                  // empty, without error; keeps its memory
 
@@ -56,33 +56,23 @@ public:
     void ClearError() { m_error = BUFFER_DONE; }
 
 private:
-    // The wrappers know a buffer of ours by the signature in its scratch value's flags, and do without the virtual
-    // call: a call is most of what an item costs. No other buffer may sign; by itself a value has no such flags.
-    friend class ::IBuffer;
-    static constexpr uint32_t SIGNATURE = 0x54595045;
-    static bool IsOurs(const RValue& scratch);
-    template <typename Item> static bool PutIfOurs(IBuffer* buffer, RValue& scratch, Item item);
-    template <typename Item> static bool TakeIfOurs(IBuffer* buffer, RValue& scratch, Item& item);
-    template <typename Item> bool PutWord(Item item);   // false: nothing was done, the typed operation has to
-    template <typename Item> bool TakeWord(Item& item); // likewise
-
-    static bool IsPlainWord(eBuffer_Type type, const RValue& value);
-    int WriteItem(eBuffer_Type type, RValue& value); // of any type
-    int ReadItem(eBuffer_Type type, RValue& value);
-    int Fail(BufferError error);
-    uint8_t* End() const { return m_position > m_written ? m_position : m_written; }
-    size_t Left() const { return static_cast<size_t>(End() - m_position); }
-    bool Reserve(size_t size); // at most BUFFER_SIZE_MAX
-    bool MakeRoom(size_t size);
-    uint8_t* Put(size_t size);        // room for an item at the position, which moves on; null: refused
-    const uint8_t* Take(size_t size); // the item at the position, which moves on; null: past the end
+    BufferError Fail(BufferError error); // notes the first, answers this one
+    bool Reserve(size_t size);           // at most BUFFER_SIZE_MAX
+    uint8_t* Put(size_t size);           // room at the position, which moves on; null: refused
+    const uint8_t* Take(size_t size);    // the bytes at the position, which moves on; null: past the end
+    template <typename Item> int PutItem(Item item);
+    template <typename Item> int TakeReal(RValue& value);
+    template <typename Item> BufferError TakeItem(Item& item); // zero past the end
     int PutText(const RValue& value, bool ended);
     int TakeText(RValue& value, bool ended);
+    int TakeU64(RValue& value);
+    int TakeHalf(RValue& value);
+    int TakeBool(RValue& value);
 
     uint8_t* m_data = nullptr;
-    uint8_t* m_position = nullptr;
-    uint8_t* m_written = nullptr;   // the end, unless the position is beyond: it is noted when the position turns back
-    uint8_t* m_memoryEnd = nullptr; // at most BUFFER_SIZE_MAX from the data
+    size_t m_position = 0; // at most m_size
+    size_t m_size = 0;
+    size_t m_capacity = 0; // at most BUFFER_SIZE_MAX
     BufferError m_error = BUFFER_DONE;
 };
 } // namespace Runner
