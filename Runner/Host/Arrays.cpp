@@ -4,9 +4,9 @@
 
 namespace
 {
-constexpr char TAG[] = "Runner/Host_Arrays";
+constexpr char TAG[] = "Runner/Host/Arrays";
 
-// Made on first use, never destroyed: the cameras release their callbacks after main.
+// Never destroyed: cameras release their callbacks after main.
 std::vector<KvObjectBase*>& Stack()
 {
     static std::vector<KvObjectBase*>& stack = *new std::vector<KvObjectBase*>;
@@ -28,8 +28,8 @@ void FreeRecord(RefDynamicArrayOfRValue* array)
     MemoryManager::Free(array);
 }
 
-// Frees a record that nobody refers to. Its elements may be the last to refer to further records, which come back here:
-// those wait in a list, linked through the owner that they no longer have, so that depth costs no stack.
+// Frees a record without references. Its elements may hold the last reference to further records, which come back here;
+// these wait in a list instead of recursing. The list is linked through m_owner, which a dead record no longer needs.
 void FreeUnreferenced(RefDynamicArrayOfRValue* array)
 {
     static RefDynamicArrayOfRValue* s_waiting = nullptr;

@@ -1,8 +1,8 @@
 #pragma once
 // A byte buffer of typed items.
 //
-// Items stand without gaps or tags, little-endian on every machine. One position serves reading and writing; writing at
-// the end appends, elsewhere it overwrites.
+// Items follow each other without padding or tags, little-endian on every machine. One position serves reading and
+// writing; writing at the end appends, elsewhere it overwrites.
 
 #include "Files/Buffer/Buffer.h"
 
@@ -11,12 +11,13 @@
 
 namespace Runner
 {
-// What WriteTyped and ReadTyped answer.
+// The results of WriteTyped and ReadTyped.
 enum BufferError : int
 {
     BUFFER_DONE = 0,
-    BUFFER_PAST_END = 1,  // read what is not there: a zero or an empty string came out, the position is at the end
-    BUFFER_NO_MEMORY = 2, // not written
+    BUFFER_PAST_END =
+        1, // fewer bytes left than the item has: it reads as zero or an empty string, the position is at the end
+    BUFFER_NO_MEMORY = 2, // memory was refused: nothing was written
     BUFFER_BAD_TYPE = 3,  // no such type of item: nothing was read or written
     BUFFER_BAD_VALUE = 4, // a text type with a value that is no string, or a text beyond BUFFER_TEXT_MAX
 };
@@ -24,14 +25,14 @@ enum BufferError : int
 constexpr size_t BUFFER_SIZE_MAX = 0x7FFFFFFF;
 constexpr size_t BUFFER_TEXT_MAX = 16 << 20;
 
-// What goes in and comes out:
-//   integers   the value's whole part, the nearest in range; not a number gives 0. Come out as reals,
-//              except U64: an int64 goes in and comes out as its 64 bits, whatever their sign
-//   F16, F32   rounded to the nearest, beyond range infinite; not a number stays so
-//   Bool       one byte, 0 or 1 (above one half); comes out as a bool
-//   String     up to the first zero byte, which ends it
-//   Text       all bytes of the string, without an end mark; reads what is left, up to a zero byte
-// A string that is a number goes in as the number.
+// How values are written and read:
+//   integers   truncated towards zero and clamped to the range, NaN as 0; read as reals.
+//              U64 alone writes the 64 bits of an int64 as they are, and reads an int64
+//   F16, F32   rounded to nearest, beyond the range infinite; NaN stays NaN
+//   Bool       one byte, 1 for a number above one half, else 0; read as a bool
+//   String     the bytes before the first zero byte, then a zero byte
+//   Text       all bytes of the string, without a terminator; reading takes the rest, up to a zero byte
+// A string that is a number is written as that number.
 class TypedBuffer final : public IBuffer
 {
 public:

@@ -20,8 +20,9 @@ namespace
 {
 constexpr int YOUNG = 0;
 constexpr int OLD = 1;
-constexpr int SAFEPOINT_OBJECTS = 256; // new objects that bring about a collection, or half of the live ones
-constexpr int SAFEPOINT_FULL = 8;      // every so many collections at safepoints are full
+constexpr int SAFEPOINT_OBJECTS =
+    256; // so many new objects cause a collection, or half as many as are alive if that is more
+constexpr int SAFEPOINT_FULL = 8; // one in so many collections at safepoints is full
 
 struct TemporaryRoots
 {
@@ -34,12 +35,12 @@ struct Heap
     RootSet<KvObjectBase> globals;
     std::vector<TemporaryRoots> temporaries;
 
-    // While marking: what was reached and waits to be marked, and the arrays that were.
+    // While marking: the mark bits, what was reached and is still to be marked, and all arrays reached so far.
     std::vector<uint32_t> marks;
     std::vector<KvObjectBase*> objects;
     std::vector<const RefDynamicArrayOfRValue*> arrays;
     std::unordered_set<const RefDynamicArrayOfRValue*> arraysSeen;
-    bool takesReferences = false; // from the first root until all objects have heard PreFree
+    bool takesReferences = false; // from the first root until PreFree has been called on all objects to be freed
 
     bool busy = false;
     bool stress = false;
@@ -49,7 +50,7 @@ struct Heap
     int freed = 0;
 };
 
-// Made on first use, never destroyed: cameras drop their proxies after main.
+// Made on first use and never destroyed: cameras detach their proxies after main.
 Heap& TheHeap()
 {
     static Heap& heap = *new Heap;
@@ -78,7 +79,7 @@ void Reach(Heap& heap, const RValue& value)
         Reach(heap, value.pRefArray);
 }
 
-// Marks what waits, and what that leads to, without recursion.
+// Marks everything reachable from the two work lists, without recursion.
 void MarkReached(Heap& heap)
 {
     while (!heap.objects.empty() || !heap.arrays.empty())
@@ -110,7 +111,7 @@ void ReachRoots(Heap& heap)
             Reach(heap, roots.values[i]);
 }
 
-// What a young collection does not free may refer to what it could free.
+// A young collection treats all objects that it does not sweep as roots.
 void ReachAllButYoung(Heap& heap)
 {
     for (int slot = 0; slot < g_slotObjects.m_nCapacity; ++slot)
@@ -145,7 +146,7 @@ bool IsMarked(const Heap& heap, int slot)
     return ((heap.marks[static_cast<size_t>(slot) / 32] >> (slot % 32)) & 1u) != 0;
 }
 
-// The object of that slot if it is to be freed, else null.
+// The object in that slot if it is to be freed, else null.
 KvObjectBase* DoomedAt(const Heap& heap, int slot, bool full)
 {
     KvObjectBase* object = g_slotObjects.m_ppEntries[slot];
@@ -153,15 +154,15 @@ KvObjectBase* DoomedAt(const Heap& heap, int slot, bool full)
     return doomed ? object : nullptr;
 }
 
-// The table is looked up for each object anew: what an object does in PreFree or Free may free others and may place
-// new ones, for which the table may move.
+// Reads the table anew for each object: PreFree and Free may free other objects and place new ones, and the table may
+// be reallocated.
 void FreeDoomed(Heap& heap, bool full)
 {
     for (int slot = g_GCrangestart; slot < g_GCrangeend; ++slot)
         if (KvObjectBase* object = DoomedAt(heap, slot, full))
         {
             object->PreFree();
-            MarkReached(heap); // what it has stored stays alive
+            MarkReached(heap); // what PreFree has stored stays alive
         }
     heap.takesReferences = false;
     for (int slot = g_GCrangestart; slot < g_GCrangeend; ++slot)
@@ -193,7 +194,7 @@ void Sweep(Heap& heap, bool full)
     PromoteSurvivors(span.m_rangeStart, span.m_rangeEnd);
 }
 
-// One round of the end: whether it freed anything.
+// One shutdown pass over all non-global objects. True if it freed at least one.
 bool FreeAllButGlobals(Heap& heap)
 {
     const auto mayGo = [&heap](KvObjectBase* object) { return object != nullptr && !heap.globals.Has(object); };
@@ -228,7 +229,7 @@ void Collector::Safepoint()
     Heap& heap = TheHeap();
     if (heap.stress)
         return Collect(true);
-    // In step with the live objects: marking all of them for each fixed number of new ones would take ever longer.
+    // The limit grows with the live objects: a fixed one would mark all of them ever more often per new object.
     if (heap.made < std::max(SAFEPOINT_OBJECTS, g_slotObjects.m_nCount / 2))
         return;
     heap.fromSafepoints = (heap.fromSafepoints + 1) % SAFEPOINT_FULL;
@@ -270,12 +271,12 @@ void Collector::LetGo(KvObjectBase* object)
 
 void Collector::FreeEverything()
 {
-    constexpr int ROUNDS = 100; // objects may make others as they go, but not for ever
+    constexpr int PASSES = 100; // a destructor may make new objects, but not for ever
     Heap& heap = TheHeap();
     if (heap.busy)
         return;
     heap.busy = true;
-    for (int round = 0; round < ROUNDS && FreeAllButGlobals(heap); ++round)
+    for (int pass = 0; pass < PASSES && FreeAllButGlobals(heap); ++pass)
         continue;
     heap.busy = false;
     heap.made = 0;

@@ -1,4 +1,4 @@
-// A running game, taken apart.
+// The running game becomes a SavedState.
 
 #include "Files/Graphics/Graphics_Support.h"
 #include "Runner/Base/Printable.h"
@@ -116,7 +116,7 @@ void CaptureTileMaps(const Painter& painter, std::vector<SavedTileMap>& saved)
     }
 }
 
-// What a script error in the middle of it says becomes the reason; the game goes on.
+// A script error during the capture becomes the reason of the refusal, and the game goes on.
 bool CaptureScripts(Game& game, SavedState& state, std::string& why)
 {
     struct Context
@@ -136,7 +136,7 @@ bool CaptureScripts(Game& game, SavedState& state, std::string& why)
     return captured;
 }
 
-// missing: what the state leaves out that a player may miss, in one line; empty for nothing.
+// missing: one line about callbacks that cannot be saved; empty when there are none.
 bool CaptureState(Game& game, SavedState& state, std::string& missing, std::string& why)
 {
     CaptureGame(game, state.game);
