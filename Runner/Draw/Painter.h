@@ -2,7 +2,7 @@
 // Draws a game: shapes, text, sprites, tile maps, surfaces and simple 3D, through OpenGL ES without a display, or not
 // at all (then sprites keep their sizes and surfaces their numbers, and everything answers as if it had been drawn).
 //
-// Places     room units of the current matrices (Runner/Host_Graphics.h). Flat drawing lies in the plane z = Depth().
+// Places     room units of the current matrices (Runner/Host/Graphics.h). Flat drawing lies in the plane z = Depth().
 //            A shape covers the points between its edges: a rectangle 0, 0, 1, 1 is one pixel of an unscaled view.
 // Order      what is drawn later covers what was drawn earlier, except while the depth test is on.
 // Colours    runner colours (Files/Graphics/Colour.h); alpha 0 (nothing) to 1 (covers).

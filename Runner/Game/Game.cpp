@@ -230,6 +230,8 @@ void Game::CollectHostError(int camera)
 bool Game::CheckEverything()
 {
     std::string why;
+    if (HasError()) // whoever calls the module outside of a script takes what it reports, or some later callback fails
+        scripts.Fail("check of the reports: one is left over: " + TakeError());
     const char* rule = g_CM.Validate();
     if (rule != nullptr)
         scripts.Fail(std::string("check of the cameras: ") + rule);

@@ -9,11 +9,11 @@ namespace
 {
 constexpr size_t ERROR_TEXT_MAX = 1024;
 
-// Made on first use, never destroyed: built-ins may be entered before main, errors reported after it.
+// Made on first use and never destroyed: built-ins may be entered before main, and errors reported after it.
 struct Code
 {
     std::vector<Runner::Builtin> builtins;
-    std::map<std::string, size_t, std::less<>> places; // by name, index in builtins
+    std::map<std::string, size_t, std::less<>> places; // name to index in builtins
     std::string error;
     bool errorWaits = false;
 };
@@ -24,7 +24,7 @@ Code& TheCode()
     return code;
 }
 
-// One line: ends are cut, breaks inside become blanks.
+// Makes one line: line ends at the end are cut, those inside become blanks.
 std::string AsOneLine(std::string text)
 {
     while (!text.empty() && (text.back() == '\n' || text.back() == '\r'))

@@ -67,12 +67,15 @@ void Perform(const ScriptCall& call)
 // A callback that is no number was reported and counts as 0; script 0 is not what its camera asked for.
 bool Script_Perform(int index, CInstance*, CInstance*, int, RValue* result, DynamicArrayOfRValue*)
 {
-    if (Runner::HasError())
+    ScriptEngine* engine = ScriptEngine::Current();
+    if (Runner::HasError() || engine == nullptr || engine->Failed())
         return false;
-    const ScriptEngine* engine = ScriptEngine::Current();
-    const int reference = engine == nullptr ? -1 : engine->numbered.Find(index);
+    const int reference = engine->numbered.Find(index);
     if (reference < 0)
+    {
+        engine->missing.Tell(Current_Object, index);
         return false;
+    }
     Perform({nullptr, reference, nullptr, 0, result});
     return true;
 }

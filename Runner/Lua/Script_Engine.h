@@ -5,6 +5,7 @@
 // goes wrong there becomes the engine's failure, which stops the game. After a failure no script runs any more.
 
 #include "Runner/Base/Hash.h"
+#include "Runner/Lua/Missing_Scripts.h"
 #include "Runner/Lua/Numbered_Scripts.h"
 
 #include <cstddef>
@@ -46,6 +47,7 @@ public:
     bool IsOpen() const { return m_main != nullptr; }
 
     NumberedScripts numbered; // callbacks that scripts gave as numbers
+    MissingScripts missing;   // callbacks with a number that was never given
 
     lua_State* Running() const { return m_running; } // the main state, or the coroutine that runs now
 

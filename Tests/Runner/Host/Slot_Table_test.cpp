@@ -136,7 +136,7 @@ TEST_F(SlotTable, TheCheckFindsADamagedTable)
     const int slot = thing->m_slot;
     thing->m_slot = slot + 1;
     EXPECT_FALSE(Collector::Check(why));
-    EXPECT_THAT(why, testing::HasSubstr("believes to be in slot"));
+    EXPECT_THAT(why, testing::HasSubstr("holds an object whose m_slot is"));
     thing->m_slot = slot;
     const CGCGeneration span = g_GCGens[0];
     g_GCGens[0] = {0, 0};

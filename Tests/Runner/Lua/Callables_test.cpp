@@ -7,6 +7,9 @@
 #include "Files/Graphics/Camera_Manager.h"
 #include "Files/Run/Run_Globals.h"
 #include "Runner/Host/Collector.h"
+#include "Runner/Host/Value.h"
+
+#include <algorithm>
 
 namespace
 {
@@ -75,9 +78,66 @@ TEST_F(Callables, ANumberFromScriptAddRuns)
     EXPECT_EQ(Log(), "one\n");
 }
 
-TEST_F(Callables, ANumberWithoutAScriptRunsNothing)
+TEST_F(Callables, ANumberWithoutAScriptIsToldOnceForEachCallback)
 {
-    EXPECT_EQ(Play(WithView("camera_set_update_script(C, 99) camera_set_begin_script(C, -2)")), "");
+    EXPECT_EQ(
+        Play(WithView(
+                 "camera_set_update_script(C, 99) camera_set_begin_script(C, -2)\n"
+                 "pcall(camera_set_end_script, C, '99')"), // refused and stored: a text that is a number counts as it
+             5),
+        "");
+    EXPECT_EQ(Log(),
+              "camera 1: its begin script is number -2, which script_add never gave, so nothing runs; set a "
+              "number from script_add, or -1 for no script\n"
+              "camera 1: its update script is number 99, which script_add never gave, so nothing runs and the "
+              "camera does not follow its target; set a number from script_add, or -1 for no script\n"
+              "camera 1: its end script is number 99, which script_add never gave, so nothing runs; set a number "
+              "from script_add, or -1 for no script\n");
+}
+
+TEST_F(Callables, AnotherNumberAndAnotherCameraWithoutAScriptAreToldAgain)
+{
+    ASSERT_EQ(Play(WithView("camera_set_begin_script(C, 7)"), 2), "");
+    const auto linesAfter = [this](const std::string& change)
+    {
+        const std::string before = Log();
+        RValue number = Runner::MakeReal(change == "number" ? 8 : 7);
+        if (change == "camera")
+        {
+            g_CM.DestroyCamera(1);
+            EXPECT_EQ(g_CM.CreateCamera()->GetID(), 1);
+        }
+        g_CM.GetCamera(1)->SetBeginScript(&number);
+        EXPECT_EQ(PlayOn(3), "");
+        const std::string added = Log().substr(before.size());
+        return std::count(added.begin(), added.end(), '\n');
+    };
+    EXPECT_EQ(linesAfter("nothing"), 0);
+    EXPECT_EQ(linesAfter("number"), 1);
+    EXPECT_EQ(linesAfter("nothing"), 0);
+    EXPECT_EQ(linesAfter("camera"), 1);
+}
+
+TEST_F(Callables, NumbersWithoutAScriptAreToldUpToALimit)
+{
+    EXPECT_EQ(Play("room_add{ views = { [0] = {} }, step = function()\n"
+                   "camera_set_begin_script(view_get_camera(0), frame_number()) end }",
+                   200),
+              "");
+    const std::string log = Log();
+    EXPECT_EQ(std::count(log.begin(), log.end(), '\n'), 51);
+    EXPECT_NE(log.find("\nfurther callbacks with a number that script_add never gave are not told\n"),
+              std::string::npos);
+}
+
+TEST_F(Callables, ANumberIsPerformedOnceItHasAScript)
+{
+    EXPECT_EQ(Play(WithView("camera_set_begin_script(C, 0)\n"
+                            "camera_set_end_script(C, function() script_add(function() print('ran') end) end)"),
+                   3),
+              "");
+    EXPECT_NE(Log().find("camera 1: its begin script is number 0"), std::string::npos);
+    EXPECT_NE(Log().find("\nran\nran\n"), std::string::npos);
 }
 
 TEST_F(Callables, ACollectedFunctionIsGoneOnceNoCameraHoldsIt)
