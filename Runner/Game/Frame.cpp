@@ -125,7 +125,7 @@ void Game::DrawThrough(const int32_t& cameraId, int view)
     if (camera == nullptr || scripts.Failed())
         return;
     m_trace.Write(m_frame, view, *camera);
-    DrawRoom(*camera);
+    DrawRoom();
     camera = g_CM.GetCamera(cameraId);
     if (camera == nullptr || scripts.Failed())
         return;
@@ -133,13 +133,12 @@ void Game::DrawThrough(const int32_t& cameraId, int view)
     CollectHostError(cameraId);
 }
 
-// What a flat view shows is published; of a view in space the published area says nothing about what is behind it.
-void Game::DrawRoom(const CCamera& camera)
+// Instances are culled by the matrices as the room's own draw leaves them: it may have applied another camera.
+void Game::DrawRoom()
 {
-    constexpr RoomArea EVERYWHERE = {-INFINITY, -INFINITY, INFINITY, INFINITY};
-    world.FindForDrawing(camera.Is2D() ? VisibleArea() : EVERYWHERE, m_seen);
     if (!scripts.Call(rooms.Running()->spec.scripts.draw))
         return;
+    world.FindForDrawing(VisibleRegion(), m_seen);
     for (Instance* instance : m_seen)
     {
         if (instance->IsLive())

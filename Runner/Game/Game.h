@@ -122,7 +122,7 @@ private:
     void DrawView(RunningRoom& room, int number);
     void DrawDefaultView(const RunningRoom& room);
     void DrawThrough(const int32_t& cameraId, int view);
-    void DrawRoom(const CCamera& camera);
+    void DrawRoom();
     void DrawInstance(Instance& instance);
     void DrawGui(const RunningRoom& room);
     void BeginTarget(const Port& port, unsigned background);
