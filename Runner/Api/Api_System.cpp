@@ -1,4 +1,3 @@
-#include "Files/Graphics/Image_Writers.h"
 #include "Files/Run/Run_Globals.h"
 #include "Runner/Api/Api_Functions.h"
 #include "Runner/Draw/Screenshot.h"
@@ -71,11 +70,16 @@ int ReturnTold(const Arguments& call, bool done, const std::string& why)
 int Screenshot(Arguments& call)
 {
     const std::string name = call.Text(1);
-    const std::string format = call.Has(2) ? call.Text(2) : "png";
-    if (format != "bmp" && format != "png")
+    const std::string format = call.Has(2) ? call.Text(2) : "";
+    if (call.Has(2) && format != "bmp" && format != "png")
         call.Fail("argument 2 must be \"bmp\" or \"png\"");
+    const Painter* painter = call.game.CurrentPainter();
     std::string why;
-    return ReturnTold(call, WriteScreenshot(call.game.Screen(), name, format, why), why);
+    if (painter == nullptr)
+        why = "nothing has been drawn yet";
+    else if (!painter->Draws())
+        why = "nothing is drawn with --no-draw, so there is no picture";
+    return ReturnTold(call, why.empty() && WriteScreenshot(call.game.Screen(), name, format, why), why);
 }
 
 int GameSave(Arguments& call)

@@ -8,7 +8,6 @@
 #include <cmath>
 #include <cstring>
 #include <iterator>
-#include <limits>
 
 float g_ViewAreaX, g_ViewAreaY, g_ViewAreaW, g_ViewAreaH, g_ViewAreaA;
 int g_RenderTargetActive = -1;
@@ -35,6 +34,36 @@ kvMatrix Rotation(int from, int to, float degrees)
     rotation.m[to * 4 + from] = sine;
     rotation.m[to * 4 + to] = cosine;
     return rotation;
+}
+// ---- what the matrices show ----
+
+// Whether a point's z neither moves it across the screen nor scales it: a parallel projection along z.
+bool IsParallel(const kvMatrix& toClip)
+{
+    return toClip._14 == 0.0f && toClip._24 == 0.0f && toClip._34 == 0.0f && toClip._31 == 0.0f && toClip._32 == 0.0f &&
+           toClip._44 > 0.0f;
+}
+
+struct Interval
+{
+    float low, high;
+};
+
+bool IsFinite(const Interval& interval) { return std::isfinite(interval.low) && std::isfinite(interval.high); }
+
+// One room coordinate over the clip square. perClipX and perClipY are the entries of the adjugate of the 2 x 2 matrix
+// that maps room x, y to clip x, y; over the determinant they are those of its inverse. The interval is widened by a
+// bound of the rounding errors, which grow where the determinant cancels.
+Interval ShownInterval(float perClipX, float perClipY, const kvMatrix& toClip)
+{
+    const float product = toClip._11 * toClip._22, crossProduct = toClip._12 * toClip._21;
+    const float determinant = product - crossProduct;
+    const float fromX = toClip._41 * perClipX / determinant, fromY = toClip._42 * perClipY / determinant;
+    const float centre = -(fromX + fromY);
+    const float half = toClip._44 * (fabsf(perClipX) + fabsf(perClipY)) / fabsf(determinant);
+    const float condition = (fabsf(product) + fabsf(crossProduct)) / fabsf(determinant);
+    const float rounding = RoomSlab::ROUNDING_OF_PRODUCTS * condition * (fabsf(fromX) + fabsf(fromY) + half);
+    return {centre - half - rounding, centre + half + rounding};
 }
 } // namespace
 
@@ -92,20 +121,18 @@ kvMatrix BuildWorldMatrix(const kvVector3& position, const kvVector3& degrees, c
     return world;
 }
 
-RoomArea VisibleArea()
+RoomRegion VisibleRegion()
 {
-    const float turn = g_ViewAreaA * RADIANS_PER_DEGREE;
-    const float sine = fabsf(sinf(turn));
-    const float cosine = fabsf(cosf(turn));
-    const float halfWidth = (g_ViewAreaW * cosine + g_ViewAreaH * sine) * 0.5f;
-    const float halfHeight = (g_ViewAreaW * sine + g_ViewAreaH * cosine) * 0.5f;
-    const float x = g_ViewAreaX + g_ViewAreaW * 0.5f;
-    const float y = g_ViewAreaY + g_ViewAreaH * 0.5f;
-    const RoomArea area = {x - halfWidth, y - halfHeight, x + halfWidth, y + halfHeight};
-    if (std::isfinite(area.left) && std::isfinite(area.top) && std::isfinite(area.right) && std::isfinite(area.bottom))
-        return area;
-    constexpr float endless = std::numeric_limits<float>::infinity();
-    return {-endless, -endless, endless, endless};
+    const kvMatrix toClip = RoomToClip();
+    if (!IsParallel(toClip))
+        return ENTIRE_PLANE;
+    const Interval x = ShownInterval(toClip._22, -toClip._21, toClip);
+    const Interval y = ShownInterval(-toClip._12, toClip._11, toClip);
+    if (!IsFinite(x) || !IsFinite(y))
+        return ENTIRE_PLANE;
+    return {{x.low, y.low, x.high, y.high},
+            {toClip._11, toClip._21, toClip._41, toClip._44},
+            {toClip._12, toClip._22, toClip._42, toClip._44}};
 }
 } // namespace Runner
 

@@ -4,6 +4,7 @@
 
 #include "Files/Graphics_API/Graphics_API.h"
 #include "Platform/Matrix.h"
+#include "Runner/Base/Area.h"
 
 namespace Runner
 {
@@ -28,18 +29,8 @@ kvMatrix IdentityMatrix();
 // permuted cyclically.
 kvMatrix BuildWorldMatrix(const kvVector3& position, const kvVector3& degrees, const kvVector3& scale);
 
-// Room units, edges in order: left <= right, top <= bottom.
-struct RoomArea
-{
-    float left, top, right, bottom;
-
-    bool Touches(const RoomArea& other) const
-    {
-        return left <= other.right && right >= other.left && top <= other.bottom && bottom >= other.top;
-    }
-};
-
-// The upright rectangle around all that the published view area shows, whatever its rotation. Endless in every
-// direction when the area is not finite: nothing may be culled then.
-RoomArea VisibleArea();
+// The part of the plane z = 0 that the current matrices show: the clip square carried back into the room. The entire
+// plane where that is no parallelogram: for a perspective, for a view in which z moves a point across the screen, and
+// for matrices that are singular or not finite. Nothing may be culled then.
+RoomRegion VisibleRegion();
 } // namespace Runner

@@ -14,7 +14,6 @@ namespace Runner
 namespace
 {
 constexpr int32_t NUMBER_LIMIT = 0x70000000; // of saved counters: room to count on
-constexpr int32_t SURFACE_NUMBER_LIMIT = 0xFFFF;
 
 bool Refuse(const std::string& path, const std::string& reason, std::string& why)
 {
@@ -96,7 +95,7 @@ bool SurfacesFit(const std::vector<SavedSurface>& saved)
     int32_t last = -1;
     for (const SavedSurface& surface : saved)
     {
-        if (surface.number <= last || surface.number > SURFACE_NUMBER_LIMIT || !IsSide(surface.width) ||
+        if (surface.number <= last || surface.number >= SURFACE_NUMBERS_LIMIT || !IsSide(surface.width) ||
             !IsSide(surface.height))
             return false;
         last = surface.number;

@@ -19,23 +19,11 @@ void FreeSurfaces(Painter& painter)
             painter.FreeSurface(number);
 }
 
-// A new surface gets the lowest free number, so numbers that are to stay free are taken for a while.
 void RestoreSurfaces(Painter& painter, const std::vector<SavedSurface>& saved)
 {
     FreeSurfaces(painter);
-    std::vector<int> placeholders;
-    int next = 0;
     for (const SavedSurface& surface : saved)
-    {
-        for (; next < surface.number; ++next)
-            placeholders.push_back(painter.CreateSurface(1, 1));
-        if (painter.CreateSurface(surface.width, surface.height) < 0)
-            placeholders.push_back(painter.CreateSurface(1, 1));
-        ++next;
-    }
-    for (const int number : placeholders)
-        if (painter.SurfaceExists(number))
-            painter.FreeSurface(number);
+        painter.CreateSurfaceAt(surface.number, surface.width, surface.height);
     painter.TakeError(); // missing for want of memory, as the contract says
 }
 

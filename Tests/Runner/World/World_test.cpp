@@ -36,7 +36,7 @@ std::vector<int> IdsOf(const ObjectType& type)
 std::vector<int> Seen(World& world, const RoomArea& area)
 {
     std::vector<Instance*> found;
-    world.FindForDrawing(area, found);
+    world.FindForDrawing({area}, found);
     std::vector<int> ids;
     for (const Instance* instance : found)
         ids.push_back(instance->m_id);
