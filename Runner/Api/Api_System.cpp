@@ -72,7 +72,7 @@ int Screenshot(Arguments& call)
     const std::string name = call.Text(1);
     const std::string format = call.Has(2) ? call.Text(2) : "";
     if (call.Has(2) && format != "bmp" && format != "png")
-        call.Fail("argument 2 must be \"bmp\" or \"png\"");
+        call.FailArgument(2, "is \"bmp\" or \"png\", got " + DescribeAt(call.L, 2));
     const Painter* painter = call.game.CurrentPainter();
     std::string why;
     if (painter == nullptr)
@@ -101,20 +101,20 @@ int GameEnd(Arguments& call)
 }
 
 constexpr ApiFunction FUNCTIONS[] = {
-    {"script_add", 1, 1, ScriptAdd},
-    {"include", 1, 1, Include},
-    {"camera_current", 0, 0, CameraCurrent},
-    {"random", 0, 0, RandomNumber},
-    {"random_range", 2, 2, RandomRange},
-    {"irandom", 1, 1, RandomWhole},
-    {"random_set_seed", 1, 1, RandomSetSeed},
-    {"frame_number", 0, 0, FrameNumber},
-    {"log", 1, 1, Log},
-    {"collect", 0, 0, CollectAll},
-    {"screenshot", 1, 2, Screenshot},
-    {"game_save", 1, 1, GameSave},
-    {"game_load", 1, 1, GameLoad},
-    {"game_end", 0, 0, GameEnd},
+    {"script_add", 1, {"function"}, ScriptAdd},
+    {"include", 1, {"file"}, Include},
+    {"camera_current", 0, {}, CameraCurrent},
+    {"random", 0, {}, RandomNumber},
+    {"random_range", 2, {"low", "high"}, RandomRange},
+    {"irandom", 1, {"n"}, RandomWhole},
+    {"random_set_seed", 1, {"seed"}, RandomSetSeed},
+    {"frame_number", 0, {}, FrameNumber},
+    {"log", 1, {"text"}, Log},
+    {"collect", 0, {}, CollectAll},
+    {"screenshot", 1, {"name", "format"}, Screenshot},
+    {"game_save", 1, {"name"}, GameSave},
+    {"game_load", 1, {"name"}, GameLoad},
+    {"game_end", 0, {}, GameEnd},
 };
 } // namespace
 

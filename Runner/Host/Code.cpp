@@ -18,6 +18,8 @@ struct Code
     bool errorWaits = false;
 };
 
+const Runner::BuiltinCall* s_call = nullptr;
+
 Code& TheCode()
 {
     static Code& code = *new Code;
@@ -89,4 +91,8 @@ std::string TakeError()
     error.swap(code.error);
     return error;
 }
+
+BuiltinCall::BuiltinCall() : m_outer(s_call) { s_call = this; }
+BuiltinCall::~BuiltinCall() { s_call = m_outer; }
+const BuiltinCall* BuiltinCall::Current() { return s_call; }
 } // namespace Runner

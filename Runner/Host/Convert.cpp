@@ -1,11 +1,12 @@
 #include "Runner/Host/Convert.h"
 
-#include "Files/Code/Function.h"
+#include "Runner/Host/Code.h"
 #include "Runner/Host/Value.h"
 
 #include <cfloat>
 #include <charconv>
 #include <cstdlib>
+#include <string>
 
 namespace Runner
 {
@@ -71,12 +72,19 @@ float NearestFloatOutside(double number)
 
 namespace
 {
+void ReportNoNumber(const RValue& value)
+{
+    const BuiltinCall* call = BuiltinCall::Current();
+    const std::string expectation = call == nullptr ? "" : call->Expectation(value);
+    KvError("%s, got %s", expectation.empty() ? "expected a number" : expectation.c_str(), Describe(value).c_str());
+}
+
 // Reports a value that is no number, and answers 0.
 double NumberOrReport(const RValue& value)
 {
     double number;
     if (!NumberOf(value, number))
-        KvError("expected a number, got %s", Describe(value).c_str());
+        ReportNoNumber(value);
     return number;
 }
 
@@ -84,7 +92,7 @@ double ArgumentNumber(const RValue* args, int index)
 {
     double number = args[index].val;
     if (KvKind(args[index]) != VALUE_REAL && !NumberOf(args[index], number))
-        KvError("expected a number, got %s (argument %d)", Describe(args[index]).c_str(), index + 1);
+        ReportNoNumber(args[index]);
     return number == number ? number : 0.0;
 }
 } // namespace

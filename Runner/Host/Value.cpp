@@ -187,9 +187,9 @@ std::string Describe(const RValue& value)
     case VALUE_INT64: return "the number " + std::to_string(value.v64);
     case VALUE_BOOL: return value.val > 0.5 ? "true" : "false";
     case VALUE_STRING: return DescribeText(value.pRefString);
-    case VALUE_ARRAY: return "an array";
+    case VALUE_ARRAY: return "a table";
     case VALUE_OBJECT: return DescribeObject(value.pObj);
-    case VALUE_UNDEFINED: return "undefined";
+    case VALUE_UNDEFINED: return "nil";
     case VALUE_NULL: return "null";
     case VALUE_UNSET: return "nothing";
     case VALUE_PTR: return "a pointer";

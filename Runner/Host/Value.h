@@ -21,8 +21,8 @@ RValue MakeArray(int length);
 
 void Release(RValue& value); // drops its reference and makes it undefined
 
-// The value as an error message names it: the number 3.5, the string "abc", an array, undefined. Always one short line,
-// whatever a string contains.
+// The value as an error line names it, in the words of scripts: the number 3.5, the string "abc", a table, nil. Never
+// more than one short line, whatever a string holds.
 std::string Describe(const RValue& value);
 
 constexpr int VALUE_DEPTH_MAX = 32;                  // of arrays in arrays, in a saved value

@@ -58,6 +58,7 @@ ScriptFunction* ScriptFunction::Of(lua_State* L, int index)
     {
         auto* known = static_cast<ScriptFunction*>(lua_touserdata(L, -1));
         lua_pop(L, 2);
+        ScriptEngine::Current()->NoteGiver(L, index, known->m_reference);
         return known;
     }
     lua_pop(L, 1);

@@ -18,8 +18,7 @@ using Runner::ScriptEngine;
 
 struct ScriptCall
 {
-    const Runner::ScriptFunction* function; // null: the kept reference
-    int reference;
+    int reference; // to the function, kept by the engine
     const RValue* args;
     int argc;
     RValue* result;
@@ -43,10 +42,7 @@ void PerformCall(lua_State* L, void* context)
 {
     const auto& call = *static_cast<const ScriptCall*>(context);
     luaL_checkstack(L, call.argc + 4, nullptr);
-    if (call.function != nullptr)
-        call.function->Push(L);
-    else
-        ScriptEngine::Push(L, call.reference);
+    ScriptEngine::Push(L, call.reference);
     for (int i = 0; i < call.argc; ++i)
         Runner::PushFromHost(L, call.args[i]);
     lua_call(L, call.argc, 1);
@@ -59,7 +55,7 @@ void Perform(const ScriptCall& call)
 {
     ScriptEngine* engine = ScriptEngine::Current();
     if (engine != nullptr && engine->IsOpen())
-        engine->Protect(PerformCall, const_cast<ScriptCall*>(&call));
+        engine->Protect(PerformCall, const_cast<ScriptCall*>(&call), call.reference);
 }
 } // namespace
 
@@ -76,7 +72,7 @@ bool Script_Perform(int index, CInstance*, CInstance*, int, RValue* result, Dyna
         engine->missing.Tell(Current_Object, index);
         return false;
     }
-    Perform({nullptr, reference, nullptr, 0, result});
+    Perform({reference, nullptr, 0, result});
     return true;
 }
 
@@ -91,6 +87,6 @@ void Call_RValue(KvObjectBase*, RValue* result, RValue* callable, int argc, RVal
         return;
     const RValue held = *callable;
     Runner::Collector::PushTemporaryRoots(&held, 1);
-    Perform({function, -1, args, argc, result});
+    Perform({function->Reference(), args, argc, result});
     Runner::Collector::PopTemporaryRoots();
 }

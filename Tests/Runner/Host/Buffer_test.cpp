@@ -478,7 +478,7 @@ TEST(HostBuffer, AValueThatIsNoNumberIsWrittenAsZeroAndReported)
     TypedBuffer buffer;
     EXPECT_EQ(Write(buffer, eBuffer_S32, MakeUndefined()), BUFFER_DONE);
     EXPECT_THAT(Bytes(buffer), ElementsAre(0, 0, 0, 0));
-    EXPECT_EQ(TakeError(), "expected a number, got undefined");
+    EXPECT_EQ(TakeError(), "expected a number, got nil");
 }
 
 TEST(HostBuffer, ManyItemsTakeFewAllocations)

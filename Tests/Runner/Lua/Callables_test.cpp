@@ -175,7 +175,7 @@ TEST_F(Callables, LuaForgetsAFunctionThatTheCollectorFreed)
 TEST_F(Callables, ACallbackThatIsNoneIsNamedByItsCamera)
 {
     EXPECT_EQ(Play(WithView("assert(not pcall(camera_set_update_script, C, {}))")),
-              "a callback of camera 1 cannot run: expected a number, got an array (argument 1)");
+              "a callback of camera 1 cannot run: expected a number, got a table");
 }
 
 // ---- callbacks that do anything ----
@@ -244,6 +244,32 @@ TEST_P(CallbackErrors, KeepLaterScriptsFromRunning)
 
 INSTANTIATE_TEST_SUITE_P(All, CallbackErrors, ::testing::Values("begin", "update", "end"),
                          [](const auto& test) { return std::string(test.param); });
+
+// Functions of the host have no line of their own: the error names the line that handed them over.
+
+TEST_F(Callables, AFunctionOfTheHostThatFailsAsACallbackIsNamedByTheLineThatGaveIt)
+{
+    for (const char* callback : {"begin", "update", "end"})
+        EXPECT_EQ(
+            Play(WithView(std::string("\ncamera_set_") + callback + "_script(C,\n coroutine.yield)\n local x = 1")),
+            "main.lua:3: attempt to yield from outside a coroutine");
+    EXPECT_EQ(Play(WithView("S = script_add(draw_circle)\n camera_set_begin_script(C, S)")),
+              "main.lua:2: draw_circle() - wrong number of arguments (3 to 4 wanted: x, y, radius [, outline]; got 0)");
+}
+
+TEST_F(Callables, AFunctionOfTheHostThatFailsIsNamedByTheLastLineThatGaveIt)
+{
+    EXPECT_EQ(Play(WithView("camera_set_begin_script(C, coroutine.yield)\ncamera_set_begin_script(C, -1)\n"
+                            "camera_set_end_script(C, coroutine.yield)")),
+              "main.lua:4: attempt to yield from outside a coroutine");
+}
+
+TEST_F(Callables, AFunctionOfTheHostThatFailsAsAnEventIsNamedByTheLineThatGaveIt)
+{
+    EXPECT_EQ(Play("local o = object_add{\n  step = coroutine.yield }\nroom_add{ instances = { {o, 0, 0} } }"),
+              "main.lua:1: attempt to yield from outside a coroutine");
+    EXPECT_EQ(Play("\nroom_add{ draw = coroutine.yield }"), "main.lua:2: attempt to yield from outside a coroutine");
+}
 
 TEST_F(Callables, AResultOfACallbackIsReleased)
 {

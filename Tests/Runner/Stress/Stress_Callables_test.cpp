@@ -98,7 +98,7 @@ TEST_F(StressCallables, AResultThatCannotCrossIsToldWithItsCamera)
 {
     EXPECT_EQ(Play("room_add{ views = { [0] = {} }, create = function()\n"
                    "camera_set_end_script(view_get_camera(0), function() return coroutine.create(print) end) end }"),
-              "a callback of camera 1 cannot return a thread");
+              "a callback of camera 1 cannot return a coroutine");
 }
 
 TEST_F(StressCallables, ACallbackThatIsNoneDoesNotRunTheFirstScript)
@@ -106,7 +106,7 @@ TEST_F(StressCallables, ACallbackThatIsNoneDoesNotRunTheFirstScript)
     EXPECT_EQ(Play("script_add(function() print('ran') end)\n"
                    "room_add{ views = { [0] = {} }, create = function()\n"
                    "pcall(camera_set_begin_script, view_get_camera(0), {}) end }"),
-              "a callback of camera 1 cannot run: expected a number, got an array (argument 1)");
+              "a callback of camera 1 cannot run: expected a number, got a table");
     EXPECT_EQ(Log(), "");
 }
 
