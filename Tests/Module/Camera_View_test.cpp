@@ -3,6 +3,7 @@
 #include "Platform/Strict_Float.h"
 
 #include "Tests/Support/Compare.h"
+#include "Tests/Support/Numbers.h"
 
 #include <cmath>
 #include <limits>
@@ -11,7 +12,6 @@ using namespace Recording;
 
 namespace
 {
-constexpr float NOT_A_NUMBER = std::numeric_limits<float>::quiet_NaN();
 constexpr float RADIANS = 0.017453292f;
 
 struct Rectangle
