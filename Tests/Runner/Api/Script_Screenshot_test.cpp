@@ -1,6 +1,7 @@
 // screenshot(): the format follows the name, and a script hears of every picture that was not written.
 
 #include "Runner/Host/Files.h"
+#include "Runner/Base/File_Faults.h"
 #include "Tests/Runner/Support/Game_Support.h"
 
 namespace
