@@ -7,7 +7,10 @@
 #include "Runner/Host/Console.h"
 #include "Runner/Host/Files.h"
 #include "Runner/Host/Memory.h"
-#include "Runner/Save/Saved_Game.h"
+#include "Runner/Save/Capture.h"
+#include "Runner/Save/Fit.h"
+#include "Runner/Save/Restore.h"
+#include "Runner/Save/Save_File.h"
 
 #include <algorithm>
 #include <csignal>
