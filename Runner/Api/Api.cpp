@@ -23,7 +23,7 @@ constexpr NamedColour COLOURS[] = {
     {"orange", 255, 160, 64}, {"purple", 128, 0, 128}, {"cyan", 0, 255, 255},   {"brown", 139, 90, 43},
 };
 
-// What the painter could not do is the fault of the call that asked for it.
+// An error of the painter is raised as an error of the call that asked for it.
 void RaisePainterError(const Arguments& call)
 {
     Painter* painter = call.game.CurrentPainter();

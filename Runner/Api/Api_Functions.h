@@ -1,6 +1,6 @@
 #pragma once
-// The functions of Docs/Script_API.md, by subject, and what they are written with. The module's built-ins are not among
-// them (Runner/Lua/Bridge.h).
+// The tables of the Runner's functions, by subject, and what the functions share. Runner/Lua/Bridge.h has the module's
+// built-ins.
 
 #include "Platform/Matrix.h"
 #include "Runner/Lua/Arguments.h"
@@ -9,7 +9,7 @@ namespace Runner
 {
 class Game;
 
-// One call of a function of this runner's, with the game that it is about.
+// The arguments of one call of a function of the Runner, with the game that called it.
 class Arguments : public ScriptArguments
 {
 public:
@@ -23,7 +23,7 @@ public:
 
 struct ApiFunction : FunctionHead
 {
-    int (*run)(Arguments& call); // answers how many values it has pushed
+    int (*run)(Arguments& call); // pushes its results and answers their number
 };
 
 struct ApiTable
@@ -39,10 +39,10 @@ ApiTable DrawApi();    // shapes, text, colours
 ApiTable PictureApi(); // sprites, surfaces, tile maps
 ApiTable SpaceApi();   // matrices and 3D
 
-// The painter, for a function that draws; refused while nothing is being drawn.
+// The painter. DrawingPainter refuses the call while nothing is being drawn.
 class Painter;
 Painter& DrawingPainter(const Arguments& call);
-Painter& OpenedPainter(const Arguments& call); // for what needs no drawing, such as loading
+Painter& OpenedPainter(const Arguments& call); // also while nothing is being drawn: for loading
 
-kvMatrix MatrixArgument(const Arguments& call, int i); // a table of 16 numbers
+kvMatrix MatrixArgument(const Arguments& call, int i); // reads a table of 16 numbers
 } // namespace Runner

@@ -52,7 +52,7 @@ int DrawSprite(Arguments& call)
     return 0;
 }
 
-// Arguments from first on: x, y, x scale, y scale, angle, colour, alpha; all but the place may be missing.
+// Reads the arguments from `first` on: x, y and, each optional, x scale, y scale, angle, colour, alpha.
 Placement ReadPlacement(const Arguments& call, int first, const Painter& painter)
 {
     Placement placement;
@@ -110,7 +110,7 @@ int DrawSurface(Arguments& call)
     return 0;
 }
 
-// ---- tile maps; scripts count tiles from 1, so that 0 is no tile ----
+// ---- tile maps: scripts count frames from 1 here, because the tile 0 is empty ----
 
 void FillTiles(const Arguments& call, Fields& fields, Painter& painter, int map, int columns)
 {

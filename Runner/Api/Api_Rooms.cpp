@@ -30,7 +30,7 @@ KvRoomView ReadView(const Arguments& call, int table, const std::string& where)
     return view;
 }
 
-// Reads every entry, so that views[8] is refused and not silently left out.
+// Goes through all entries instead of 0 to 7, so that views[8] is refused.
 void ReadViews(const Arguments& call, Fields& fields, RoomSpec& spec)
 {
     lua_State* L = call.L;

@@ -11,7 +11,7 @@ namespace Runner
 {
 namespace
 {
-constexpr float HALF_A_DEGREE = 0.008726646f; // in radians
+constexpr float HALF_A_DEGREE = 0.008726646f; // radians
 
 // ---- matrices ----
 
@@ -94,7 +94,8 @@ int MatrixResetWorld(Arguments& call)
 
 // ---- 3D ----
 
-// What is in space covers by distance, whatever the flat drawing around it does.
+// Turns the depth test on until it is destroyed: shapes in space cover each other by distance, whatever is set for flat
+// drawing.
 class DepthTestOn
 {
 public:

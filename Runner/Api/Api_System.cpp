@@ -59,7 +59,7 @@ int CollectAll(Arguments& call)
     return 0;
 }
 
-// A failure that the game can live with: one line on the console says why.
+// Returns `done` to the script. The reason of a failure goes to the console, and the game goes on.
 int ReturnTold(const Arguments& call, bool done, const std::string& why)
 {
     if (!done && !why.empty())

@@ -71,7 +71,7 @@ int ObjectGetName(Arguments& call) { return call.Return(call.Object(1).name); }
 
 // ---- instances ----
 
-// An event that failed has said where.
+// Raises the error of an event that the call ran. Its text has a position already.
 void RaiseFailure(const Arguments& call, bool succeeded)
 {
     if (!succeeded)

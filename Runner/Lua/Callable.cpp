@@ -9,7 +9,7 @@ namespace Runner
 {
 namespace
 {
-constexpr char OBJECTS[] = "runner.callables"; // registry: function -> its object. Its keys are weak
+constexpr char OBJECTS[] = "runner.callables"; // registry: a table with weak keys, function -> its object
 
 void PushObjectTable(lua_State* L)
 {
@@ -31,7 +31,7 @@ ScriptFunction::ScriptFunction(int reference) : KvObjectBase(0, OBJECT_VARIABLE_
     m_kind = OBJECT_KIND_SCRIPT_FUNCTION;
 }
 
-// The table's entry goes at once: until Lua's collector comes, the function could be found there with a dead object.
+// Remove the entry at once: Lua's collector would clear it later, and a look-up before that would answer a dead object.
 ScriptFunction::~ScriptFunction()
 {
     ScriptEngine* engine = ScriptEngine::Current();

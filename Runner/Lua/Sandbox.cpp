@@ -15,7 +15,7 @@ constexpr luaL_Reg LIBRARIES[] = {
 
 constexpr const char* WITHHELD[] = {"dofile", "loadfile", "collectgarbage", "warn"};
 
-// load, for text alone: bytecode is not checked by Lua and can crash it. Upvalue 1: Lua's own.
+// load, limited to text: Lua does not verify bytecode, which can crash it. Upvalue 1: Lua's load.
 int LoadText(lua_State* L)
 {
     const int count = lua_gettop(L);
@@ -31,7 +31,8 @@ int LoadText(lua_State* L)
     return lua_gettop(L);
 }
 
-// setmetatable without finalisers and weak tables, whose moment depends on memory. Upvalue 1: Lua's own.
+// setmetatable, which refuses finalisers and weak tables: when they act depends on when memory is collected. A __mode
+// that is written into the metatable later is not seen here. Upvalue 1: Lua's setmetatable.
 int SetMetatable(lua_State* L)
 {
     for (const char* name : {"__gc", "__mode"})

@@ -1,5 +1,5 @@
-// The mathematics of games. Doubles from the C library's sin and its like differ between machines in the last bit,
-// floats do not; and what a game computes ends in matrices and saved states.
+// math, reproducible on every machine: functions such as sin are computed in floats. The C library's doubles differ in
+// the last bit between machines, its floats do not; and what a game computes ends in matrices and saved states.
 
 #include "Runner/Base/Random.h"
 #include "Runner/Host/Convert.h"
@@ -39,7 +39,7 @@ int Logarithm(lua_State* L)
 
 Random& Generator(lua_State* L) { return *static_cast<Random*>(lua_touserdata(L, lua_upvalueindex(1))); }
 
-// As in Lua: a number in [0, 1), or a whole one in 1..n, or in m..n.
+// math.random as in Lua: a number in [0, 1), or a whole number in 1..n, or in m..n.
 int RandomNumber(lua_State* L)
 {
     const int count = lua_gettop(L);

@@ -1,5 +1,6 @@
-// Text without addresses, which differ from run to run, and without the sign of a NaN, which differs from processor to
-// processor: a game could steer by them. Lua's own conversions (.. and table.concat) still show the sign.
+// tostring, print and string.format without addresses and without the sign of a NaN. Addresses differ between runs and
+// the sign between processors, and a game's decisions could depend on them. Lua's .. and table.concat still show the
+// sign.
 
 #include "Files/IO/Debug_Console.h"
 #include "Runner/Lua/Sandbox.h"
@@ -25,7 +26,7 @@ bool ShowsAddress(lua_State* L, int index)
     return false;
 }
 
-// Replaces a NaN by the positive one; index counts from the bottom.
+// Replaces a NaN by the positive NaN. index is absolute.
 void DropSignOfNan(lua_State* L, int index)
 {
     const bool isFloat = lua_type(L, index) == LUA_TNUMBER && lua_isinteger(L, index) == 0;
@@ -35,7 +36,7 @@ void DropSignOfNan(lua_State* L, int index)
     lua_replace(L, index);
 }
 
-// Pushes the value's text.
+// Pushes the text of the value.
 const char* PushTextOf(lua_State* L, int index, size_t* size)
 {
     DropSignOfNan(L, index);
@@ -71,7 +72,7 @@ int PrintValues(lua_State* L)
 
 int Print(lua_State* L) { return RunForLua(L, PrintValues); }
 
-// Looks past zero bytes, as Lua's own does.
+// Whether the format has a %p, also behind a zero byte: Lua reads on there as well.
 bool AsksForAddress(std::string_view format)
 {
     for (size_t percent = format.find('%'); percent != std::string_view::npos; percent = format.find('%', percent))
@@ -85,7 +86,7 @@ bool AsksForAddress(std::string_view format)
     return false;
 }
 
-// Upvalue 1: Lua's own.
+// string.format. Upvalue 1: Lua's string.format.
 int Format(lua_State* L)
 {
     size_t size = 0;

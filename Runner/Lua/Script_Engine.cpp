@@ -30,7 +30,7 @@ int PushText(lua_State* L, const std::string& text)
     return 1;
 }
 
-// Whether the text has "name:12:" in it.
+// Whether the text contains a position such as "name:12:".
 bool HasPosition(const std::string& text)
 {
     for (size_t colon = text.find(':'); colon != std::string::npos; colon = text.find(':', colon + 1))
@@ -59,7 +59,7 @@ int RunProtected(lua_State* L)
                      });
 }
 
-// What a failing body left behind: a message on the stack, and whether a position belongs before it.
+// False: body threw, and its message is on the stack.
 bool RunAndCatch(lua_State* L, int (*body)(lua_State*), int& results)
 {
     try
@@ -141,7 +141,7 @@ void ScriptEngine::Prepare(Random& random)
 void* ScriptEngine::Allocate(void* engine, void* block, size_t oldSize, size_t newSize)
 {
     auto* self = static_cast<ScriptEngine*>(engine);
-    const size_t held = block == nullptr ? 0 : oldSize; // for a new block oldSize tells what it is for
+    const size_t held = block == nullptr ? 0 : oldSize; // for a new block oldSize is the type of what it is for
     if (newSize == 0)
     {
         std::free(block);
@@ -222,7 +222,9 @@ void ScriptEngine::Include(lua_State* L, const std::string& name)
         LoadFile(L, PathOf(name), name);
         lua_createtable(L, 1, 0);
         lua_pushvalue(L, -1);
-        lua_setfield(L, -4, name.c_str()); // an include of itself sees no result, and ends
+        lua_setfield(
+            L, -4,
+            name.c_str()); // stored before the file runs: a file that includes itself gets nil and does not recurse
         lua_insert(L, -2);
         lua_call(L, 0, 1);
         lua_rawseti(L, -2, 1);
@@ -240,7 +242,7 @@ int ScriptEngine::Keep(lua_State* L, int index)
     return reference;
 }
 
-// A function of a script has lines of its own.
+// Lua functions are not noted: their errors have a line.
 void ScriptEngine::NoteGiver(lua_State* L, int index, int reference)
 {
     if (lua_iscfunction(L, index) != 0)
@@ -265,7 +267,7 @@ std::string ScriptEngine::PositionOfGiver() const
     return giver == m_givers.end() ? "" : giver->second;
 }
 
-// Makes any error value a line of text, with a position as far as one is known.
+// Turns an error value of any type into a line of text, with a position where one is known.
 int ScriptEngine::DescribeError(lua_State* L)
 {
     std::string position = ScriptPosition(L);

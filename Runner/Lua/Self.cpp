@@ -17,7 +17,7 @@ constexpr char SELF_TYPE[] = "instance";
 
 struct Handle
 {
-    Instance* instance; // null once it is gone
+    Instance* instance; // null after the instance was removed
     int id;
 };
 
@@ -29,7 +29,7 @@ void Touch(Instance& instance)
         world->Touch(instance);
 }
 
-// The fields that are no plain members: what only scripts see, and the position, which the module knows too.
+// Fields that are not plain members of Instance: computed ones, and the position, a member of the module's CInstance.
 struct SpecialField
 {
     const char* name;
@@ -78,7 +78,7 @@ void ReadValue(lua_State* L, int index, bool& value) { value = FlagAt(L, index);
 void ReadValue(lua_State* L, int index, int32_t& value) { value = WholeAt(L, index); }
 void ReadValue(lua_State* L, int index, uint32_t& value) { value = ColourAt(L, index); }
 
-// A field of an instance under its name in scripts: one of the two lists holds it.
+// A field of an instance as scripts name it: an entry of SPECIAL_FIELDS or of INSTANCE_FIELDS. The other is null.
 struct Field
 {
     const SpecialField* special;
@@ -114,8 +114,8 @@ Field FieldNumber(size_t number)
     return {nullptr, &INSTANCE_FIELDS[number - SPECIAL_COUNT]};
 }
 
-// The first upvalue of both accessors maps the names of fields to their numbers. Without a value: a variable of the
-// script.
+// The field that the key names; none when the key names a variable of the script. Upvalue 1 of both accessors is a
+// table from names to field numbers.
 std::optional<Field> FieldAt(lua_State* L, int key)
 {
     lua_pushvalue(L, key);
@@ -202,7 +202,7 @@ int ShowSelf(lua_State* L)
     return 1;
 }
 
-// pairs(self) goes through the script's variables.
+// __pairs: pairs(self) lists the variables of the script, not the fields of the host.
 int ListVariables(lua_State* L)
 {
     HandleAt(L, 1);
@@ -240,7 +240,7 @@ void OpenSelves(lua_State* L)
     lua_pushcfunction(L, ListVariables);
     lua_setfield(L, -2, "__pairs");
     lua_pushboolean(L, 0);
-    lua_setfield(L, -2, "__metatable"); // out of the reach of scripts
+    lua_setfield(L, -2, "__metatable"); // getmetatable answers false, so scripts cannot reach the metamethods
     lua_pop(L, 1);
 }
 
