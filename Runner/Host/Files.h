@@ -18,6 +18,10 @@ std::string SavePath(const std::string& name);
 // Makes the save area's directory and tries whether files can be made in it. False, and why in one line.
 bool PrepareSaveArea(std::string& why);
 
+// Makes the directories of a file in it, and tries whether the file can be written. False, and why in one line; nothing
+// is said on the console.
+bool PrepareSaveFile(const std::string& name, std::string& why);
+
 // Whether anything failed with the file last opened for writing through LoadSave: the opening, a write, the closing.
 bool LastWriteFailed();
 
@@ -25,6 +29,9 @@ bool LastWriteFailed();
 // False, and why in one line: the old file is then as it was, and nothing else is left behind.
 // Uses the name PATH.part beside it; one left there by a crash is replaced.
 bool WriteFileAtomically(const std::string& path, const void* data, size_t size, std::string& why);
+
+// Whether a file of that name can be put in place, as far as that can be known. Leaves nothing behind. False, and why.
+bool TryToWriteFile(const std::string& path, std::string& why);
 
 // Likewise for a file that has been written already, under another name in the same directory. When it fails that one
 // is gone.
@@ -42,6 +49,7 @@ enum class FileOperation
     Sync,
     Rename,
     Close, // closes, and says that it failed
+    MakeDirectory,
 };
 
 // Test aid: the n-th operation of that kind from now (0: the next) fails, and that one alone. Negative: none.

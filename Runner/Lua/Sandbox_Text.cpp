@@ -1,7 +1,7 @@
 // Text without addresses, which differ from run to run, and without the sign of a NaN, which differs from processor to
 // processor: a game could steer by them. Lua's own conversions (.. and table.concat) still show the sign.
 
-#include "Files/IO/Debug_Console.h"
+#include "Runner/Host/Console.h"
 #include "Runner/Lua/Sandbox.h"
 
 #include <lua.hpp>
@@ -63,8 +63,7 @@ int Print(lua_State* L)
         lua_pop(L, 1);
     }
     line += '\n';
-    if (dbg_csol != nullptr)
-        dbg_csol->Output(line.c_str());
+    PrintLog(line);
     return 0;
 }
 
