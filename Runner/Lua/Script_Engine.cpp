@@ -6,10 +6,12 @@
 
 #include <lua.hpp>
 
+#include <algorithm>
 #include <csignal>
 #include <cstdlib>
 #include <cstring>
 #include <new>
+#include <string_view>
 #include <vector>
 
 namespace Runner
@@ -18,10 +20,13 @@ namespace
 {
 constexpr size_t MEMORY_LIMIT = size_t{1} << 30;
 constexpr int INSTRUCTIONS_BETWEEN_CHECKS = 100000;
+constexpr int CHECKS_AFTER_INTERRUPT = 100;          // ten million instructions: a frame that comes back is finished
 constexpr char INCLUDED_FILES[] = "runner.included"; // registry: name -> { result }
 
 ScriptEngine* s_current = nullptr;
 volatile std::sig_atomic_t s_interrupted = 0;
+int s_checksLeft = 0; // before a script that runs on after the signal is ended
+bool s_gaveUp = false;
 
 int PushText(lua_State* L, const std::string& text)
 {
@@ -51,6 +56,18 @@ int DescribeError(lua_State* L)
     if (luaL_callmeta(L, 1, "__tostring") != 0 && lua_type(L, -1) == LUA_TSTRING)
         return 1;
     return PushText(L, position + "an error without a message (a " + luaL_typename(L, 1) + " value)");
+}
+
+// The text after a byte-order mark and after a first line for the shell (#!), whose line end stays: lines keep their
+// numbers.
+std::string_view WithoutPreamble(std::string_view text)
+{
+    constexpr std::string_view BYTE_ORDER_MARK = "\xEF\xBB\xBF";
+    if (text.substr(0, BYTE_ORDER_MARK.size()) == BYTE_ORDER_MARK)
+        text.remove_prefix(BYTE_ORDER_MARK.size());
+    if (text.substr(0, 1) == "#")
+        text.remove_prefix(std::min(text.find('\n'), text.size()));
+    return text;
 }
 
 struct ProtectedCall
@@ -171,12 +188,25 @@ void* ScriptEngine::Allocate(void* engine, void* block, size_t oldSize, size_t n
 
 void ScriptEngine::Interrupt() { s_interrupted = 1; }
 bool ScriptEngine::Interrupted() { return s_interrupted != 0; }
-void ScriptEngine::ClearInterrupt() { s_interrupted = 0; }
+bool ScriptEngine::GaveUp() { return s_gaveUp; }
 
+void ScriptEngine::ClearInterrupt()
+{
+    s_interrupted = 0;
+    s_checksLeft = CHECKS_AFTER_INTERRUPT;
+    s_gaveUp = false;
+}
+
+// The first error may be caught by the script. From then on every instruction of this coroutine is checked, so that the
+// next one comes outside of the pcall that caught it.
 void ScriptEngine::CheckInterrupt(lua_State* L, lua_Debug*)
 {
-    if (s_interrupted != 0)
-        luaL_error(L, "interrupted");
+    if (s_interrupted == 0 || s_checksLeft-- > 0)
+        return;
+    s_checksLeft = 0;
+    s_gaveUp = true;
+    lua_sethook(L, &ScriptEngine::CheckInterrupt, LUA_MASKCOUNT, 1);
+    luaL_error(L, "the script did not come back");
 }
 
 // ---- files ----
@@ -199,8 +229,8 @@ void ScriptEngine::LoadFile(lua_State* L, const std::string& path, const std::st
     m_files.Bytes(shownName.c_str(), shownName.size() + 1);
     m_files.Bytes(bytes.data(), bytes.size());
     const std::string chunk = "@" + shownName;
-    const char* text = reinterpret_cast<const char*>(bytes.data());
-    if (luaL_loadbufferx(L, text, bytes.size(), chunk.c_str(), "t") != LUA_OK)
+    const std::string_view text = WithoutPreamble({reinterpret_cast<const char*>(bytes.data()), bytes.size()});
+    if (luaL_loadbufferx(L, text.data(), text.size(), chunk.c_str(), "t") != LUA_OK)
         throw PositionedError(lua_tostring(L, -1));
 }
 

@@ -92,9 +92,12 @@ public:
     void Fail(const std::string& text);                      // the first one stays
     std::string TakeFailure();                               // and scripts may run again
 
-    // Makes running scripts fail soon. May be called from a signal handler.
+    // ---- interruption ----
+    // A script that runs gets time for a frame's work and then fails, however often it catches the error. May be called
+    // from a signal handler.
     static void Interrupt();
     static bool Interrupted();
+    static bool GaveUp(); // whether a script has been ended for not coming back
     static void ClearInterrupt();
 
 private:
