@@ -48,7 +48,7 @@ int FrameNumber(Arguments& call) { return call.Return(call.game.FrameNumber()); 
 
 int Log(Arguments& call)
 {
-    PrintLine(call.Text(1));
+    PrintLog(std::string(call.Text(1)) + "\n");
     return 0;
 }
 

@@ -2,7 +2,7 @@
 // the sign between processors, and a game's decisions could depend on them. Lua's .. and table.concat still show the
 // sign.
 
-#include "Files/IO/Debug_Console.h"
+#include "Runner/Host/Console.h"
 #include "Runner/Lua/Sandbox.h"
 #include "Runner/Lua/Script_Engine.h"
 
@@ -65,8 +65,7 @@ int PrintValues(lua_State* L)
         lua_pop(L, 1);
     }
     line += '\n';
-    if (dbg_csol != nullptr)
-        dbg_csol->Output(line.c_str());
+    PrintLog(line);
     return 0;
 }
 

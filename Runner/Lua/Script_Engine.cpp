@@ -6,10 +6,12 @@
 
 #include <lua.hpp>
 
+#include <algorithm>
 #include <csignal>
 #include <cstdlib>
 #include <cstring>
 #include <new>
+#include <string_view>
 #include <utility>
 #include <vector>
 
@@ -19,10 +21,13 @@ namespace
 {
 constexpr size_t MEMORY_LIMIT = size_t{1} << 30;
 constexpr int INSTRUCTIONS_BETWEEN_CHECKS = 100000;
+constexpr int CHECKS_AFTER_INTERRUPT = 100;          // ten million instructions: a frame that comes back is finished
 constexpr char INCLUDED_FILES[] = "runner.included"; // registry: name -> { result }
 
 ScriptEngine* s_current = nullptr;
 volatile std::sig_atomic_t s_interrupted = 0;
+int s_checksLeft = 0; // before a script that runs on after the signal is ended
+bool s_gaveUp = false;
 
 int PushText(lua_State* L, const std::string& text)
 {
@@ -40,6 +45,18 @@ bool HasPosition(const std::string& text)
             return true;
     }
     return false;
+}
+
+// The text after a byte-order mark and after a first line for the shell (#!), whose line end stays: lines keep their
+// numbers.
+std::string_view WithoutPreamble(std::string_view text)
+{
+    constexpr std::string_view BYTE_ORDER_MARK = "\xEF\xBB\xBF";
+    if (text.substr(0, BYTE_ORDER_MARK.size()) == BYTE_ORDER_MARK)
+        text.remove_prefix(BYTE_ORDER_MARK.size());
+    if (text.substr(0, 1) == "#")
+        text.remove_prefix(std::min(text.find('\n'), text.size()));
+    return text;
 }
 
 struct ProtectedCall
@@ -160,12 +177,25 @@ void* ScriptEngine::Allocate(void* engine, void* block, size_t oldSize, size_t n
 
 void ScriptEngine::Interrupt() { s_interrupted = 1; }
 bool ScriptEngine::Interrupted() { return s_interrupted != 0; }
-void ScriptEngine::ClearInterrupt() { s_interrupted = 0; }
+bool ScriptEngine::GaveUp() { return s_gaveUp; }
 
+void ScriptEngine::ClearInterrupt()
+{
+    s_interrupted = 0;
+    s_checksLeft = CHECKS_AFTER_INTERRUPT;
+    s_gaveUp = false;
+}
+
+// The first error may be caught by the script. From then on every instruction of this coroutine is checked, so that the
+// next one comes outside of the pcall that caught it.
 void ScriptEngine::CheckInterrupt(lua_State* L, lua_Debug*)
 {
-    if (s_interrupted != 0)
-        luaL_error(L, "interrupted");
+    if (s_interrupted == 0 || s_checksLeft-- > 0)
+        return;
+    s_checksLeft = 0;
+    s_gaveUp = true;
+    lua_sethook(L, &ScriptEngine::CheckInterrupt, LUA_MASKCOUNT, 1);
+    luaL_error(L, "the script did not come back");
 }
 
 // ---- files ----
@@ -188,8 +218,8 @@ void ScriptEngine::LoadFile(lua_State* L, const std::string& path, const std::st
     m_files.Bytes(shownName.c_str(), shownName.size() + 1);
     m_files.Bytes(bytes.data(), bytes.size());
     const std::string chunk = "@" + shownName;
-    const char* text = reinterpret_cast<const char*>(bytes.data());
-    if (luaL_loadbufferx(L, text, bytes.size(), chunk.c_str(), "t") != LUA_OK)
+    const std::string_view text = WithoutPreamble({reinterpret_cast<const char*>(bytes.data()), bytes.size()});
+    if (luaL_loadbufferx(L, text.data(), text.size(), chunk.c_str(), "t") != LUA_OK)
         throw PositionedError(lua_tostring(L, -1));
 }
 

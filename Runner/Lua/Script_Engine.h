@@ -102,9 +102,12 @@ public:
     void Fail(const std::string& text);                      // a failure that stands already is kept
     std::string TakeFailure();                               // clears it: scripts may run again
 
-    // Makes running scripts fail at their next check. Safe in a signal handler.
+    // ---- interruption ----
+    // A running script gets time for a frame's work and then fails, however often it catches the error. Safe in a
+    // signal handler.
     static void Interrupt();
     static bool Interrupted();
+    static bool GaveUp(); // whether a script has been ended for not coming back
     static void ClearInterrupt();
 
 private:
