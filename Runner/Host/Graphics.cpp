@@ -3,6 +3,7 @@
 #include "Runner/Host/Graphics.h"
 
 #include "Files/Graphics/Camera.h"
+#include "Files/Graphics/Trigonometry.h"
 
 #include <algorithm>
 #include <cmath>
@@ -28,8 +29,8 @@ unsigned s_version = 0;
 // whose second axis points down.
 kvMatrix Turn(int from, int to, float degrees)
 {
-    const float sine = sinf(degrees * RADIANS_PER_DEGREE);
-    const float cosine = cosf(degrees * RADIANS_PER_DEGREE);
+    const float sine = GR_Sin(degrees * RADIANS_PER_DEGREE);
+    const float cosine = GR_Cos(degrees * RADIANS_PER_DEGREE);
     kvMatrix turn = IDENTITY;
     turn.m[from * 4 + from] = cosine;
     turn.m[from * 4 + to] = -sine;
@@ -96,8 +97,8 @@ kvMatrix BuildWorldMatrix(const kvVector3& position, const kvVector3& degrees, c
 RoomArea VisibleArea()
 {
     const float turn = g_ViewAreaA * RADIANS_PER_DEGREE;
-    const float sine = fabsf(sinf(turn));
-    const float cosine = fabsf(cosf(turn));
+    const float sine = fabsf(GR_Sin(turn));
+    const float cosine = fabsf(GR_Cos(turn));
     const float halfWidth = (g_ViewAreaW * cosine + g_ViewAreaH * sine) * 0.5f;
     const float halfHeight = (g_ViewAreaW * sine + g_ViewAreaH * cosine) * 0.5f;
     const float x = g_ViewAreaX + g_ViewAreaW * 0.5f;
