@@ -1,6 +1,8 @@
-// pairs and next in a promised order. Lua's own order depends on a hash seed that is new in every run.
+// pairs and next in a promised order: numbers, texts, booleans, instances by their numbers, other objects in the order
+// in which they were made. Lua's own order is a matter of hashes and of the table's past.
 
 #include "Runner/Lua/Sandbox.h"
+#include "Runner/Lua/Self.h"
 
 #include <lua.hpp>
 
@@ -17,17 +19,31 @@ enum Rank
     RANK_NUMBER,
     RANK_TEXT,
     RANK_FLAG,
-    RANK_OTHER, // keeps Lua's order: nothing about such a key could be compared
+    RANK_INSTANCE, // by its number, which a save keeps
+    RANK_OBJECT,
 };
 
 struct Key
 {
-    Rank rank = RANK_OTHER;
+    Rank rank = RANK_OBJECT;
     double number = 0.0;
-    lua_Integer whole = 0; // tells large integers apart that are the same double
+    lua_Integer whole =
+        0; // of large integers that are the same double; what orders keys that are neither number nor text
     std::string_view text; // Lua's: the key is in the table of keys meanwhile
     lua_Integer place = 0; // in the table of keys
 };
+
+void DescribeObject(lua_State* L, int index, Key& key)
+{
+    int instance = 0;
+    if (SelfIdentifier(L, index, instance))
+    {
+        key.rank = RANK_INSTANCE;
+        key.whole = instance;
+    }
+    else
+        key.whole = static_cast<lua_Integer>(lua_serial(L, index));
+}
 
 Key DescribeKey(lua_State* L, int index, lua_Integer place)
 {
@@ -50,7 +66,7 @@ Key DescribeKey(lua_State* L, int index, lua_Integer place)
         key.rank = RANK_FLAG;
         key.whole = lua_toboolean(L, index);
         break;
-    default: break;
+    default: DescribeObject(L, index, key); break;
     }
     return key;
 }

@@ -1,5 +1,5 @@
-// Text without addresses, which differ from run to run, and without the sign of a NaN, which differs from processor to
-// processor: a game could steer by them. Lua's own conversions (.. and table.concat) still show the sign.
+// Text without addresses, which differ from run to run: a game could steer by them. The sign of a NaN, which differs
+// from processor to processor, is kept out of Lua's conversions themselves (Lua_Numbers.cpp).
 
 #include "Files/IO/Debug_Console.h"
 #include "Runner/Lua/Sandbox.h"
@@ -7,7 +7,6 @@
 #include <lua.hpp>
 
 #include <cstring>
-#include <limits>
 #include <string>
 
 namespace Runner
@@ -24,20 +23,9 @@ bool ShowsAddress(lua_State* L, int index)
     return false;
 }
 
-// Replaces a NaN by the positive one; index counts from the bottom.
-void DropSignOfNan(lua_State* L, int index)
-{
-    const bool isFloat = lua_type(L, index) == LUA_TNUMBER && lua_isinteger(L, index) == 0;
-    if (!isFloat || lua_tonumber(L, index) == lua_tonumber(L, index))
-        return;
-    lua_pushnumber(L, std::numeric_limits<lua_Number>::quiet_NaN());
-    lua_replace(L, index);
-}
-
 // Pushes the value's text.
 const char* PushTextOf(lua_State* L, int index, size_t* size)
 {
-    DropSignOfNan(L, index);
     if (!ShowsAddress(L, index))
         return luaL_tolstring(L, index, size);
     lua_pushstring(L, luaL_typename(L, index));
@@ -89,7 +77,6 @@ int Format(lua_State* L)
         return luaL_error(L, "string.format() - %%p is not available to games");
     for (int i = lua_gettop(L); i > 1; --i)
     {
-        DropSignOfNan(L, i);
         if (!ShowsAddress(L, i))
             continue;
         lua_pushstring(L, luaL_typename(L, i));
