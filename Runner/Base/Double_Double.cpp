@@ -23,12 +23,10 @@ double ScaledToDenormal(DoubleDouble number, int exponent)
     const double high = std::ldexp(number.high, exponent - SMALLEST_BIT);
     const double low = std::ldexp(number.low, exponent - SMALLEST_BIT);
     double whole = std::floor(high);
-    const double rest = (high - whole) + low;
+    const double rest = high - whole; // exact; low is less than a quarter
     const bool isOdd = whole - 2.0 * std::floor(whole / 2.0) == 1.0;
-    if (rest > 0.5 || (rest == 0.5 && isOdd))
+    if (rest > 0.5 || (rest == 0.5 && (low > 0.0 || (low == 0.0 && isOdd))))
         whole += 1.0;
-    else if (rest < -0.5 || (rest == -0.5 && isOdd))
-        whole -= 1.0;
     return std::ldexp(whole, SMALLEST_BIT);
 }
 } // namespace
