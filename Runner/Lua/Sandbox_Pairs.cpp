@@ -27,8 +27,7 @@ struct Key
 {
     Rank rank = RANK_OBJECT;
     double number = 0.0;
-    lua_Integer whole =
-        0; // of large integers that are the same double; what orders keys that are neither number nor text
+    lua_Integer whole = 0; // orders large integers that are the same double, flags, instances and objects
     std::string_view text; // Lua's: the key is in the table of keys meanwhile
     lua_Integer place = 0; // in the table of keys
 };
