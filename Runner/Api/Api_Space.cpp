@@ -1,6 +1,7 @@
 #include "Platform/Strict_Float.h"
 
 #include "Runner/Api/Api_Functions.h"
+#include "Runner/Base/Mathematics.h"
 #include "Runner/Draw/Painter.h"
 #include "Runner/Host/Convert.h"
 #include "Runner/Host/Graphics.h"
@@ -71,7 +72,7 @@ int MatrixPerspective(Arguments& call)
 int MatrixPerspectiveFov(Arguments& call)
 {
     const float nearest = call.Float(3);
-    const float height = 2.0f * nearest * tanf(call.Float(1) * HALF_A_DEGREE);
+    const float height = 2.0f * nearest * Tangent(call.Float(1) * HALF_A_DEGREE);
     kvMatrix projection;
     kvMatrix::PerspectiveLH(projection, height * call.Float(2), height, nearest, call.Float(4));
     return ReturnMatrix(call, projection);

@@ -4,6 +4,7 @@
 
 #include "Runner/Draw/Painter_Parts.h"
 
+#include "Files/Graphics/Trigonometry.h"
 #include "Runner/Draw/Font.h"
 
 #include <algorithm>
@@ -97,10 +98,10 @@ void Painter::Circle(float x, float y, float radius, bool outline)
     for (int i = 0; i <= count; i++)
     {
         const float turn = static_cast<float>(i % count) * (6.2831853f / static_cast<float>(count));
-        outside[i][0] = x + cosf(turn) * radius;
-        outside[i][1] = y + sinf(turn) * radius;
-        inside[i][0] = x + cosf(turn) * inner;
-        inside[i][1] = y + sinf(turn) * inner;
+        outside[i][0] = x + GR_Cos(turn) * radius;
+        outside[i][1] = y + GR_Sin(turn) * radius;
+        inside[i][0] = x + GR_Cos(turn) * inner;
+        inside[i][1] = y + GR_Sin(turn) * inner;
     }
     if (!outline)
         return m_parts->DrawPlain(outside, count);

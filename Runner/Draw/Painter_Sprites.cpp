@@ -3,6 +3,7 @@
 
 #include "Runner/Draw/Painter_Parts.h"
 
+#include "Files/Graphics/Trigonometry.h"
 #include "Platform/Matrix.h"
 #include "Runner/Draw/Png_Reader.h"
 
@@ -23,7 +24,8 @@ void Painter::Parts::DrawPicture(unsigned texture, const TextureArea& area, cons
 void Painter::Parts::Place(unsigned texture, const TextureArea& area, float pictureWidth, float pictureHeight,
                            float originX, float originY, const Placement& placement)
 {
-    const float sine = sinf(placement.angle * RADIANS_PER_DEGREE), cosine = cosf(placement.angle * RADIANS_PER_DEGREE);
+    const float sine = GR_Sin(placement.angle * RADIANS_PER_DEGREE),
+                cosine = GR_Cos(placement.angle * RADIANS_PER_DEGREE);
     const float left = -originX * placement.scaleX, right = (pictureWidth - originX) * placement.scaleX;
     const float top = -originY * placement.scaleY, bottom = (pictureHeight - originY) * placement.scaleY;
     float places[4][2] = {{left, top}, {right, top}, {right, bottom}, {left, bottom}};

@@ -1,8 +1,9 @@
-// pairs and next in a fixed order: numbers, strings, booleans, each ascending. Lua's own order depends on a hash seed
-// that is new in every run.
+// pairs and next in a fixed order: numbers, strings, booleans, each ascending, instances by their numbers, other
+// objects in the order in which they were made. Lua's own order depends on hashes and on the table's past.
 
 #include "Runner/Lua/Sandbox.h"
 #include "Runner/Lua/Script_Engine.h"
+#include "Runner/Lua/Self.h"
 
 #include <lua.hpp>
 
@@ -19,17 +20,30 @@ enum Rank
     RANK_NUMBER,
     RANK_TEXT,
     RANK_FLAG,
-    RANK_OTHER, // tables, functions...: in Lua's order, because nothing about them can be compared
+    RANK_INSTANCE, // by its number, which a save keeps
+    RANK_OBJECT,
 };
 
 struct Key
 {
-    Rank rank = RANK_OTHER;
+    Rank rank = RANK_OBJECT;
     double number = 0.0;
-    lua_Integer whole = 0;    // distinguishes large integers that round to the same double
+    lua_Integer whole = 0;    // orders large integers that round to the same double, flags, instances and objects
     std::string_view text;    // points into Lua's string, which the table of keys keeps alive
     lua_Integer position = 0; // in the table of keys, from 1
 };
+
+void DescribeObject(lua_State* L, int index, Key& key)
+{
+    int instance = 0;
+    if (SelfIdentifier(L, index, instance))
+    {
+        key.rank = RANK_INSTANCE;
+        key.whole = instance;
+    }
+    else
+        key.whole = static_cast<lua_Integer>(lua_serial(L, index));
+}
 
 Key DescribeKey(lua_State* L, int index, lua_Integer position)
 {
@@ -52,7 +66,7 @@ Key DescribeKey(lua_State* L, int index, lua_Integer position)
         key.rank = RANK_FLAG;
         key.whole = lua_toboolean(L, index);
         break;
-    default: break;
+    default: DescribeObject(L, index, key); break;
     }
     return key;
 }

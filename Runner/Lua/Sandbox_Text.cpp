@@ -1,6 +1,5 @@
-// tostring, print and string.format without addresses and without the sign of a NaN. Addresses differ between runs and
-// the sign between processors, and a game's decisions could depend on them. Lua's .. and table.concat still show the
-// sign.
+// tostring, print and string.format without addresses, which differ between runs: a game's decisions could depend on
+// them. The sign of a NaN, which differs between processors, is kept out of Lua's conversions themselves.
 
 #include "Runner/Host/Console.h"
 #include "Runner/Lua/Sandbox.h"
@@ -8,7 +7,7 @@
 
 #include <lua.hpp>
 
-#include <limits>
+#include <cstring>
 #include <string>
 #include <string_view>
 
@@ -26,20 +25,9 @@ bool ShowsAddress(lua_State* L, int index)
     return false;
 }
 
-// Replaces a NaN by the positive NaN. index is absolute.
-void DropSignOfNan(lua_State* L, int index)
-{
-    const bool isFloat = lua_type(L, index) == LUA_TNUMBER && lua_isinteger(L, index) == 0;
-    if (!isFloat || lua_tonumber(L, index) == lua_tonumber(L, index))
-        return;
-    lua_pushnumber(L, std::numeric_limits<lua_Number>::quiet_NaN());
-    lua_replace(L, index);
-}
-
 // Pushes the text of the value.
 const char* PushTextOf(lua_State* L, int index, size_t* size)
 {
-    DropSignOfNan(L, index);
     if (!ShowsAddress(L, index))
         return luaL_tolstring(L, index, size);
     lua_pushstring(L, luaL_typename(L, index));
@@ -94,7 +82,6 @@ int Format(lua_State* L)
         return luaL_error(L, "string.format() - %%p is not available to games");
     for (int i = lua_gettop(L); i > 1; --i)
     {
-        DropSignOfNan(L, i);
         if (!ShowsAddress(L, i))
             continue;
         lua_pushstring(L, luaL_typename(L, i));

@@ -1,5 +1,6 @@
 #include "Runner/World/Instance.h"
 
+#include "Files/Graphics/Trigonometry.h"
 #include "Platform/Strict_Float.h"
 #include "Runner/World/World.h"
 
@@ -15,8 +16,8 @@ constexpr float RADIANS = 0.017453292f;
 // The upright rectangle around a box that is scaled, then turned counter-clockwise about its origin.
 RoomArea TurnedBox(const RoomArea& box, const Instance& instance)
 {
-    const float cosine = cosf(instance.angle * RADIANS);
-    const float sine = sinf(instance.angle * RADIANS);
+    const float cosine = GR_Cos(instance.angle * RADIANS);
+    const float sine = GR_Sin(instance.angle * RADIANS);
     const float xs[2] = {box.left * instance.scaleX, box.right * instance.scaleX};
     const float ys[2] = {box.top * instance.scaleY, box.bottom * instance.scaleY};
     RoomArea turned = {INFINITY, INFINITY, -INFINITY, -INFINITY};
