@@ -4,6 +4,8 @@
 #include "Runner/Game/Game.h"
 #include "Runner/Lua/Script_Engine.h"
 
+#include <cmath>
+
 namespace Runner
 {
 namespace
@@ -73,6 +75,16 @@ void OpenApi(lua_State* L, Game& game)
     OpenColours(L);
     lua_newtable(L);
     lua_setglobal(L, "vars");
+}
+
+std::string ShownText(const Arguments& call, int i)
+{
+    if (lua_type(call.L, i) != LUA_TNUMBER && lua_type(call.L, i) != LUA_TSTRING)
+        call.Fail("argument " + std::to_string(i) + " must be a string or a number, got " + KindAt(call.L, i));
+    const bool isNotANumber = lua_type(call.L, i) == LUA_TNUMBER && std::isnan(lua_tonumber(call.L, i));
+    size_t size = 0;
+    const char* text = lua_tolstring(call.L, i, &size);
+    return isNotANumber ? "nan" : std::string(text, size); // whose sign differs from processor to processor
 }
 
 Painter& OpenedPainter(const Arguments& call)

@@ -104,6 +104,7 @@ public:
     // ---- shapes, in the current colour and alpha ----
     void Rectangle(float left, float top, float right, float bottom, bool outline = false);
     void Line(float x1, float y1, float x2, float y2); // LineWidth wide, square ends at the two points
+    void Line(float x1, float y1, float x2, float y2, float width);
     void Circle(float x, float y, float radius, bool outline = false);
     void Triangle(float x1, float y1, float x2, float y2, float x3, float y3, bool outline = false);
 

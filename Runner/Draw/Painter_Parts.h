@@ -78,7 +78,7 @@ struct Painter::Parts
     // Puts down a picture of a size in room units whose origin goes to the placement's place.
     void Place(unsigned texture, const TextureArea& area, float width, float height, float originX, float originY,
                const Placement& placement);
-    void DrawLine(float x1, float y1, float x2, float y2);
+    void DrawLine(float x1, float y1, float x2, float y2, float lineWidth);
     void DrawFace(const SpriteEntry* sprite, int frame, const kvVector3 (&corners)[4], Ink ink);
 
     void DrawChunk(TileGrid& grid, int chunkColumn, int chunkRow, const SpriteEntry& sprite, const DrawState& state);

@@ -53,19 +53,21 @@ void Painter::Parts::DrawPlain(const float (*places)[2], int count)
     DrawPolygon(corners, count, CurrentInk(), fontTexture);
 }
 
-void Painter::Parts::DrawLine(float x1, float y1, float x2, float y2)
+void Painter::Parts::DrawLine(float x1, float y1, float x2, float y2, float lineWidth)
 {
     const float dx = x2 - x1, dy = y2 - y1;
     const float length = sqrtf(dx * dx + dy * dy);
     if (!(length > 0.0f))
         return;
-    const float halfX = dx / length * state.lineWidth * 0.5f, halfY = dy / length * state.lineWidth * 0.5f;
+    const float halfX = dx / length * lineWidth * 0.5f, halfY = dy / length * lineWidth * 0.5f;
     const float places[4][2] = {
         {x1 + halfY, y1 - halfX}, {x2 + halfY, y2 - halfX}, {x2 - halfY, y2 + halfX}, {x1 - halfY, y1 + halfX}};
     DrawPlain(places, 4);
 }
 
-void Painter::Line(float x1, float y1, float x2, float y2) { m_parts->DrawLine(x1, y1, x2, y2); }
+void Painter::Line(float x1, float y1, float x2, float y2) { Line(x1, y1, x2, y2, LineWidth()); }
+
+void Painter::Line(float x1, float y1, float x2, float y2, float width) { m_parts->DrawLine(x1, y1, x2, y2, width); }
 
 void Painter::Rectangle(float left, float top, float right, float bottom, bool outline)
 {
@@ -119,9 +121,9 @@ void Painter::Triangle(float x1, float y1, float x2, float y2, float x3, float y
     const float places[3][2] = {{x1, y1}, {x2, y2}, {x3, y3}};
     if (!outline)
         return m_parts->DrawPlain(places, 3);
-    m_parts->DrawLine(x1, y1, x2, y2);
-    m_parts->DrawLine(x2, y2, x3, y3);
-    m_parts->DrawLine(x3, y3, x1, y1);
+    Line(x1, y1, x2, y2);
+    Line(x2, y2, x3, y3);
+    Line(x3, y3, x1, y1);
 }
 
 // ---- 3D ----

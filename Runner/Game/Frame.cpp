@@ -3,6 +3,7 @@
 #include "Files/Graphics/Graphics_Support.h"
 #include "Runner/Game/Game.h"
 #include "Runner/Host/Collector.h"
+#include "Runner/Host/Console.h"
 #include "Runner/Host/Graphics.h"
 #include "Runner/Lua/Self.h"
 
@@ -83,11 +84,13 @@ void Game::DrawViews(RunningRoom& room)
 
 void Game::DrawView(RunningRoom& room, int number)
 {
-    const View& view = room.views[static_cast<size_t>(number)];
+    View& view = room.views[static_cast<size_t>(number)];
     const int surface = view.surface;
+    if (!HasTarget(view, number))
+        return;
     if (surface == SCREEN_SURFACE)
         BeginTarget(PortOf(view), room.background);
-    else if (m_painter->SurfaceExists(surface) && m_painter->PushTarget(surface))
+    else if (m_painter->PushTarget(surface))
         BeginTarget({0, 0, m_painter->SurfaceWidth(surface), m_painter->SurfaceHeight(surface)}, room.background);
     else
         return;
@@ -95,6 +98,18 @@ void Game::DrawView(RunningRoom& room, int number)
     EndTarget();
     if (surface != SCREEN_SURFACE)
         m_painter->PopTarget();
+}
+
+// Whether what the view draws into exists. A missing surface is reported once, until the view has a target again.
+bool Game::HasTarget(View& view, int number) const
+{
+    const bool hasTarget = view.surface == SCREEN_SURFACE || m_painter->SurfaceExists(view.surface);
+    const int missing = hasTarget ? SCREEN_SURFACE : view.surface;
+    if (!hasTarget && view.missingSurface != missing)
+        PrintLine("view " + std::to_string(number) + " shows nothing: it draws into surface " +
+                  std::to_string(missing) + ", which does not exist");
+    view.missingSurface = missing;
+    return hasTarget;
 }
 
 void Game::DrawDefaultView(const RunningRoom& room)

@@ -120,6 +120,7 @@ private:
     void Draw();
     void DrawViews(RunningRoom& room);
     void DrawView(RunningRoom& room, int number);
+    bool HasTarget(View& view, int number) const;
     void DrawDefaultView(const RunningRoom& room);
     void DrawThrough(const int32_t& cameraId, int view);
     void DrawRoom();

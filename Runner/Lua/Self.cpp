@@ -79,7 +79,11 @@ void GetSprite(lua_State* L, Instance& instance) { lua_pushinteger(L, instance.s
 
 void SetSprite(lua_State* L, int value, Instance& instance)
 {
-    instance.sprite = WholeAt(L, value);
+    const int sprite = WholeAt(L, value);
+    const World* world = World::Current();
+    if (sprite != NO_SPRITE && (world == nullptr || world->FindSpriteExtent(sprite) == nullptr))
+        throw ScriptError(NoSuchSprite(sprite));
+    instance.sprite = sprite;
     Moved(instance);
 }
 
@@ -219,6 +223,11 @@ void PushFieldNames(lua_State* L)
     }
 }
 } // namespace
+
+std::string NoSuchSprite(int sprite)
+{
+    return "must be a sprite or -1 for none, there is no sprite " + std::to_string(sprite);
+}
 
 void OpenSelves(lua_State* L)
 {

@@ -2,6 +2,8 @@
 // What events get: an instance as a script sees it, with the fields that the host keeps and the variables that the
 // script adds. The value outlives the instance: the variables stay, the host's fields are refused then, except id.
 
+#include <string>
+
 struct lua_State;
 
 namespace Runner
@@ -25,4 +27,6 @@ bool SelfIdentifier(lua_State* L, int index, int& id);
 
 // The instance goes: its value stays, empty.
 void DropSelf(Instance& instance);
+// The complaint about a number that is neither a sprite nor NO_SPRITE, to go after a name.
+std::string NoSuchSprite(int sprite);
 } // namespace Runner

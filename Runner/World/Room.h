@@ -48,6 +48,7 @@ public:
     bool visible = false;
     int xport = 0, yport = 0, wport = 0, hport = 0; // on the game's screen
     int surface = SCREEN_SURFACE;                   // drawn into instead of the screen, over its whole size
+    int missingSurface = SCREEN_SURFACE;            // a surface that was reported as missing; SCREEN_SURFACE for none
 };
 
 class RunningRoom : public CRoom
