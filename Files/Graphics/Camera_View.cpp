@@ -8,7 +8,6 @@
 namespace
 {
 
-constexpr float RADIANS_PER_DEGREE = 0.017453292f;
 constexpr float FLAT_EYE_Z = -16000.0f; // half the depth range: a flat view shows what lies within 16000 of z = 0
 constexpr float DEPTH_RANGE = 32000.0f;
 

@@ -11,7 +11,7 @@ namespace Runner
 {
 namespace
 {
-constexpr float HALF_A_DEGREE = 0.008726646f; // in radians
+constexpr float HALF_A_DEGREE = RADIANS_PER_DEGREE * 0.5f; // in radians
 
 // ---- matrices ----
 

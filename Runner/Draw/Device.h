@@ -3,6 +3,7 @@
 // 0 for none; the screen is target 0. Colours arrive multiplied by their alpha.
 
 #include "Platform/Matrix.h"
+#include "Runner/Draw/Port.h"
 
 #include <cstddef>
 #include <cstdint>
@@ -17,14 +18,6 @@ struct Vertex
     float x, y, z;
     float u, v; // 0..1, row 0 of the texture at v = 0
     uint8_t colour[4];
-};
-
-// Pixels of the target from its top left corner.
-struct Port
-{
-    int x = 0, y = 0, width = 0, height = 0;
-
-    bool operator==(const Port& o) const { return x == o.x && y == o.y && width == o.width && height == o.height; }
 };
 
 // Everything that decides how triangles become pixels. Equal states can share one draw.

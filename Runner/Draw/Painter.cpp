@@ -108,7 +108,7 @@ void Painter::BeginFrame()
     while (!m_parts->saved.empty())
         PopTarget();
     m_parts->state = DrawingState();
-    SetPort(0, 0, m_parts->width, m_parts->height);
+    SetPort({0, 0, m_parts->width, m_parts->height});
     ResetWorldMatrix();
     SetFlatView(0.0f, 0.0f, static_cast<float>(m_parts->width), static_cast<float>(m_parts->height));
     m_parts->batch.Flush();
@@ -173,9 +173,9 @@ const DrawState* Painter::Parts::Prepare(unsigned texture)
 
 // ---- where to draw ----
 
-void Painter::SetPort(int x, int y, int width, int height)
+void Painter::SetPort(const Port& port)
 {
-    m_parts->port = {ClampPixels(x), ClampPixels(y), ClampPixels(width), ClampPixels(height)};
+    m_parts->port = {ClampPixels(port.x), ClampPixels(port.y), ClampPixels(port.width), ClampPixels(port.height)};
 }
 
 void Painter::Clear(unsigned colour, float alpha)
@@ -205,7 +205,7 @@ bool Painter::PushTarget(int surface)
     parts.saved.push_back({parts.surface, parts.port, CurrentMatrix(eM_View), CurrentMatrix(eM_Projection),
                            CurrentMatrix(eM_World), g_ViewAreaX, g_ViewAreaY, g_ViewAreaW, g_ViewAreaH, g_ViewAreaA});
     parts.surface = g_RenderTargetActive = surface;
-    SetPort(0, 0, entry->width, entry->height);
+    SetPort({0, 0, entry->width, entry->height});
     ResetWorldMatrix();
     SetFlatView(0.0f, 0.0f, static_cast<float>(entry->width), static_cast<float>(entry->height));
     return true;

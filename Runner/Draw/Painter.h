@@ -15,6 +15,7 @@
 
 #include "Platform/Matrix.h"
 #include "Runner/Draw/Picture.h"
+#include "Runner/Draw/Port.h"
 
 #include <memory>
 #include <string>
@@ -91,9 +92,8 @@ public:
     bool DepthTest() const;
 
     // ---- where to draw ----
-    // Nothing is drawn outside of the port: a rectangle of the target in pixels, from its top left corner. It may
-    // reach beyond the target; without width or height nothing shows.
-    void SetPort(int x, int y, int width, int height);
+    // Nothing is drawn outside of the port. It may reach beyond the target; without width or height nothing shows.
+    void SetPort(const Port& port);
     void Clear(unsigned colour, float alpha = 1.0f); // the port; its depths too. The screen stays opaque
 
     // Draws into a surface from now on: all of it as port, one room unit a pixel (SetFlatView), g_RenderTargetActive is

@@ -189,7 +189,7 @@ void Game::DrawGui(const RunningRoom& room)
 {
     if (room.spec.scripts.drawGui == NO_SCRIPT || scripts.Failed())
         return;
-    m_painter->SetPort(0, 0, m_painter->ScreenWidth(), m_painter->ScreenHeight());
+    m_painter->SetPort({0, 0, m_painter->ScreenWidth(), m_painter->ScreenHeight()});
     SetFlatView(0.0f, 0.0f, static_cast<float>(m_screenWidth), static_cast<float>(m_screenHeight));
     scripts.Call(room.spec.scripts.drawGui);
     EndTarget();
@@ -208,7 +208,7 @@ void Game::ResetDrawingState()
 
 void Game::BeginTarget(const Port& port, unsigned background)
 {
-    m_painter->SetPort(port.x, port.y, port.width, port.height);
+    m_painter->SetPort(port);
     m_painter->Clear(background);
     ResetDrawingState();
 }
@@ -222,7 +222,7 @@ void Game::EndTarget()
 }
 
 // From the game's screen to the picture's pixels. Neighbouring ports share their edges.
-Game::Port Game::PortOf(const View& view) const
+Port Game::PortOf(const View& view) const
 {
     const double scaleX = static_cast<double>(m_painter->ScreenWidth()) / m_screenWidth;
     const double scaleY = static_cast<double>(m_painter->ScreenHeight()) / m_screenHeight;
@@ -234,7 +234,7 @@ Game::Port Game::PortOf(const View& view) const
 }
 
 // The largest port in the middle of the screen that has the shape of the rectangle; all of it for one without a shape.
-Game::Port Game::FittingPort(float width, float height) const
+Port Game::FittingPort(float width, float height) const
 {
     const double screenWidth = m_painter->ScreenWidth();
     const double screenHeight = m_painter->ScreenHeight();

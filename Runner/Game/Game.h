@@ -16,7 +16,7 @@
 #include "Runner/Lua/Host_Script.h"
 #include "Runner/Lua/Script_Engine.h"
 #include "Runner/Save/Save_Request.h"
-#include "Runner/World/Room.h"
+#include "Runner/World/Running_Room.h"
 #include "Runner/World/World.h"
 
 #include <memory>
@@ -99,11 +99,6 @@ public:
     SaveRequest request; // of a script, for the end of this frame
 
 private:
-    struct Port // pixels of the target
-    {
-        int x, y, width, height;
-    };
-
     bool CheckEverything();
     void CollectHostError(int camera);
 

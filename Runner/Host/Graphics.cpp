@@ -16,8 +16,6 @@ namespace Runner
 {
 namespace
 {
-constexpr float RADIANS_PER_DEGREE = 0.017453292f;
-
 constexpr kvMatrix IDENTITY = {{{1, 0, 0, 0, 0, 1, 0, 0, 0, 0, 1, 0, 0, 0, 0, 1}}};
 
 kvMatrix s_slots[3] = {IDENTITY, IDENTITY, IDENTITY}; // by eMatrix

@@ -4,7 +4,7 @@
 #include "Files/Graphics/Camera_Manager.h"
 #include "Files/Room/Room.h"
 #include "Runner/Host/Value.h"
-#include "Runner/World/Room.h"
+#include "Runner/World/Running_Room.h"
 
 CRoom* Run_Room = nullptr;
 int g_DefaultCameraID = -1;

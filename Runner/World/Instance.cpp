@@ -1,5 +1,6 @@
 #include "Runner/World/Instance.h"
 
+#include "Platform/Matrix.h"
 #include "Platform/Strict_Float.h"
 #include "Runner/World/World.h"
 
@@ -10,13 +11,11 @@ namespace Runner
 {
 namespace
 {
-constexpr float RADIANS = 0.017453292f;
-
 // The upright rectangle around a box that is scaled, then turned counter-clockwise about its origin.
 RoomArea TurnedBox(const RoomArea& box, const Instance& instance)
 {
-    const float cosine = cosf(instance.angle * RADIANS);
-    const float sine = sinf(instance.angle * RADIANS);
+    const float cosine = cosf(instance.angle * RADIANS_PER_DEGREE);
+    const float sine = sinf(instance.angle * RADIANS_PER_DEGREE);
     const float xs[2] = {box.left * instance.scaleX, box.right * instance.scaleX};
     const float ys[2] = {box.top * instance.scaleY, box.bottom * instance.scaleY};
     RoomArea turned = {INFINITY, INFINITY, -INFINITY, -INFINITY};

@@ -1,4 +1,4 @@
-#include "Runner/World/Room.h"
+#include "Runner/World/Running_Room.h"
 
 #include "Files/Graphics/Graphics_Support.h"
 #include "Files/Object/Object_Base.h"
