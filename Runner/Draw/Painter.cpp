@@ -15,7 +15,7 @@ namespace
 {
 constexpr size_t DEEPEST_TARGET = 16;
 
-// Far beyond every target, and sums of two still fit.
+// Clamps to a range far beyond every target, in which the sum of two does not overflow.
 int ClampPixels(int pixels) { return std::clamp(pixels, -2 * PICTURE_SIDE_LIMIT, 2 * PICTURE_SIDE_LIMIT); }
 
 bool IsFinite(const kvMatrix& matrix)
@@ -72,7 +72,7 @@ std::unique_ptr<Painter> Painter::Open(int width, int height, bool draw, std::st
 
 Painter::Painter(std::unique_ptr<Parts> parts) : m_parts(std::move(parts)) {}
 
-// The device frees what is left in it; the state that others read must not name a surface that is gone.
+// Pops all targets: g_RenderTargetActive must not name a surface that no longer exists. The device frees the rest.
 Painter::~Painter()
 {
     while (!m_parts->saved.empty())

@@ -21,18 +21,18 @@ constexpr kvMatrix IDENTITY = {{{1, 0, 0, 0, 0, 1, 0, 0, 0, 0, 1, 0, 0, 0, 0, 1}
 kvMatrix s_slots[3] = {IDENTITY, IDENTITY, IDENTITY}; // by eMatrix
 unsigned s_version = 0;
 
-// Turns from the axis `from` towards `to` by minus the angle: what makes a positive turn counter-clockwise on a screen
-// whose second axis points down.
-kvMatrix Turn(int from, int to, float degrees)
+// The rotation from the axis `from` towards `to` by minus the angle: a positive angle is then counter-clockwise on a
+// screen whose second axis points down.
+kvMatrix Rotation(int from, int to, float degrees)
 {
     const float sine = sinf(degrees * RADIANS_PER_DEGREE);
     const float cosine = cosf(degrees * RADIANS_PER_DEGREE);
-    kvMatrix turn = IDENTITY;
-    turn.m[from * 4 + from] = cosine;
-    turn.m[from * 4 + to] = -sine;
-    turn.m[to * 4 + from] = sine;
-    turn.m[to * 4 + to] = cosine;
-    return turn;
+    kvMatrix rotation = IDENTITY;
+    rotation.m[from * 4 + from] = cosine;
+    rotation.m[from * 4 + to] = -sine;
+    rotation.m[to * 4 + from] = sine;
+    rotation.m[to * 4 + to] = cosine;
+    return rotation;
 }
 // ---- what the matrices show ----
 
@@ -111,9 +111,9 @@ kvMatrix BuildWorldMatrix(const kvVector3& position, const kvVector3& degrees, c
     world._11 = scale.x;
     world._22 = scale.y;
     world._33 = scale.z;
-    kvMatrix::Multiply(world, world, Turn(0, 1, degrees.z));
-    kvMatrix::Multiply(world, world, Turn(1, 2, degrees.x));
-    kvMatrix::Multiply(world, world, Turn(2, 0, degrees.y));
+    kvMatrix::Multiply(world, world, Rotation(0, 1, degrees.z));
+    kvMatrix::Multiply(world, world, Rotation(1, 2, degrees.x));
+    kvMatrix::Multiply(world, world, Rotation(2, 0, degrees.y));
     world._41 = position.x;
     world._42 = position.y;
     world._43 = position.z;

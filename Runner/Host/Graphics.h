@@ -1,6 +1,6 @@
 #pragma once
-// The matrix slots and the view area behind Files/Graphics_API, for those who read them: the painter, the trace, the
-// culling of instances. Works without any painter.
+// Reads the matrix slots and the view area behind Files/Graphics_API: for the painter, the trace, and the culling of
+// instances. Needs no painter.
 
 #include "Files/Graphics_API/Graphics_API.h"
 #include "Platform/Matrix.h"
@@ -11,7 +11,7 @@ namespace Runner
 const kvMatrix& CurrentMatrix(eMatrix slot); // identity until set
 kvMatrix RoomToClip();                       // world * view * projection, as they stand
 
-// Grows with every SetMatrix and reset; equal versions mean equal matrices.
+// A counter that every SetMatrix and reset increments: equal versions mean equal matrices.
 unsigned MatrixVersion();
 
 // All three slots to identity, the view area to zeros, no render target: as a game finds them at its start.
@@ -24,8 +24,9 @@ void SetFlatView(float x, float y, float width, float height);
 
 kvMatrix IdentityMatrix();
 
-// Scales, then turns about the z, the x and the y axis, then moves. Angles in degrees. A positive turn about z is
-// counter-clockwise on the screen of a flat view; about x and y it is the same formula with the axes exchanged in turn.
+// A world matrix: scales, then rotates about the z, the x and the y axis, then translates. Angles in degrees. A
+// positive rotation about z is counter-clockwise on the screen of a flat view; those about x and y are the same formula
+// with the axes exchanged cyclically.
 kvMatrix BuildWorldMatrix(const kvVector3& position, const kvVector3& degrees, const kvVector3& scale);
 
 // The part of the plane z = 0 that the current matrices show: the clip square carried back into the room. The entire
