@@ -92,6 +92,15 @@ std::vector<Signature> ApiSignatures()
     return signatures;
 }
 
+std::string ShownText(const Arguments& call, int i)
+{
+    if (lua_type(call.L, i) != LUA_TNUMBER && lua_type(call.L, i) != LUA_TSTRING)
+        call.FailArgument(i, "is a string or a number, got " + DescribeAt(call.L, i));
+    size_t size = 0;
+    const char* text = lua_tolstring(call.L, i, &size);
+    return std::string(text, size);
+}
+
 Painter& OpenedPainter(const Arguments& call)
 {
     Painter* painter = call.game.OpenPainter();

@@ -12,7 +12,7 @@ namespace Runner
 {
 namespace
 {
-constexpr float HALF_A_DEGREE = 0.008726646f; // radians
+constexpr float HALF_A_DEGREE = RADIANS_PER_DEGREE * 0.5f; // in radians
 
 // ---- matrices ----
 
@@ -45,36 +45,42 @@ int MatrixMultiply(Arguments& call)
 
 int MatrixBuild(Arguments& call)
 {
-    return ReturnMatrix(call, BuildWorldMatrix(Vector(call, 1), Vector(call, 4), Vector(call, 7)));
+    const kvVector3 position = Vector(call, 1);
+    const kvVector3 degrees = Vector(call, 4);
+    return ReturnMatrix(call, BuildWorldMatrix(position, degrees, Vector(call, 7)));
 }
 
 int MatrixLookAt(Arguments& call)
 {
+    const kvVector3 eye = Vector(call, 1);
+    const kvVector3 at = Vector(call, 4);
     kvMatrix view;
-    kvMatrix::LookAtLH(view, Vector(call, 1), Vector(call, 4), Vector(call, 7));
+    kvMatrix::LookAtLH(view, eye, at, Vector(call, 7));
     return ReturnMatrix(call, view);
 }
 
 int MatrixOrtho(Arguments& call)
 {
+    const auto [width, height, nearest, farthest] = Floats<4>(call, 1);
     kvMatrix projection;
-    kvMatrix::OrthoLH(projection, call.Float(1), call.Float(2), call.Float(3), call.Float(4));
+    kvMatrix::OrthoLH(projection, width, height, nearest, farthest);
     return ReturnMatrix(call, projection);
 }
 
 int MatrixPerspective(Arguments& call)
 {
+    const auto [width, height, nearest, farthest] = Floats<4>(call, 1);
     kvMatrix projection;
-    kvMatrix::PerspectiveLH(projection, call.Float(1), call.Float(2), call.Float(3), call.Float(4));
+    kvMatrix::PerspectiveLH(projection, width, height, nearest, farthest);
     return ReturnMatrix(call, projection);
 }
 
 int MatrixPerspectiveFov(Arguments& call)
 {
-    const float nearest = call.Float(3);
-    const float height = 2.0f * nearest * Tangent(call.Float(1) * HALF_A_DEGREE);
+    const auto [degrees, aspect, nearest, farthest] = Floats<4>(call, 1);
+    const float height = 2.0f * nearest * Tangent(degrees * HALF_A_DEGREE);
     kvMatrix projection;
-    kvMatrix::PerspectiveLH(projection, height * call.Float(2), height, nearest, call.Float(4));
+    kvMatrix::PerspectiveLH(projection, height * aspect, height, nearest, farthest);
     return ReturnMatrix(call, projection);
 }
 
@@ -116,17 +122,23 @@ private:
 int DrawQuad(Arguments& call)
 {
     Painter& painter = DrawingPainter(call);
-    const DepthTestOn depthTest(painter);
+    const int sprite = call.Whole(1);
+    const int frame = NearestInteger<int>(call.Number(2));
     const kvVector3 corners[4] = {Vector(call, 3), Vector(call, 6), Vector(call, 9), Vector(call, 12)};
-    painter.Quad(call.Whole(1), NearestInteger<int>(call.Number(2)), corners);
+    const DepthTestOn depthTest(painter);
+    painter.Quad(sprite, frame, corners);
     return 0;
 }
 
 int DrawBox(Arguments& call)
 {
     Painter& painter = DrawingPainter(call);
+    const int sprite = call.Whole(1);
+    const int frame = NearestInteger<int>(call.Number(2));
+    const kvVector3 low = Vector(call, 3);
+    const kvVector3 high = Vector(call, 6);
     const DepthTestOn depthTest(painter);
-    painter.Box(call.Whole(1), NearestInteger<int>(call.Number(2)), Vector(call, 3), Vector(call, 6));
+    painter.Box(sprite, frame, low, high);
     return 0;
 }
 

@@ -31,10 +31,17 @@ int RandomNumber(Arguments& call) { return call.Return(call.game.random.Next01()
 int RandomRange(Arguments& call)
 {
     const double low = call.Number(1);
-    return call.Return(low + (call.Number(2) - low) * call.game.random.Next01());
+    const double high = call.Number(2);
+    return call.Return(low + (high - low) * call.game.random.Next01());
 }
 
-int RandomWhole(Arguments& call) { return call.Return(call.game.random.Range(0, call.Whole(1))); }
+int RandomWhole(Arguments& call)
+{
+    const int highest = call.Whole(1);
+    if (highest < 0)
+        call.Fail("argument 1 must be 0 or more, got " + std::to_string(highest));
+    return call.Return(call.game.random.Range(0, highest));
+}
 
 int RandomSetSeed(Arguments& call)
 {
@@ -48,7 +55,7 @@ int FrameNumber(Arguments& call) { return call.Return(call.game.FrameNumber()); 
 
 int Log(Arguments& call)
 {
-    PrintLog(std::string(call.Text(1)) + "\n");
+    PrintLog(ShownText(call, 1) + "\n");
     return 0;
 }
 

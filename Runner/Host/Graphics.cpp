@@ -17,7 +17,6 @@ namespace Runner
 {
 namespace
 {
-
 constexpr kvMatrix IDENTITY = {{{1, 0, 0, 0, 0, 1, 0, 0, 0, 0, 1, 0, 0, 0, 0, 1}}};
 
 kvMatrix s_slots[3] = {IDENTITY, IDENTITY, IDENTITY}; // by eMatrix

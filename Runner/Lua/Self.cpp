@@ -75,8 +75,16 @@ template <typename Whole> void PushValue(lua_State* L, Whole value) { lua_pushin
 
 void ReadValue(lua_State* L, int index, float& value) { value = FiniteAt(L, index); }
 void ReadValue(lua_State* L, int index, bool& value) { value = FlagAt(L, index); }
-void ReadValue(lua_State* L, int index, int32_t& value) { value = WholeAt(L, index); }
 void ReadValue(lua_State* L, int index, uint32_t& value) { value = ColourAt(L, index); }
+
+void ReadValue(lua_State* L, int index, int32_t& value)
+{
+    const int sprite = WholeAt(L, index);
+    const World* world = World::Current();
+    if (sprite != NO_SPRITE && (world == nullptr || world->FindSpriteExtent(sprite) == nullptr))
+        throw ScriptError(NoSuchSprite(sprite));
+    value = sprite;
+}
 
 // A field of an instance as scripts name it: an entry of SPECIAL_FIELDS or of INSTANCE_FIELDS. The other is null.
 struct Field
@@ -225,6 +233,11 @@ void PushFieldNames(lua_State* L)
     }
 }
 } // namespace
+
+std::string NoSuchSprite(int sprite)
+{
+    return "must be a sprite or -1 for none, there is no sprite " + std::to_string(sprite);
+}
 
 void OpenSelves(lua_State* L)
 {

@@ -3,6 +3,8 @@
 // host and the variables that the script adds. It outlives its instance: the variables and id stay readable, the other
 // fields are refused then.
 
+#include <string>
+
 struct lua_State;
 
 namespace Runner
@@ -26,4 +28,6 @@ bool SelfIdentifier(lua_State* L, int index, int& id);
 
 // Detaches the self from an instance that is about to be removed.
 void DropSelf(Instance& instance);
+// The complaint about a number that is neither a sprite nor NO_SPRITE, to go after a name.
+std::string NoSuchSprite(int sprite);
 } // namespace Runner
