@@ -120,7 +120,8 @@ private:
         return game.Failure();
     }
 
-    // Lines "steps hash" of the frames, then "built-in, answered, refused" of a game that has ended by itself.
+    // Lines "steps hash" of the frames, then "built-in, answered, refused" of a game that has ended by itself. Between
+    // them, what the Runner says of views whose surface was freed.
     static void TakeLog(const std::string& text, Outcome& outcome)
     {
         outcome.hash.Bytes(text.data(), text.size());
@@ -137,7 +138,7 @@ private:
                 outcome.calls[name].answered += calls.answered;
                 outcome.calls[name].refused += calls.refused;
             }
-            else
+            else if (line.rfind("view ", 0) != 0)
                 steps = std::atol(line.c_str());
         }
         outcome.steps += steps;
@@ -175,7 +176,7 @@ TEST_F(StressSteps, LeaveNothingBehindAndGiveTheSameResultsTwice)
 TEST_F(StressSteps, GiveTheKeptResultOnEveryTarget)
 {
     constexpr long STEPS = 30000;
-    constexpr uint64_t KEPT = 0x9C78318275E8CE33u;
+    constexpr uint64_t KEPT = 0x9A6F534B755563CCu;
     EXPECT_EQ(TakeSteps(STEPS, false).hash.Value(), KEPT);
 }
 
