@@ -39,7 +39,7 @@ int RandomWhole(Arguments& call)
 {
     const int highest = call.Whole(1);
     if (highest < 0)
-        call.Fail("argument 1 must be 0 or more, got " + std::to_string(highest));
+        call.FailArgument(1, "is 0 or more, got " + DescribeAt(call.L, 1));
     return call.Return(call.game.random.Range(0, highest));
 }
 

@@ -42,11 +42,11 @@ INSTANTIATE_TEST_SUITE_P(
     TileMaps, ScriptMistakes,
     ::testing::Values(
         Mistake{"NotANumber", "tilemap_add{ sprite = S, columns = 2, rows = 1, data = {1, 'a'} }",
-                "tilemap_add() - data[2] must be a number, got a string"},
+                "tilemap_add() - data[2] is a whole number, got the string \"a\""},
         Mistake{"AHole", "tilemap_add{ sprite = S, columns = 3, rows = 1, data = {1, nil, 3} }",
-                "tilemap_add() - data[2] must be a number, got nil"},
+                "tilemap_add() - data[2] is a whole number, got nil"},
         Mistake{"AFraction", "tilemap_add{ sprite = S, columns = 2, rows = 1, data = {1.5, 1} }",
-                "tilemap_add() - data[1] must be a whole number of 32 bits"},
+                "tilemap_add() - data[1] is a whole number of 32 bits, got the number 1.5"},
         Mistake{"NoSuchFrame", "tilemap_add{ sprite = S, columns = 2, rows = 1, data = {1, 100000} }",
                 "tilemap_add() - data[2] is no tile of sprite 0: it must be 0 to 304, got 100000"},
         Mistake{"ANegativeTile", "tilemap_add{ sprite = S, columns = 2, rows = 1, data = {-1, 1} }",
@@ -58,7 +58,7 @@ INSTANTIATE_TEST_SUITE_P(
         Mistake{"NoSprite", "tilemap_add{ columns = 1, rows = 1 }",
                 "tilemap_add() - sprite must be a sprite, there is no sprite -1"},
         Mistake{"NoRows", "tilemap_add{ sprite = S, columns = 1, rows = 0 }",
-                "tilemap_add() - rows must be 1 to 2147483647, got 0"},
+                "tilemap_add() - rows is 1 to 2147483647, got 0"},
         Mistake{"TooMany", "tilemap_add{ sprite = S, columns = 65536, rows = 65536 }",
                 "tilemap_add() - a tile map cannot have 65536 x 65536 tiles of this size: it needs at least one and at "
                 "most 16777216"}),
@@ -72,9 +72,9 @@ INSTANTIATE_TEST_SUITE_P(
         Mistake{"ATargetThatIsNoObject", "room_add{ views = { [0] = { target = 99999 } } }",
                 "room_add() - views[0].target must be an object, an instance or -1 for none, there is no object 99999"},
         Mistake{"APlaceOfAnInstance", "object_add{} room_add{ instances = { {0, 1, 2}, {0, 1, 0/0} } }",
-                "room_add() - instances[2][3] must be a finite number"},
+                "room_add() - instances[2][3] is a finite number, got the number nan"},
         Mistake{"AnObjectOfAnInstance", "object_add{} room_add{ instances = { {0.4, 1, 2} } }",
-                "room_add() - instances[1][1] must be a whole number of 32 bits"}),
+                "room_add() - instances[1][1] is a whole number of 32 bits, got the number 0.4"}),
     [](const auto& each) { return std::string(each.param.name); });
 
 INSTANTIATE_TEST_SUITE_P(
@@ -84,12 +84,12 @@ INSTANTIATE_TEST_SUITE_P(
                       Mistake{"ASpriteBelowNone", "object_add{ sprite = -2 }",
                               "object_add() - sprite must be a sprite or -1 for none, there is no sprite -2"},
                       Mistake{"AnEdgeOfABox", "object_add{ bbox = {1, 2, 1/0, 4} }",
-                              "object_add() - bbox[3] must be a finite number"}),
+                              "object_add() - bbox[3] is a finite number, got the number inf"}),
     [](const auto& each) { return std::string(each.param.name); });
 
 INSTANTIATE_TEST_SUITE_P(RandomNumbers, ScriptMistakes,
                          ::testing::Values(Mistake{"Negative", "irandom(-1)",
-                                                   "irandom() - argument 1 must be 0 or more, got -1"}),
+                                                   "irandom: argument 1 (n) is 0 or more, got the number -1"}),
                          [](const auto& each) { return std::string(each.param.name); });
 
 TEST_F(ScriptMistakes, ARefusedTileMapTakesNoNumber)
@@ -194,7 +194,7 @@ TEST_F(DrawingMistakes, NumbersAreTextToo)
     ASSERT_EQ(Draw("log(5) log(2.5) log(-0.0/0.0)"), "");
     EXPECT_EQ(Log(), "5\n2.5\nnan\n");
     EXPECT_EQ(Draw("draw_text(0, 0, {})"),
-              "main.lua:2: draw_text() - argument 3 must be a string or a number, got a table");
+              "main.lua:2: draw_text: argument 3 (text) is a string or a number, got a table");
 }
 
 TEST_F(DrawingMistakes, AViewWhoseSurfaceDoesNotExistSaysSoOnce)
