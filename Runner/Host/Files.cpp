@@ -3,8 +3,8 @@
 #include "Files/IO/Debug_Console.h"
 #include "Files/IO/Load_Save.h"
 #include "Runner/Base/File_Faults.h"
-#include "Runner/Base/Whole_File.h"
 #include "Runner/Base/Printable.h"
+#include "Runner/Base/Whole_File.h"
 
 #include <algorithm>
 #include <cerrno>
