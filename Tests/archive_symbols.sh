@@ -5,7 +5,7 @@
 #
 # Each host name below must be undefined in the archive and never defined: a second definition would silently replace
 # the host's. Each module name must be defined, the last three weakly, so that a host may bring its own. Nothing may
-# pull in exceptions or run-time type information.
+# pull in exceptions or run-time type information, nor a function whose last bit is the C library's own choice.
 nm=$1
 archive=$2
 table=$("$nm" -C "$archive") || exit 2
@@ -41,7 +41,7 @@ for name in $host; do
 done
 
 module='g_CM CreateBMP WritePNG32 SerializeMatrix DeSerializeMatrix ValidateValidScriptValue kvMatrix::Invert
-ConvertAlpha GR_RGBA_To_D3DColor GR_Color_To_D3DColor GR_D3DColor_Change_Alpha GR_D3DColor_To_Color GR_Color_Merge
+ConvertAlpha GR_Acos GR_RGBA_To_D3DColor GR_Color_To_D3DColor GR_D3DColor_Change_Alpha GR_D3DColor_To_Color GR_Color_Merge
 F_CameraSetView'
 for name in $module; do
     has '[TBD]' "$name" || complain "does not define $name"
@@ -54,5 +54,8 @@ handlers=$(printf '%s\n' "$table" | grep -cE ' T F_(Camera|View)[A-Za-z]*\(')
 [ "$handlers" -eq 48 ] || complain "has $handlers handlers, not 48"
 for name in __cxa_throw __gxx_personality_v0 __dynamic_cast; do
     has U "$name" && complain "uses $name: exceptions or run-time types"
+done
+for name in sin cos sincos tan asin acos atan atan2 exp log pow hypot fma; do # compilers join sinf and cosf in sincosf
+    has U "${name}f?" && complain "uses $name or ${name}f: Files/Graphics/Trigonometry.h has the same bits everywhere"
 done
 [ "$failures" -eq 0 ]

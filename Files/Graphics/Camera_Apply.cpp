@@ -6,6 +6,7 @@
 #include "Files/Code/Function.h"
 #include "Files/Graphics/Camera_Manager.h"
 #include "Files/Graphics/Render_Target.h"
+#include "Files/Graphics/Trigonometry.h"
 #include "Files/Graphics/Values.h"
 #include "Files/Graphics_API/Graphics_API.h"
 #include "Files/Javascript/Callable.h"
@@ -58,7 +59,7 @@ float AngleOf(const Row& vertical, float length)
         cosine = -1.0f;
     else if (cosine >= 1.0f)
         cosine = 1.0f;
-    float angle = acosf(cosine);
+    float angle = GR_Acos(cosine);
     if (vertical.at[0] / length < 0.0f)
         angle = TWO_PI - angle;
     return angle / TWO_PI * 360.0f;

@@ -3,6 +3,8 @@
 
 #include "Files/Graphics/Camera.h"
 
+#include "Files/Graphics/Trigonometry.h"
+
 #include <cmath>
 
 namespace
@@ -18,8 +20,8 @@ void LookAlongZ(kvMatrix& view, float x, float y, float eyeZ, float degrees)
     const float angle = -(degrees * RADIANS_PER_DEGREE); // negated after the product: 0 gives minus zero
     const kvVector3 eye = {x, y, eyeZ};
     const kvVector3 at = {x, y, 0.0f};
-    const kvVector3 up = {sinf(angle), cosf(angle), 0.0f};
-    kvMatrix::LookAtLH(view, eye, at, up);
+    const SineCosine turn = GR_SinCos(angle);
+    kvMatrix::LookAtLH(view, eye, at, {turn.sine, turn.cosine, 0.0f});
 }
 
 kvVector3 Normalised(float x, float y, float z)

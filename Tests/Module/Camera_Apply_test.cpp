@@ -2,6 +2,7 @@
 
 #include "Platform/Strict_Float.h"
 
+#include "Files/Graphics/Trigonometry.h"
 #include "Tests/Support/Compare.h"
 
 #include <cmath>
@@ -67,7 +68,7 @@ Area MeasureInStatedOrder(const kvMatrix& clipToRoom, const kvMatrix& viewToRoom
         cosine = -1.0f;
     else if (cosine >= 1.0f)
         cosine = 1.0f;
-    float angle = acosf(cosine);
+    float angle = GR_Acos(cosine);
     if (down[0] / area.height < 0.0f)
         angle = FULL_TURN - angle;
     area.angle = angle / FULL_TURN * 360.0f;

@@ -2,6 +2,7 @@
 
 #include "Platform/Strict_Float.h"
 
+#include "Files/Graphics/Trigonometry.h"
 #include "Tests/Support/Compare.h"
 
 #include <cmath>
@@ -133,7 +134,7 @@ TEST_F(CameraView, TheUpVectorIsTheSineAndCosineOfTheNegatedAngle)
     {
         Shape(0, 0, 2, 2, angle);
         const float a = -(angle * RADIANS);
-        const std::string up = Describe(sinf(a)) + "," + Describe(cosf(a)) + ",0)";
+        const std::string up = Describe(GR_Sin(a)) + "," + Describe(GR_Cos(a)) + ",0)";
         camera.Build2DView(0, 0);
         EXPECT_EQ(Builders().at(0), "LookAtLH(0,0,-16000;0,0,0;" + up);
         camera.Build3DView(0, 0);

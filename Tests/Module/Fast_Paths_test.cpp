@@ -4,6 +4,7 @@
 
 #include "Files/Graphics/Matrix_Adjugate.h"
 #include "Files/Graphics/Pixel_Pack.h"
+#include "Files/Graphics/Trigonometry.h"
 #include "Tests/Support/Fixture.h"
 
 #include <cmath>
@@ -231,7 +232,7 @@ void ExpectArea(const CCamera& camera)
     const float h = Length(bottom, top);
     float cosine = (bottom.y - top.y) / h;
     cosine = cosine <= -1.0f ? -1.0f : cosine >= 1.0f ? 1.0f : cosine;
-    float angle = acosf(cosine);
+    float angle = GR_Acos(cosine);
     if ((bottom.x - top.x) / h < 0.0f)
         angle = 6.2831855f - angle;
     const float expected[] = {camera.m_invViewMat._41 - w * 0.5f, camera.m_invViewMat._42 - h * 0.5f, w, h,
