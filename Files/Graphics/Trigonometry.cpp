@@ -1,4 +1,4 @@
-// The large angles, and the arc cosine.
+// Range reduction of large angles, and the arc cosine.
 #include "Platform/Strict_Float.h"
 
 #include "Files/Graphics/Trigonometry.h"
@@ -9,9 +9,7 @@
 namespace
 {
 
-constexpr float NOT_A_NUMBER = std::numeric_limits<float>::quiet_NaN();
-
-// 2/pi in binary, 32 bits to a word, after a word of the zeros before its point.
+// 2/pi in binary, 32 bits to a word; the first word stands before the point.
 constexpr uint32_t TWO_OVER_PI[] = {0,           0xA2F9836Eu, 0x4E441529u, 0xFC2757D1u,
                                     0xF534DDC0u, 0xDB629599u, 0x3C439041u, 0xFE5163ABu};
 
@@ -22,8 +20,8 @@ uint32_t TwoOverPiFrom(uint32_t bit)
     return word[0] << bit % 32 | word[1] >> 1 >> (31 - bit % 32); // in two steps: one by 32 would not be defined
 }
 
-// A whole number times 2/pi, less its whole turns: 64 bits of the fraction of a turn, so that the two highest count
-// quarters. The bits of 2/pi before the given one make whole turns only; what overflows here are whole turns, too.
+// A whole number times 2/pi, less whole turns: 64 bits of the fraction of a turn, of which the two highest count
+// quarters. The bits of 2/pi before the given one make whole turns only, and so does what overflows here.
 uint64_t FractionOfTurn(uint32_t number, uint32_t bit)
 {
     const uint64_t wide = number;
@@ -33,7 +31,7 @@ uint64_t FractionOfTurn(uint32_t number, uint32_t bit)
     return high + middle + low;
 }
 
-// What stands over x for the arc sine of x, as a share of x: a quotient of polynomials in x squared.
+// (arcsin x - x) / x, as a rational function of x squared.
 float ArcSineExcess(float x2)
 {
     const float above =
@@ -46,7 +44,7 @@ float ArcSineExcess(float x2)
     return above / below;
 }
 
-// A float without the lower half of its digits: its square is exact.
+// A float with the lower half of its digits cleared: its square is exact.
 float UpperHalf(float number)
 {
     uint32_t bits;
@@ -56,10 +54,10 @@ float UpperHalf(float number)
     return number;
 }
 
-constexpr float PI_HIGH = 3.1415925026e+00f, HALF_PI_HIGH = 1.5707962513e+00f; // what the float lacks is added apart
+constexpr float PI_HIGH = 3.1415925026e+00f, HALF_PI_HIGH = 1.5707962513e+00f; // cut off; the rest stands apart
 constexpr float HALF_PI_LOW = 7.5497894159e-08f;
 
-// Beyond half, by half the angle: twice the arc sine of the root of (1 - |cosine|) / 2.
+// Half-angle formula for 0.5 .. 1: twice the arc sine of the root of (1 - cosine) / 2, the root in two parts.
 float AcosNearOne(float cosine)
 {
     const float square = (1.0f - cosine) * 0.5f;
@@ -69,6 +67,7 @@ float AcosNearOne(float cosine)
     return 2.0f * (upper + (ArcSineExcess(square) * root + lower));
 }
 
+// Half-angle formula for -1 .. -0.5: pi less twice the arc sine of the root of (1 + cosine) / 2.
 float AcosNearMinusOne(float cosine)
 {
     const float square = (1.0f + cosine) * 0.5f;
@@ -78,14 +77,15 @@ float AcosNearMinusOne(float cosine)
 
 } // namespace
 
-// The float's digits are a whole number, which the exponent moves over 2/pi.
+// Payne and Hanek's method: the float is a whole number of 24 bits times a power of 2, which selects the bits of 2/pi
+// that matter.
 QuarterTurns ReduceLargeAngle(float radians)
 {
     uint32_t bits;
     std::memcpy(&bits, &radians, sizeof bits);
     const uint32_t exponent = bits >> 23 & 0xFFu;
     if (exponent == 0xFFu)
-        return {NOT_A_NUMBER, 0};
+        return {std::numeric_limits<double>::quiet_NaN(), 0};
     const uint64_t fraction = FractionOfTurn((bits & 0x7FFFFFu) | 0x800000u, exponent - 120);
     const uint64_t quarter = (fraction + (1ull << 61)) >> 62;
     const double remainder =
@@ -100,7 +100,7 @@ float GR_Acos(float _cosine)
     if (size < 0.5f)
         return HALF_PI_HIGH - (_cosine - (HALF_PI_LOW - _cosine * ArcSineExcess(_cosine * _cosine)));
     if (!(size <= 1.0f))
-        return NOT_A_NUMBER;
+        return std::numeric_limits<float>::quiet_NaN();
     if (_cosine == 1.0f) // no root to divide by
         return 0.0f;
     return _cosine > 0.0f ? AcosNearOne(_cosine) : AcosNearMinusOne(_cosine);

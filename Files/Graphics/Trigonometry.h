@@ -1,12 +1,13 @@
 #pragma once
 // Sine, cosine and arc cosine in float, the same bits on every machine.
 //
-// C libraries differ in the last bit, and matrices and saved states show it. These answer what the C library of the
-// module's home, 32-bit ARM Linux, answers for each of the 2^32 floats; Tools/Trigonometry_Proof.cpp shows it. Only
-// additions, multiplications, divisions and roots are used, which every processor rounds alike, and never on a denormal
-// number, so that a processor that takes those for zero answers the same.
+// C libraries differ in the last bit of these, and matrices and saved states show it. These answer for each of the 2^32
+// floats what the C library of the module's home, 32-bit ARM Linux, answers; Tools/Trigonometry_Proof.cpp compares
+// them. Their arithmetic is what every processor rounds alike: sums, products, quotients and a square root, to nearest.
+// A denormal number is handed back as it is or lost beside a larger one, so that a processor which takes such numbers
+// for zero answers the same.
 //
-// A NaN gives a NaN, whatever its sign and payload; whose sign and payload the answer has is not promised.
+// A NaN gives a NaN, whatever its sign and payload; the sign and payload of the answer are not promised.
 
 #include "Platform/Strict_Float.h"
 
@@ -19,40 +20,48 @@ struct SineCosine
     float sine, cosine;
 };
 
-// Both of an angle in radians, of any size, within 0.56 of a unit in the last place; infinities give NaN. The sine of
-// minus zero is minus zero.
+// Of an angle in radians, of any size; within 0.57 of a unit in the last place. The sine of minus zero is minus zero.
+// Infinities give NaN. Both together take little longer than one.
 SineCosine GR_SinCos(float _radians);
 float GR_Sin(float _radians);
 float GR_Cos(float _radians);
 
-// 0 .. pi in radians; NaN beyond -1 .. 1.
+// In radians, from 0 to pi; within 0.9 of a unit in the last place. NaN beyond -1 .. 1.
 float GR_Acos(float _cosine);
 
-// ---- how: an angle is turned back by whole quarter turns; two polynomials in double serve what is left ----
+// ---- range reduction: whole quarter turns are taken off; two polynomials in double serve the remainder ----
 
-// The angle is remainder + quarter * pi/2, with a remainder of an eighth of a turn at most. Quarters count modulo 4.
+// The angle is remainder + quarter * pi/2, the remainder between -pi/4 and pi/4. Quarters count modulo 4.
 struct QuarterTurns
 {
     double remainder;
     uint32_t quarter;
 };
 
-// Of an angle of 120 and more: its product with a long 2/pi. Not a number for infinities and NaN.
+// Range reduction of an angle of 120 and more, by a long 2/pi. The remainder is NaN for infinities and NaN.
 QuarterTurns ReduceLargeAngle(float radians);
 
-// Of an angle below 120: one multiple of pi/2 in double is exact enough. A sum about 1.5 * 2^52 has no digits behind
-// the point: it rounds to the nearest whole number, which stands in its last bits.
+// Range reduction of an angle below 120, where one multiple of pi/2 in double is exact enough. A double of about
+// 1.5 * 2^52 has no digits behind its point: the sum rounds to the nearest whole number, which its last bits hold.
 inline QuarterTurns ReduceAngle(float radians)
 {
     constexpr double toWholeNumbers = 0x1.8p52;
-    const double angle = radians;
+    const double angle = static_cast<double>(radians);
     const double sum = angle * 0x1.45F306DC9C883p-1 + toWholeNumbers;
     uint64_t bits;
     std::memcpy(&bits, &sum, sizeof bits);
     return {angle - (sum - toWholeNumbers) * 0x1.921FB54442D18p0, static_cast<uint32_t>(bits)};
 }
 
-// Polynomials of least error between -pi/4 and pi/4. The order of their operations is fixed, as it decides last bits.
+inline QuarterTurns TurnsOf(float radians)
+{
+    const float size = fabsf(radians);
+    if (size < 0.75f)
+        return {static_cast<double>(radians), 0};
+    return size < 120.0f ? ReduceAngle(radians) : ReduceLargeAngle(radians);
+}
+
+// Minimax polynomials for -pi/4 .. pi/4. The order of their operations is fixed: it decides the last bits.
 inline double SinePolynomial(double x)
 {
     const double x2 = x * x;
@@ -81,17 +90,10 @@ inline SineCosine SinCosOf(QuarterTurns turns)
     }
 }
 
-inline QuarterTurns TurnsOf(float radians)
-{
-    const float size = fabsf(radians);
-    if (size < 0.75f)
-        return {radians, 0};
-    return size < 120.0f ? ReduceAngle(radians) : ReduceLargeAngle(radians);
-}
-
+// Below 2^-12 the next terms are lost in the rounding. Angle 0 is the common case, and minus zero keeps its sign.
 inline SineCosine GR_SinCos(float _radians)
 {
-    if (fabsf(_radians) < 0x1p-12f) // as most views are
+    if (fabsf(_radians) < 0x1p-12f)
         return {_radians, 1.0f};
     return SinCosOf(TurnsOf(_radians));
 }
