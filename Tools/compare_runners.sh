@@ -20,11 +20,6 @@ WORK=build/compare-$preset
 HOME_RUNNER=build/dev/Runner/runner
 OTHER_RUNNER=build/$preset/Tests/emulated_runner
 
-build_runner() {
-    quietly "build/$1-configure.log" cmake --preset "$1"
-    quietly "build/$1-runner.log" cmake --build --preset "$1" --target runner
-}
-
 # play RUNNER NAME OPTION...: leaves NAME.trace
 play() {
     local runner=$1 name=$2
@@ -52,8 +47,8 @@ same_game() {
         is_end_of "$game-home-goes-on" "$game-home" && is_end_of "$game-other-goes-on" "$game-home"
 }
 
-build_runner dev
-build_runner "$preset"
+build dev runner >&2
+build "$preset" runner >&2
 rm -rf "$WORK"
 mkdir -p "$WORK"
 same=0
