@@ -141,7 +141,7 @@ void InvertAll(const float (*in)[16], float (*out)[16], int count)
     const kvMatrix* const from = reinterpret_cast<const kvMatrix*>(in);
     kvMatrix* const to = reinterpret_cast<kvMatrix*>(out);
     for (int i = 0; i < count; ++i)
-        InvertTo(to[i], from[i]);
+        CameraModule::InvertTo(to[i], from[i]);
 }
 
 void Invert(benchmark::State& state, const Kind& kind, decltype(&InvertAll) invertAll)

@@ -61,7 +61,7 @@ void Multiply(Matrix& out, const Matrix& a, const Matrix& b)
         }
 }
 
-void Invert(Matrix& out, const Matrix& in) { InvertByDefinition(out, in); }
+void Invert(Matrix& out, const Matrix& in) { CameraModule::InvertByDefinition(out, in); }
 
 void Rebuild(int slot, const BenchView* view)
 {

@@ -4,11 +4,13 @@
 // Storage    row-major: _12 is row 1, column 2, and m[1].
 // Vectors    rows, multiplied on the left: p' = p * M, so the fourth row holds the translation.
 // Products   a * b applies a first: room * view * projection.
-// Hand       left-handed; depth 0 (near) to 1 (far).
+// Handed     left-handed; depth 0 (near) to 1 (far).
 // Room y     grows downwards; a camera's own up vector follows its build (see Camera.h).
 // Floats     strictly 32 bits, no fused or reordered operations (Strict_Float.h).
 
 #include <cstdint>
+
+constexpr float RADIANS_PER_DEGREE = 0.017453292f; // pi / 180, rounded to float
 
 struct kvVector3
 {

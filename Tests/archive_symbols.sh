@@ -4,8 +4,10 @@
 #   archive_symbols.sh NM ARCHIVE
 #
 # Each host name below must be undefined in the archive and never defined: a second definition would silently replace
-# the host's. Each module name must be defined, the last three weakly, so that a host may bring its own. Nothing may
-# pull in exceptions or run-time type information, nor a function whose last bit is the C library's own choice.
+# the host's. Each module name must be defined, the last three weakly, so that a host may bring its own. Any other name
+# that a host could collide with is an error: internal names are local to their source or stand in CameraModule.
+# Nothing may pull in exceptions or run-time type information, nor a function whose last bit is the C library's own
+# choice.
 nm=$1
 archive=$2
 table=$("$nm" -C "$archive") || exit 2
@@ -49,6 +51,21 @@ done
 for name in g_undefined CCameraManager::SetInitialLoadHighPoint CCameraManager::GetScriptInstance; do
     has '[WVu]' "$name" || complain "does not define $name weakly"
 done
+
+# What else may be visible: the module's classes and handlers, the inline functions of the interface headers, the
+# module's own namespace, and what the standard library and the sanitizers leave in every archive.
+classes='CCamera|CCameraManager|CCameraHandle|Camera_GCProxy|COwnedObject|_RefThing<char const\*>|CameraModule'
+inline_functions='GR_SinCos GR_Sin GR_Cos KvKind KvNeedsRelease FREE_RValue__Pre COPY_RValue_do__Post KvAssign'
+allowed="($classes)::.*|vtable for (Camera_GCProxy|COwnedObject)|F_(Camera|View)[A-Za-z]*\(.*|CCamera\*\* KvGrowTable<.*"
+for name in $module $inline_functions g_undefined; do allowed="$allowed|$name(\(.*)?"; done
+standard='_ZN?K?St|_ZNK?9__gnu_cxx|_ZNK?6__pstl|_Zn[wa][jmy]Pv|__odr_asan'
+mangled=$(mktemp) && demangled=$(mktemp) || exit 2
+trap 'rm -f "$mangled" "$demangled"' EXIT
+"$nm" -p --defined-only --extern-only "$archive" | sed -n 's/^[0-9a-f]* *[A-Za-z] //p' >"$mangled"
+"$nm" -p -C --defined-only --extern-only "$archive" | sed -n 's/^[0-9a-f]* *[A-Za-z] //p' >"$demangled"
+unlisted=$(paste "$mangled" "$demangled" | grep -vE "^($standard)" | cut -f 2 | grep -vxE "$allowed" | sort -u)
+[ -z "$unlisted" ] || complain "defines names that are not listed:
+$unlisted"
 
 handlers=$(printf '%s\n' "$table" | grep -cE ' T F_(Camera|View)[A-Za-z]*\(')
 [ "$handlers" -eq 48 ] || complain "has $handlers handlers, not 48"

@@ -7,20 +7,22 @@
 #include "Files/Graphics/Matrix_Invert.h"
 #include "Files/Graphics/Values.h"
 
+using namespace CameraModule;
+
 namespace
 {
 
 constexpr kvMatrix IDENTITY = {{{1, 0, 0, 0, 0, 1, 0, 0, 0, 0, 1, 0, 0, 0, 0, 1}}};
 
-uint32_t s_births; // wraps after four thousand million cameras, which is no matter: see CCameraManager::Ticket
+uint32_t s_births; // constructions so far, from which each camera takes its number
 
 void Discard(RValue& field)
 {
     ReleaseValue(field);
-    field = MakeEmpty(VALUE_UNDEFINED);
+    field = EmptyValue(VALUE_UNDEFINED);
 }
 
-// A singular matrix leaves its own copy as the inverse.
+// Where the matrix is singular, its own copy is stored as the inverse.
 void StoreInverse(kvMatrix& inverse, const kvMatrix& matrix)
 {
     if (!InvertTo(inverse, matrix))
@@ -31,8 +33,8 @@ void StoreInverse(kvMatrix& inverse, const kvMatrix& matrix)
 
 CCamera::CCamera()
     : m_projMat(IDENTITY), m_viewMat(IDENTITY), m_viewProjMat(IDENTITY), m_invProjMat(IDENTITY), m_invViewMat(IDENTITY),
-      m_invViewProjMat(IDENTITY), m_beginScript(MakeReal(-1.0)), m_endScript(MakeReal(-1.0)),
-      m_updateScript(MakeReal(-1.0)), m_birth(++s_births)
+      m_invViewProjMat(IDENTITY), m_beginScript(RealValue(-1.0)), m_endScript(RealValue(-1.0)),
+      m_updateScript(RealValue(-1.0)), m_birth(++s_births)
 {
 }
 
@@ -80,7 +82,7 @@ void CCamera::CopyViewFrom(const CCamera& source)
 void CCamera::SetID(int id)
 {
     if (id != m_ID)
-        CCameraManager::IdentifierChanges(this);
+        CCameraManager::IdentifierChanged(this);
     m_ID = id;
 }
 
@@ -100,7 +102,7 @@ void CCamera::SetViewMat(const kvMatrix& view)
 
 void CCamera::UpdateAfterBuild()
 {
-    StoreInverse(m_invProjMat, m_projMat); // in this order the processor waits least
+    StoreInverse(m_invProjMat, m_projMat); // first: it depends on nothing that follows
     UpdateProducts();
     StoreInverse(m_invViewMat, m_viewMat);
     m_isViewDirty = false;
@@ -113,7 +115,7 @@ void CCamera::UpdateProducts()
     Update2D();
 }
 
-// All nine are zeros, of either sign: beyond the sign bit nothing is set.
+// A float is zero, of either sign, when no bit but the sign is set: nine zeros are found by one comparison.
 void CCamera::Update2D()
 {
     const uint32_t* const projection = m_projMat.u;

@@ -1,7 +1,7 @@
 #pragma once
 // One camera: a rectangle of a room, the matrices that show it, the target that it follows, its callbacks.
 //
-// Units      room units and degrees; positive angles turn what is seen as the builds in Camera_View.cpp say.
+// Units      room units and degrees; a positive angle rotates the view as the builds in Camera_View.cpp say.
 // Matrices   conventions of Platform/Matrix.h. Inputs are the rectangle and the angle; the builds and the two matrix
 //            setters alone write matrices. Nothing is validated: a width of 0 or a NaN gives matrices that show
 //            nothing.
@@ -36,7 +36,7 @@ public:
     kvMatrix m_viewMat;        // room to view space
     kvMatrix m_viewProjMat;    // room to clip space
     kvMatrix m_invProjMat;     // clip to view space
-    kvMatrix m_invViewMat;     // view to room space; its fourth row is the camera's place in the room
+    kvMatrix m_invViewMat;     // view to room space; its fourth row is the eye's position
     kvMatrix m_invViewProjMat; // clip to room space
 
     float m_viewX = 0.0f;      // left edge, room units
@@ -45,13 +45,13 @@ public:
     float m_viewHeight = 0.0f; // height of what is seen
     float m_viewSpeedX = 0.0f; // largest step per update when following; negative for no limit
     float m_viewSpeedY = 0.0f;
-    float m_viewBorderX = 0.0f; // distance that a followed target keeps from the left and right edges
-    float m_viewBorderY = 0.0f; // and from the top and bottom edges
+    float m_viewBorderX = 0.0f; // distance that a followed target keeps from the left and right edges: between them
+    float m_viewBorderY = 0.0f; // lies the dead zone, in which it moves without moving the view
     float m_viewAngle = 0.0f;   // rotation, degrees
 
     union
     {
-        int32_t m_targetInstance = -1; // whom to follow: object 0.., instance 100000.., negative: nobody
+        int32_t m_targetInstance = -1; // what to follow: an object 0.., an instance 100000.., negative for nothing
         int32_t m_cachedFrame;         // the same word under the name that the host's frame cache uses
     };
     int32_t m_ID = -1; // slot in the manager's table, -1 until placed
@@ -82,8 +82,8 @@ public:
     int GetID() const { return m_ID; }
 
     // ---- matrices ----
-    void SetProjMat(const kvMatrix& projection); // keeps C1..C3; leaves m_isViewDirty alone
-    void SetViewMat(const kvMatrix& view);       // likewise
+    void SetProjMat(const kvMatrix& projection); // both keep C1..C3 and leave m_isViewDirty as it is
+    void SetViewMat(const kvMatrix& view);
     kvMatrix GetProjMat() const { return m_projMat; }
     kvMatrix GetViewMat() const { return m_viewMat; }
     kvMatrix GetViewProjMat() const { return m_viewProjMat; }
@@ -92,7 +92,7 @@ public:
     kvMatrix GetInvViewProjMat() const { return m_invViewProjMat; }
     bool IsOrthoProj() const { return m_projMat._34 == 0.0f; } // NaN counts as perspective
     bool Is2D() const { return m_is2D; }
-    void Update2D(); // C3: nine elements of the current matrices, all zero. A view turned about z still counts
+    void Update2D(); // C3: nine elements of the current matrices are all zero. A view rotated about z still counts
 
     // ---- view parameters: bare stores; call SetViewDirty where the matrices depend on the change ----
     void SetViewX(float x) { m_viewX = x; }
@@ -142,9 +142,9 @@ public:
     void ApplyMatrices(); // publishes the visible area, then sets the graphics layer's view and projection
     void End();           // end callback
 
-    // Runs a callback in the manager's script instance with Current_Object set to the camera. False: there is none.
-    // The callback may do anything, even destroy this camera: callers ask again (CCameraManager::Ticket) before
-    // they touch it.
+    // Runs a callback in the manager's script instance with Current_Object set to the camera's identifier. False: the
+    // value says that there is none. The callback may do anything, even destroy this camera: callers ask again
+    // (CCameraHandle) before they touch it.
     bool ExecuteScript(RValue* script);
 
     // ---- callbacks (Camera_Script.cpp): the value is checked, reported if it cannot run, and stored all the same ----
@@ -154,14 +154,14 @@ public:
     RValue* GetBeginScript() { return &m_beginScript; }
     RValue* GetEndScript() { return &m_endScript; }
     RValue* GetUpdateScript() { return &m_updateScript; }
-    void Mark4GC(uint32_t* marks, int count); // the collector learns of the three callbacks; the arguments are not used
+    void Mark4GC(uint32_t* marks, int count); // marks the three callbacks for the collector; uses neither argument
 
     // ---- saved state (Camera_State.cpp): 112 items of 4 bytes; without the proxy, m_isClone and m_isPersistent ----
     void Serialize(IBuffer* buffer);
     void DeSerialize(IBuffer* buffer);
 
 private:
-    void UpdateAfterBuild();        // as both setters, without the product in between; the view is clean
+    void UpdateAfterBuild();        // C1..C3 once for both new matrices; the view is clean
     void UpdateProducts();          // C2, C3 and the product's inverse
     void Follow(CInstance& target); // one step of the rectangle, and a build
     void SetScript(RValue& field, RValue* script, const char* builtin);

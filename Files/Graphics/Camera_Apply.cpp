@@ -1,20 +1,16 @@
-// Making a camera's view current, and running its callbacks.
+// Making a camera's view current: the visible area is published, the matrices go to the graphics layer.
 #include "Platform/Strict_Float.h"
 
 #include "Files/Graphics/Camera.h"
 
-#include "Files/Code/Function.h"
-#include "Files/Graphics/Camera_Manager.h"
 #include "Files/Graphics/Render_Target.h"
 #include "Files/Graphics/Trigonometry.h"
-#include "Files/Graphics/Values.h"
 #include "Files/Graphics_API/Graphics_API.h"
-#include "Files/Javascript/Callable.h"
 #include "Files/Room/Room.h"
-#include "Files/Run/Run_Globals.h"
-#include "Files/Script/Script.h"
 
 #include <cmath>
+
+using namespace CameraModule;
 
 namespace
 {
@@ -26,14 +22,14 @@ struct ViewArea
     float x, y, w, h, angle;
 };
 
-// A row of a matrix. Of four numbers, so that a processor with four lanes takes one at a time; the last is not used.
+// One row of a matrix. Three entries are used; with four, the compiler computes a row in one vector register.
 struct Row
 {
     float at[4];
 };
 
-// From where (-X, -Y) of the clip square stands in the room to where (X, Y) does: each end is the row vector
-// (x, y, 0, 1) times the matrix, with every product taken, so that a NaN anywhere shows.
+// The vector in the room from clip point (-X, -Y) to clip point (X, Y). A point is mapped as the row vector (x, y, 0,
+// 1) times the matrix, with the products by zero: a NaN or infinity in any entry must reach the result.
 template <int X, int Y> inline Row Across(const kvMatrix& m)
 {
     constexpr float x = X, y = Y, z = 0.0f, oppositeX = -X, oppositeY = -Y; // of integers: no minus zero
@@ -51,7 +47,8 @@ inline float LengthOrZero(const Row& v)
     return square > 0.0f ? sqrtf(square) : 0.0f;
 }
 
-// Degrees from room down to the view's own vertical axis; not a number for a view without height.
+// The angle in degrees between the room's y axis and the view's vertical axis. NaN for a view of height 0: two plain
+// comparisons clamp the cosine and let a NaN through; keep their form.
 float AngleOf(const Row& vertical, float length)
 {
     float cosine = vertical.at[1] / length;
@@ -65,7 +62,7 @@ float AngleOf(const Row& vertical, float length)
     return angle / TWO_PI * 360.0f;
 }
 
-// What a perspective camera sees has no rectangle: the whole room stands for it.
+// The area of a perspective camera is the whole room: a frustum cuts no rectangle out of it.
 ViewArea WholeRoom()
 {
     if (Run_Room == nullptr)
@@ -78,17 +75,18 @@ ViewArea AreaAbout(const kvMatrix& viewToRoom, float w, float h, float angle)
     return {viewToRoom._41 - w * 0.5f, viewToRoom._42 - h * 0.5f, w, h, angle};
 }
 
-// Through the rounding, the root of a square that neither overflows nor underflows is the length itself.
+// Within these bounds sqrtf(x*x) == x exactly, so the root can be skipped.
 inline bool IsRootOfItsSquare(float length) { return length > 1e-15f && length < 1e15f; }
 
-// As most views are: right is right and down is down, so that the lengths stand there and the angle is none.
+// Whether the view is not rotated, as most are: clip x changes room x alone, and clip y room y alone. The lengths can
+// then be read off, and the angle is 0.
 inline bool IsUpright(const Row& across, const Row& down)
 {
-    const float turn = fabsf(across.at[1]) + fabsf(across.at[2]) + fabsf(down.at[0]) + fabsf(down.at[2]);
-    return turn == 0.0f && IsRootOfItsSquare(across.at[0]) && IsRootOfItsSquare(down.at[1]);
+    const float others = fabsf(across.at[1]) + fabsf(across.at[2]) + fabsf(down.at[0]) + fabsf(down.at[2]);
+    return others == 0.0f && IsRootOfItsSquare(across.at[0]) && IsRootOfItsSquare(down.at[1]);
 }
 
-// The room rectangle that fills the clip square, about the camera's place.
+// The rectangle of the room that the clip square shows, centred on the eye.
 ViewArea MeasureArea(const kvMatrix& clipToRoom, const kvMatrix& viewToRoom)
 {
     const Row across = Across<1, 0>(clipToRoom);
@@ -110,30 +108,6 @@ void Publish(const ViewArea& area)
     SetViewExtents(area.x, area.y, area.w, area.h, area.angle);
 }
 
-// True when the script counts as run: a camera between rooms has nobody to run it, and yet no target is followed.
-bool PerformScript(int index, RValue& result)
-{
-    if (index == NO_SCRIPT)
-        return false;
-    CInstance* const instance = g_fIsJSProject ? g_pGlobal : g_CM.m_pScriptInstance;
-    if (g_fIsJSProject || instance != nullptr)
-        Script_Perform(index, instance, instance, 0, &result, nullptr);
-    return true;
-}
-
-// Runs a copy: the callback may replace the field that it came from.
-bool RunCallback(RValue callback)
-{
-    RValue result = MakeEmpty(VALUE_UNSET);
-    bool ran = true;
-    if (KvKind(callback) == VALUE_OBJECT)
-        Call_RValue(g_CM.m_pScriptInstance, &result, &callback, 0, nullptr);
-    else
-        ran = PerformScript(KvGetInt32(&callback, 0), result);
-    ReleaseValue(result);
-    return ran;
-}
-
 } // namespace
 
 void CCamera::ApplyMatrices()
@@ -141,23 +115,8 @@ void CCamera::ApplyMatrices()
     BuildViewIfDirty();
     Publish(IsOrthoProj() ? MeasureArea(m_invViewProjMat, m_invViewMat) : WholeRoom());
 
-    kvMatrix turned;
-    kvMatrix& projection = ProjectionForTarget(m_projMat, turned);
+    kvMatrix flipped;
+    kvMatrix& projection = ProjectionForTarget(m_projMat, flipped);
     Graphics::SetMatrix(eM_View, m_viewMat.m);
     Graphics::SetMatrix(eM_Projection, projection.m);
 }
-
-bool CCamera::ExecuteScript(RValue* script)
-{
-    if (script == nullptr || IsNoScript(*script))
-        return false;
-    const int caller = Current_Object;
-    Current_Object = m_ID;
-    const bool ran = RunCallback(*script);
-    Current_Object = caller;
-    return ran;
-}
-
-void CCamera::Begin() { ExecuteScript(&m_beginScript); }
-
-void CCamera::End() { ExecuteScript(&m_endScript); }

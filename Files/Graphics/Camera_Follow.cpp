@@ -1,9 +1,10 @@
-// The step that a camera takes in every update.
+// Target following: the step that a camera takes in every update. The target moves freely in a dead zone, the view's
+// rectangle without its borders; outside of it the view moves along, clamped to the room and limited in speed.
 #include "Platform/Strict_Float.h"
 
 #include "Files/Graphics/Camera.h"
 
-#include "Files/Graphics/Camera_Manager.h"
+#include "Files/Graphics/Camera_Handle.h"
 #include "Files/Graphics/Values.h"
 #include "Files/Instance/Instance.h"
 #include "Files/Object/Object.h"
@@ -11,10 +12,12 @@
 
 #include <cmath>
 
+using namespace CameraModule;
+
 namespace
 {
 
-bool TakesPart(const CInstance* instance)
+bool IsActive(const CInstance* instance)
 {
     return (instance->m_flags & (eInstanceFlag_Marked | eInstanceFlag_Deactivated)) == 0;
 }
@@ -22,10 +25,10 @@ bool TakesPart(const CInstance* instance)
 CInstance* FindById(int id)
 {
     CInstance* const instance = CInstance::ms_ID2Instance.Find(id);
-    return instance != nullptr && TakesPart(instance) ? instance : nullptr;
+    return instance != nullptr && IsActive(instance) ? instance : nullptr;
 }
 
-// The first that takes part, of the object or of its children. An entry without an instance ends the list.
+// The first active instance of the object or of its children. An entry without an instance ends the search.
 CInstance* FindByObject(int index)
 {
     CObject* const object = g_ObjectHash != nullptr ? g_ObjectHash->Find(index) : nullptr;
@@ -33,7 +36,7 @@ CInstance* FindByObject(int index)
         return nullptr;
     for (KvListNode<CInstance>* node = object->m_Instances_Recursive.m_first; node != nullptr; node = node->m_next)
     {
-        if (node->m_obj == nullptr || TakesPart(node->m_obj))
+        if (node->m_obj == nullptr || IsActive(node->m_obj))
             return node->m_obj;
     }
     return nullptr;
@@ -46,12 +49,13 @@ CInstance* FindTarget(int target)
     return target >= INSTANCE_ID_FIRST ? FindById(target) : FindByObject(target);
 }
 
-// One axis of the view. The comparisons are written so that a NaN goes where games have always seen it go.
+// One axis of the view. The form of each comparison decides what a NaN does; keep `!(a >= b)` as it is.
 struct Axis
 {
     float edge, size, border, speed;
 
-    // The edge that keeps the target a border away from both ends; without room for that, the target in the middle.
+    // Dead zone: the edge stays while the target is a border away from both edges of the view, and otherwise moves by
+    // what is missing. Borders that leave no zone centre the target.
     float EdgeFor(float target) const
     {
         if (2.0f * border >= size)
@@ -63,8 +67,9 @@ struct Axis
         return edge;
     }
 
-    // The far end comes last: a view larger than the room starts before it, by half of nothing.
-    float KeptInRoom(float wanted, const int32_t* roomSize) const
+    // Clamp to the far edge last: a view larger than the room is aligned with the far edge and starts at a negative
+    // coordinate.
+    float ClampedToRoom(float wanted, const int32_t* roomSize) const
     {
         if (wanted < 0.0f)
             wanted = 0.0f;
@@ -77,7 +82,8 @@ struct Axis
         return wanted;
     }
 
-    float WithinSpeed(float wanted) const
+    // A speed that is negative or NaN is no limit.
+    float LimitedBySpeed(float wanted) const
     {
         if (!(speed >= 0.0f))
             return wanted;
@@ -90,7 +96,7 @@ struct Axis
 
     float Step(float target, const int32_t* roomSize) const
     {
-        return WithinSpeed(KeptInRoom(EdgeFor(floorf(target)), roomSize));
+        return LimitedBySpeed(ClampedToRoom(EdgeFor(floorf(target)), roomSize));
     }
 };
 
@@ -100,10 +106,10 @@ void CCamera::CameraUpdate()
 {
     if (!IsNoScript(m_updateScript))
     {
-        const CCameraManager::Ticket ticket(this);
+        const CCameraHandle self(this);
         if (ExecuteScript(&m_updateScript))
         {
-            if (ticket.StillThere())
+            if (self.IsOfNoCamera() || self.Get() != nullptr)
                 BuildViewIfDirty();
             return;
         }

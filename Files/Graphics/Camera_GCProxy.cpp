@@ -8,15 +8,16 @@
 #include <climits>
 #include <cstdint>
 
+using namespace CameraModule;
+
 namespace
 {
 
-constexpr int NO_SLOT = -1;
-constexpr int EVERY_VARIABLE = 16777215; // the host's object base takes a variable mask; ours has no variables
+constexpr int NO_SLOT = -1; // sentinel: nothing was found
 
 using SlotTable = KvSlot<KvObjectBase>;
 
-// The span of slots that the collector sweeps now: nothing may be placed there.
+// The number of slots that the collector is sweeping: nothing may be placed among them.
 int64_t SweptWidth() { return std::max<int64_t>(int64_t{g_GCrangeend} - g_GCrangestart, 0); }
 
 bool IsSwept(int slot) { return slot >= g_GCrangestart && slot < g_GCrangeend; }
@@ -35,7 +36,8 @@ template <typename T> T* Resize(T* vector, int64_t count)
     return resized;
 }
 
-// Half as much again; the new slots are pushed from the highest down, so that the lowest is taken first.
+// Growth is by half, and by one slot at least. The new slots go onto the free list from the highest down: the lowest is
+// taken first.
 void Grow(SlotTable& table)
 {
     const int64_t old = table.m_nCapacity;
@@ -48,7 +50,7 @@ void Grow(SlotTable& table)
         table.m_freeSlotStack[table.m_slotStackSize++] = static_cast<int>(slot);
 }
 
-// Indices that were taken meanwhile, or that are being swept, are dropped from the stack.
+// The top of the free list. Slots that were taken meanwhile or are being swept are dropped from the list.
 int PopFreeSlot(SlotTable& table)
 {
     while (table.m_slotStackSize > 0)
@@ -60,7 +62,8 @@ int PopFreeSlot(SlotTable& table)
     return NO_SLOT;
 }
 
-// With the stack dry: below the swept span from where the last search ended, then above it, around the table's end.
+// Linear search, for an empty free list: from where the last search ended up to the swept slots, then from behind them,
+// wrapping around the table's end.
 int ScanForFreeSlot(SlotTable& table)
 {
     const int64_t capacity = table.m_nCapacity;
@@ -111,7 +114,7 @@ int TakeSlot(SlotTable& table, KvObjectBase* object)
 
 } // namespace
 
-Camera_GCProxy::Camera_GCProxy(CCamera* camera) : KvObjectBase(0, EVERY_VARIABLE), pCamObj(camera)
+Camera_GCProxy::Camera_GCProxy(CCamera* camera) : KvObjectBase(0, OBJECT_VARIABLE_MASK), pCamObj(camera)
 {
     m_slot = TakeSlot(g_slotObjects, this);
     if (g_fGarbageCollection)

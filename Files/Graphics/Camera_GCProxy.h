@@ -1,10 +1,10 @@
 #pragma once
-// What stands for a camera in the collector.
+// The collector object that stands for a camera.
 //
-// A camera is no object of the collector, but its callbacks may be. The first callable that a camera is given makes its
-// proxy: a root while the camera lives, and marking it marks the camera's callbacks. A destroyed camera detaches its
-// proxy; the collector reclaims it like any object that nobody refers to. A proxy serves one camera and is never
-// attached again.
+// A camera is no object of the collector, but its callbacks may be. The first callable object stored in a camera makes
+// its proxy, which is a root while the camera lives; marking the proxy marks the camera's callbacks. A destroyed camera
+// detaches its proxy, which the collector then reclaims like any object without references. A proxy serves one camera
+// and is never attached again.
 
 #include "Files/Object/Object_Base.h"
 

@@ -9,6 +9,8 @@
 #include <climits>
 #include <new>
 
+using namespace CameraModule;
+
 namespace
 {
 
@@ -24,7 +26,7 @@ CCamera** NewTable(size_t count, int line)
 
 CCameraManager g_CM;
 
-const CCameraManager* CCameraManager::ms_proven = nullptr;
+bool CCameraManager::ms_identifiersChanged = false;
 uint32_t CCameraManager::ms_cleanings = 0;
 
 // ---- life ----
@@ -52,110 +54,67 @@ void CCameraManager::Clean()
     m_activeCamera = nullptr;
     m_pScriptInstance = nullptr;
     m_lastCamPos = -1;
-    ms_proven = nullptr;
+    ms_identifiersChanged = false;
     ++ms_cleanings;
 }
 
-// ---- look-up ----
+// ---- look-up: identifiers are compared in each step, because hosts may write the members ----
 
-bool CCameraManager::IdentifiersAreSlots() const
+CCamera* CCameraManager::GetCamera(int id)
 {
-    for (int slot = 0; slot < m_cameraListSize; ++slot)
+    if (HoldsAt(m_lastCamPos, id))
+        return m_cameras[m_lastCamPos];
+    for (int entry = 0; entry < ROOM_CAMERAS; ++entry)
     {
-        if (m_cameras[slot] != nullptr && m_cameras[slot]->m_ID != slot)
-            return false;
+        if (m_roomcameras[entry] != nullptr && m_roomcameras[entry]->m_ID == id)
+            return m_roomcameras[entry];
     }
-    return true;
+    const int slot = FindCameraInList(id);
+    return slot != -1 ? m_cameras[slot] : nullptr;
 }
 
-// By address alone: while a camera is being destroyed, an entry may point at what is gone.
-bool CCameraManager::IsInTable(const CCamera* camera) const
+int CCameraManager::FindCameraInList(int id)
 {
-    return std::find(m_cameras, m_cameras + m_cameraListSize, camera) != m_cameras + m_cameraListSize;
-}
-
-bool CCameraManager::RoomListIsOfTable() const
-{
-    return std::all_of(m_roomcameras, m_roomcameras + ROOM_CAMERAS,
-                       [this](const CCamera* camera) { return camera == nullptr || IsInTable(camera); });
-}
-
-bool CCameraManager::IsProven()
-{
-    if (ms_proven != this && IdentifiersAreSlots() && RoomListIsOfTable())
-        ms_proven = this;
-    return ms_proven == this;
-}
-
-// Once proven, the answer of the scan is the slot of that index or nothing.
-int CCameraManager::SearchTable(int id)
-{
-    if (IsProven())
-        return InTable(id) && m_cameras[id] != nullptr ? id : -1;
-    for (int slot = 0; slot < m_cameraListSize; ++slot)
-    {
-        if (m_cameras[slot] != nullptr && m_cameras[slot]->m_ID == id)
-            return slot;
-    }
-    return -1;
-}
-
-int CCameraManager::FindSlot(int id)
-{
-    if (InTable(m_lastCamPos) && m_cameras[m_lastCamPos] != nullptr && m_cameras[m_lastCamPos]->m_ID == id)
+    if (id == -1)
+        return -1;
+    if (HoldsAt(m_lastCamPos, id))
         return m_lastCamPos;
-    const int slot = SearchTable(id);
+    const int slot = !ms_identifiersChanged && HoldsAt(id, id) ? id : ScanTable(id);
     if (slot != -1)
         m_lastCamPos = slot;
     return slot;
 }
 
-// Once proven, whichever of the three places finds a camera, it is the slot's. The room's list is still asked, because
-// a hit there leaves the cached slot.
-CCamera* CCameraManager::GetCamera(int id)
+int CCameraManager::ScanTable(int id) const
 {
-    CCamera* const camera = ms_proven == this && InTable(id) ? m_cameras[id] : nullptr;
-    if (camera == nullptr)
-        return FindStepByStep(id);
-    CCamera** const end = m_roomcameras + ROOM_CAMERAS;
-    if (id != m_lastCamPos && std::find(m_roomcameras, end, camera) == end)
-        m_lastCamPos = id;
-    return camera;
+    for (int slot = 0; slot < m_cameraListSize; ++slot)
+    {
+        if (HoldsAt(slot, id))
+            return slot;
+    }
+    return -1;
 }
-
-CCamera* CCameraManager::FindStepByStep(int id)
-{
-    const auto matches = [id](const CCamera* camera) { return camera != nullptr && camera->m_ID == id; };
-    if (InTable(m_lastCamPos) && matches(m_cameras[m_lastCamPos]))
-        return m_cameras[m_lastCamPos];
-    CCamera** const end = m_roomcameras + ROOM_CAMERAS;
-    CCamera** const found = std::find_if(m_roomcameras, end, matches);
-    if (found != end)
-        return *found;
-    return id == -1 ? nullptr : FindInTable(id);
-}
-
-CCamera* CCameraManager::FindInTable(int id)
-{
-    const int slot = FindSlot(id);
-    return slot == -1 ? nullptr : m_cameras[slot];
-}
-
-int CCameraManager::FindCameraInList(int id) { return id == -1 ? -1 : FindSlot(id); }
 
 void CCameraManager::SetActiveCamera(int id) { m_activeCamera = id == -1 ? nullptr : GetCamera(id); }
 
-bool CCameraManager::Holds(const CCamera* camera) const
+// By address alone: neither the camera nor an entry may be read, because Clean leaves entries of freed cameras.
+bool CCameraManager::IsInTable(const CCamera* camera) const
 {
-    if (InTable(camera->m_ID) && m_cameras[camera->m_ID] == camera)
-        return true;
-    return ms_proven != this && IsInTable(camera);
+    return std::find(m_cameras, m_cameras + m_cameraListSize, camera) != m_cameras + m_cameraListSize;
 }
 
-void CCameraManager::IdentifierChanges(const CCamera* camera)
+int CCameraManager::SlotOf(const CCamera* camera) const
 {
-    if (ms_proven != nullptr && ms_proven->Holds(camera))
-        ms_proven = nullptr;
+    if (HoldsAt(camera->m_ID, camera->m_ID) && m_cameras[camera->m_ID] == camera)
+        return camera->m_ID;
+    CCamera** const end = m_cameras + m_cameraListSize;
+    CCamera** const entry = std::find(m_cameras, end, camera);
+    return entry != end ? static_cast<int>(entry - m_cameras) : -1;
+}
+
+void CCameraManager::IdentifierChanged(const CCamera* camera)
+{
+    ms_identifiersChanged = ms_identifiersChanged || g_CM.IsInTable(camera);
 }
 
 // ---- placement ----
@@ -230,7 +189,8 @@ void CCameraManager::AddCameraToList(CCamera* camera, int id)
     Store(camera, id);
 }
 
-// By identifier first, as everywhere; an occupant that bears another identifier goes with its slot.
+// Makes a slot free for another camera. The camera of that identifier is destroyed wherever it stands; an occupant with
+// another identifier, which a host has written, is destroyed as well.
 void CCameraManager::DestroyOccupant(int slot)
 {
     DestroyCamera(slot);
@@ -285,7 +245,7 @@ void CCameraManager::FreeCamera(CCamera* camera)
     MemoryManager::Free(camera);
 }
 
-// ---- the host's moments: a host may bring its own ----
+// ---- events of the host: a host may bring its own functions ----
 
 __attribute__((weak)) void CCameraManager::SetInitialLoadHighPoint()
 {
@@ -294,20 +254,3 @@ __attribute__((weak)) void CCameraManager::SetInitialLoadHighPoint()
 }
 
 __attribute__((weak)) CInstance* CCameraManager::GetScriptInstance() { return m_pScriptInstance; }
-
-// ---- tickets ----
-
-CCameraManager::Ticket::Ticket(const CCamera* camera)
-    : m_camera(camera), m_birth(camera->m_birth), m_cleanings(ms_cleanings), m_wasRegistered(g_CM.Holds(camera))
-{
-}
-
-// Another camera may have been born at the same address, and after a cleaning the table's entries are not to be read.
-bool CCameraManager::Ticket::StillThere() const
-{
-    if (!m_wasRegistered)
-        return true;
-    if (m_cleanings != ms_cleanings)
-        return false;
-    return g_CM.IsInTable(m_camera) && m_camera->m_birth == m_birth;
-}

@@ -28,7 +28,7 @@ class CCameraManager
 public:
     // ---- the record ----
     CCamera* m_activeCamera;      // null: none
-    CInstance* m_pScriptInstance; // in whose name callbacks run; from StartRoom to EndRoom, else null
+    CInstance* m_pScriptInstance; // self and other of the callbacks; from StartRoom to EndRoom, else null
     CCamera** m_cameras;          // the table, m_cameraListSize entries
     CCamera** m_roomcameras;      // the running room's cameras, ROOM_CAMERAS entries; tried first by look-ups
     int32_t m_cameraListSize;
@@ -43,8 +43,8 @@ public:
     CCameraManager(const CCameraManager&) = delete;
     CCameraManager& operator=(const CCameraManager&) = delete;
 
-    // Frees every camera and forgets the active camera and the script instance, but leaves the table's and the room
-    // list's entries as they are, now stale: the caller refills or discards both before anything else is asked.
+    // Frees every camera and forgets the active camera and the script instance. The entries of the table and of the
+    // room list stay as they are and dangle: the caller refills or clears both before anything else is asked.
     void Clean();
 
     // ---- look-up: any integer may be asked ----
@@ -69,10 +69,10 @@ public:
     // The camera must not stand in another slot.
     void AddCameraToList(CCamera* camera, int id);
 
-    // ---- the host's moments ----
+    // ---- events of the host ----
     void SetupLumFunctions();       // enters the 47 built-ins (Function_Table.cpp); once
     void SetInitialLoadHighPoint(); // after the game's load: the number of slots in use. Weak: a host may bring its own
-    CInstance* GetScriptInstance(); // weak likewise
+    CInstance* GetScriptInstance(); // weak, too
 
     // ---- saved state (Camera_State.cpp) ----
     void Serialize(IBuffer* buffer);
@@ -81,23 +81,9 @@ public:
     // ---- checks ----
     const char* Validate() const; // null, or which of R1..R6 does not hold. Walks everything: debug and tests
 
-    // Whether a camera survived a callback. Taken before, asked after; a camera that was never registered counts as
-    // alive, because nobody but its owner can free it.
-    class Ticket
-    {
-    public:
-        explicit Ticket(const CCamera* camera);
-        bool StillThere() const;
-
-    private:
-        const CCamera* m_camera;
-        uint32_t m_birth;
-        uint32_t m_cleanings;
-        bool m_wasRegistered;
-    };
-
 private:
     friend class CCamera;
+    friend class CCameraHandle;
 
     CCamera* NewCamera(int line);       // default state, not placed
     CCamera* NewPlacedCamera(int line); // null when the camera or its slot was refused
@@ -107,23 +93,24 @@ private:
     void FreeCamera(CCamera* camera); // the table is the caller's to mend
     void DestroySlot(int slot);
     void DestroyOccupant(int slot);
-    CCamera* FindInTable(int id); // cached slot, then table
-    int FindSlot(int id);
-    int SearchTable(int id);         // the table alone: lowest slot of that identifier, or -1
-    CCamera* FindStepByStep(int id); // cached slot, room list, table, each asked for the identifier
-    bool InTable(int slot) const { return slot >= 0 && slot < m_cameraListSize; }
-    bool IsProven();                  // looks, if it is not known
-    bool IdentifiersAreSlots() const; // R1
-    bool RoomListIsOfTable() const;   // R3
+    int ScanTable(int id) const; // the lowest slot whose camera bears the identifier, or -1
     bool IsInTable(const CCamera* camera) const;
-    bool Holds(const CCamera* camera) const;
-    static void IdentifierChanges(const CCamera* camera); // before a registered camera's identifier may change
+    int SlotOf(const CCamera* camera) const; // -1 for a camera that is not registered
+
+    // Whether the slot holds a camera of that identifier. Any two integers may be asked.
+    bool HoldsAt(int slot, int id) const
+    {
+        return slot >= 0 && slot < m_cameraListSize && m_cameras[slot] != nullptr && m_cameras[slot]->m_ID == id;
+    }
+
+    static void IdentifierChanged(const CCamera* camera); // by SetID or by a record: see ms_identifiersChanged
     void ClearForLoad();
     void LoadCamera(IBuffer* buffer);
 
-    // The manager for which R1 and R3 were found to hold, so that a look-up may index instead of scanning. Null: none.
-    static const CCameraManager* ms_proven;
-    static uint32_t ms_cleanings; // how often a whole table was freed: its entries are not to be trusted afterwards
+    // True once SetID or a record has changed a registered camera's identifier, until Clean. A camera in a lower slot
+    // may bear the identifier then, so that look-ups scan instead of asking the slot of that number.
+    static bool ms_identifiersChanged;
+    static uint32_t ms_cleanings; // number of calls of Clean: older entries of the table must not be followed
 };
 
 extern CCameraManager g_CM; // every built-in and the host go through this one

@@ -51,15 +51,17 @@ void CCameraManager::EndRoom()
     std::fill(m_roomcameras, m_roomcameras + ROOM_CAMERAS, nullptr);
 }
 
-// Every entry is written, so that none points at a camera that is gone.
+// Writes every entry, so that none dangles.
 void CCameraManager::BuildRoomCameraList()
 {
     if (Run_Room == nullptr)
         return;
-    m_roomcameras[0] = g_DefaultCameraID == -1 ? nullptr : FindInTable(g_DefaultCameraID);
-    for (int view = 0; view < ROOM_VIEWS; ++view)
+    const auto find = [this](int id)
     {
-        const int id = Run_Room->r_view[view]->cameraID;
-        m_roomcameras[1 + view] = id == -1 ? nullptr : FindInTable(id);
-    }
+        const int slot = FindCameraInList(id);
+        return slot != -1 ? m_cameras[slot] : nullptr;
+    };
+    m_roomcameras[0] = find(g_DefaultCameraID);
+    for (int view = 0; view < ROOM_VIEWS; ++view)
+        m_roomcameras[1 + view] = find(Run_Room->r_view[view]->cameraID);
 }

@@ -1,12 +1,18 @@
-// Storing callbacks.
+// Callbacks: their check, their storing, their running.
 #include "Files/Graphics/Camera.h"
 
 #include "Files/Code/Function.h"
 #include "Files/Graphics/Camera_GCProxy.h"
+#include "Files/Graphics/Camera_Manager.h"
+#include "Files/Graphics/Values.h"
 #include "Files/Javascript/Callable.h"
 #include "Files/Object/Object_Base.h"
+#include "Files/Run/Run_Globals.h"
+#include "Files/Script/Script.h"
 
 #include <new>
+
+using namespace CameraModule;
 
 namespace
 {
@@ -24,7 +30,34 @@ bool CanBeScript(const RValue& value)
     }
 }
 
+// False: the index is "no script". Between rooms there is no instance to run a script in: nothing runs then, but the
+// answer is true all the same, so that the camera does not follow a target either.
+bool PerformScript(int index, RValue& result)
+{
+    if (index == NO_SCRIPT_INDEX)
+        return false;
+    CInstance* const instance = g_fIsJSProject ? g_pGlobal : g_CM.m_pScriptInstance;
+    if (g_fIsJSProject || instance != nullptr)
+        Script_Perform(index, instance, instance, 0, &result, nullptr);
+    return true;
+}
+
+// Takes the callback by value: the running script may replace the field that holds it.
+bool RunCallback(RValue callback)
+{
+    RValue result = EmptyValue(VALUE_UNSET);
+    bool ran = true;
+    if (KvKind(callback) == VALUE_OBJECT)
+        Call_RValue(g_CM.m_pScriptInstance, &result, &callback, 0, nullptr);
+    else
+        ran = PerformScript(KvGetInt32(&callback, 0), result);
+    ReleaseValue(result);
+    return ran;
+}
+
 } // namespace
+
+// ---- storing ----
 
 void ValidateValidScriptValue(RValue* value, const char* name)
 {
@@ -32,6 +65,8 @@ void ValidateValidScriptValue(RValue* value, const char* name)
         KvError("%s :: invalid script reference", name);
 }
 
+// The proxy stands on the context stack while the value is stored, because the collector takes the top of the stack for
+// the owner of the new reference. Without a proxy it is null: no object of the collector owns the reference.
 void CCamera::SetScript(RValue& field, RValue* script, const char* builtin)
 {
     ValidateValidScriptValue(script, builtin);
@@ -41,8 +76,7 @@ void CCamera::SetScript(RValue& field, RValue* script, const char* builtin)
         if (pGCProxy == nullptr)
             return KvError("%s :: out of memory, the callback was not changed", builtin);
     }
-    PushContextStack(
-        pGCProxy); // the proxy is who refers to the new value; null tells that nobody of the collector does
+    PushContextStack(pGCProxy);
     KvAssign(field, *script);
     PopContextStack(1);
 }
@@ -59,3 +93,20 @@ void CCamera::Mark4GC(uint32_t*, int)
     AddGCRefRValue(&m_endScript);
     AddGCRefRValue(&m_updateScript);
 }
+
+// ---- running ----
+
+bool CCamera::ExecuteScript(RValue* script)
+{
+    if (script == nullptr || IsNoScript(*script))
+        return false;
+    const int caller = Current_Object;
+    Current_Object = m_ID;
+    const bool ran = RunCallback(*script);
+    Current_Object = caller;
+    return ran;
+}
+
+void CCamera::Begin() { ExecuteScript(&m_beginScript); }
+
+void CCamera::End() { ExecuteScript(&m_endScript); }

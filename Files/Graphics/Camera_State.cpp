@@ -7,16 +7,16 @@
 #include "Files/Graphics/Values.h"
 
 #include <algorithm>
-#include <iterator>
-#include <utility>
+
+using namespace CameraModule;
 
 namespace
 {
 
-constexpr int CAMERA_LOAD_LINE = 2279; // the line under which hosts track loaded cameras
+constexpr int CAMERA_LOAD_LINE = 2279; // fixed by the hosts' tracking of allocations, which knows loaded cameras by it
 
-// The largest table that the last identifier can have made. A count beyond it is damage, and reading on for it would
-// only keep the game waiting.
+// The largest table that a camera of the last identifier can have made. Larger counts come from damaged streams and are
+// clamped, so that a load ends.
 constexpr int SLOTS_LAST_LOADED = 2 * (CAMERA_ID_LAST_LOADED + 1);
 
 template <typename T> T& FieldOf(CCamera& camera, const CameraStateField& field)
@@ -25,81 +25,82 @@ template <typename T> T& FieldOf(CCamera& camera, const CameraStateField& field)
     return *static_cast<T*>(storage);
 }
 
-// Does the step for 0, 1.. COUNT - 1 without a loop: an item is little more than a call, and the branch back would be a
-// fifth of its time. The step comes by value so that what it holds stays in registers.
-template <typename Step, size_t... I> void Unrolled(Step step, std::index_sequence<I...>)
+void WriteFloats(const float* values, int count, IBuffer* buffer)
 {
-    (step(std::integral_constant<size_t, I>()), ...);
+    for (int i = 0; i < count; ++i)
+        buffer->Write(values[i]);
 }
 
-template <size_t COUNT, typename Step> void Unrolled(Step step) { Unrolled(step, std::make_index_sequence<COUNT>()); }
-
-template <size_t COUNT> void WriteFloats(const float* values, IBuffer* buffer)
+void ReadFloats(float* values, int count, IBuffer* buffer)
 {
-    Unrolled<COUNT>([=](auto i) { buffer->Write(values[i]); });
+    for (int i = 0; i < count; ++i)
+        values[i] = buffer->ReadFloat();
 }
 
-template <size_t COUNT> void ReadFloats(float* values, IBuffer* buffer)
-{
-    Unrolled<COUNT>([=](auto i) { values[i] = buffer->ReadFloat(); });
-}
-
-// A callable object does not survive a save: its code belongs to the running game.
+// The index under which a callback is saved. Callable objects are saved as none: their code belongs to the running
+// game.
 int ScriptIndex(const RValue& script) { return KvKind(script) == VALUE_OBJECT ? -1 : KvGetInt32(&script, 0); }
 
 void ReadScript(RValue& script, IBuffer* buffer)
 {
     const int index = buffer->ReadS32();
     ReleaseValue(script);
-    script = MakeReal(index);
+    script = RealValue(index);
 }
 
-template <size_t FIELD> void WriteField(CCamera& camera, IBuffer* buffer)
+void WriteField(CCamera& camera, const CameraStateField& field, IBuffer* buffer)
 {
-    constexpr CameraStateField field = CAMERA_STATE[FIELD];
     switch (field.type)
     {
     case eState_S32: return buffer->Write(FieldOf<int32_t>(camera, field));
-    case eState_F32: return WriteFloats<field.count>(&FieldOf<float>(camera, field), buffer);
+    case eState_F32: return WriteFloats(&FieldOf<float>(camera, field), field.count, buffer);
     case eState_Bool: return buffer->Write(FieldOf<bool>(camera, field));
     case eState_Script: return buffer->Write(ScriptIndex(FieldOf<RValue>(camera, field)));
     }
 }
 
-template <size_t FIELD> void ReadField(CCamera& camera, IBuffer* buffer)
+void ReadField(CCamera& camera, const CameraStateField& field, IBuffer* buffer)
 {
-    constexpr CameraStateField field = CAMERA_STATE[FIELD];
     switch (field.type)
     {
     case eState_S32: FieldOf<int32_t>(camera, field) = buffer->ReadS32(); return;
-    case eState_F32: return ReadFloats<field.count>(&FieldOf<float>(camera, field), buffer);
+    case eState_F32: return ReadFloats(&FieldOf<float>(camera, field), field.count, buffer);
     case eState_Bool: FieldOf<bool>(camera, field) = buffer->ReadBool(); return;
     case eState_Script: return ReadScript(FieldOf<RValue>(camera, field), buffer);
     }
 }
 
-// What follows a record can only be found by reading it.
-void PassOverRecord(IBuffer* buffer)
+void ReadRecord(CCamera& camera, IBuffer* buffer)
 {
-    CCamera nobody;
-    nobody.DeSerialize(buffer);
+    for (const CameraStateField& field : CAMERA_STATE)
+        ReadField(camera, field, buffer);
+}
+
+// Skips the record of a camera for which there is no memory. Records carry no length: one is read to get past it.
+void SkipRecord(IBuffer* buffer)
+{
+    CCamera skipped;
+    ReadRecord(skipped, buffer);
 }
 
 } // namespace
 
-void SerializeMatrix(kvMatrix* matrix, IBuffer* buffer) { WriteFloats<16>(matrix->m, buffer); }
+void SerializeMatrix(kvMatrix* matrix, IBuffer* buffer) { WriteFloats(matrix->m, 16, buffer); }
 
-void DeSerializeMatrix(kvMatrix* matrix, IBuffer* buffer) { ReadFloats<16>(matrix->m, buffer); }
+void DeSerializeMatrix(kvMatrix* matrix, IBuffer* buffer) { ReadFloats(matrix->m, 16, buffer); }
 
 void CCamera::Serialize(IBuffer* buffer)
 {
-    Unrolled<std::size(CAMERA_STATE)>([=](auto field) { WriteField<field>(*this, buffer); });
+    for (const CameraStateField& field : CAMERA_STATE)
+        WriteField(*this, field, buffer);
 }
 
 void CCamera::DeSerialize(IBuffer* buffer)
 {
-    CCameraManager::IdentifierChanges(this);
-    Unrolled<std::size(CAMERA_STATE)>([=](auto field) { ReadField<field>(*this, buffer); });
+    const int before = m_ID;
+    ReadRecord(*this, buffer);
+    if (m_ID != before)
+        CCameraManager::IdentifierChanged(this);
 }
 
 void CCameraManager::Serialize(IBuffer* buffer)
@@ -114,7 +115,8 @@ void CCameraManager::Serialize(IBuffer* buffer)
     }
 }
 
-// Looks at slot 0 as often as the table has slots: cameras in other slots survive a load unless theirs is taken.
+// Destroys the camera in slot 0, looking there once for each slot of the table. Cameras in other slots survive a load
+// unless a loaded camera takes theirs.
 void CCameraManager::ClearForLoad()
 {
     for (int pass = m_cameraListSize; pass > 0; --pass)
@@ -136,16 +138,16 @@ bool CCameraManager::DeSerialize(IBuffer* buffer)
     return true;
 }
 
-// A camera that cannot be registered under its identifier is damage, or too much for the device: the load goes on.
+// Reads a record and registers its camera. One that cannot be registered, because its identifier is damaged or the
+// table cannot grow, is freed, and the load goes on.
 void CCameraManager::LoadCamera(IBuffer* buffer)
 {
     CCamera* const camera = NewCamera(CAMERA_LOAD_LINE);
     if (camera == nullptr)
-        return PassOverRecord(buffer);
-    camera->DeSerialize(buffer);
-    const int id = camera->m_ID;
-    if (id <= CAMERA_ID_LAST_LOADED)
-        AddCameraToList(camera, id);
-    if (!Holds(camera))
+        return SkipRecord(buffer);
+    ReadRecord(*camera, buffer);
+    if (camera->m_ID <= CAMERA_ID_LAST_LOADED)
+        AddCameraToList(camera, camera->m_ID);
+    if (!HoldsAt(camera->m_ID, camera->m_ID) || m_cameras[camera->m_ID] != camera)
         FreeCamera(camera);
 }

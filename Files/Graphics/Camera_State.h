@@ -1,5 +1,5 @@
 #pragma once
-// The saved record of a camera, as a list that is written, read and documented from one place.
+// The saved record of a camera: one list of fields, by which it is written, read and documented.
 
 #include "Files/Graphics/Camera.h"
 

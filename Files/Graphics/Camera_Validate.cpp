@@ -19,6 +19,16 @@ bool HasDuplicates(CCamera* const* table, int size)
     return false;
 }
 
+bool IdentifiersAreSlots(CCamera* const* table, int size)
+{
+    for (int slot = 0; slot < size; ++slot)
+    {
+        if (table[slot] != nullptr && table[slot]->m_ID != slot)
+            return false;
+    }
+    return true;
+}
+
 bool ProxyIsMutual(const CCamera& camera) { return camera.pGCProxy == nullptr || camera.pGCProxy->pCamObj == &camera; }
 
 bool CallableHasProxy(const CCamera& camera)
@@ -36,23 +46,21 @@ const char* CCameraManager::Validate() const
     CCamera* const* const end = begin + m_cameraListSize;
     const auto every = [=](bool (*rule)(const CCamera&))
     { return std::all_of(begin, end, [=](const CCamera* camera) { return camera == nullptr || rule(*camera); }); };
+    const auto isNoneOrInTable = [this](const CCamera* camera) { return camera == nullptr || IsInTable(camera); };
 
-    const bool identifiersAreSlots = IdentifiersAreSlots();
     if (HasDuplicates(m_cameras, m_cameraListSize))
         return "R2: a camera stands in two slots";
-    if (!identifiersAreSlots && ms_proven == this)
-        return "R1: taken for granted although it does not hold";
-    if (!identifiersAreSlots)
+    if (!IdentifiersAreSlots(m_cameras, m_cameraListSize))
         return "R1: a camera's identifier is not its slot";
-    if (m_activeCamera != nullptr && !IsInTable(m_activeCamera))
+    if (!isNoneOrInTable(m_activeCamera))
         return "R3: the active camera is not in the table";
-    if (!RoomListIsOfTable())
+    if (!std::all_of(m_roomcameras, m_roomcameras + ROOM_CAMERAS, isNoneOrInTable))
         return "R3: a room's camera is not in the table";
     if (!every(ProxyIsMutual))
         return "R4: a proxy does not point back at its camera";
     if (!every(CallableHasProxy))
         return "R4: a camera holds a callable object but has no proxy";
-    if (m_lastCamPos != -1 && !InTable(m_lastCamPos))
+    if (m_lastCamPos < -1 || m_lastCamPos >= m_cameraListSize)
         return "R5: the cached slot lies outside the table";
     return nullptr;
 }

@@ -10,11 +10,10 @@
 namespace
 {
 
-constexpr float RADIANS_PER_DEGREE = 0.017453292f;
-constexpr float FLAT_EYE_Z = -16000.0f; // half the depth range: a flat view shows what lies within 16000 of z = 0
+constexpr float FLAT_EYE_Z = -16000.0f; // a flat view shows what lies within 16000 of z = 0
 constexpr float DEPTH_RANGE = 32000.0f;
 
-// Looks along +z at the room point (x, y), turned by the view's angle.
+// A view that looks along +z at the room point (x, y), rotated by the angle.
 void LookAlongZ(kvMatrix& view, float x, float y, float eyeZ, float degrees)
 {
     const float angle = -(degrees * RADIANS_PER_DEGREE); // negated after the product: 0 gives minus zero
@@ -58,7 +57,8 @@ void CCamera::Build2DView(float x, float y)
 void CCamera::Build3DView(float x, float y)
 {
     LookAlongZ(m_viewMat, x, y, -m_viewWidth, m_viewAngle);
-    kvMatrix::PerspectiveLH(m_projMat, 1.0f, -m_viewHeight / m_viewWidth, 1.0f, DEPTH_RANGE); // turned upside down
+    kvMatrix::PerspectiveLH(m_projMat, 1.0f, -m_viewHeight / m_viewWidth, 1.0f,
+                            DEPTH_RANGE); // the negative height flips y
     UpdateAfterBuild();
 }
 

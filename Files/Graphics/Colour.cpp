@@ -12,7 +12,7 @@ constexpr unsigned COLOUR_MASK = 0x00FFFFFF;
 
 float Channel(unsigned colour, unsigned shift) { return static_cast<float>((colour >> shift) & 0xFF); }
 
-// Rounds to nearest, ties to even, as a signed 32-bit conversion on the device does: saturated, NaN gives 0.
+// The nearest signed 32-bit integer, ties to even, saturated; NaN gives 0: the conversion of the 32-bit ARM processor.
 unsigned RoundToWord(float value)
 {
     constexpr float LIMIT = 2147483648.0f;
@@ -23,7 +23,7 @@ unsigned RoundToWord(float value)
     return value == value ? static_cast<unsigned>(lrintf(value)) : 0u;
 }
 
-// Each product and the sum round to float, in steps of their own: a fused one gives other colours.
+// Both products and the sum are rounded to float each: a fused multiply-add would give other colours.
 unsigned MergeChannel(unsigned col1, unsigned col2, unsigned shift, float t, float u)
 {
     const float to = Channel(col2, shift) * t;
@@ -38,7 +38,7 @@ unsigned ConvertAlpha(float _alpha)
 {
     if (_alpha > 1.0f)
         return 255;
-    if (!(_alpha >= 0.0f)) // and NaN, which no conversion takes
+    if (!(_alpha >= 0.0f)) // NaN, too: its conversion would be undefined
         return 0;
     return static_cast<unsigned>(_alpha * 255.0f);
 }

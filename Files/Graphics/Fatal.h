@@ -3,10 +3,15 @@
 #include <cstdio>
 #include <cstdlib>
 
-// Ends the program with one line. For the few places that have no caller to tell: without a slot or a table nothing
-// can go on, and exit handlers would only find the same ruins.
+namespace CameraModule
+{
+
+// Ends the program with one line, where no caller could be told: without a table or a slot nothing can go on.
+// _Exit: static destructors would run into the same missing table.
 [[noreturn]] inline void Fatal(const char* what)
 {
     fprintf(stderr, "camera: %s\n", what);
     std::_Exit(EXIT_FAILURE);
 }
+
+} // namespace CameraModule

@@ -2,6 +2,7 @@
 #include "Files/Graphics/Camera_Manager.h"
 
 #include "Files/Code/Function.h"
+#include "Files/Graphics/Function_Arguments.h"
 #include "Files/Graphics/Functions.h"
 
 namespace
@@ -65,6 +66,30 @@ constexpr Builtin BUILTINS[] = {
 };
 
 static_assert(sizeof(BUILTINS) / sizeof(BUILTINS[0]) == 47, "F_CameraSetView stays out on purpose");
+
+constexpr bool AreEqual(const char* a, const char* b)
+{
+    for (; *a == *b; ++a, ++b)
+        if (*a == '\0')
+            return true;
+    return false;
+}
+
+constexpr bool MatchesItsArguments()
+{
+    constexpr int COUNT = sizeof(BUILTINS) / sizeof(BUILTINS[0]);
+    if (sizeof(KvArguments::SIGNATURES) / sizeof(KvSignature) != COUNT)
+        return false;
+    for (int row = 0; row < COUNT; ++row)
+    {
+        const KvSignature& signature = KvArguments::SIGNATURES[row];
+        if (!AreEqual(signature.name, BUILTINS[row].name) || signature.least != BUILTINS[row].argc)
+            return false;
+    }
+    return true;
+}
+
+static_assert(MatchesItsArguments(), "Function_Arguments.h has the same functions, in the same order");
 
 } // namespace
 

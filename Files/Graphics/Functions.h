@@ -35,8 +35,9 @@ void F_CameraGetViewTarget(RValue&, CInstance*, CInstance*, int, RValue*);  // (
 
 // Not in the table: no script reaches it. Sets all ten view properties at once: (camera, x, y, w, h, speed x, y,
 // border x, y, angle, target).
-void F_CameraSetView(RValue&, CInstance*, CInstance*, int,
-                     RValue*); // ---- matrices and callbacks (Functions_Matrix.cpp) ----
+void F_CameraSetView(RValue&, CInstance*, CInstance*, int, RValue*);
+
+// ---- matrices and callbacks (Functions_Matrix.cpp) ----
 void F_CameraSetViewMat(RValue&, CInstance*, CInstance*, int, RValue*);      // (camera, array of 16)
 void F_CameraSetProjMat(RValue&, CInstance*, CInstance*, int, RValue*);      // (camera, array of 16)
 void F_CameraSetUpdateScript(RValue&, CInstance*, CInstance*, int, RValue*); // (camera, script)

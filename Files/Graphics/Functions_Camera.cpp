@@ -6,6 +6,8 @@
 #include "Files/Graphics/Handlers.h"
 #include "Files/Room/Room.h"
 
+using namespace CameraModule;
+
 namespace
 {
 
@@ -24,7 +26,7 @@ void GetField(RValue& result, int argc, const RValue* args, ViewField field, con
         SetReal(result, static_cast<double>(camera->*field));
 }
 
-// Reads a pair of arguments, then stores it. One conversion a statement: hosts may note their order.
+// Sets two fields from arguments 1 and 2. One conversion per statement: the order of calls to the host is fixed.
 void SetPair(RValue& result, int argc, const RValue* args, ViewField first, ViewField second, eRebuild rebuild,
              const char* name)
 {

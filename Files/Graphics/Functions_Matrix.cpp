@@ -9,6 +9,8 @@
 #include "Files/LLVM/Arrays.h"
 #include "Platform/Memory_Manager.h"
 
+using namespace CameraModule;
+
 namespace
 {
 
@@ -38,8 +40,8 @@ void SetMatrixResult(RValue& result, const kvMatrix& matrix)
         SetReal(array->m_array[entry], static_cast<double>(matrix.m[entry]));
 }
 
-// The array that an argument's pointer word names. The kind is not examined, but a number taken for an array must not
-// be followed: what cannot be an address of a record is refused as null is.
+// The array that an argument's pointer word points at, or null. The kind is not examined; a word that cannot be the
+// address of a record (too small, misaligned, not in user space) is refused as null is, because it must be a number.
 RefDynamicArrayOfRValue* ArrayArgument(const RValue& argument)
 {
     constexpr uintptr_t FIRST_ADDRESS = 4096;
@@ -49,7 +51,8 @@ RefDynamicArrayOfRValue* ArrayArgument(const RValue& argument)
     return address >= FIRST_ADDRESS && inUserSpace && aligned ? argument.pRefArray : nullptr;
 }
 
-// False: reported. Both matrix setters report in the name of camera_set_view_mat; games match on the texts.
+// Converts an array argument; false when it was reported. Both matrix setters report in the name of
+// camera_set_view_mat, because games match on the texts.
 bool ReadMatrixArgument(const RValue& argument, kvMatrix& matrix)
 {
     const RefDynamicArrayOfRValue* const array = ArrayArgument(argument);
@@ -68,8 +71,8 @@ bool ReadMatrixArgument(const RValue& argument, kvMatrix& matrix)
     return true;
 }
 
-// A pending build comes before the new matrix is stored, or it would overwrite it later.
-void SetMatrix(RValue& result, int argc, const RValue* args, void (CCamera::*set)(const kvMatrix&), const char* name)
+// Replaces one matrix. A pending build runs first: it would overwrite the new matrix later.
+void SetMatrixOf(RValue& result, int argc, const RValue* args, void (CCamera::*set)(const kvMatrix&), const char* name)
 {
     CCamera* const camera = BeginCall(result, argc, args, 2, name);
     kvMatrix matrix;
@@ -81,14 +84,14 @@ void SetMatrix(RValue& result, int argc, const RValue* args, void (CCamera::*set
 
 // ---- callbacks ----
 
-void GetScript(RValue& result, int argc, const RValue* args, RValue* (CCamera::*script)(), const char* name)
+void GetCallback(RValue& result, int argc, const RValue* args, RValue* (CCamera::*script)(), const char* name)
 {
     CCamera* const camera = BeginCall(result, argc, args, 1, name);
     if (camera != nullptr)
         KvAssign(result, *(camera->*script)());
 }
 
-void SetScript(RValue& result, int argc, RValue* args, void (CCamera::*set)(RValue*), const char* name)
+void SetCallback(RValue& result, int argc, RValue* args, void (CCamera::*set)(RValue*), const char* name)
 {
     CCamera* const camera = BeginCall(result, argc, args, 2, name);
     if (camera != nullptr)
@@ -106,53 +109,53 @@ void F_CameraGetViewMat(RValue& result, CInstance*, CInstance*, int argc, RValue
     SetMatrixResult(result, camera->m_viewMat);
 }
 
-// As the graphics layer would get it now: turned for a render target, unlike the view matrix.
+// The projection as the graphics layer would get it now: y is flipped while a render target is bound.
 void F_CameraGetProjMat(RValue& result, CInstance*, CInstance*, int argc, RValue* args)
 {
     CCamera* const camera = BeginCall(result, argc, args, 1, "camera_get_proj_mat");
     if (camera == nullptr)
         return;
     camera->BuildViewIfDirty();
-    kvMatrix turned;
-    SetMatrixResult(result, ProjectionForTarget(camera->m_projMat, turned));
+    kvMatrix flipped;
+    SetMatrixResult(result, ProjectionForTarget(camera->m_projMat, flipped));
 }
 
 void F_CameraSetViewMat(RValue& result, CInstance*, CInstance*, int argc, RValue* args)
 {
-    SetMatrix(result, argc, args, &CCamera::SetViewMat, "camera_set_view_mat");
+    SetMatrixOf(result, argc, args, &CCamera::SetViewMat, "camera_set_view_mat");
 }
 
 void F_CameraSetProjMat(RValue& result, CInstance*, CInstance*, int argc, RValue* args)
 {
-    SetMatrix(result, argc, args, &CCamera::SetProjMat, "camera_set_proj_mat");
+    SetMatrixOf(result, argc, args, &CCamera::SetProjMat, "camera_set_proj_mat");
 }
 
 void F_CameraGetBeginScript(RValue& result, CInstance*, CInstance*, int argc, RValue* args)
 {
-    GetScript(result, argc, args, &CCamera::GetBeginScript, "camera_get_begin_script");
+    GetCallback(result, argc, args, &CCamera::GetBeginScript, "camera_get_begin_script");
 }
 
 void F_CameraSetBeginScript(RValue& result, CInstance*, CInstance*, int argc, RValue* args)
 {
-    SetScript(result, argc, args, &CCamera::SetBeginScript, "camera_set_begin_script");
+    SetCallback(result, argc, args, &CCamera::SetBeginScript, "camera_set_begin_script");
 }
 
 void F_CameraGetEndScript(RValue& result, CInstance*, CInstance*, int argc, RValue* args)
 {
-    GetScript(result, argc, args, &CCamera::GetEndScript, "camera_get_end_script");
+    GetCallback(result, argc, args, &CCamera::GetEndScript, "camera_get_end_script");
 }
 
 void F_CameraSetEndScript(RValue& result, CInstance*, CInstance*, int argc, RValue* args)
 {
-    SetScript(result, argc, args, &CCamera::SetEndScript, "camera_set_end_script");
+    SetCallback(result, argc, args, &CCamera::SetEndScript, "camera_set_end_script");
 }
 
 void F_CameraGetUpdateScript(RValue& result, CInstance*, CInstance*, int argc, RValue* args)
 {
-    GetScript(result, argc, args, &CCamera::GetUpdateScript, "camera_get_update_script");
+    GetCallback(result, argc, args, &CCamera::GetUpdateScript, "camera_get_update_script");
 }
 
 void F_CameraSetUpdateScript(RValue& result, CInstance*, CInstance*, int argc, RValue* args)
 {
-    SetScript(result, argc, args, &CCamera::SetUpdateScript, "camera_set_update_script");
+    SetCallback(result, argc, args, &CCamera::SetUpdateScript, "camera_set_update_script");
 }

@@ -5,6 +5,8 @@
 #include "Files/Graphics/Values.h"
 #include "Files/Room/Room.h"
 
+using namespace CameraModule;
+
 namespace
 {
 
@@ -15,10 +17,11 @@ void GetProperty(Accessor accessor, RValue& result, CInstance* self, const RValu
     accessor(self, KvGetInt32(args, 0), &result);
 }
 
-// Whatever the property, its new value travels as a real. The value is converted before the view number.
+// Sets a property of a view. The new value is passed as a real, whatever the property; it is converted before the view
+// number.
 void SetProperty(Accessor accessor, CInstance* self, const RValue* args)
 {
-    RValue value = MakeReal(KvGetReal(args, 1));
+    RValue value = RealValue(KvGetReal(args, 1));
     const int view = KvGetInt32(args, 0);
     accessor(self, view, &value);
 }

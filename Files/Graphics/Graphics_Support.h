@@ -27,6 +27,7 @@
 // then the helpers that need none of these.
 #include "Files/Graphics/Camera.h"
 #include "Files/Graphics/Camera_GCProxy.h"
+#include "Files/Graphics/Camera_Handle.h"
 #include "Files/Graphics/Camera_Manager.h"
 #include "Files/Graphics/Colour.h"
 #include "Files/Graphics/Functions.h"

@@ -5,6 +5,9 @@
 #include "Files/Graphics/Camera_Manager.h"
 #include "Files/Graphics/Values.h"
 
+namespace CameraModule
+{
+
 // A handler's first step: the result is -1, and the call has the right number of arguments. False: reported.
 inline bool CheckCall(RValue& result, int argc, int expected, const char* name)
 {
@@ -15,11 +18,14 @@ inline bool CheckCall(RValue& result, int argc, int expected, const char* name)
     return false;
 }
 
-// Its second: the camera that the first argument names. Null: the handler has nothing to do, and no error to report.
+// A handler's second step: the camera that the first argument names. Null: there is nothing to do and nothing to
+// report.
 inline CCamera* NamedCamera(const RValue* args) { return g_CM.GetCamera(KvGetInt32(args, 0)); }
 
-// Both, for the many that take exactly `expected` arguments.
+// Both steps, for handlers that take exactly `expected` arguments.
 inline CCamera* BeginCall(RValue& result, int argc, const RValue* args, int expected, const char* name)
 {
     return CheckCall(result, argc, expected, name) ? NamedCamera(args) : nullptr;
 }
+
+} // namespace CameraModule

@@ -16,12 +16,14 @@
 
 #include <png.h>
 
+using namespace CameraModule;
+
 namespace
 {
 
 // ---- BMP ----
 
-constexpr int BMP_LINE = 189; // the line under which hosts track BMP blocks
+constexpr int BMP_LINE = 189; // fixed by the hosts' tracking of allocations, which knows BMP blocks by this number
 constexpr int BMP_HEADER = 54;
 constexpr int BMP_PIXEL = PixelPack::STORED;
 
@@ -57,7 +59,7 @@ void PutHeader(unsigned char* out, int fileSize, int width, int height)
     word(0);
 }
 
-// The source's bytes; what lies past them reads as 0.
+// The source's bytes. Bytes past its end read as 0.
 struct PixelSource
 {
     const unsigned char* bytes;
@@ -83,7 +85,7 @@ void PutWidePixels(unsigned char* out, const PixelPack::Picture& picture)
     PixelPack::PackPlain(out, picture);
 }
 
-// For pixels narrower than what is stored of them: the last ones reach past the source.
+// Pixels of fewer than three bytes: the last bytes to be stored lie past the end of the source.
 void PutNarrowPixels(unsigned char* out, const PixelSource& source, int width, int height)
 {
     for (int row = height - 1; row >= 0; --row)
@@ -108,6 +110,7 @@ void PutPixels(unsigned char* out, const void* buffer, int width, int height, in
 // ---- PNG ----
 
 constexpr int PATH_SIZE = 2048;
+constexpr char ROWS_FAILED[] = "[write_png_file] Error during writing bytes";
 
 void PNGAPI pngWriteFn(png_structp png_ptr, png_bytep inBytes, png_size_t byteCountToWrite)
 {
@@ -125,8 +128,8 @@ bool Report(const char* message)
     return false;
 }
 
-// The stages of a PNG. libpng reports an error by jumping back into the stage that armed the jump last; each stage arms
-// its own, holds nothing that a jump could lose, and has not returned when libpng jumps.
+// The stages of writing a PNG. libpng reports an error by a longjmp to the last setjmp: each stage has its own, keeps
+// no local that the jump could lose, and has not returned when libpng jumps.
 
 bool InitIO(png_structp png, _KvFILE* file)
 {
@@ -146,15 +149,16 @@ bool WriteHeader(png_structp png, png_infop info, int width, int height)
     return true;
 }
 
-// Leaves the row table to the caller, who frees it whether libpng jumped or not.
+// Leaves the row table to the caller, who frees it whether libpng jumped or not. A refused table is reported here and
+// not through png_error, which would print on the standard error stream, too.
 bool WriteRows(png_structp png, void* pixels, int width, int height, png_bytep** rowTable)
 {
     if (setjmp(png_jmpbuf(png)) != 0)
-        return Report("[write_png_file] Error during writing bytes");
+        return Report(ROWS_FAILED);
     png_bytep* const rows = static_cast<png_bytep*>(malloc(static_cast<size_t>(height) * sizeof(png_bytep)));
     *rowTable = rows;
     if (rows == nullptr)
-        png_error(png, "out of memory for the row table");
+        return Report(ROWS_FAILED);
     for (int y = 0; y < height; ++y)
         rows[y] = static_cast<png_bytep>(pixels) + static_cast<size_t>(y) * static_cast<size_t>(width) * 4;
     png_write_image(png, rows);

@@ -3,9 +3,13 @@
 
 #include "Platform/Strict_Float.h"
 
-// Entry (Row, Column): the minor of m without row Column and column Row, with its sign. With r0 < r1 < r2 and
-// c0 < c1 < c2 the rows and columns that remain, six products in this order, each and the sum from left to right.
-// The order is fixed for ever: saved states hold the bits that it gives.
+namespace CameraModule
+{
+
+// Entry (Row, Column) of the adjugate: the cofactor of m's entry (Column, Row), which is the determinant of m without
+// that row and that column, negated where Row + Column is odd. r0 < r1 < r2 and c0 < c1 < c2 are the remaining rows and
+// columns. The order of the six products, of their factors and of the sum is fixed: saved states hold the bits it
+// gives.
 template <int Row, int Column> inline float AdjugateEntry(const float (&m)[16])
 {
     constexpr int r0 = 4 * (Column == 0 ? 1 : 0);
@@ -25,7 +29,7 @@ template <int Row, int Column> inline float AdjugateEntry(const float (&m)[16])
                m[r2 + c0] * m[r0 + c1] * m[r1 + c2] + m[r2 + c0] * m[r0 + c2] * m[r1 + c1];
 }
 
-// Always in one body, where entries share products.
+// Always inlined, so that the cofactors share their products of two factors.
 template <int Row> __attribute__((always_inline)) inline void AdjugateRow(const float (&m)[16], float* inv)
 {
     inv[0] = AdjugateEntry<Row, 0>(m);
@@ -42,8 +46,8 @@ inline void StoreScaled(float* row, const float* inv, float s)
     row[3] = inv[3] * s;
 }
 
-// The whole inverse by the definition, which may take the place of the matrix; false, and nothing stored, when the
-// determinant is exactly zero.
+// The whole inverse by the definition. False, and nothing stored, when the determinant is exactly zero. inverse may be
+// the matrix itself.
 inline bool InvertByDefinition(float (&inverse)[16], const float (&m)[16])
 {
     float inv[16];
@@ -63,3 +67,5 @@ inline bool InvertByDefinition(float (&inverse)[16], const float (&m)[16])
     StoreScaled(inverse + 12, inv + 12, s);
     return true;
 }
+
+} // namespace CameraModule

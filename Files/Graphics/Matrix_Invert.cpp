@@ -1,43 +1,37 @@
-// The inverse of a matrix. Matrix_Adjugate.h defines it, and faster ways give the same bits (NaN payloads aside): for
-// the matrices of flat cameras, and on x86 for any matrix. Compilers give __m128 the operators of a number.
+// The inverse of a matrix: adjugate divided by determinant, as Matrix_Adjugate.h defines it. Two shorter ways give the
+// same bits (NaN payloads aside): one for the matrices of flat cameras, one for any matrix, with a row of cofactors in
+// a register. GCC and Clang define the operators + - * for __m128.
 #include "Platform/Strict_Float.h"
 
 #include "Files/Graphics/Matrix_Invert.h"
 
 #include "Files/Graphics/Matrix_Adjugate.h"
+#include "Platform/Lanes.h"
 #include "Platform/Matrix.h"
 
-#if defined(__SSE2__)
-#include <emmintrin.h>
-#endif
+using namespace CameraModule;
 
 namespace
 {
 
 // ---- flat matrices: the view of a camera that looks straight along z, its parallel projection, their product ----
 //
-//   a b 0 0      Where a factor is zero, so is the term: nothing is infinite, and below 2^40 no product of three
-//   c d 0 0      overflows. Leaving such terms out of a sum changes no bit unless all six are zeros. That sum is +0:
-//   0 0 e 0      for -0 all six signs would have to be minus, but the three terms that enter with a plus and the three
-//   x y z 1      that enter with a minus are products of the same nine factors. Adding +0 gives just that.
+//   a b 0 0      A term with a factor zero is zero: no entry is infinite, and below 2^40 no product of three overflows.
+//   c d 0 0      Leaving zero terms out of a sum of six changes no bit, unless all six are zeros. Their sum is +0: for
+//   0 0 e 0      -0 all six would have to enter as -0, but the three that are added and the three that are subtracted
+//   x y z 1      are products of the same nine factors. So each shortened sum gets "+ zero", which makes a -0 a +0.
 
 constexpr uint32_t ONE = 0x3F800000;
 constexpr float SMALL = 1099511627776.0f; // 2^40
 
 #if defined(__SSE2__)
 
-template <int A, int B, int C, int D> inline __m128 Lanes(__m128 v)
-{
-    return _mm_castsi128_ps(_mm_shuffle_epi32(_mm_castps_si128(v), _MM_SHUFFLE(D, C, B, A)));
-}
-
-// Two lanes of the one, then two of the other.
-template <int A, int B, int C, int D> inline __m128 Lanes(__m128 v, __m128 w)
-{
-    return _mm_shuffle_ps(v, w, _MM_SHUFFLE(D, C, B, A));
-}
-
-inline float First(__m128 v) { return _mm_cvtss_f32(v); }
+using Lanes::First;
+using Lanes::InAll;
+using Lanes::Magnitudes;
+using Lanes::Only;
+using Lanes::Pick;
+using Lanes::Spread;
 
 // A matrix in registers.
 struct Rows
@@ -50,7 +44,7 @@ struct Rows
     }
     Rows(__m128 row0, __m128 row1, __m128 row2, __m128 row3) : r0(row0), r1(row1), r2(row2), r3(row3) {}
 
-    // Each entry times 1 / determinant.
+    // Stores every entry, multiplied by 1 / determinant.
     void StoreDivided(float* m, float determinant) const
     {
         const __m128 s = _mm_set1_ps(1.0f / determinant);
@@ -61,74 +55,70 @@ struct Rows
     }
 };
 
-// Of rows 0 and 1 the sum is asked: what is not zero, too large or not a number in either shows there.
+// Test |row0| + |row1| at once: a lane that is non-zero, too large or NaN in either row makes the sum fail.
 inline bool HasFlatShape(const kvMatrix& matrix, const Rows& m)
 {
     if (matrix.u[15] != ONE)
         return false;
-    const __m128 sign = _mm_set1_ps(-0.0f);
-    const __m128 turn = _mm_add_ps(_mm_andnot_ps(sign, m.r0), _mm_andnot_ps(sign, m.r1));
-    const __m128 turnFits = _mm_cmple_ps(turn, _mm_setr_ps(SMALL, SMALL, 0.0f, 0.0f));
-    const __m128 depthFits = _mm_cmple_ps(_mm_andnot_ps(sign, m.r2), _mm_setr_ps(0.0f, 0.0f, SMALL, 0.0f));
-    const __m128 placeFits = _mm_cmple_ps(_mm_andnot_ps(sign, m.r3), _mm_setr_ps(SMALL, SMALL, SMALL, 1.0f));
-    return _mm_movemask_ps(_mm_and_ps(_mm_and_ps(turnFits, depthFits), placeFits)) == 0xF;
+    const __m128 rows01 = _mm_add_ps(Magnitudes(m.r0), Magnitudes(m.r1));
+    const __m128 rows01Fit = _mm_cmple_ps(rows01, _mm_setr_ps(SMALL, SMALL, 0.0f, 0.0f));
+    const __m128 row2Fits = _mm_cmple_ps(Magnitudes(m.r2), _mm_setr_ps(0.0f, 0.0f, SMALL, 0.0f));
+    const __m128 row3Fits = _mm_cmple_ps(Magnitudes(m.r3), _mm_setr_ps(SMALL, SMALL, SMALL, 1.0f));
+    return InAll(_mm_and_ps(_mm_and_ps(rows01Fit, row2Fits), row3Fits));
 }
-
-inline __m128 OnlyLane1(__m128 v) { return _mm_and_ps(v, _mm_castsi128_ps(_mm_setr_epi32(0, -1, 0, 0))); }
-inline __m128 OnlyLane2(__m128 v) { return _mm_and_ps(v, _mm_castsi128_ps(_mm_setr_epi32(0, 0, -1, 0))); }
 
 inline bool InvertFlat(float* inverse, const Rows& m)
 {
-    const __m128 turn12 = _mm_setr_ps(0.0f, -0.0f, -0.0f, 0.0f);
+    const __m128 negate12 = _mm_setr_ps(0.0f, -0.0f, -0.0f, 0.0f);
     const __m128 zero = _mm_setzero_ps();
     const __m128 acbd = _mm_unpacklo_ps(m.r0, m.r1);
     const __m128 ze = _mm_unpackhi_ps(m.r3, m.r2); // z e 1 0
-    const __m128 eeee = Lanes<2, 2, 2, 2>(m.r2);
+    const __m128 eeee = Spread<2>(m.r2);
 
     // de -be -ce ae
-    const __m128 block = _mm_xor_ps(Lanes<3, 2, 1, 0>(acbd) * eeee, turn12);
-    const __m128 terms = m.r0 * Lanes<0, 2, 2, 2>(block);
-    const float determinant = First(terms) + First(Lanes<1, 1, 1, 1>(terms));
+    const __m128 block = _mm_xor_ps(Pick<3, 2, 1, 0>(acbd) * eeee, negate12);
+    const __m128 terms = m.r0 * Pick<0, 2, 2, 2>(block);
+    const float determinant = First(terms) + First(Spread<1>(terms));
     if (determinant == 0.0f)
         return false;
 
     // ce ae ad ad, then cey aey adz ade; xd xb cb cb, then xde xbe cbz cbe
-    const __m128 u = Lanes<1, 0, 0, 0>(acbd) * Lanes<0, 0, 1, 1>(eeee, m.r1);
-    const __m128 v = Lanes<0, 0, 0, 0>(m.r3, m.r1) * Lanes<3, 2, 2, 2>(acbd);
-    const __m128 place = u * Lanes<1, 1, 0, 1>(m.r3, ze) - v * Lanes<0, 0, 0, 1>(eeee, ze);
+    const __m128 u = Pick<1, 0, 0, 0>(acbd) * Pick<0, 0, 1, 1>(eeee, m.r1);
+    const __m128 v = Pick<0, 0, 0, 0>(m.r3, m.r1) * Pick<3, 2, 2, 2>(acbd);
+    const __m128 row3 = u * Pick<1, 1, 0, 1>(m.r3, ze) - v * Pick<0, 0, 0, 1>(eeee, ze);
 
-    Rows(_mm_movelh_ps(block, zero) + zero, _mm_movehl_ps(zero, block) + zero, OnlyLane2(u - v) + zero,
-         _mm_xor_ps(place, turn12) + zero)
+    Rows(_mm_movelh_ps(block, zero) + zero, _mm_movehl_ps(zero, block) + zero, Only<2>(u - v) + zero,
+         _mm_xor_ps(row3, negate12) + zero)
         .StoreDivided(inverse, determinant);
     return true;
 }
 
-// Without a turn, b and c are zeros too.
+// Without rotation: b and c are zeros, too.
 inline bool InvertUpright(float* inverse, const Rows& m)
 {
-    const __m128 turn012 = _mm_setr_ps(-0.0f, -0.0f, -0.0f, 0.0f);
+    const __m128 negate012 = _mm_setr_ps(-0.0f, -0.0f, -0.0f, 0.0f);
     const __m128 zero = _mm_setzero_ps();
-    const __m128 ddee = Lanes<1, 1, 2, 2>(m.r1, m.r2);
-    const __m128 eeee = Lanes<2, 2, 2, 2>(m.r2);
+    const __m128 ddee = Pick<1, 1, 2, 2>(m.r1, m.r2);
+    const __m128 eeee = Spread<2>(m.r2);
     const __m128 de = _mm_mul_ss(ddee, eeee);
     const float determinant = First(_mm_mul_ss(m.r0, de));
     if (determinant == 0.0f)
         return false;
 
     // xd ae ad ad, then xde aey adz ade
-    const __m128 u = Lanes<0, 1, 1, 1>(_mm_unpacklo_ps(m.r3, m.r0)) * Lanes<0, 2, 0, 0>(ddee);
-    const __m128 eyze = _mm_move_ss(Lanes<1, 1, 0, 1>(m.r3, _mm_unpackhi_ps(m.r3, m.r2)), eeee);
+    const __m128 u = Pick<0, 1, 1, 1>(_mm_unpacklo_ps(m.r3, m.r0)) * Pick<0, 2, 0, 0>(ddee);
+    const __m128 eyze = _mm_move_ss(Pick<1, 1, 0, 1>(m.r3, _mm_unpackhi_ps(m.r3, m.r2)), eeee);
 
-    Rows(_mm_move_ss(zero, de) + zero, OnlyLane1(u) + zero, OnlyLane2(u) + zero, _mm_xor_ps(u * eyze, turn012) + zero)
+    Rows(_mm_move_ss(zero, de) + zero, Only<1>(u) + zero, Only<2>(u) + zero, _mm_xor_ps(u * eyze, negate012) + zero)
         .StoreDivided(inverse, determinant);
     return true;
 }
 
-// ---- any matrix: a row of the adjugate at once, in the definition's order ----
+// ---- any matrix: one row of the adjugate (four cofactors) at once, in the definition's order ----
 
-// The four entries of a row leave out row 0, 1, 2, 3. By column: what then stands in the low, the mid and the high of
-// the rows that remain. The entries' signs alternate along a row, so lanes 1 and 3 take a factor with its sign turned;
-// they alternate from row to row as well, which is where a sum of terms begins. Negation is exact: the same bits.
+// The factors of the cofactors. Lane i omits matrix row i; low/mid/high[c] hold column c of the first, second and third
+// remaining row. The signs of cofactors alternate along a row: lanes 1 and 3 get one factor negated, which is exact.
+// They alternate from row to row, too: AdjugateOf starts its sums with a plus or with a minus.
 struct Columns
 {
     __m128 low[4], mid[4], high[4];
@@ -136,26 +126,26 @@ struct Columns
     explicit Columns(const Rows& m)
     {
         const __m128 sign = _mm_set1_ps(-0.0f);
-        const __m128 turned0 = _mm_xor_ps(m.r0, sign), turned2 = _mm_xor_ps(m.r2, sign);
-        const __m128 low01 = _mm_unpacklo_ps(m.r1, turned0), low23 = _mm_unpackhi_ps(m.r1, turned0);
-        const __m128 high01 = _mm_unpacklo_ps(m.r3, turned2), high23 = _mm_unpackhi_ps(m.r3, turned2);
-        Set<0>(Lanes<0, 1, 0, 0>(low01, m.r0), m, Lanes<0, 0, 0, 1>(high01));
-        Set<1>(Lanes<2, 3, 1, 1>(low01, m.r0), m, Lanes<2, 2, 2, 3>(high01));
-        Set<2>(Lanes<0, 1, 2, 2>(low23, m.r0), m, Lanes<0, 0, 0, 1>(high23));
-        Set<3>(Lanes<2, 3, 3, 3>(low23, m.r0), m, Lanes<2, 2, 2, 3>(high23));
+        const __m128 negated0 = _mm_xor_ps(m.r0, sign), negated2 = _mm_xor_ps(m.r2, sign);
+        const __m128 low01 = _mm_unpacklo_ps(m.r1, negated0), low23 = _mm_unpackhi_ps(m.r1, negated0);
+        const __m128 high01 = _mm_unpacklo_ps(m.r3, negated2), high23 = _mm_unpackhi_ps(m.r3, negated2);
+        Set<0>(Pick<0, 1, 0, 0>(low01, m.r0), m, Pick<0, 0, 0, 1>(high01));
+        Set<1>(Pick<2, 3, 1, 1>(low01, m.r0), m, Pick<2, 2, 2, 3>(high01));
+        Set<2>(Pick<0, 1, 2, 2>(low23, m.r0), m, Pick<0, 0, 0, 1>(high23));
+        Set<3>(Pick<2, 3, 3, 3>(low23, m.r0), m, Pick<2, 2, 2, 3>(high23));
     }
 
 private:
     template <int C> void Set(__m128 lowRows, const Rows& m, __m128 highRows)
     {
         low[C] = lowRows;
-        mid[C] = Lanes<C, C, C, C>(m.r2, m.r1);
+        mid[C] = Pick<C, C, C, C>(m.r2, m.r1);
         high[C] = highRows;
     }
 };
 
-// Two of the six terms for each row. Without its column, columns c0 < c1 < c2 remain: first[c0] second[c1] third[c2],
-// and the same with c1 and c2 exchanged. Rows share the products of two factors.
+// Two of the six terms of each cofactor. Row r of the adjugate omits column r; of the remaining columns c0 < c1 < c2,
+// straight[r] is first[c0] second[c1] third[c2], and crossed[r] has c1 and c2 exchanged. Rows share products of two.
 struct Terms
 {
     __m128 straight[4], crossed[4];
@@ -175,7 +165,7 @@ struct Terms
     }
 };
 
-// Two terms after the other for all rows, since registers do not hold six.
+// All rows take two terms, then the next two: the registers do not hold all six.
 inline Rows AdjugateOf(const Rows& m)
 {
     const Columns of(m);
@@ -210,7 +200,7 @@ inline bool InvertAny(float* inverse, const Rows& m, const float* firstRow)
 
 } // namespace
 
-bool InvertTo(kvMatrix& inverse, const kvMatrix& matrix)
+bool CameraModule::InvertTo(kvMatrix& inverse, const kvMatrix& matrix)
 {
     const Rows m(matrix.m);
     if (!HasFlatShape(matrix, m))
@@ -253,7 +243,7 @@ inline bool InvertFlat(kvMatrix& inverse, const kvMatrix& m)
 
 } // namespace
 
-bool InvertTo(kvMatrix& inverse, const kvMatrix& matrix)
+bool CameraModule::InvertTo(kvMatrix& inverse, const kvMatrix& matrix)
 {
     return HasFlatShape(matrix) ? InvertFlat(inverse, matrix) : InvertByDefinition(inverse.m, matrix.m);
 }

@@ -1,7 +1,6 @@
 #pragma once
-// Packs pictures to three bytes a pixel, bottom row first, without padding. Both packers store the same bytes, exactly
-// 3 * width * height of them, and read nothing past the last pixel. Everything here is local to who includes it, so
-// that a host sees no name of it.
+// Packers of pictures: three bytes a pixel, bottom row first, without padding. Both store the same 3 * width * height
+// bytes and read nothing past the last pixel. Everything here is local to who includes it.
 
 #include <cstddef>
 #include <cstdint>
@@ -19,7 +18,7 @@ namespace PixelPack
 {
 
 constexpr ptrdiff_t STORED = 3;   // bytes of a pixel
-constexpr ptrdiff_t SHUFFLED = 4; // those that a pixel must have for shuffles
+constexpr ptrdiff_t SHUFFLED = 4; // bytes of a source pixel for which there is code with shuffles
 
 struct Picture
 {
@@ -29,7 +28,7 @@ struct Picture
     int bytesPerPixel; // at least STORED
 };
 
-// Each pixel is stored with the byte that follows it, which the next pixel overwrites; the last one without.
+// Copies four bytes of each pixel, the fourth of which the next pixel overwrites; of the last pixel only three.
 static inline void PackRow(unsigned char* out, const unsigned char* pixel, int count, ptrdiff_t distance)
 {
     for (; count > 4; count -= 4, out += 4 * STORED, pixel += 4 * distance)
@@ -45,8 +44,8 @@ static inline void PackRow(unsigned char* out, const unsigned char* pixel, int c
         memcpy(out, pixel, STORED);
 }
 
-// From the end of the block on: who has just cleared it left its end in the cache. And the pixels are read in the order
-// in which a processor expects them.
+// Write the last row first: the caller has just zeroed the block, so its end is still cached. The source is then read
+// forwards, as prefetching expects.
 template <void (*Row)(unsigned char* out, const unsigned char* pixel, int count, ptrdiff_t distance)>
 __attribute__((always_inline)) static inline void PackRows(unsigned char* out, Picture picture)
 {
@@ -57,7 +56,7 @@ __attribute__((always_inline)) static inline void PackRows(unsigned char* out, P
         Row(out -= stored, picture.pixels + y * rowBytes, picture.width, picture.bytesPerPixel);
 }
 
-// With every processor's instructions.
+// The packer for any processor.
 static inline void PackPlain(unsigned char* out, Picture picture) { PackRows<PackRow>(out, picture); }
 
 #if defined(PIXEL_PACK_SHUFFLES)
@@ -66,7 +65,7 @@ static inline void PackPlain(unsigned char* out, Picture picture) { PackRows<Pac
 
 static inline bool HasShuffles() { return true; }
 
-// Loaded byte by byte into four registers, of which three are stored in turn.
+// One load distributes the bytes of sixteen pixels over four registers; one store interleaves three of them.
 static inline void PackSixteen(unsigned char* out, const unsigned char* pixel)
 {
     const uint8x16x4_t bytes = vld4q_u8(pixel);
@@ -87,9 +86,9 @@ PIXEL_PACK_SHUFFLES static inline void Store(unsigned char* out, __m128 bytes)
     _mm_storeu_si128(reinterpret_cast<__m128i*>(out), _mm_castps_si128(bytes));
 }
 
-// Each register's four pixels become twelve bytes, turned to where they are stored: three blends join them, by words of
-// four bytes. Nothing is computed: a blend of floats moves their bytes as they are. A shift of bytes would do, too, but
-// many processors have one unit for it and for the shuffles.
+// A shuffle packs the four pixels of a register into twelve bytes, rotated to where they will be stored; three blends
+// of 4-byte words join the registers. Blends of floats move bytes unchanged, and unlike byte shifts they do not compete
+// with the shuffles for one unit of the processor.
 PIXEL_PACK_SHUFFLES static inline void PackSixteen(unsigned char* out, const unsigned char* pixel)
 {
     const __m128 a = Shuffled(pixel, _mm_setr_epi8(0, 1, 2, 4, 5, 6, 8, 9, 10, 12, 13, 14, -1, -1, -1, -1));
@@ -111,7 +110,7 @@ PIXEL_PACK_SHUFFLES static inline void PackRowBySixteens(unsigned char* out, con
     PackRow(out, pixel, count, distance);
 }
 
-// For pixels of SHUFFLED bytes.
+// The packer for pixels of SHUFFLED bytes.
 PIXEL_PACK_SHUFFLES static inline void PackShuffled(unsigned char* out, Picture picture)
 {
     PackRows<PackRowBySixteens>(out, picture);

@@ -79,7 +79,7 @@ float AcosNearMinusOne(float cosine)
 
 // Payne and Hanek's method: the float is a whole number of 24 bits times a power of 2, which selects the bits of 2/pi
 // that matter.
-QuarterTurns ReduceLargeAngle(float radians)
+CameraModule::QuarterTurns CameraModule::ReduceLargeAngle(float radians)
 {
     uint32_t bits;
     std::memcpy(&bits, &radians, sizeof bits);
@@ -94,14 +94,14 @@ QuarterTurns ReduceLargeAngle(float radians)
                           : QuarterTurns{remainder, static_cast<uint32_t>(quarter)};
 }
 
-float GR_Acos(float _cosine)
+float GR_Acos(float cosine)
 {
-    const float size = fabsf(_cosine);
+    const float size = fabsf(cosine);
     if (size < 0.5f)
-        return HALF_PI_HIGH - (_cosine - (HALF_PI_LOW - _cosine * ArcSineExcess(_cosine * _cosine)));
+        return HALF_PI_HIGH - (cosine - (HALF_PI_LOW - cosine * ArcSineExcess(cosine * cosine)));
     if (!(size <= 1.0f))
         return std::numeric_limits<float>::quiet_NaN();
-    if (_cosine == 1.0f) // no root to divide by
+    if (cosine == 1.0f) // no root to divide by
         return 0.0f;
-    return _cosine > 0.0f ? AcosNearOne(_cosine) : AcosNearMinusOne(_cosine);
+    return cosine > 0.0f ? AcosNearOne(cosine) : AcosNearMinusOne(cosine);
 }

@@ -22,13 +22,15 @@ struct SineCosine
 
 // Of an angle in radians, of any size; within 0.57 of a unit in the last place. The sine of minus zero is minus zero.
 // Infinities give NaN. Both together take little longer than one.
-SineCosine GR_SinCos(float _radians);
-float GR_Sin(float _radians);
-float GR_Cos(float _radians);
+SineCosine GR_SinCos(float radians);
+float GR_Sin(float radians);
+float GR_Cos(float radians);
 
 // In radians, from 0 to pi; within 0.9 of a unit in the last place. NaN beyond -1 .. 1.
-float GR_Acos(float _cosine);
+float GR_Acos(float cosine);
 
+namespace CameraModule
+{
 // ---- range reduction: whole quarter turns are taken off; two polynomials in double serve the remainder ----
 
 // The angle is remainder + quarter * pi/2, the remainder between -pi/4 and pi/4. Quarters count modulo 4.
@@ -105,14 +107,16 @@ inline SineCosine SinCosOf(QuarterTurns turns)
     }
 }
 
+} // namespace CameraModule
+
 // Below 2^-12 the next terms are lost in the rounding. Angle 0 is the common case, and minus zero keeps its sign.
-inline SineCosine GR_SinCos(float _radians)
+inline SineCosine GR_SinCos(float radians)
 {
-    if (fabsf(_radians) < 0x1p-12f)
-        return {_radians, 1.0f};
-    return SinCosOf(TurnsOf(_radians));
+    if (fabsf(radians) < 0x1p-12f)
+        return {radians, 1.0f};
+    return CameraModule::SinCosOf(CameraModule::TurnsOf(radians));
 }
 
-inline float GR_Sin(float _radians) { return GR_SinCos(_radians).sine; }
+inline float GR_Sin(float radians) { return GR_SinCos(radians).sine; }
 
-inline float GR_Cos(float _radians) { return GR_SinCos(_radians).cosine; }
+inline float GR_Cos(float radians) { return GR_SinCos(radians).cosine; }

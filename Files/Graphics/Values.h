@@ -3,6 +3,9 @@
 
 #include "Files/LLVM/RValue.h"
 
+namespace CameraModule
+{
+
 // Writes a real over a value that holds no reference, or whose reference is somebody else's to release.
 // The flags stay as they are: they belong to whoever made the value.
 inline void SetReal(RValue& value, double number)
@@ -11,7 +14,7 @@ inline void SetReal(RValue& value, double number)
     value.val = number;
 }
 
-inline RValue MakeReal(double number)
+inline RValue RealValue(double number)
 {
     RValue value;
     value.val = number;
@@ -20,7 +23,7 @@ inline RValue MakeReal(double number)
     return value;
 }
 
-inline RValue MakeEmpty(uint32_t kind)
+inline RValue EmptyValue(uint32_t kind)
 {
     RValue value;
     value.v64 = 0;
@@ -29,13 +32,18 @@ inline RValue MakeEmpty(uint32_t kind)
     return value;
 }
 
-constexpr int NO_SCRIPT = -1;
+constexpr int NO_SCRIPT_INDEX = -1;
 
 // What cameras hold at first for a callback, told without asking the host. Other values may mean the same to it.
-inline bool IsNoScript(const RValue& callback) { return callback.kind == VALUE_REAL && callback.val == NO_SCRIPT; }
+inline bool IsNoScript(const RValue& callback)
+{
+    return callback.kind == VALUE_REAL && callback.val == NO_SCRIPT_INDEX;
+}
 
 inline void ReleaseValue(RValue& value)
 {
     if (KvNeedsRelease(value))
         FREE_RValue__Pre(&value);
 }
+
+} // namespace CameraModule

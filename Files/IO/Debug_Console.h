@@ -10,4 +10,4 @@ protected:
     ~CDebugConsole() = default;
 };
 
-extern CDebugConsole* dbg_csol; // null: nobody listens
+extern CDebugConsole* dbg_csol; // null: there is no console

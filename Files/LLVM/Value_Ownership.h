@@ -1,5 +1,5 @@
 #pragma once
-// Who holds what: the release, the copy and the assignment of values. Included by RValue.h.
+// Ownership of values: release, copy and assignment. Included by RValue.h.
 //
 // A value of kind string, array or object refers to something shared. Whoever stores such a value takes a reference
 // of its own; whoever overwrites one releases the old reference first. Objects are not counted: the collector learns
@@ -39,7 +39,7 @@ inline void FREE_RValue__Pre(RValue* value)
     }
 }
 
-// Completes a copy whose flags and kind are already in place: the pointer, and a reference of dst's own.
+// Completes a copy whose flags and kind are already copied: stores the pointer and takes a reference for dst.
 inline void COPY_RValue_do__Post(RValue* dst, const RValue* src)
 {
     switch (KvKind(*src))

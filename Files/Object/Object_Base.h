@@ -15,6 +15,8 @@ enum eObjectKind : int
     OBJECT_KIND_CONTAINER = 7, // holds values, is not seen by scripts: the cameras' proxies
 };
 
+constexpr int OBJECT_VARIABLE_MASK = 0xFFFFFF; // what objects pass to their base: all 24 bits of a variable's number
+
 // The base of everything that the collector owns. All operations are the host's; their order is that of the table.
 class KvObjectBase
 {

@@ -1,10 +1,11 @@
 #include "Runner/Api/Api.h"
 
 #include "Runner/Api/Api_Functions.h"
-
 #include "Runner/Draw/Painter.h"
 #include "Runner/Game/Game.h"
 #include "Runner/Lua/Script_Engine.h"
+
+#include <array>
 
 namespace Runner
 {
@@ -29,6 +30,11 @@ void RaisePainterError(const Arguments& call)
     const std::string problem = painter == nullptr ? "" : painter->TakeError();
     if (!problem.empty())
         call.Fail(problem);
+}
+
+std::array<ApiTable, 6> AllTables()
+{
+    return {WorldApi(), RoomApi(), SystemApi(), DrawApi(), PictureApi(), SpaceApi()};
 }
 
 int CallApi(lua_State* L)
@@ -70,11 +76,20 @@ void OpenColours(lua_State* L)
 
 void OpenApi(lua_State* L, Game& game)
 {
-    for (const ApiTable& table : {WorldApi(), RoomApi(), SystemApi(), DrawApi(), PictureApi(), SpaceApi()})
+    for (const ApiTable& table : AllTables())
         OpenTable(L, game, table);
     OpenColours(L);
     lua_newtable(L);
     lua_setglobal(L, "vars");
+}
+
+std::vector<Signature> ApiSignatures()
+{
+    std::vector<Signature> signatures;
+    for (const ApiTable& table : AllTables())
+        for (size_t i = 0; i < table.count; ++i)
+            signatures.push_back(table.functions[i].Names());
+    return signatures;
 }
 
 Painter& OpenedPainter(const Arguments& call)

@@ -12,7 +12,7 @@ int ColourRgb(Arguments& call)
     {
         const double part = call.Number(i);
         if (!(part >= 0.0 && part < 256.0))
-            call.Fail("argument " + std::to_string(i) + " must be 0 to 255");
+            call.FailArgument(i, "is 0 to 255, got " + DescribeAt(call.L, i));
         colour = colour << 8 | static_cast<int>(part);
     }
     return call.Return(colour);
@@ -87,17 +87,17 @@ int Text(Arguments& call)
 }
 
 constexpr ApiFunction FUNCTIONS[] = {
-    {"colour_rgb", 3, 3, ColourRgb},
-    {"draw_set_colour", 1, 1, SetColour},
-    {"draw_set_alpha", 1, 1, SetAlpha},
-    {"draw_set_depth", 1, 1, SetDepth},
-    {"draw_set_depth_test", 1, 1, SetDepthTest},
-    {"draw_clear", 1, 2, Clear},
-    {"draw_rectangle", 4, 5, Rectangle},
-    {"draw_line", 4, 5, Line},
-    {"draw_circle", 3, 4, Circle},
-    {"draw_triangle", 6, 7, Triangle},
-    {"draw_text", 3, 4, Text},
+    {"colour_rgb", 3, {"red", "green", "blue"}, ColourRgb},
+    {"draw_set_colour", 1, {"colour"}, SetColour},
+    {"draw_set_alpha", 1, {"alpha"}, SetAlpha},
+    {"draw_set_depth", 1, {"z"}, SetDepth},
+    {"draw_set_depth_test", 1, {"on"}, SetDepthTest},
+    {"draw_clear", 1, {"colour", "alpha"}, Clear},
+    {"draw_rectangle", 4, {"x1", "y1", "x2", "y2", "outline"}, Rectangle},
+    {"draw_line", 4, {"x1", "y1", "x2", "y2", "width"}, Line},
+    {"draw_circle", 3, {"x", "y", "radius", "outline"}, Circle},
+    {"draw_triangle", 6, {"x1", "y1", "x2", "y2", "x3", "y3", "outline"}, Triangle},
+    {"draw_text", 3, {"x", "y", "text", "scale"}, Text},
 };
 } // namespace
 

@@ -44,7 +44,7 @@ void ReadViews(const Arguments& call, Fields& fields, RoomSpec& spec)
             fields.Fail("views", "must be numbered 0 to " + std::to_string(ROOM_VIEWS - 1));
         const std::string where = "views[" + std::to_string(number) + "]";
         if (!lua_istable(L, -1))
-            fields.Fail(where, "must be a table, got " + KindAt(L, -1));
+            fields.Fail(where, "is a table, got " + DescribeAt(L, -1));
         spec.views[static_cast<size_t>(number)] = ReadView(call, -1, where + ".");
     }
     lua_pop(L, 1);
@@ -146,10 +146,14 @@ int ScreenWidth(Arguments& call) { return call.Return(call.game.ScreenWidth()); 
 int ScreenHeight(Arguments& call) { return call.Return(call.game.ScreenHeight()); }
 
 constexpr ApiFunction FUNCTIONS[] = {
-    {"room_add", 1, 1, RoomAdd},         {"room_goto", 1, 1, RoomGoto},
-    {"room_get", 0, 0, RoomGet},         {"room_width", 0, 0, RoomWidth},
-    {"room_height", 0, 0, RoomHeight},   {"screen_set_size", 2, 2, ScreenSetSize},
-    {"screen_width", 0, 0, ScreenWidth}, {"screen_height", 0, 0, ScreenHeight},
+    {"room_add", 1, {FIELDS_ARGUMENT}, RoomAdd},
+    {"room_goto", 1, {"room"}, RoomGoto},
+    {"room_get", 0, {}, RoomGet},
+    {"room_width", 0, {}, RoomWidth},
+    {"room_height", 0, {}, RoomHeight},
+    {"screen_set_size", 2, {"w", "h"}, ScreenSetSize},
+    {"screen_width", 0, {}, ScreenWidth},
+    {"screen_height", 0, {}, ScreenHeight},
 };
 } // namespace
 

@@ -35,8 +35,10 @@ int MatrixIdentity(Arguments& call) { return ReturnMatrix(call, IdentityMatrix()
 
 int MatrixMultiply(Arguments& call)
 {
+    const kvMatrix a = MatrixArgument(call, 1);
+    const kvMatrix b = MatrixArgument(call, 2);
     kvMatrix product;
-    kvMatrix::Multiply(product, MatrixArgument(call, 1), MatrixArgument(call, 2));
+    kvMatrix::Multiply(product, a, b);
     return ReturnMatrix(call, product);
 }
 
@@ -127,17 +129,23 @@ int DrawBox(Arguments& call)
 }
 
 constexpr ApiFunction FUNCTIONS[] = {
-    {"matrix_identity", 0, 0, MatrixIdentity},
-    {"matrix_multiply", 2, 2, MatrixMultiply},
-    {"matrix_build", 9, 9, MatrixBuild},
-    {"matrix_look_at", 9, 9, MatrixLookAt},
-    {"matrix_ortho", 4, 4, MatrixOrtho},
-    {"matrix_perspective", 4, 4, MatrixPerspective},
-    {"matrix_perspective_fov", 4, 4, MatrixPerspectiveFov},
-    {"matrix_set_world", 1, 1, MatrixSetWorld},
-    {"matrix_reset_world", 0, 0, MatrixResetWorld},
-    {"draw_quad3d", 14, 14, DrawQuad},
-    {"draw_box", 8, 8, DrawBox},
+    {"matrix_identity", 0, {}, MatrixIdentity},
+    {"matrix_multiply", 2, {"a", "b"}, MatrixMultiply},
+    {"matrix_build", 9, {"x", "y", "z", "angle_x", "angle_y", "angle_z", "scale_x", "scale_y", "scale_z"}, MatrixBuild},
+    {"matrix_look_at",
+     9,
+     {"from_x", "from_y", "from_z", "to_x", "to_y", "to_z", "down_x", "down_y", "down_z"},
+     MatrixLookAt},
+    {"matrix_ortho", 4, {"width", "height", "near", "far"}, MatrixOrtho},
+    {"matrix_perspective", 4, {"width", "height", "near", "far"}, MatrixPerspective},
+    {"matrix_perspective_fov", 4, {"fov_y", "aspect", "near", "far"}, MatrixPerspectiveFov},
+    {"matrix_set_world", 1, {"matrix"}, MatrixSetWorld},
+    {"matrix_reset_world", 0, {}, MatrixResetWorld},
+    {"draw_quad3d",
+     14,
+     {"sprite", "frame", "x1", "y1", "z1", "x2", "y2", "z2", "x3", "y3", "z3", "x4", "y4", "z4"},
+     DrawQuad},
+    {"draw_box", 8, {"sprite", "frame", "x1", "y1", "z1", "x2", "y2", "z2"}, DrawBox},
 };
 } // namespace
 
@@ -145,17 +153,16 @@ ApiTable SpaceApi() { return {FUNCTIONS, std::size(FUNCTIONS)}; }
 
 kvMatrix MatrixArgument(const Arguments& call, int i)
 {
-    call.Table(i);
-    const std::string place = "argument " + std::to_string(i);
-    if (lua_rawlen(call.L, i) != 16)
-        call.Fail(place + " must be a table of 16 numbers");
+    lua_State* L = call.L;
+    if (!lua_istable(L, i) || lua_rawlen(L, i) != 16)
+        call.FailArgument(i, "is a table of 16 numbers, got " + DescribeListAt(L, i));
     kvMatrix matrix;
-    for (int element = 0; element < 16; ++element)
+    for (int entry = 0; entry < 16; ++entry)
     {
-        if (lua_rawgeti(call.L, i, element + 1) != LUA_TNUMBER)
-            call.Fail(place + " must be a table of 16 numbers");
-        matrix.m[element] = NearestFloat(lua_tonumber(call.L, -1));
-        lua_pop(call.L, 1);
+        if (lua_rawgeti(L, i, entry + 1) != LUA_TNUMBER)
+            call.FailEntry(i, entry + 1, "is a number, got " + DescribeAt(L, -1));
+        matrix.m[entry] = NearestFloat(lua_tonumber(L, -1));
+        lua_pop(L, 1);
     }
     return matrix;
 }

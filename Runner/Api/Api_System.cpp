@@ -1,4 +1,3 @@
-#include "Files/Graphics/Image_Writers.h"
 #include "Files/Run/Run_Globals.h"
 #include "Runner/Api/Api_Functions.h"
 #include "Runner/Draw/Screenshot.h"
@@ -71,11 +70,16 @@ int ReturnTold(const Arguments& call, bool done, const std::string& why)
 int Screenshot(Arguments& call)
 {
     const std::string name = call.Text(1);
-    const std::string format = call.Has(2) ? call.Text(2) : "png";
-    if (format != "bmp" && format != "png")
-        call.Fail("argument 2 must be \"bmp\" or \"png\"");
+    const std::string format = call.Has(2) ? call.Text(2) : "";
+    if (call.Has(2) && format != "bmp" && format != "png")
+        call.FailArgument(2, "is \"bmp\" or \"png\", got " + DescribeAt(call.L, 2));
+    const Painter* painter = call.game.CurrentPainter();
     std::string why;
-    return ReturnTold(call, WriteScreenshot(call.game.Screen(), name, format, why), why);
+    if (painter == nullptr)
+        why = "nothing has been drawn yet";
+    else if (!painter->Draws())
+        why = "nothing is drawn with --no-draw, so there is no picture";
+    return ReturnTold(call, why.empty() && WriteScreenshot(call.game.Screen(), name, format, why), why);
 }
 
 int GameSave(Arguments& call)
@@ -97,20 +101,20 @@ int GameEnd(Arguments& call)
 }
 
 constexpr ApiFunction FUNCTIONS[] = {
-    {"script_add", 1, 1, ScriptAdd},
-    {"include", 1, 1, Include},
-    {"camera_current", 0, 0, CameraCurrent},
-    {"random", 0, 0, RandomNumber},
-    {"random_range", 2, 2, RandomRange},
-    {"irandom", 1, 1, RandomWhole},
-    {"random_set_seed", 1, 1, RandomSetSeed},
-    {"frame_number", 0, 0, FrameNumber},
-    {"log", 1, 1, Log},
-    {"collect", 0, 0, CollectAll},
-    {"screenshot", 1, 2, Screenshot},
-    {"game_save", 1, 1, GameSave},
-    {"game_load", 1, 1, GameLoad},
-    {"game_end", 0, 0, GameEnd},
+    {"script_add", 1, {"function"}, ScriptAdd},
+    {"include", 1, {"file"}, Include},
+    {"camera_current", 0, {}, CameraCurrent},
+    {"random", 0, {}, RandomNumber},
+    {"random_range", 2, {"low", "high"}, RandomRange},
+    {"irandom", 1, {"n"}, RandomWhole},
+    {"random_set_seed", 1, {"seed"}, RandomSetSeed},
+    {"frame_number", 0, {}, FrameNumber},
+    {"log", 1, {"text"}, Log},
+    {"collect", 0, {}, CollectAll},
+    {"screenshot", 1, {"name", "format"}, Screenshot},
+    {"game_save", 1, {"name"}, GameSave},
+    {"game_load", 1, {"name"}, GameLoad},
+    {"game_end", 0, {}, GameEnd},
 };
 } // namespace
 

@@ -139,16 +139,16 @@ int InstanceGet(Arguments& call)
 }
 
 constexpr ApiFunction FUNCTIONS[] = {
-    {"object_add", 1, 1, ObjectAdd},
-    {"object_get_name", 1, 1, ObjectGetName},
-    {"instance_create", 3, 3, InstanceCreate},
-    {"instance_destroy", 1, 1, InstanceDestroy},
-    {"instance_deactivate", 1, 1, InstanceDeactivate},
-    {"instance_activate", 1, 1, InstanceActivate},
-    {"instance_exists", 1, 1, InstanceExists},
-    {"instance_find", 2, 2, InstanceFind},
-    {"instance_count", 1, 1, InstanceCount},
-    {"instance_get", 1, 1, InstanceGet},
+    {"object_add", 1, {FIELDS_ARGUMENT}, ObjectAdd},
+    {"object_get_name", 1, {"object"}, ObjectGetName},
+    {"instance_create", 3, {"x", "y", "object"}, InstanceCreate},
+    {"instance_destroy", 1, {"instance"}, InstanceDestroy},
+    {"instance_deactivate", 1, {"instance"}, InstanceDeactivate},
+    {"instance_activate", 1, {"instance"}, InstanceActivate},
+    {"instance_exists", 1, {"instance"}, InstanceExists},
+    {"instance_find", 2, {"object", "n"}, InstanceFind},
+    {"instance_count", 1, {"object"}, InstanceCount},
+    {"instance_get", 1, {"instance"}, InstanceGet},
 };
 } // namespace
 

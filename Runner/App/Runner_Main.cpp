@@ -100,7 +100,7 @@ public:
     void Finish(std::string& why) const
     {
         if (!m_sheet.IsEmpty())
-            WriteScreenshot(m_sheet.Sheet(), m_options.contactSheet, "png", why);
+            WriteScreenshot(m_sheet.Sheet(), m_options.contactSheet, "", why);
     }
 
 private:
@@ -128,7 +128,7 @@ void FinishFiles(Game& game, const RunOptions& options, std::string& why)
         why = "--save-at " + std::to_string(options.saveAt.first) + ": the game has stopped after " +
               std::to_string(game.FrameNumber()) + " frames";
     if (why.empty() && !options.screenshot.empty())
-        WriteScreenshot(game.Screen(), options.screenshot, why);
+        WriteScreenshot(game.Screen(), options.screenshot, "", why);
 }
 
 // saved: what to go on from, null for a new game. Empty when all went well, else the line to show.

@@ -12,12 +12,12 @@ enum class FileOperation
     ShortWrite, // half of the data arrives
     Sync,
     Rename,
-    Close, // closes, and says that it failed
+    Close, // the file is closed, but the operation reports a failure
 };
 
-// Test aid: the n-th operation of that kind from now (0: the next) fails, and that one alone. Negative: none.
+// Test aid: only the n-th operation of that kind from now (0: the next) fails. Negative: none does.
 void FailFileOperation(FileOperation kind, int64_t n);
 
-// Asked before each file operation: whether this one is to fail, with errno set as a full disk does.
+// True when the operation that the caller is about to do is to fail; errno is then that of a full disk.
 bool Faulty(FileOperation kind);
 } // namespace Runner

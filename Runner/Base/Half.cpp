@@ -14,8 +14,8 @@ uint16_t HalfFromReal(double number)
         return static_cast<uint16_t>(sign | INFINITE | 0x200);
     if (exponent > 15)
         return static_cast<uint16_t>(sign | INFINITE);
-    // The number is mantissa * 2^(exponent - 52). A normal half keeps the upper eleven of the mantissa's 53 bits; below
-    // 2^-14 the halves' exponent stays, and fewer bits are kept.
+    // The number is mantissa * 2^(exponent - 52). A normal half keeps the upper eleven of the mantissa's 53 bits. Below
+    // 2^-14 halves are subnormal: their exponent stays at its lowest value, and fewer bits are kept.
     const int dropped = exponent >= -14 ? 42 : 42 - 14 - exponent;
     if (dropped > 53)
         return static_cast<uint16_t>(sign);
@@ -25,7 +25,8 @@ uint16_t HalfFromReal(double number)
     uint64_t result = mantissa >> dropped;
     if (rest > half || (rest == half && (result & 1) != 0))
         ++result;
-    // The kept leading bit raises the exponent by one, and so does a carry out of the fraction, up to infinity.
+    // The leading bit, which is kept, adds one to the exponent field. A carry out of the fraction adds another one, up
+    // to infinity.
     if (exponent >= -14)
         result += static_cast<uint64_t>(exponent + 14) << 10;
     return static_cast<uint16_t>(sign | result);
@@ -36,7 +37,7 @@ double RealFromHalf(uint16_t half)
     const uint64_t sign = static_cast<uint64_t>(half & 0x8000u) << 48;
     const uint64_t exponent = (half >> 10) & 0x1Fu;
     const uint64_t fraction = half & 0x3FFu;
-    if (exponent == 0) // a multiple of 2^-24, without a leading bit
+    if (exponent == 0) // zero or subnormal: a multiple of 2^-24, without a leading bit
         return (sign != 0 ? -1.0 : 1.0) * static_cast<double>(fraction) / 16777216.0;
     const uint64_t widened = exponent == 0x1F ? 0x7FF : exponent + (1023 - 15);
     return BitsOf<double>(sign | (widened << 52) | (fraction << 42));

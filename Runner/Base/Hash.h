@@ -6,7 +6,7 @@
 
 namespace Runner
 {
-// FNV-1a, 64 bits: a fingerprint for traces and checksums. No protection against intent.
+// FNV-1a, 64 bits: a fingerprint for traces and checksums. It detects accidents; whoever wants to can forge it.
 class Hash
 {
 public:
@@ -17,7 +17,7 @@ public:
             m_value = (m_value ^ bytes[i]) * UINT64_C(0x100000001B3);
     }
 
-    void U32(uint32_t word) // lowest byte first, on every machine
+    void U32(uint32_t word) // little-endian on every machine
     {
         const unsigned char bytes[4] = {
             static_cast<unsigned char>(word & 0xFF), static_cast<unsigned char>((word >> 8) & 0xFF),
@@ -25,7 +25,7 @@ public:
         Bytes(bytes, sizeof(bytes));
     }
 
-    void Float(float number) // the bits; every NaN counts as the same one, whose bits differ between machines
+    void Float(float number) // its bits; every NaN counts as one, because the bits of NaN differ between machines
     {
         uint32_t bits = 0x7FC00000u;
         if (number == number)

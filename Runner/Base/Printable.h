@@ -6,6 +6,7 @@
 
 namespace Runner
 {
-// Text as one line of a message may show it: control characters become '?', and what exceeds the limit becomes "...".
+// The text made safe for one line of a message: control characters become '?', and a text of more than `limit` bytes is
+// cut there and ends with "...".
 std::string Printable(std::string_view text, size_t limit = 60);
 } // namespace Runner

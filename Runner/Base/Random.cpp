@@ -20,14 +20,15 @@ void Random::Seed(uint64_t seed)
 
 void Random::SetState(State state) { m_state = {state.position, state.increment | 1u}; }
 
-// A 64-bit linear congruential generator; what comes out is a rotation of its upper bits by its uppermost ones.
+// A 64-bit linear congruential generator (PCG-XSH-RR): the result is the upper bits of its state, rotated right by the
+// top five bits.
 uint32_t Random::Next32()
 {
     const uint64_t old = m_state.position;
     m_state.position = old * MULTIPLIER + m_state.increment;
     const uint32_t mixed = static_cast<uint32_t>((((old >> 18) ^ old) >> 27) & 0xFFFFFFFFu);
-    const uint32_t turn = static_cast<uint32_t>(old >> 59);
-    return (mixed >> turn) | (mixed << ((32u - turn) & 31u));
+    const uint32_t rotation = static_cast<uint32_t>(old >> 59);
+    return (mixed >> rotation) | (mixed << ((32u - rotation) & 31u));
 }
 
 double Random::Next01()
@@ -42,7 +43,7 @@ int32_t Random::Range(int32_t lo, int32_t hi)
     if (lo > hi)
         std::swap(lo, hi);
     const uint64_t span = static_cast<uint64_t>(static_cast<int64_t>(hi) - lo) + 1; // 1 .. 2^32
-    // Numbers past the last whole multiple of the span would favour the lowest results.
+    // Reject numbers from the last whole multiple of the span on: they would make the lowest results more likely.
     const uint64_t limit = (UINT64_C(1) << 32) / span * span;
     uint64_t number;
     do

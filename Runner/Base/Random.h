@@ -8,11 +8,11 @@ namespace Runner
 class Random
 {
 public:
-    // All that there is: a generator with the same state goes on with the same numbers.
+    // The whole state: two generators with the same state give the same numbers from then on.
     struct State
     {
         uint64_t position;
-        uint64_t increment; // odd; made odd when it is not
+        uint64_t increment; // odd; SetState makes it odd
     };
 
     explicit Random(uint64_t seed = 0) { Seed(seed); }
@@ -20,7 +20,7 @@ public:
     void Seed(uint64_t seed);
     uint32_t Next32();
     double Next01();                       // [0, 1), 53 bits
-    int32_t Range(int32_t lo, int32_t hi); // [lo, hi], each equally likely; takes them in either order
+    int32_t Range(int32_t lo, int32_t hi); // [lo, hi], each equally likely; swaps limits in the wrong order
     State GetState() const { return m_state; }
     void SetState(State state);
 

@@ -4,34 +4,33 @@
 #include <unordered_map>
 #include <vector>
 
-class KvObjectBase;
-
 namespace Runner
 {
-// A set of objects in the order in which they were added. The pointers are compared, never followed.
-class RootSet
+// A set of pointers in the order in which they were added. They are compared, never followed. Adding, removing and
+// asking cost the same however many there are.
+template <typename T> class RootSet
 {
 public:
     // Entries in order; null where one was removed.
-    const std::vector<KvObjectBase*>& Entries() const { return m_entries; }
+    const std::vector<T*>& Entries() const { return m_entries; }
 
-    bool Has(KvObjectBase* object) const { return m_places.count(object) != 0; }
-    size_t Size() const { return m_places.size(); }
+    bool Has(T* root) const { return m_indices.count(root) != 0; }
+    size_t Size() const { return m_indices.size(); }
 
-    void Add(KvObjectBase* object) // nothing for null and for what is in it
+    void Add(T* root) // nothing for null and for what is in it
     {
-        if (object != nullptr && m_places.emplace(object, m_entries.size()).second)
-            m_entries.push_back(object);
+        if (root != nullptr && m_indices.emplace(root, m_entries.size()).second)
+            m_entries.push_back(root);
     }
 
-    void Remove(KvObjectBase* object) // nothing for what is not in it
+    void Remove(T* root) // nothing for what is not in it
     {
-        const auto place = m_places.find(object);
-        if (place == m_places.end())
+        const auto found = m_indices.find(root);
+        if (found == m_indices.end())
             return;
-        m_entries[place->second] = nullptr;
-        m_places.erase(place);
-        if (m_places.size() < m_entries.size() / 2)
+        m_entries[found->second] = nullptr;
+        m_indices.erase(found);
+        if (m_indices.size() < m_entries.size() / 2)
             CloseGaps();
     }
 
@@ -39,17 +38,17 @@ private:
     void CloseGaps()
     {
         size_t count = 0;
-        for (KvObjectBase* object : m_entries)
+        for (T* root : m_entries)
         {
-            if (object == nullptr)
+            if (root == nullptr)
                 continue;
-            m_places[object] = count;
-            m_entries[count++] = object;
+            m_indices[root] = count;
+            m_entries[count++] = root;
         }
         m_entries.resize(count);
     }
 
-    std::vector<KvObjectBase*> m_entries;
-    std::unordered_map<KvObjectBase*, size_t> m_places;
+    std::vector<T*> m_entries;
+    std::unordered_map<T*, size_t> m_indices; // of the entries
 };
 } // namespace Runner

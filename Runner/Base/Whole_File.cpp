@@ -16,7 +16,7 @@ namespace Runner
 namespace
 {
 constexpr int NO_FILE = -1;
-constexpr mode_t FILE_MODE = 0666; // less what the user's mask takes
+constexpr mode_t FILE_MODE = 0666; // reduced by the user's umask
 
 bool Failed(std::string& why, const char* action, const std::string& path)
 {
@@ -57,7 +57,7 @@ private:
     int m_file;
 };
 
-// The new file under its temporary name, which is gone at the end unless it became the file.
+// The new file under its temporary name. Removed by the destructor unless it was renamed.
 class PartFile
 {
 public:
@@ -83,7 +83,7 @@ private:
     bool m_renamed = false;
 };
 
-// Everything, in as many turns as the system takes.
+// Writes all bytes: one call may write fewer than it was given, or be interrupted.
 bool WriteAll(int file, const unsigned char* data, size_t size)
 {
     while (size > 0)
@@ -105,7 +105,8 @@ bool WriteAll(int file, const unsigned char* data, size_t size)
 
 bool Sync(int file) { return !Faulty(FileOperation::Sync) && fsync(file) == 0; }
 
-// So that the new name survives a crash as well. Not every file system can; the file itself is whole either way.
+// Syncs the directory, so that the new name survives a crash too. Not every file system can, so a failure is ignored:
+// the file is whole under the old name or the new one.
 void SyncDirectoryOf(const std::string& path)
 {
     const size_t slash = path.rfind('/');
@@ -117,7 +118,7 @@ void SyncDirectoryOf(const std::string& path)
     close(file);
 }
 
-// The rest of the way, once everything is written.
+// After the last write: sync, close, rename.
 bool Establish(File& file, PartFile& part, const std::string& path, std::string& why)
 {
     if (!Sync(file.Number()))
@@ -139,7 +140,7 @@ bool IsOrdinary(int file, size_t& size)
     return true;
 }
 
-// Fills bytes, whose size is the file's. A file that got shorter meanwhile shortens it.
+// Fills `bytes`, whose size is the file's. If the file has become shorter meanwhile, so does `bytes`.
 bool ReadAll(int file, std::vector<uint8_t>& bytes)
 {
     size_t filled = 0;

@@ -2,7 +2,7 @@
 // Draws a game: shapes, text, sprites, tile maps, surfaces and simple 3D, through OpenGL ES without a display, or not
 // at all (then sprites keep their sizes and surfaces their numbers, and everything answers as if it had been drawn).
 //
-// Places     room units of the current matrices (Runner/Host_Graphics.h). Flat drawing lies in the plane z = Depth().
+// Places     room units of the current matrices (Runner/Host/Graphics.h). Flat drawing lies in the plane z = Depth().
 //            A shape covers the points between its edges: a rectangle 0, 0, 1, 1 is one pixel of an unscaled view.
 // Order      what is drawn later covers what was drawn earlier, except while the depth test is on.
 // Colours    runner colours (Files/Graphics/Colour.h); alpha 0 (nothing) to 1 (covers).
@@ -54,6 +54,7 @@ struct TileMapInfo
 };
 
 constexpr int64_t SURFACE_PIXELS_LIMIT = 1 << 26; // of all surfaces together
+constexpr int SURFACE_NUMBERS_LIMIT = 1 << 16;    // surfaces have smaller numbers
 
 class Painter
 {
@@ -127,8 +128,10 @@ public:
                          float bottom); // current colour, alpha
 
     // ---- surfaces: pictures to draw into; numbers from 0, a freed number is given again ----
-    int CreateSurface(int width, int height); // 1 to PICTURE_SIDE_LIMIT; transparent
-    bool FreeSurface(int surface);            // refused while it is drawn into
+    int CreateSurface(int width, int height); // 1 to PICTURE_SIDE_LIMIT; transparent; the lowest free number
+    // Under a free number below SURFACE_NUMBERS_LIMIT, as a saved game gives it.
+    bool CreateSurfaceAt(int surface, int width, int height);
+    bool FreeSurface(int surface); // refused while it is drawn into
     bool SurfaceExists(int surface) const;
     int SurfaceWidth(int surface) const; // 0 when there is none
     int SurfaceHeight(int surface) const;

@@ -58,11 +58,12 @@ struct Painter::Parts
     Parts(int width, int height, std::unique_ptr<Device> device);
     ~Parts();
 
-    bool Fail(std::string line);                 // keeps the first; always false
-    SpriteEntry* NeedSprite(int sprite);         // null after a Fail
-    SurfaceEntry* NeedSurface(int surface);      // null after a Fail
-    SurfaceEntry* NeedShownSurface(int surface); // one that can be drawn now; null after a Fail
-    TileGrid* NeedTileMap(int map);              // null after a Fail
+    bool Fail(std::string line);                                  // keeps the first; always false
+    SpriteEntry* NeedSprite(int sprite);                          // null after a Fail
+    SurfaceEntry* NeedSurface(int surface);                       // null after a Fail
+    bool MakeSurface(int width, int height, SurfaceEntry& entry); // false after a Fail
+    SurfaceEntry* NeedShownSurface(int surface);                  // one that can be drawn now; null after a Fail
+    TileGrid* NeedTileMap(int map);                               // null after a Fail
 
     // The state for drawing now with a texture; null when nothing can show.
     const DrawState* Prepare(unsigned texture);
@@ -98,6 +99,7 @@ struct Painter::Parts
 
     Numbered<SpriteEntry> sprites;
     Numbered<SurfaceEntry> surfaces;
+    int64_t surfacePixels = 0; // of all surfaces
     Numbered<TileGrid> tileMaps;
     std::vector<Vertex> chunkVertices; // scratch
     Sheet font;

@@ -3,6 +3,7 @@
 
 #include "Runner/Draw/Painter_Parts.h"
 
+#include "Platform/Matrix.h"
 #include "Runner/Draw/Png_Reader.h"
 
 #include <algorithm>
@@ -10,11 +11,6 @@
 
 namespace Runner
 {
-namespace
-{
-constexpr float RADIANS_PER_DEGREE = 0.017453292f;
-} // namespace
-
 void Painter::Parts::DrawPicture(unsigned texture, const TextureArea& area, const float (&places)[4][2], Ink ink)
 {
     const Corner corners[4] = {{places[0][0], places[0][1], state.depth, area.left, area.top},

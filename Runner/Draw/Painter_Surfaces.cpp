@@ -20,30 +20,42 @@ SurfaceEntry* Painter::Parts::NeedSurface(int number)
     return entry;
 }
 
+bool Painter::Parts::MakeSurface(int surfaceWidth, int surfaceHeight, SurfaceEntry& entry)
+{
+    const std::string size = SizeText(surfaceWidth, surfaceHeight);
+    if (surfaceWidth < 1 || surfaceHeight < 1 || std::max(surfaceWidth, surfaceHeight) > PICTURE_SIDE_LIMIT)
+        return Fail("a surface cannot be " + size + " pixels: both sides must be 1 to " +
+                    std::to_string(PICTURE_SIDE_LIMIT));
+    const int64_t pixels = static_cast<int64_t>(surfaceWidth) * surfaceHeight;
+    const bool fits = surfacePixels + pixels <= SURFACE_PIXELS_LIMIT;
+    entry = {surfaceWidth, surfaceHeight, 0, 0};
+    if (fits && device != nullptr)
+        entry.target = device->CreateTarget(surfaceWidth, surfaceHeight, entry.texture);
+    if (!fits || (device != nullptr && entry.target == 0))
+        return Fail("there is no memory for a surface of " + size + " pixels: free other surfaces first");
+    surfacePixels += pixels;
+    return true;
+}
+
 int Painter::CreateSurface(int width, int height)
 {
     Parts& parts = *m_parts;
-    if (width < 1 || height < 1 || width > PICTURE_SIDE_LIMIT || height > PICTURE_SIDE_LIMIT)
-    {
-        parts.Fail("a surface cannot be " + SizeText(width, height) + " pixels: both sides must be 1 to " +
-                   std::to_string(PICTURE_SIDE_LIMIT));
-        return -1;
-    }
-    int64_t pixels = static_cast<int64_t>(width) * height;
-    for (const auto& other : parts.surfaces.All())
-        pixels += other == nullptr ? 0 : static_cast<int64_t>(other->width) * other->height;
+    const int number = parts.surfaces.LowestFree();
+    if (number < SURFACE_NUMBERS_LIMIT)
+        return CreateSurfaceAt(number, width, height) ? number : -1;
+    parts.Fail("there are " + std::to_string(SURFACE_NUMBERS_LIMIT) + " surfaces already: free some first");
+    return -1;
+}
+
+bool Painter::CreateSurfaceAt(int surface, int width, int height)
+{
     SurfaceEntry entry;
-    entry.width = width;
-    entry.height = height;
-    if (pixels <= SURFACE_PIXELS_LIMIT && parts.device != nullptr)
-        entry.target = parts.device->CreateTarget(width, height, entry.texture);
-    if (pixels > SURFACE_PIXELS_LIMIT || (parts.device != nullptr && entry.target == 0))
-    {
-        parts.Fail("there is no memory for a surface of " + SizeText(width, height) +
-                   " pixels: free other surfaces first");
-        return -1;
-    }
-    return parts.surfaces.Add(entry);
+    if (surface < 0 || surface >= SURFACE_NUMBERS_LIMIT || SurfaceExists(surface))
+        return m_parts->Fail("a new surface cannot have the number " + std::to_string(surface));
+    const bool isMade = m_parts->MakeSurface(width, height, entry);
+    if (isMade)
+        m_parts->surfaces.AddAt(surface, entry);
+    return isMade;
 }
 
 bool Painter::FreeSurface(int surface)
@@ -59,6 +71,7 @@ bool Painter::FreeSurface(int surface)
     parts.batch.Flush();
     if (parts.device != nullptr)
         parts.device->DeleteTarget(entry->target);
+    parts.surfacePixels -= static_cast<int64_t>(entry->width) * entry->height;
     parts.surfaces.Remove(surface);
     return true;
 }

@@ -2,13 +2,12 @@
 
 #include "Files/Graphics/Image_Writers.h"
 #include "Files/IO/Load_Save.h"
-#include "Platform/Memory_Manager.h"
 #include "Runner/Base/Printable.h"
 #include "Runner/Base/Whole_File.h"
+#include "Runner/Draw/Bmp.h"
 #include "Runner/Host/Files.h"
 
 #include <cstdio>
-#include <utility>
 
 namespace Runner
 {
@@ -26,24 +25,44 @@ bool WritePng(Picture& picture, std::string part, const std::string& partPath, c
     return false;
 }
 
-bool WriteBmp(Picture& picture, const std::string& path, std::string& why)
+bool WriteBmp(const Picture& picture, const std::string& path, std::string& why)
 {
-    int size = 0;
-    void* block = CreateBMP(picture.rgba.data(), picture.width, picture.height, &size, 4);
-    if (block == nullptr)
-    {
-        why = "there is no memory for " + Printable(path, FILENAME_MAX);
-        return false;
-    }
+    const std::vector<uint8_t> file = EncodeBmp(picture);
     EnsureDirectoryIsCreated(path.c_str());
-    const bool written = WriteFileAtomically(path, block, static_cast<size_t>(size), why);
-    MemoryManager::Free(block);
-    return written;
+    return WriteFileAtomically(path, file.data(), file.size(), why);
+}
+
+// What follows the last point of the file's name, in small letters; with the point. Empty when there is none.
+std::string ExtensionOf(const std::string& name)
+{
+    const size_t point = name.rfind('.');
+    const size_t slash = name.rfind('/');
+    if (point == std::string::npos || (slash != std::string::npos && point < slash))
+        return "";
+    std::string extension = name.substr(point);
+    for (char& letter : extension)
+        letter = letter >= 'A' && letter <= 'Z' ? static_cast<char>(letter - 'A' + 'a') : letter;
+    return extension;
 }
 } // namespace
 
-bool WriteScreenshot(Picture picture, const std::string& name, const std::string& format, std::string& why)
+std::string PictureFormat(const std::string& name, const std::string& asked, std::string& why)
 {
+    const std::string extension = ExtensionOf(name);
+    if (extension.empty())
+        return asked.empty() ? "png" : asked;
+    if (extension != ".png" && extension != ".bmp")
+        why = Printable(name) + " is no name for a picture: it must end in .png or .bmp";
+    else if (!asked.empty() && extension != "." + asked)
+        why = Printable(name) + " cannot be a picture in the format \"" + asked + "\": name it ." + asked;
+    return why.empty() ? extension.substr(1) : "";
+}
+
+bool WriteScreenshot(Picture picture, const std::string& name, const std::string& asked, std::string& why)
+{
+    const std::string format = PictureFormat(name, asked, why);
+    if (format.empty())
+        return false;
     const std::string part = name + ".part";
     const std::string path = SavePath(name);
     const std::string partPath = path.empty() ? "" : SavePath(part);
@@ -51,11 +70,5 @@ bool WriteScreenshot(Picture picture, const std::string& name, const std::string
         return format == "bmp" ? WriteBmp(picture, path, why) : WritePng(picture, part, partPath, path, why);
     why = Printable(name) + " is no name of a file in the save area";
     return false;
-}
-
-bool WriteScreenshot(Picture picture, const std::string& name, std::string& why)
-{
-    const bool isBmp = name.size() >= 4 && name.compare(name.size() - 4, 4, ".bmp") == 0;
-    return WriteScreenshot(std::move(picture), name, isBmp ? "bmp" : "png", why);
 }
 } // namespace Runner

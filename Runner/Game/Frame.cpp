@@ -127,17 +127,16 @@ void Game::Perform(void (CCamera::*step)(), const CameraNumber& number)
     CollectHostError(number.Now());
 }
 
-// What a flat view shows is published; of a view in space the published area says nothing about what is behind it.
+// Instances are culled by the matrices as the room's own draw leaves them: it may have applied another camera.
 void Game::DrawRoom(const CameraNumber& number, int view)
 {
     const CCamera* camera = g_CM.GetCamera(number.Now());
     if (camera == nullptr || scripts.Failed())
         return;
     m_trace.Write(m_frame, view, *camera);
-    constexpr RoomArea EVERYWHERE = {-INFINITY, -INFINITY, INFINITY, INFINITY};
-    world.FindForDrawing(camera->Is2D() ? VisibleArea() : EVERYWHERE, m_seen);
     if (!scripts.Call(rooms.Running()->spec.scripts.draw))
         return;
+    world.FindForDrawing(VisibleRegion(), m_seen);
     for (Instance* instance : m_seen)
     {
         if (instance->IsLive())

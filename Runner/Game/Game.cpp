@@ -82,18 +82,12 @@ void Game::MakeDefaultCamera()
     AdoptDefaultCamera(camera->GetID());
 }
 
-void Game::AdoptDefaultCamera(int id)
-{
-    const CCamera* camera = g_CM.GetCamera(id);
-    m_ownDefaultCamera = camera == nullptr ? NO_CAMERA : id;
-    m_ownDefaultBirth = camera == nullptr ? 0 : camera->m_birth;
-}
+void Game::AdoptDefaultCamera(int id) { m_ownDefaultCamera = CCameraHandle(g_CM.GetCamera(id)); }
 
-// Its number may have gone to another camera.
 int Game::OwnDefaultCamera() const
 {
-    const CCamera* camera = g_CM.GetCamera(m_ownDefaultCamera);
-    return camera != nullptr && camera->m_birth == m_ownDefaultBirth ? m_ownDefaultCamera : NO_CAMERA;
+    const CCamera* camera = m_ownDefaultCamera.Get();
+    return camera != nullptr ? camera->GetID() : NO_CAMERA;
 }
 
 // A state of the random numbers other than at the start: the main file has drawn some.
@@ -214,7 +208,7 @@ bool Game::StartRoom(int number)
 // The Runner's own default camera shows the whole room. One that a script has put in its place is the script's affair.
 void Game::FitDefaultCamera(const RunningRoom& room)
 {
-    CCamera* camera = g_CM.GetCamera(OwnDefaultCamera());
+    CCamera* camera = m_ownDefaultCamera.Get();
     if (camera == nullptr)
         return;
     camera->SetViewX(0.0f);
@@ -236,6 +230,8 @@ void Game::CollectHostError(int camera)
 bool Game::CheckEverything()
 {
     std::string why;
+    if (HasError()) // whoever calls the module outside of a script takes what it reports, or some later callback fails
+        scripts.Fail("check of the reports: one is left over: " + TakeError());
     const char* rule = g_CM.Validate();
     if (rule != nullptr)
         scripts.Fail(std::string("check of the cameras: ") + rule);

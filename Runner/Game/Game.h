@@ -10,6 +10,7 @@
 //
 // The module's one camera manager is empty before Load and again after the game's destruction.
 
+#include "Files/Graphics/Camera_Handle.h"
 #include "Runner/Base/Random.h"
 #include "Runner/Draw/Painter.h"
 #include "Runner/Game/Game_Identity.h"
@@ -168,9 +169,8 @@ private:
     int m_screenHeight = SCREEN_HEIGHT_UNLESS_SET;
     int m_frame = 0;
     int m_nextRoom = NO_ROOM;
-    int m_ownDefaultCamera = NO_CAMERA;
-    uint32_t m_ownDefaultBirth = 0;
-    int m_pushedTargets = 0; // by scripts
+    CCameraHandle m_ownDefaultCamera; // its number may have gone to another camera
+    int m_pushedTargets = 0;          // by scripts
     bool m_isDrawing = false;
     bool m_hasEnded = false;
 };

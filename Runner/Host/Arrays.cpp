@@ -4,25 +4,32 @@
 
 namespace
 {
-constexpr char TAG[] = "Runner/Host_Arrays";
+constexpr char TAG[] = "Runner/Host/Arrays";
 
-// Made on first use, never destroyed: the cameras release their callbacks after main.
+// Never destroyed: cameras release their callbacks after main.
 std::vector<KvObjectBase*>& Stack()
 {
     static std::vector<KvObjectBase*>& stack = *new std::vector<KvObjectBase*>;
     return stack;
 }
 
+Runner::RootSet<RefDynamicArrayOfRValue>& ArraysOfTheGame()
+{
+    static auto& arrays = *new Runner::RootSet<RefDynamicArrayOfRValue>;
+    return arrays;
+}
+
 void FreeRecord(RefDynamicArrayOfRValue* array)
 {
+    ArraysOfTheGame().Remove(array);
     for (int32_t i = 0; i < array->m_length; ++i)
         FREE_RValue__Pre(&array->m_array[i]);
     MemoryManager::Free(array->m_array);
     MemoryManager::Free(array);
 }
 
-// Frees a record that nobody refers to. Its elements may be the last to refer to further records, which come back here:
-// those wait in a list, linked through the owner that they no longer have, so that depth costs no stack.
+// Frees a record without references. Its elements may hold the last reference to further records, which come back here;
+// these wait in a list instead of recursing. The list is linked through m_owner, which a dead record no longer needs.
 void FreeUnreferenced(RefDynamicArrayOfRValue* array)
 {
     static RefDynamicArrayOfRValue* s_waiting = nullptr;
@@ -79,4 +86,8 @@ void PopContextStack(int count)
 namespace Runner
 {
 const std::vector<KvObjectBase*>& ContextStack() { return Stack(); }
+
+void GiveToGame(RefDynamicArrayOfRValue* array) { ArraysOfTheGame().Add(array); }
+
+const RootSet<RefDynamicArrayOfRValue>& GameArrays() { return ArraysOfTheGame(); }
 } // namespace Runner

@@ -1,8 +1,8 @@
 #pragma once
 // A byte buffer of typed items.
 //
-// Items stand without gaps or tags, little-endian on every machine. One position serves reading and writing; writing at
-// the end appends, elsewhere it overwrites.
+// Items follow each other without padding or tags, little-endian on every machine. One position serves reading and
+// writing; writing at the end appends, elsewhere it overwrites.
 
 #include "Files/Buffer/Buffer.h"
 
@@ -11,12 +11,13 @@
 
 namespace Runner
 {
-// What WriteTyped and ReadTyped answer.
+// The results of WriteTyped and ReadTyped.
 enum BufferError : int
 {
     BUFFER_DONE = 0,
-    BUFFER_PAST_END = 1,  // read what is not there: a zero or an empty string came out, the position is at the end
-    BUFFER_NO_MEMORY = 2, // not written
+    BUFFER_PAST_END =
+        1, // fewer bytes left than the item has: it reads as zero or an empty string, the position is at the end
+    BUFFER_NO_MEMORY = 2, // memory was refused: nothing was written
     BUFFER_BAD_TYPE = 3,  // no such type of item: nothing was read or written
     BUFFER_BAD_VALUE = 4, // a text type with a value that is no string, or a text beyond BUFFER_TEXT_MAX
 };
@@ -24,18 +25,18 @@ enum BufferError : int
 constexpr size_t BUFFER_SIZE_MAX = 0x7FFFFFFF;
 constexpr size_t BUFFER_TEXT_MAX = 16 << 20;
 
-// What goes in and comes out:
-//   integers   the value's whole part, the nearest in range; not a number gives 0. Come out as reals,
-//              except U64: an int64 goes in and comes out as its 64 bits, whatever their sign
-//   F16, F32   rounded to the nearest, beyond range infinite; not a number stays so
-//   Bool       one byte, 0 or 1 (above one half); comes out as a bool
-//   String     up to the first zero byte, which ends it
-//   Text       all bytes of the string, without an end mark; reads what is left, up to a zero byte
-// A string that is a number goes in as the number.
+// How values are written and read:
+//   integers   truncated towards zero and clamped to the range, NaN as 0; read as reals.
+//              U64 alone writes the 64 bits of an int64 as they are, and reads an int64
+//   F16, F32   rounded to nearest, beyond the range infinite; NaN stays NaN
+//   Bool       one byte, 1 for a number above one half, else 0; read as a bool
+//   String     the bytes before the first zero byte, then a zero byte
+//   Text       all bytes of the string, without a terminator; reading takes the rest, up to a zero byte
+// A string that is a number is written as that number.
 class TypedBuffer final : public IBuffer
 {
 public:
-    TypedBuffer() { m_scratch.flags = SIGNATURE; }
+    TypedBuffer() = default;
     ~TypedBuffer();
     TypedBuffer(const TypedBuffer&) = delete;
     TypedBuffer& operator=(const TypedBuffer&) = delete;
@@ -47,8 +48,8 @@ public:
     int ReadBytes(void* data, size_t size); // zeros when fewer are left
 
     bool Seek(size_t position); // false beyond the end: nothing changes
-    size_t Tell() const { return static_cast<size_t>(m_position - m_data); }
-    size_t Size() const { return static_cast<size_t>(End() - m_data); }
+    size_t Tell() const { return m_position; }
+    size_t Size() const { return m_size; }
     const uint8_t* Data() const { return m_data; } // null while nothing was ever written; valid until the next write
     void Clear();                                  // empty, without error; keeps its memory
 
@@ -56,33 +57,23 @@ public:
     void ClearError() { m_error = BUFFER_DONE; }
 
 private:
-    // The wrappers know a buffer of ours by the signature in its scratch value's flags, and do without the virtual
-    // call: a call is most of what an item costs. No other buffer may sign; by itself a value has no such flags.
-    friend class ::IBuffer;
-    static constexpr uint32_t SIGNATURE = 0x54595045;
-    static bool IsOurs(const RValue& scratch);
-    template <typename Item> static bool PutIfOurs(IBuffer* buffer, RValue& scratch, Item item);
-    template <typename Item> static bool TakeIfOurs(IBuffer* buffer, RValue& scratch, Item& item);
-    template <typename Item> bool PutWord(Item item);   // false: nothing was done, the typed operation has to
-    template <typename Item> bool TakeWord(Item& item); // likewise
-
-    static bool IsPlainWord(eBuffer_Type type, const RValue& value);
-    int WriteItem(eBuffer_Type type, RValue& value); // of any type
-    int ReadItem(eBuffer_Type type, RValue& value);
-    int Fail(BufferError error);
-    uint8_t* End() const { return m_position > m_written ? m_position : m_written; }
-    size_t Left() const { return static_cast<size_t>(End() - m_position); }
-    bool Reserve(size_t size); // at most BUFFER_SIZE_MAX
-    bool MakeRoom(size_t size);
-    uint8_t* Put(size_t size);        // room for an item at the position, which moves on; null: refused
-    const uint8_t* Take(size_t size); // the item at the position, which moves on; null: past the end
+    BufferError Fail(BufferError error); // notes the first, answers this one
+    bool Reserve(size_t size);           // at most BUFFER_SIZE_MAX
+    uint8_t* Put(size_t size);           // room at the position, which moves on; null: refused
+    const uint8_t* Take(size_t size);    // the bytes at the position, which moves on; null: past the end
+    template <typename Item> int PutItem(Item item);
+    template <typename Item> int TakeReal(RValue& value);
+    template <typename Item> BufferError TakeItem(Item& item); // zero past the end
     int PutText(const RValue& value, bool ended);
     int TakeText(RValue& value, bool ended);
+    int TakeU64(RValue& value);
+    int TakeHalf(RValue& value);
+    int TakeBool(RValue& value);
 
     uint8_t* m_data = nullptr;
-    uint8_t* m_position = nullptr;
-    uint8_t* m_written = nullptr;   // the end, unless the position is beyond: it is noted when the position turns back
-    uint8_t* m_memoryEnd = nullptr; // at most BUFFER_SIZE_MAX from the data
+    size_t m_position = 0; // at most m_size
+    size_t m_size = 0;
+    size_t m_capacity = 0; // at most BUFFER_SIZE_MAX
     BufferError m_error = BUFFER_DONE;
 };
 } // namespace Runner

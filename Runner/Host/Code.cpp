@@ -9,14 +9,16 @@ namespace
 {
 constexpr size_t ERROR_TEXT_MAX = 1024;
 
-// Made on first use, never destroyed: built-ins may be entered before main, errors reported after it.
+// Made on first use and never destroyed: built-ins may be entered before main, and errors reported after it.
 struct Code
 {
     std::vector<Runner::Builtin> builtins;
-    std::map<std::string, size_t, std::less<>> places; // by name, index in builtins
+    std::map<std::string, size_t, std::less<>> places; // name to index in builtins
     std::string error;
     bool errorWaits = false;
 };
+
+const Runner::BuiltinCall* s_call = nullptr;
 
 Code& TheCode()
 {
@@ -24,7 +26,7 @@ Code& TheCode()
     return code;
 }
 
-// One line: ends are cut, breaks inside become blanks.
+// Makes one line: line ends at the end are cut, those inside become blanks.
 std::string AsOneLine(std::string text)
 {
     while (!text.empty() && (text.back() == '\n' || text.back() == '\r'))
@@ -89,4 +91,8 @@ std::string TakeError()
     error.swap(code.error);
     return error;
 }
+
+BuiltinCall::BuiltinCall() : m_outer(s_call) { s_call = this; }
+BuiltinCall::~BuiltinCall() { s_call = m_outer; }
+const BuiltinCall* BuiltinCall::Current() { return s_call; }
 } // namespace Runner

@@ -20,8 +20,9 @@ namespace
 {
 constexpr int YOUNG = 0;
 constexpr int OLD = 1;
-constexpr int SAFEPOINT_OBJECTS = 256; // new objects that bring about a collection, or half of the live ones
-constexpr int SAFEPOINT_FULL = 8;      // every so many collections at safepoints are full
+constexpr int SAFEPOINT_OBJECTS =
+    256; // so many new objects cause a collection, or half as many as are alive if that is more
+constexpr int SAFEPOINT_FULL = 8; // one in so many collections at safepoints is full
 
 struct TemporaryRoots
 {
@@ -31,15 +32,15 @@ struct TemporaryRoots
 
 struct Heap
 {
-    RootSet globals;
+    RootSet<KvObjectBase> globals;
     std::vector<TemporaryRoots> temporaries;
 
-    // While marking: what was reached and waits to be marked, and the arrays that were.
+    // While marking: the mark bits, what was reached and is still to be marked, and all arrays reached so far.
     std::vector<uint32_t> marks;
     std::vector<KvObjectBase*> objects;
     std::vector<const RefDynamicArrayOfRValue*> arrays;
     std::unordered_set<const RefDynamicArrayOfRValue*> arraysSeen;
-    bool takesReferences = false; // from the first root until all objects have heard PreFree
+    bool takesReferences = false; // from the first root until PreFree has been called on all objects to be freed
 
     bool busy = false;
     bool stress = false;
@@ -49,7 +50,7 @@ struct Heap
     int freed = 0;
 };
 
-// Made on first use, never destroyed: cameras drop their proxies after main.
+// Made on first use and never destroyed: cameras detach their proxies after main.
 Heap& TheHeap()
 {
     static Heap& heap = *new Heap;
@@ -78,7 +79,7 @@ void Reach(Heap& heap, const RValue& value)
         Reach(heap, value.pRefArray);
 }
 
-// Marks what waits, and what that leads to, without recursion.
+// Marks everything reachable from the two work lists, without recursion.
 void MarkReached(Heap& heap)
 {
     while (!heap.objects.empty() || !heap.arrays.empty())
@@ -103,12 +104,14 @@ void ReachRoots(Heap& heap)
         Reach(heap, object);
     for (KvObjectBase* object : ContextStack())
         Reach(heap, object);
+    for (const RefDynamicArrayOfRValue* array : GameArrays().Entries())
+        Reach(heap, array);
     for (const TemporaryRoots& roots : heap.temporaries)
         for (int i = 0; i < roots.count; ++i)
             Reach(heap, roots.values[i]);
 }
 
-// What a young collection does not free may refer to what it could free.
+// A young collection treats all objects that it does not sweep as roots.
 void ReachAllButYoung(Heap& heap)
 {
     for (int slot = 0; slot < g_slotObjects.m_nCapacity; ++slot)
@@ -143,7 +146,7 @@ bool IsMarked(const Heap& heap, int slot)
     return ((heap.marks[static_cast<size_t>(slot) / 32] >> (slot % 32)) & 1u) != 0;
 }
 
-// The object of that slot if it is to be freed, else null.
+// The object in that slot if it is to be freed, else null.
 KvObjectBase* DoomedAt(const Heap& heap, int slot, bool full)
 {
     KvObjectBase* object = g_slotObjects.m_ppEntries[slot];
@@ -151,15 +154,15 @@ KvObjectBase* DoomedAt(const Heap& heap, int slot, bool full)
     return doomed ? object : nullptr;
 }
 
-// The table is looked up for each object anew: what an object does in PreFree or Free may free others and may place
-// new ones, for which the table may move.
+// Reads the table anew for each object: PreFree and Free may free other objects and place new ones, and the table may
+// be reallocated.
 void FreeDoomed(Heap& heap, bool full)
 {
     for (int slot = g_GCrangestart; slot < g_GCrangeend; ++slot)
         if (KvObjectBase* object = DoomedAt(heap, slot, full))
         {
             object->PreFree();
-            MarkReached(heap); // what it has stored stays alive
+            MarkReached(heap); // what PreFree has stored stays alive
         }
     heap.takesReferences = false;
     for (int slot = g_GCrangestart; slot < g_GCrangeend; ++slot)
@@ -191,7 +194,7 @@ void Sweep(Heap& heap, bool full)
     PromoteSurvivors(span.m_rangeStart, span.m_rangeEnd);
 }
 
-// One round of the end: whether it freed anything.
+// One shutdown pass over all non-global objects. True if it freed at least one.
 bool FreeAllButGlobals(Heap& heap)
 {
     const auto mayGo = [&heap](KvObjectBase* object) { return object != nullptr && !heap.globals.Has(object); };
@@ -226,7 +229,7 @@ void Collector::Safepoint()
     Heap& heap = TheHeap();
     if (heap.stress)
         return Collect(true);
-    // In step with the live objects: marking all of them for each fixed number of new ones would take ever longer.
+    // The limit grows with the live objects: a fixed one would mark all of them ever more often per new object.
     if (heap.made < std::max(SAFEPOINT_OBJECTS, g_slotObjects.m_nCount / 2))
         return;
     heap.fromSafepoints = (heap.fromSafepoints + 1) % SAFEPOINT_FULL;
@@ -268,12 +271,12 @@ void Collector::LetGo(KvObjectBase* object)
 
 void Collector::FreeEverything()
 {
-    constexpr int ROUNDS = 100; // objects may make others as they go, but not for ever
+    constexpr int PASSES = 100; // a destructor may make new objects, but not for ever
     Heap& heap = TheHeap();
     if (heap.busy)
         return;
     heap.busy = true;
-    for (int round = 0; round < ROUNDS && FreeAllButGlobals(heap); ++round)
+    for (int pass = 0; pass < PASSES && FreeAllButGlobals(heap); ++pass)
         continue;
     heap.busy = false;
     heap.made = 0;
@@ -309,7 +312,7 @@ bool CheckGenerations(std::string& why)
         const bool known = object->m_gcGen <= OLD;
         if (known && slot >= g_GCGens[object->m_gcGen].m_rangeStart && slot < g_GCGens[object->m_gcGen].m_rangeEnd)
             continue;
-        why = "collector: slot " + std::to_string(slot) + " lies outside the span of its generation " +
+        why = "slot " + std::to_string(slot) + " lies outside the span of its generation " +
               std::to_string(object->m_gcGen);
         return false;
     }
@@ -324,7 +327,19 @@ bool CheckGlobals(const Heap& heap, std::string& why)
             continue;
         if (object->m_slot < g_slotObjects.m_nCapacity && g_slotObjects.m_ppEntries[object->m_slot] == object)
             continue;
-        why = "collector: a global object is not in its slot " + std::to_string(object->m_slot);
+        why = "a global object is not in its slot " + std::to_string(object->m_slot);
+        return false;
+    }
+    return true;
+}
+
+bool CheckGameArrays(std::string& why)
+{
+    for (const RefDynamicArrayOfRValue* array : GameArrays().Entries())
+    {
+        if (array == nullptr || array->m_refCount > 0)
+            continue;
+        why = "collector: an array that the game holds has no reference left";
         return false;
     }
     return true;
@@ -336,10 +351,10 @@ bool Collector::Check(std::string& why)
     const Heap& heap = TheHeap();
     if (!heap.busy && (g_GCrangestart != 0 || g_GCrangeend != 0))
     {
-        why = "collector: slots are marked as being swept, but no sweep runs";
+        why = "slots are marked as being swept, but no sweep runs";
         return false;
     }
-    return CheckTable(why) && CheckGenerations(why) && CheckGlobals(heap, why);
+    return CheckTable(why) && CheckGenerations(why) && CheckGlobals(heap, why) && CheckGameArrays(why);
 }
 } // namespace Runner
 
@@ -369,8 +384,14 @@ void AddGCRefRValue(RValue* value)
         Runner::Reach(Runner::TheHeap(), *value);
 }
 
-// Every collection marks anew, from the roots and from all that it does not sweep, and needs no memory of who refers to
-// whom. It can miss only what an object stores that is about to be freed.
+// Every collection marks anew, from the roots and from all objects that it does not sweep, so references between
+// objects need not be remembered. Two things need this call: an array that the game as a whole holds becomes a root,
+// because no object leads to it; and during a sweep, what a doomed object stores is marked at once.
 void DeterminePotentialRoot(KvObjectBase*, KvObjectBase* object) { Runner::Reach(Runner::TheHeap(), object); }
 
-void DeterminePotentialRoot(KvObjectBase*, RefDynamicArrayOfRValue* array) { Runner::Reach(Runner::TheHeap(), array); }
+void DeterminePotentialRoot(KvObjectBase* owner, RefDynamicArrayOfRValue* array)
+{
+    if (owner == nullptr)
+        Runner::GiveToGame(array);
+    Runner::Reach(Runner::TheHeap(), array);
+}

@@ -20,7 +20,7 @@ public:
     bool m_quiet = false;
 };
 
-Console s_console; // initialised by constants: listens before main already
+Console s_console; // initialised at compile time, so usable before main
 } // namespace
 
 CDebugConsole* dbg_csol = &s_console;

@@ -1,11 +1,12 @@
 #include "Runner/Host/Convert.h"
 
-#include "Files/Code/Function.h"
+#include "Runner/Host/Code.h"
 #include "Runner/Host/Value.h"
 
 #include <cfloat>
 #include <charconv>
 #include <cstdlib>
+#include <string>
 
 namespace Runner
 {
@@ -26,7 +27,7 @@ bool ParseNumber(std::string_view text, double& number)
     number = 0.0;
     text = WithoutBlanks(text);
     const size_t lead = !text.empty() && (text.front() == '+' || text.front() == '-') ? 1 : 0;
-    // A digit or a point comes first: "inf", "nan" and "+-1" are no numbers to a script.
+    // The first character after the sign must be a digit or a point: "inf", "nan" and "+-1" are no numbers to a script.
     if (lead >= text.size() || (text[lead] != '.' && (text[lead] < '0' || text[lead] > '9')))
         return false;
     if (text.front() == '+')
@@ -35,7 +36,7 @@ bool ParseNumber(std::string_view text, double& number)
     const std::from_chars_result result = std::from_chars(text.data(), text.data() + text.size(), parsed);
     if (result.ptr != text.data() + text.size() || result.ec == std::errc::invalid_argument)
         return false;
-    // Too large or too small: from_chars does not say which, strtod gives infinity or zero.
+    // Out of range: from_chars does not say whether too large or too small, strtod gives infinity or zero.
     number = result.ec == std::errc() ? parsed : std::strtod(std::string(text).c_str(), nullptr);
     return true;
 }
@@ -58,8 +59,8 @@ bool NumberOf(const RValue& value, double& number)
 
 float NearestFloatOutside(double number)
 {
-    // Half a step above the highest float lies the first number that rounds up, to infinity. A cast is not defined
-    // beyond the highest float, so the step above it is taken apart here.
+    // The first number that rounds to infinity lies half a step above the largest float. A cast is undefined beyond the
+    // largest float, so the numbers below that first one are rounded down here.
     constexpr double HIGHEST = static_cast<double>(FLT_MAX);
     constexpr double HALF_STEP = 10141204801825835211973625643008.0; // 2^103
     const float highest = number < 0.0 ? -FLT_MAX : FLT_MAX;
@@ -71,12 +72,19 @@ float NearestFloatOutside(double number)
 
 namespace
 {
-// 0, and reported, for what is no number.
+void ReportNoNumber(const RValue& value)
+{
+    const BuiltinCall* call = BuiltinCall::Current();
+    const std::string expectation = call == nullptr ? "" : call->Expectation(value);
+    KvError("%s, got %s", expectation.empty() ? "expected a number" : expectation.c_str(), Describe(value).c_str());
+}
+
+// Reports a value that is no number, and answers 0.
 double NumberOrReport(const RValue& value)
 {
     double number;
     if (!NumberOf(value, number))
-        KvError("expected a number, got %s", Describe(value).c_str());
+        ReportNoNumber(value);
     return number;
 }
 
@@ -84,7 +92,7 @@ double ArgumentNumber(const RValue* args, int index)
 {
     double number = args[index].val;
     if (KvKind(args[index]) != VALUE_REAL && !NumberOf(args[index], number))
-        KvError("expected a number, got %s (argument %d)", Describe(args[index]).c_str(), index + 1);
+        ReportNoNumber(args[index]);
     return number == number ? number : 0.0;
 }
 } // namespace
@@ -104,7 +112,7 @@ bool KvGetBool(const RValue* args, int index) { return Runner::ArgumentNumber(ar
 int64_t RValue::asInt64() const
 {
     if (KvKind(*this) == VALUE_INT64)
-        return v64; // a double would lose its lowest bits
+        return v64; // a double would lose the lowest bits
     return Runner::NearestInteger<int64_t>(Runner::NumberOrReport(*this));
 }
 

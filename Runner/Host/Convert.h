@@ -8,12 +8,12 @@
 
 namespace Runner
 {
-// The number that a value is: a real, an integer, a bool, or a string that is a decimal number (blanks around it are
-// fine). False for everything else; number is then 0.
+// The number that a value stands for: a real, an integer, a bool, or a string that is a decimal number, with blanks
+// around it or without. False for every other value; number is then 0.
 bool NumberOf(const RValue& value, double& number);
 bool ParseNumber(std::string_view text, double& number);
 
-// The whole part, or the nearest integer in range; not a number gives 0.
+// Truncates towards zero and clamps to the range of Int. NaN gives 0.
 template <typename Int> constexpr Int NearestInteger(double number)
 {
     constexpr Int LOWEST = std::numeric_limits<Int>::min();
@@ -27,8 +27,8 @@ template <typename Int> constexpr Int NearestInteger(double number)
     return number >= END ? HIGHEST : static_cast<Int>(number);
 }
 
-// Rounded to the nearest float, ties to even; beyond range infinite; not a number stays so.
-float NearestFloatOutside(double number); // of what is not between the floats' ends
+// Rounds to the nearest float, ties to even. Beyond the range infinite; NaN stays NaN.
+float NearestFloatOutside(double number); // for numbers beyond the largest float, and NaN
 inline float NearestFloat(double number)
 {
     constexpr double HIGHEST = static_cast<double>(std::numeric_limits<float>::max());

@@ -24,9 +24,9 @@ namespace Runner
 {
 namespace
 {
-constexpr mode_t DIRECTORY_MODE = 0777; // less what the user's mask takes
+constexpr mode_t DIRECTORY_MODE = 0777; // reduced by the user's umask
 
-// Made on first use, never destroyed.
+// Made on first use and never destroyed, so usable before main and after it.
 std::string& Area()
 {
     static std::string& area = *new std::string(".");
@@ -47,7 +47,8 @@ bool IsDirectory(const std::string& path)
     return stat(path.c_str(), &status) == 0 && S_ISDIR(status.st_mode);
 }
 
-// Calls visit with the text up to the end of each component of the path, the last one included, until it answers false.
+// Calls visit with each leading part of the path that ends at a separator or at the end (a, a/b, a/b/c), shortest
+// first, until visit answers false.
 template <typename Visit> bool EachComponent(const std::string& path, Visit visit)
 {
     for (size_t end = 0; end != std::string::npos && end < path.size();)
@@ -103,7 +104,8 @@ bool EndsAsDirectory(std::string_view name)
     return last.empty() || last == ".";
 }
 
-// A link inside the area may lead out of it. The area itself may be one: its user named it.
+// Symbolic links inside the area are refused, because they may lead out of it. The area itself may be a link: its user
+// chose it.
 bool PassesLink(std::string_view name)
 {
     return !EachComponent(std::string(name), [](const std::string& part) { return !IsLink(FullPath(part)); });

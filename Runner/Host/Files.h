@@ -5,16 +5,16 @@
 
 namespace Runner
 {
-// The directory that holds everything a game writes. Remembered, not touched.
+// The directory that holds everything a game writes. Only stored: nothing is made or checked.
 void SetSaveArea(const std::string& path);
 const std::string& SaveArea();
 
-// The full path of a file in it; empty when the name is refused, which the console has been told then.
+// The full path of a file in the save area. Empty when the name is refused; the console then says why.
 std::string SavePath(const std::string& name);
 
-// Makes the save area's directory and tries whether files can be made in it. False, and why in one line.
+// Makes the save area's directory and checks that files can be made in it. On failure false, and why in one line.
 bool PrepareSaveArea(std::string& why);
 
-// Whether anything failed with the file last opened for writing through LoadSave: the opening, a write, the closing.
+// True when opening, writing or closing the file last opened for writing through LoadSave failed.
 bool LastWriteFailed();
 } // namespace Runner

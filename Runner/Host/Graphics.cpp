@@ -8,7 +8,6 @@
 #include <cmath>
 #include <cstring>
 #include <iterator>
-#include <limits>
 
 float g_ViewAreaX, g_ViewAreaY, g_ViewAreaW, g_ViewAreaH, g_ViewAreaA;
 int g_RenderTargetActive = -1;
@@ -17,25 +16,54 @@ namespace Runner
 {
 namespace
 {
-constexpr float RADIANS_PER_DEGREE = 0.017453292f;
 
 constexpr kvMatrix IDENTITY = {{{1, 0, 0, 0, 0, 1, 0, 0, 0, 0, 1, 0, 0, 0, 0, 1}}};
 
 kvMatrix s_slots[3] = {IDENTITY, IDENTITY, IDENTITY}; // by eMatrix
 unsigned s_version = 0;
 
-// Turns from the axis `from` towards `to` by minus the angle: what makes a positive turn counter-clockwise on a screen
-// whose second axis points down.
-kvMatrix Turn(int from, int to, float degrees)
+// Rotates from the axis `from` towards the axis `to` by minus the angle, so that a positive angle is counter-clockwise
+// on a screen whose y axis points down.
+kvMatrix Rotation(int from, int to, float degrees)
 {
     const float sine = sinf(degrees * RADIANS_PER_DEGREE);
     const float cosine = cosf(degrees * RADIANS_PER_DEGREE);
-    kvMatrix turn = IDENTITY;
-    turn.m[from * 4 + from] = cosine;
-    turn.m[from * 4 + to] = -sine;
-    turn.m[to * 4 + from] = sine;
-    turn.m[to * 4 + to] = cosine;
-    return turn;
+    kvMatrix rotation = IDENTITY;
+    rotation.m[from * 4 + from] = cosine;
+    rotation.m[from * 4 + to] = -sine;
+    rotation.m[to * 4 + from] = sine;
+    rotation.m[to * 4 + to] = cosine;
+    return rotation;
+}
+// ---- what the matrices show ----
+
+// Whether a point's z neither moves it across the screen nor scales it: a parallel projection along z.
+bool IsParallel(const kvMatrix& toClip)
+{
+    return toClip._14 == 0.0f && toClip._24 == 0.0f && toClip._34 == 0.0f && toClip._31 == 0.0f && toClip._32 == 0.0f &&
+           toClip._44 > 0.0f;
+}
+
+struct Interval
+{
+    float low, high;
+};
+
+bool IsFinite(const Interval& interval) { return std::isfinite(interval.low) && std::isfinite(interval.high); }
+
+// One room coordinate over the clip square. perClipX and perClipY are the entries of the adjugate of the 2 x 2 matrix
+// that maps room x, y to clip x, y; over the determinant they are those of its inverse. The interval is widened by a
+// bound of the rounding errors, which grow where the determinant cancels.
+Interval ShownInterval(float perClipX, float perClipY, const kvMatrix& toClip)
+{
+    const float product = toClip._11 * toClip._22, crossProduct = toClip._12 * toClip._21;
+    const float determinant = product - crossProduct;
+    const float fromX = toClip._41 * perClipX / determinant, fromY = toClip._42 * perClipY / determinant;
+    const float centre = -(fromX + fromY);
+    const float half = toClip._44 * (fabsf(perClipX) + fabsf(perClipY)) / fabsf(determinant);
+    const float condition = (fabsf(product) + fabsf(crossProduct)) / fabsf(determinant);
+    const float rounding = RoomSlab::ROUNDING_OF_PRODUCTS * condition * (fabsf(fromX) + fabsf(fromY) + half);
+    return {centre - half - rounding, centre + half + rounding};
 }
 } // namespace
 
@@ -67,7 +95,7 @@ void ResetWorldMatrix()
 
 void SetFlatView(float x, float y, float width, float height)
 {
-    CCamera camera; // in no registry: it only lends its arithmetic, so that both ways give the same pixels
+    CCamera camera; // not registered: only its arithmetic is used, so that both ways give the same pixels
     camera.SetViewX(x);
     camera.SetViewY(y);
     camera.SetViewWidth(width);
@@ -84,29 +112,27 @@ kvMatrix BuildWorldMatrix(const kvVector3& position, const kvVector3& degrees, c
     world._11 = scale.x;
     world._22 = scale.y;
     world._33 = scale.z;
-    kvMatrix::Multiply(world, world, Turn(0, 1, degrees.z));
-    kvMatrix::Multiply(world, world, Turn(1, 2, degrees.x));
-    kvMatrix::Multiply(world, world, Turn(2, 0, degrees.y));
+    kvMatrix::Multiply(world, world, Rotation(0, 1, degrees.z));
+    kvMatrix::Multiply(world, world, Rotation(1, 2, degrees.x));
+    kvMatrix::Multiply(world, world, Rotation(2, 0, degrees.y));
     world._41 = position.x;
     world._42 = position.y;
     world._43 = position.z;
     return world;
 }
 
-RoomArea VisibleArea()
+RoomRegion VisibleRegion()
 {
-    const float turn = g_ViewAreaA * RADIANS_PER_DEGREE;
-    const float sine = fabsf(sinf(turn));
-    const float cosine = fabsf(cosf(turn));
-    const float halfWidth = (g_ViewAreaW * cosine + g_ViewAreaH * sine) * 0.5f;
-    const float halfHeight = (g_ViewAreaW * sine + g_ViewAreaH * cosine) * 0.5f;
-    const float x = g_ViewAreaX + g_ViewAreaW * 0.5f;
-    const float y = g_ViewAreaY + g_ViewAreaH * 0.5f;
-    const RoomArea area = {x - halfWidth, y - halfHeight, x + halfWidth, y + halfHeight};
-    if (std::isfinite(area.left) && std::isfinite(area.top) && std::isfinite(area.right) && std::isfinite(area.bottom))
-        return area;
-    constexpr float endless = std::numeric_limits<float>::infinity();
-    return {-endless, -endless, endless, endless};
+    const kvMatrix toClip = RoomToClip();
+    if (!IsParallel(toClip))
+        return ENTIRE_PLANE;
+    const Interval x = ShownInterval(toClip._22, -toClip._21, toClip);
+    const Interval y = ShownInterval(-toClip._12, toClip._11, toClip);
+    if (!IsFinite(x) || !IsFinite(y))
+        return ENTIRE_PLANE;
+    return {{x.low, y.low, x.high, y.high},
+            {toClip._11, toClip._21, toClip._41, toClip._44},
+            {toClip._12, toClip._22, toClip._42, toClip._44}};
 }
 } // namespace Runner
 

@@ -1,44 +1,36 @@
 #pragma once
-// The matrix slots and the view area behind Files/Graphics_API, for those who read them: the painter, the trace, the
-// culling of instances. Works without any painter.
+// The matrix slots and the view area that Files/Graphics_API declares, for their readers: the painter, the trace, the
+// culling of instances. No painter is needed.
 
 #include "Files/Graphics_API/Graphics_API.h"
 #include "Platform/Matrix.h"
+#include "Runner/Base/Area.h"
 
 namespace Runner
 {
 const kvMatrix& CurrentMatrix(eMatrix slot); // identity until set
-kvMatrix RoomToClip();                       // world * view * projection, as they stand
+kvMatrix RoomToClip();                       // the current world * view * projection
 
-// Grows with every SetMatrix and reset; equal versions mean equal matrices.
+// Incremented by every SetMatrix and reset: equal versions mean equal matrices.
 unsigned MatrixVersion();
 
-// All three slots to identity, the view area to zeros, no render target: as a game finds them at its start.
+// The state at the start of a game: all three slots identity, the view area zeros, no render target.
 void ResetGraphics();
 void ResetWorldMatrix();
 
-// View and projection of a flat, unrotated view of the rectangle, as a camera's 2D build makes them, with the flip that
-// a render target needs while one is bound. Publishes the view area too.
+// Sets view and projection for a flat, unrotated view of the rectangle, as a camera's 2D build makes them, flipped
+// vertically while a render target is bound. Publishes the view area, too.
 void SetFlatView(float x, float y, float width, float height);
 
 kvMatrix IdentityMatrix();
 
-// Scales, then turns about the z, the x and the y axis, then moves. Angles in degrees. A positive turn about z is
-// counter-clockwise on the screen of a flat view; about x and y it is the same formula with the axes exchanged in turn.
+// Scales, then rotates about the z, the x and the y axis, in this order, then translates. Angles in degrees. A positive
+// angle about z is counter-clockwise on the screen of a flat view; about x and y the same formula holds with the axes
+// permuted cyclically.
 kvMatrix BuildWorldMatrix(const kvVector3& position, const kvVector3& degrees, const kvVector3& scale);
 
-// Room units, edges in order: left <= right, top <= bottom.
-struct RoomArea
-{
-    float left, top, right, bottom;
-
-    bool Touches(const RoomArea& other) const
-    {
-        return left <= other.right && right >= other.left && top <= other.bottom && bottom >= other.top;
-    }
-};
-
-// The upright rectangle around all that the published view area shows, whatever its rotation. Endless in every
-// direction when the area is not finite: nothing may be culled then.
-RoomArea VisibleArea();
+// The part of the plane z = 0 that the current matrices show: the clip square carried back into the room. The entire
+// plane where that is no parallelogram: for a perspective, for a view in which z moves a point across the screen, and
+// for matrices that are singular or not finite. Nothing may be culled then.
+RoomRegion VisibleRegion();
 } // namespace Runner

@@ -2,30 +2,22 @@
 
 #include "Platform/Matrix.h"
 
+#include "Platform/Lanes.h"
+
 #include <cmath>
 
-#if defined(__SSE2__)
-#include <emmintrin.h>
-#endif
-
-// The order of operations is part of what these functions promise, because saved states and traces are compared bit for
-// bit: every sum and every product goes from left to right as written, and each operation rounds to float.
+// The order of operations is part of the contract, because saved states and traces are compared bit for bit: sums and
+// products are evaluated from left to right as written, and each operation rounds to float.
 
 #if defined(__SSE2__)
 
-// Four lanes at a time, in the order of the definitions below: their bits.
+// Four lanes at a time, with the operations in the order of the scalar definitions below, so that all bits are equal.
 
 namespace
 {
-template <int Index> inline __m128 Spread(__m128 v)
-{
-    return _mm_castsi128_ps(_mm_shuffle_epi32(_mm_castps_si128(v), _MM_SHUFFLE(Index, Index, Index, Index)));
-}
-
-template <int Lane> inline __m128 Only(__m128 v)
-{
-    return _mm_and_ps(v, _mm_castsi128_ps(_mm_setr_epi32(-(Lane == 0), -(Lane == 1), -(Lane == 2), -(Lane == 3))));
-}
+using Lanes::Magnitudes;
+using Lanes::Only;
+using Lanes::Spread;
 
 inline __m128 Load(const kvVector3& v)
 {
@@ -33,27 +25,27 @@ inline __m128 Load(const kvVector3& v)
     return _mm_movelh_ps(xy, _mm_load_ss(&v.z));
 }
 
-// The side of most flat cameras has length one exactly, and what is divided by one stays: nothing waits for a root and
-// its quotients then.
+// Skips the root and the division when the squared length is exactly 1: both would change nothing, and the side vector
+// of most flat cameras has that length.
 inline __m128 Normalised(__m128 v)
 {
     const __m128 squares = _mm_mul_ps(v, v);
     const __m128 sum = _mm_add_ss(_mm_add_ss(squares, Spread<1>(squares)), Spread<2>(squares));
-    if (_mm_cvtss_f32(sum) == 1.0f)
+    if (Lanes::First(sum) == 1.0f)
         return v;
     return _mm_div_ps(v, Spread<0>(_mm_sqrt_ss(sum)));
 }
 
-// Zeros, and a length whose square neither overflows nor underflows: through the rounding, the square's root is the
-// length itself.
+// True when x and y are zero and |z| lies in [1e-15, 1e15]. Within these bounds z * z neither overflows nor underflows
+// and sqrtf(z * z) == |z| exactly, so the root can be skipped.
 inline bool PointsAlongZ(__m128 v)
 {
-    const __m128 sizes = _mm_andnot_ps(_mm_set1_ps(-0.0f), v);
+    const __m128 sizes = Magnitudes(v);
     const __m128 least = _mm_setr_ps(0.0f, 0.0f, 1e-15f, 0.0f), most = _mm_setr_ps(0.0f, 0.0f, 1e15f, 0.0f);
-    return _mm_movemask_ps(_mm_and_ps(_mm_cmpge_ps(sizes, least), _mm_cmple_ps(sizes, most))) == 0xF;
+    return Lanes::InAll(_mm_and_ps(_mm_cmpge_ps(sizes, least), _mm_cmple_ps(sizes, most)));
 }
 
-// Flat cameras look along z. Their direction is a one and two zeros, with the signs that they had.
+// Flat cameras look along z. The unit vector then is (0, 0, 1), with the sign that each component had.
 inline __m128 DirectionOf(__m128 v)
 {
     if (!PointsAlongZ(v))
@@ -68,7 +60,7 @@ inline __m128 Cross(__m128 a, __m128 b)
                       _mm_mul_ps(_mm_shuffle_ps(a, a, ZXY), _mm_shuffle_ps(b, b, YZX)));
 }
 
-// A row of the product: each lane a column.
+// One row of a product. Each lane is a column.
 inline __m128 RowTimes(const float* row, __m128 b0, __m128 b1, __m128 b2, __m128 b3)
 {
     const __m128 a = _mm_loadu_ps(row);
@@ -81,7 +73,8 @@ void kvMatrix::Multiply(kvMatrix& out, const kvMatrix& a, const kvMatrix& b)
 {
     const __m128 b0 = _mm_loadu_ps(b.m), b1 = _mm_loadu_ps(b.m + 4);
     const __m128 b2 = _mm_loadu_ps(b.m + 8), b3 = _mm_loadu_ps(b.m + 12);
-    for (int row = 0; row < 16; row += 4) // b is in registers, and each row of a is read before it is written
+    for (int row = 0; row < 16;
+         row += 4) // out may be a or b: b is in registers, and each row of a is read before it is written
         _mm_storeu_ps(out.m + row, RowTimes(a.m + row, b0, b1, b2, b3));
 }
 
@@ -90,7 +83,7 @@ void kvMatrix::LookAtLH(kvMatrix& out, const kvVector3& eye, const kvVector3& at
     const __m128 z = DirectionOf(_mm_sub_ps(Load(at), Load(eye)));
     const __m128 x = Normalised(Cross(Load(up), z));
     __m128 row0 = x, row1 = Cross(z, x), row2 = z, row3 = _mm_setzero_ps();
-    _MM_TRANSPOSE4_PS(row0, row1, row2, row3); // the fourth lanes come to stand in row3, which is not used
+    _MM_TRANSPOSE4_PS(row0, row1, row2, row3); // row3 receives the fourth lanes and is not used
 
     const __m128 sum = _mm_add_ps(_mm_mul_ps(row0, _mm_set1_ps(eye.x)), _mm_mul_ps(row1, _mm_set1_ps(eye.y)));
     const __m128 place = _mm_add_ps(sum, _mm_mul_ps(row2, _mm_set1_ps(eye.z)));
@@ -126,7 +119,7 @@ kvVector3 Cross(const kvVector3& a, const kvVector3& b)
     return {a.y * b.z - a.z * b.y, a.z * b.x - a.x * b.z, a.x * b.y - a.y * b.x};
 }
 
-// A vector without length has no direction: it comes out as not a number.
+// A vector of length zero gives NaN.
 kvVector3 Normalised(const kvVector3& v)
 {
     const float length = sqrtf(Dot(v, v));
@@ -134,7 +127,7 @@ kvVector3 Normalised(const kvVector3& v)
 }
 } // namespace
 
-// out may be a: each row of it is read before it is written. Or b, which is read before all.
+// out may be a or b: b is read first, and each row of a is read before it is written.
 void kvMatrix::Multiply(kvMatrix& out, const kvMatrix& a, const kvMatrix& b)
 {
     const float b11 = b._11, b12 = b._12, b13 = b._13, b14 = b._14;

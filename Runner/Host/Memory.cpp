@@ -10,7 +10,8 @@ namespace
 constexpr uint32_t GUARD = 0x5AFEB10Cu;
 constexpr uint32_t GUARD_FREED = 0xDEADB10Cu;
 
-// In front of every block; the guard word stands last, next to the block's bytes. A second guard word follows them.
+// The header in front of every block. Its guard word comes last, next to the block's bytes; a second guard word follows
+// them.
 struct alignas(8) Header
 {
     Header* previous; // older
@@ -24,9 +25,9 @@ static_assert(sizeof(Header) % 8 == 0, "blocks are 8-byte aligned");
 static_assert(offsetof(Header, guard) + sizeof(uint32_t) == sizeof(Header), "nothing between the guard and the block");
 
 constexpr size_t OVERHEAD = sizeof(Header) + sizeof(GUARD);
-constexpr size_t SIZE_MOST = SIZE_MAX / 2 - OVERHEAD; // no block is larger than a pointer difference can be
+constexpr size_t SIZE_MOST = SIZE_MAX / 2 - OVERHEAD; // a block's size must fit into a pointer difference
 
-// Initialised by constants: allocations before main find it in place, and nothing takes it down after main.
+// Initialised at compile time and never destroyed: there are allocations before main and after it.
 Header* s_oldest = nullptr;
 Header* s_youngest = nullptr;
 Runner::MemoryUse s_use = {0, 0, 0, 0};
@@ -45,7 +46,7 @@ bool EndGuardIntact(const Header* header)
     return guard == GUARD;
 }
 
-// What is wrong with the block, or null.
+// Says what is wrong with the block; null when nothing is.
 const char* DamageOf(const Header* header)
 {
     if (header->guard == GUARD_FREED)
@@ -55,7 +56,7 @@ const char* DamageOf(const Header* header)
     return EndGuardIntact(header) ? nullptr : "has bytes written past its end";
 }
 
-// Going on with a damaged heap would only hide where the damage was done.
+// Aborts on a damaged block: going on would only hide where the damage was done.
 Header* CheckedHeaderOf(void* block)
 {
     void* const front = static_cast<unsigned char*>(block) - sizeof(Header);
@@ -90,7 +91,7 @@ void CountOut(const Header* header)
     s_use.bytes -= header->size;
 }
 
-// Makes the neighbours point at the header, where it stands now.
+// Makes the neighbours in the list point at the header's current address.
 void Relink(Header* header)
 {
     (header->previous != nullptr ? header->previous->next : s_oldest) = header;
@@ -103,7 +104,7 @@ void Unlink(Header* header)
     (header->next != nullptr ? header->next->previous : s_youngest) = header->previous;
 }
 
-// Completes a block that stands in the list already.
+// Fills in the header and the guard words of a block that is in the list already.
 void* Finish(Header* header, size_t size, const char* tag, int line)
 {
     header->tag = tag;
@@ -117,7 +118,7 @@ void* Finish(Header* header, size_t size, const char* tag, int line)
 }
 } // namespace
 
-// Always zero-filled: a caller that reads what it never wrote then at least does so the same way every time.
+// Always zero-filled, so that a caller that reads bytes it never wrote gets the same result every time.
 void* MemoryManager::Alloc(size_t size, const char* file, int line, bool)
 {
     if (Refused(size))
@@ -194,12 +195,12 @@ bool CheckMemory(std::string& why)
         if (header->guard != GUARD || header->previous != previous)
         {
             // Nothing of a damaged header is to be trusted, its tag included.
-            why = "memory: the header of block " + std::to_string(blocks) + ", counted from the oldest, is damaged";
+            why = "the header of block " + std::to_string(blocks) + ", counted from the oldest, is damaged";
             return false;
         }
         if (!EndGuardIntact(header))
         {
-            why = std::string("memory: a block of ") + (header->tag != nullptr ? header->tag : "untagged") + "(" +
+            why = std::string("a block of ") + (header->tag != nullptr ? header->tag : "untagged") + "(" +
                   std::to_string(header->line) + ") " + DamageOf(header);
             return false;
         }
@@ -208,7 +209,7 @@ bool CheckMemory(std::string& why)
     }
     if (blocks == s_use.blocks && bytes == s_use.bytes && previous == s_youngest)
         return true;
-    why = "memory: the counts do not agree with the blocks that stand in the list";
+    why = "the counts do not agree with the blocks that stand in the list";
     return false;
 }
 } // namespace Runner

@@ -2,7 +2,7 @@
 
 #include "Runner/Host/Slot_Table.h"
 
-// The two numbers describe variables that an object keeps in its base. Objects of this runner keep none there.
+// The two numbers describe variables kept in the base class. The objects of this runner keep none there.
 KvObjectBase::KvObjectBase(int, int) : m_slot(-1), m_gcGen(-1), m_gcCounter(0), m_kind(0) {}
 
 KvObjectBase::~KvObjectBase()
@@ -34,7 +34,7 @@ bool KvObjectBase::MarkThisOnly4GC(uint32_t* marks, int count)
     return isNew;
 }
 
-// Every variable that the object has refers to something alive.
+// Marks what the object's variables refer to.
 bool KvObjectBase::MarkOnlyChildren4GC(uint32_t*, int)
 {
     for (int variable = 0; RValue* value = InternalGetKvVarRef(variable); ++variable)
@@ -60,7 +60,7 @@ void KvObjectBase::PreFree() {}
 
 void* KvObjectBase::GetDispose() { return nullptr; }
 
-// Objects number their variables from 0.
+// Releases every variable. Variables are numbered from 0 without gaps.
 void KvObjectBase::FreeVars(KvObjectBase* object, bool freeVars, GCContext*)
 {
     if (!freeVars)

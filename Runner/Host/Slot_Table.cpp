@@ -30,7 +30,8 @@ template <typename T> bool Resize(T*& vector, int64_t count)
     return resized != nullptr;
 }
 
-// Half as much again, and room for what may not be used during a sweep. The lowest new slot is taken first.
+// Grows by half, and by the slots that a sweep blocks. New slots are pushed from the highest down, so that the lowest
+// is taken first.
 bool Grow(Table& table)
 {
     const int64_t old = table.m_nCapacity;
@@ -78,7 +79,7 @@ bool TakeSlot(KvObjectBase* object)
     if (table.m_nCount >= table.m_nCapacity - SweptWidth() && !Grow(table))
         return false;
     int slot = PopSlot(table);
-    if (slot == NO_SLOT) // indices popped during a sweep are lost to the stack
+    if (slot == NO_SLOT) // PopSlot drops indices that are being swept, so a free slot may be missing from the stack
         slot = SearchSlot(table);
     if (slot == NO_SLOT)
         return false;
@@ -97,7 +98,7 @@ void GiveSlotBack(KvObjectBase* object)
     table.m_ppEntries[slot] = nullptr;
     --table.m_nCount;
     object->m_slot = NO_SLOT;
-    // Stale indices may fill the stack; a slot that finds no room on it is found by the search.
+    // Stale indices may fill the stack. A slot that finds no room on it is found by SearchSlot.
     if (table.m_slotStackSize < table.m_nCapacity)
         table.m_freeSlotStack[table.m_slotStackSize++] = slot;
     table.m_lastFreed = std::min(table.m_lastFreed, slot);
@@ -121,7 +122,7 @@ bool CheckTable(std::string& why)
         const KvObjectBase* object = table.m_ppEntries[slot];
         if (object != nullptr && object->m_slot != slot)
         {
-            why = "slot table: the object in slot " + std::to_string(slot) + " believes to be in slot " +
+            why = "slot table: slot " + std::to_string(slot) + " holds an object whose m_slot is " +
                   std::to_string(object->m_slot);
             return false;
         }

@@ -1,5 +1,5 @@
 #pragma once
-// Taking and giving back places in g_slotObjects.
+// Taking slots of g_slotObjects and giving them back.
 
 #include "Files/Object/Object_Base.h"
 
@@ -7,12 +7,13 @@
 
 namespace Runner
 {
-// A free slot for the object, outside the slots being swept; the table grows as needed. False without memory.
+// Puts the object into a free slot outside the range being swept. The table grows when it is full; false when memory is
+// refused.
 bool TakeSlot(KvObjectBase* object);
 
-void GiveSlotBack(KvObjectBase* object); // nothing for an object without a slot
+void GiveSlotBack(KvObjectBase* object); // does nothing for an object without a slot
 
-void FreeEmptyTable(); // nothing while an object stands in it
+void FreeEmptyTable(); // does nothing while it holds an object
 
-bool CheckTable(std::string& why); // every entry knows its slot, the counts are right; false, and why
+bool CheckTable(std::string& why); // every object's m_slot and the counts are right; else false, and why
 } // namespace Runner

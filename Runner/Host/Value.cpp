@@ -13,9 +13,9 @@
 
 namespace
 {
-constexpr char TAG[] = "Runner/Host_Value";
+constexpr char TAG[] = "Runner/Host/Value";
 
-// Never destroyed: strings are released after main too.
+// Never destroyed: strings are released after main, too.
 std::recursive_mutex& ValueLock()
 {
     static std::recursive_mutex& lock = *new std::recursive_mutex;
@@ -63,7 +63,7 @@ RValue MakeKind(eRValue_Kind kind)
     return value;
 }
 
-// A record with one reference; null without memory.
+// A record with one reference; null when memory is refused.
 RefString* NewText(std::string_view text)
 {
     if (text.size() >= INT_MAX)
@@ -155,8 +155,7 @@ std::string DescribeNumber(double number)
     std::snprintf(text, sizeof(text), "%.15g", number);
     if (number == number && std::strtod(text, nullptr) != number)
         std::snprintf(text, sizeof(text), "%.17g", number);
-    return std::string("the number ") +
-           (number == number ? text : "nan"); // without the sign that some machines give it
+    return std::string("the number ") + (number == number ? text : "nan"); // some machines print NaN with a sign
 }
 
 std::string DescribeText(const RefString* text)
@@ -188,9 +187,9 @@ std::string Describe(const RValue& value)
     case VALUE_INT64: return "the number " + std::to_string(value.v64);
     case VALUE_BOOL: return value.val > 0.5 ? "true" : "false";
     case VALUE_STRING: return DescribeText(value.pRefString);
-    case VALUE_ARRAY: return "an array";
+    case VALUE_ARRAY: return "a table";
     case VALUE_OBJECT: return DescribeObject(value.pObj);
-    case VALUE_UNDEFINED: return "undefined";
+    case VALUE_UNDEFINED: return "nil";
     case VALUE_NULL: return "null";
     case VALUE_UNSET: return "nothing";
     case VALUE_PTR: return "a pointer";

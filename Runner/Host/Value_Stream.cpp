@@ -10,8 +10,8 @@
 //   int64        U64, its bits
 //   string       S32 length, that many U8
 //   array        S32 count, that many values
-// and nothing for undefined. All other kinds belong to the running game and are saved as undefined, and so is what
-// exceeds a limit. Reading allocates only in step with what it has read, so that a length alone costs nothing.
+// and nothing for undefined. All other kinds refer to the running game and are saved as undefined; so is a value that
+// exceeds a limit. Reading allocates in proportion to what it has read, so that a false length costs nothing.
 
 namespace
 {
@@ -105,7 +105,7 @@ bool ReadText(IBuffer* buffer, RValue& value)
     return true;
 }
 
-// Hands the elements over to a new array. Without memory they are released.
+// Moves the elements into a new array. Releases them when memory is refused.
 bool GiveToArray(std::vector<RValue>& elements, RValue& value)
 {
     value = MakeArray(static_cast<int>(elements.size()));
@@ -155,7 +155,7 @@ bool ReadReal(IBuffer* buffer, RValue& value, eRValue_Kind kind)
     return read;
 }
 
-// False when the stream ends early or makes no sense; the value is then undefined.
+// False when the stream ends early or is malformed; the value is then undefined.
 bool ReadValue(IBuffer* buffer, RValue& value, int depth)
 {
     value = MakeUndefined();

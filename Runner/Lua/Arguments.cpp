@@ -2,6 +2,7 @@
 
 #include "Runner/Base/Printable.h"
 #include "Runner/Host/Convert.h"
+#include "Runner/Host/Value.h"
 #include "Runner/Lua/Script_Engine.h"
 #include "Runner/Lua/Self.h"
 #include "Runner/World/World.h"
@@ -17,18 +18,53 @@ namespace Runner
 {
 // ---- single values ----
 
-std::string KindAt(lua_State* L, int index)
+namespace
 {
-    const int type = lua_type(L, index);
-    if (type == LUA_TNONE || type == LUA_TNIL)
-        return "nil";
-    return std::string("a ") + (SelfAt(L, index) != nullptr ? "instance" : lua_typename(L, type));
+[[noreturn]] void Refuse(lua_State* L, int index, const char* expected)
+{
+    throw ScriptError(std::string("is ") + expected + ", got " + DescribeAt(L, index));
+}
+
+void CheckType(lua_State* L, int index, int type, const char* expected)
+{
+    if (lua_type(L, index) != type)
+        Refuse(L, index, expected);
+}
+
+std::string DescribeText(lua_State* L, int index)
+{
+    size_t size = 0;
+    const char* text = lua_tolstring(L, index, &size);
+    return "the string \"" + Printable({text, size}) + "\"";
+}
+} // namespace
+
+std::string DescribeAt(lua_State* L, int index)
+{
+    int id = 0;
+    switch (lua_type(L, index))
+    {
+    case LUA_TNONE:
+    case LUA_TNIL: return "nil";
+    case LUA_TBOOLEAN: return lua_toboolean(L, index) != 0 ? "true" : "false";
+    case LUA_TNUMBER:
+        return lua_isinteger(L, index) != 0 ? "the number " + std::to_string(lua_tointeger(L, index))
+                                            : Describe(MakeReal(lua_tonumber(L, index)));
+    case LUA_TSTRING: return DescribeText(L, index);
+    case LUA_TTHREAD: return "a coroutine";
+    case LUA_TUSERDATA: return SelfIdentifier(L, index, id) ? "an instance" : "a userdata";
+    default: return std::string("a ") + luaL_typename(L, index);
+    }
+}
+
+std::string DescribeListAt(lua_State* L, int index)
+{
+    return lua_istable(L, index) ? "a table of " + std::to_string(lua_rawlen(L, index)) : DescribeAt(L, index);
 }
 
 double NumberAt(lua_State* L, int index)
 {
-    if (lua_type(L, index) != LUA_TNUMBER)
-        throw ScriptError("must be a number, got " + KindAt(L, index));
+    CheckType(L, index, LUA_TNUMBER, "a number");
     return lua_tonumber(L, index);
 }
 
@@ -38,16 +74,17 @@ float FiniteAt(lua_State* L, int index)
 {
     const float number = FloatAt(L, index);
     if (!std::isfinite(number))
-        throw ScriptError("must be a finite number");
+        Refuse(L, index, "a finite number");
     return number;
 }
 
 int WholeAt(lua_State* L, int index)
 {
-    const double number = NumberAt(L, index);
+    CheckType(L, index, LUA_TNUMBER, "a whole number");
+    const double number = lua_tonumber(L, index);
     if (!(number >= static_cast<double>(INT_MIN) && number <= static_cast<double>(INT_MAX)) ||
         number != std::floor(number))
-        throw ScriptError("must be a whole number of 32 bits");
+        Refuse(L, index, "a whole number of 32 bits");
     return static_cast<int>(number);
 }
 
@@ -57,36 +94,74 @@ bool FlagAt(lua_State* L, int index)
         return lua_toboolean(L, index) != 0;
     if (lua_type(L, index) == LUA_TNUMBER)
         return lua_tonumber(L, index) > 0.5;
-    throw ScriptError("must be true or false, got " + KindAt(L, index));
+    Refuse(L, index, "true or false");
 }
 
 unsigned ColourAt(lua_State* L, int index)
 {
-    const int colour = WholeAt(L, index);
-    if (colour < 0 || colour > 0xFFFFFF)
-        throw ScriptError("must be a colour, see colour_rgb");
+    CheckType(L, index, LUA_TNUMBER, "a colour (see colour_rgb)");
+    const double colour = lua_tonumber(L, index);
+    if (!(colour >= 0.0 && colour <= 0xFFFFFF) || colour != std::floor(colour))
+        Refuse(L, index, "a colour (see colour_rgb)");
     return static_cast<unsigned>(colour);
 }
 
 std::string TextAt(lua_State* L, int index)
 {
-    if (lua_type(L, index) != LUA_TSTRING)
-        throw ScriptError("must be a string, got " + KindAt(L, index));
+    CheckType(L, index, LUA_TSTRING, "a string");
     size_t size = 0;
     const char* text = lua_tolstring(L, index, &size);
     return std::string(text, size);
 }
 
+int FunctionAt(lua_State* L, int index)
+{
+    CheckType(L, index, LUA_TFUNCTION, "a function");
+    return ScriptEngine::Current()->Keep(L, index);
+}
+
+void CheckTableAt(lua_State* L, int index) { CheckType(L, index, LUA_TTABLE, "a table"); }
+
+int InstanceNumberAt(lua_State* L, int index)
+{
+    int id = 0;
+    if (SelfIdentifier(L, index, id))
+        return id;
+    CheckType(L, index, LUA_TNUMBER, "an instance");
+    return WholeAt(L, index);
+}
+
 // ---- arguments ----
+
+Signature FunctionHead::Names() const
+{
+    Signature names = {name, least, {}};
+    for (const char* argument : arguments)
+        if (argument != nullptr)
+            names.arguments.push_back(argument);
+    return names;
+}
 
 ScriptArguments::ScriptArguments(lua_State* state, const FunctionHead& function) : L(state), m_function(function)
 {
     const int count = lua_gettop(L);
-    if (count < function.least || count > function.most)
-        Fail("wrong number of arguments");
+    const bool isTooMany = count > 0 && (count > static_cast<int>(FunctionHead::ARGUMENTS_MAX) ||
+                                         function.arguments[count - 1] == nullptr);
+    if (count < function.least || isTooMany)
+        Fail("wrong number of arguments " + function.Names().Wanted(count));
 }
 
 void ScriptArguments::Fail(const std::string& text) const { throw ScriptError(std::string(Name()) + "() - " + text); }
+
+void ScriptArguments::FailArgument(int i, const std::string& text) const
+{
+    throw ScriptError(m_function.Names().Argument(i) + " " + text);
+}
+
+void ScriptArguments::FailEntry(int i, int entry, const std::string& text) const
+{
+    throw ScriptError(m_function.Names().Argument(i) + ", entry " + std::to_string(entry) + " " + text);
+}
 
 template <typename T> T ScriptArguments::Checked(int i, T (*read)(lua_State*, int)) const
 {
@@ -96,7 +171,7 @@ template <typename T> T ScriptArguments::Checked(int i, T (*read)(lua_State*, in
     }
     catch (const ScriptError& error)
     {
-        Fail("argument " + std::to_string(i) + " " + error.what());
+        FailArgument(i, error.what());
     }
 }
 
@@ -107,26 +182,9 @@ bool ScriptArguments::Flag(int i, bool otherwise) const { return Has(i) ? Checke
 unsigned ScriptArguments::Colour(int i) const { return Checked(i, ColourAt); }
 std::string ScriptArguments::Text(int i) const { return Checked(i, TextAt); }
 
-int ScriptArguments::Function(int i) const
-{
-    if (lua_type(L, i) != LUA_TFUNCTION)
-        Fail("argument " + std::to_string(i) + " must be a function, got " + KindAt(L, i));
-    return ScriptEngine::Current()->Keep(L, i);
-}
-
-void ScriptArguments::Table(int i) const
-{
-    if (lua_type(L, i) != LUA_TTABLE)
-        Fail("argument " + std::to_string(i) + " must be a table, got " + KindAt(L, i));
-}
-
-Instance* ScriptArguments::FindInstance(int i) const
-{
-    int id = 0;
-    if (!SelfIdentifier(L, i, id))
-        id = Whole(i);
-    return World::Current()->Find(id);
-}
+int ScriptArguments::Function(int i) const { return Checked(i, FunctionAt); }
+void ScriptArguments::Table(int i) const { Checked(i, CheckTableAt); }
+Instance* ScriptArguments::FindInstance(int i) const { return World::Current()->Find(Checked(i, InstanceNumberAt)); }
 
 ObjectType& ScriptArguments::Object(int i) const
 {
@@ -180,20 +238,25 @@ bool Fields::Push(const char* name)
     return false;
 }
 
-template <typename T> T Fields::Read(const char* name, T otherwise, T (*read)(lua_State*, int))
+template <typename T> T Fields::Checked(const char* name, T (*read)(lua_State*, int)) const
 {
-    if (!Push(name))
-        return otherwise;
     try
     {
-        otherwise = read(m_call.L, -1);
+        return read(m_call.L, -1);
     }
     catch (const ScriptError& error)
     {
         Fail(name, error.what());
     }
+}
+
+template <typename T> T Fields::Read(const char* name, T otherwise, T (*read)(lua_State*, int))
+{
+    if (!Push(name))
+        return otherwise;
+    const T value = Checked(name, read);
     lua_pop(m_call.L, 1);
-    return otherwise;
+    return value;
 }
 
 bool Fields::Has(const char* name)
@@ -214,28 +277,17 @@ int Fields::Whole(const char* name, int otherwise, int least, int most)
 {
     const int number = Whole(name, otherwise);
     if (number < least || number > most)
-        Fail(name,
-             "must be " + std::to_string(least) + " to " + std::to_string(most) + ", got " + std::to_string(number));
+        Fail(name, "is " + std::to_string(least) + " to " + std::to_string(most) + ", got " + std::to_string(number));
     return number;
 }
 
-int Fields::Function(const char* name, int otherwise)
-{
-    if (!Push(name))
-        return otherwise;
-    if (lua_type(m_call.L, -1) != LUA_TFUNCTION)
-        Fail(name, "must be a function, got " + KindAt(m_call.L, -1));
-    const int reference = ScriptEngine::Current()->Keep(m_call.L, -1);
-    lua_pop(m_call.L, 1);
-    return reference;
-}
+int Fields::Function(const char* name, int otherwise) { return Read(name, otherwise, FunctionAt); }
 
 bool Fields::PushTable(const char* name)
 {
     if (!Push(name))
         return false;
-    if (lua_type(m_call.L, -1) != LUA_TTABLE)
-        Fail(name, "must be a table, got " + KindAt(m_call.L, -1));
+    Checked(name, CheckTableAt);
     return true;
 }
 

@@ -1,5 +1,7 @@
 #pragma once
-// Reading what a script hands over. Everything here throws ScriptError for a value that does not fit.
+// Reading the values that a script hands over. Every reader throws ScriptError for a value that does not fit.
+
+#include "Runner/Lua/Signature.h"
 
 #include <lua.hpp>
 
@@ -11,7 +13,7 @@ namespace Runner
 class Instance;
 class ObjectType;
 
-// ---- single values; the error says "must be a whole number, got nil" and leaves who and where to the caller ----
+// ---- single values; the error says "is a whole number, got nil", the caller puts before it what the value is of ----
 double NumberAt(lua_State* L, int index);
 float FloatAt(lua_State* L, int index);  // the nearest; beyond a float's range infinite
 float FiniteAt(lua_State* L, int index); // neither infinite nor NaN
@@ -19,13 +21,22 @@ int WholeAt(lua_State* L, int index);    // of 32 bits; 3.0 counts
 bool FlagAt(lua_State* L, int index);    // true, false, or a number (above one half is true)
 unsigned ColourAt(lua_State* L, int index);
 std::string TextAt(lua_State* L, int index);
-std::string KindAt(lua_State* L, int index); // "nil", "a string"
+int FunctionAt(lua_State* L, int index); // kept
+void CheckTableAt(lua_State* L, int index);
+int InstanceNumberAt(lua_State* L, int index);       // a number, or the self of an instance
+std::string DescribeAt(lua_State* L, int index);     // one short line: nil, a table, the string "left", the number 5
+std::string DescribeListAt(lua_State* L, int index); // likewise, a table with its length: a table of 15
 
-// What errors say of a function that scripts can call.
+// A function that scripts can call, as errors and documents name it.
 struct FunctionHead
 {
+    static constexpr size_t ARGUMENTS_MAX = 14;
+
     const char* name;
-    int least, most; // arguments
+    int least;                            // arguments; those after them may be left out from the end
+    const char* arguments[ARGUMENTS_MAX]; // their names, null after the last
+
+    Signature Names() const;
 };
 
 // The arguments of one call, counted from 1. An error names the function and the argument.
@@ -59,7 +70,9 @@ public:
     int Return(const std::string& text) const;
 
     const char* Name() const { return m_function.name; }
-    [[noreturn]] void Fail(const std::string& text) const; // in the function's name
+    [[noreturn]] void Fail(const std::string& text) const;                        // in the function's name
+    [[noreturn]] void FailArgument(int i, const std::string& text) const;         // text: "is a number, got nil"
+    [[noreturn]] void FailEntry(int i, int entry, const std::string& text) const; // of the table that argument i is
 
 private:
     template <typename T> T Checked(int i, T (*read)(lua_State*, int)) const;
@@ -90,6 +103,7 @@ public:
 
 private:
     template <typename T> T Read(const char* name, T otherwise, T (*read)(lua_State*, int));
+    template <typename T> T Checked(const char* name, T (*read)(lua_State*, int)) const; // of the value at the top
     bool Push(const char* name);
 
     const ScriptArguments& m_call;

@@ -1,11 +1,14 @@
 #include "Runner/Lua/Bridge.h"
 
 #include "Files/Graphics/Camera_Manager.h"
+#include "Files/Graphics/Function_Arguments.h"
 #include "Files/Run/Run_Globals.h"
 #include "Runner/Host/Code.h"
 #include "Runner/Host/Collector.h"
 #include "Runner/Host/Value.h"
+#include "Runner/Lua/Arguments.h"
 #include "Runner/Lua/Script_Engine.h"
+#include "Runner/Lua/Signature.h"
 #include "Runner/Lua/Values.h"
 #include "Runner/World/Instance.h"
 
@@ -17,31 +20,143 @@ namespace Runner
 {
 namespace
 {
-// What the bridge checks because the handlers do not.
-struct ArrayRule
-{
-    std::string_view builtin;
-    int argument; // must be an array
-    const char* complaint;
-};
-
+// The module's own texts: games match on them.
 constexpr char NO_ARRAY[] = "camera_set_view_mat() - array invalid (has it been created properly?)";
-constexpr ArrayRule ARRAY_RULES[] = {
-    {"camera_set_view_mat", 2, NO_ARRAY}, {"camera_set_proj_mat", 2, NO_ARRAY}, // the built-ins share their texts
-};
+constexpr char WRONG_COUNT[] = "() - wrong number of arguments";
 
+// These handlers leave the count to the host.
 bool CountsItsArguments(std::string_view builtin)
 {
     return builtin.substr(0, 5) != "view_" && builtin != "camera_set_default";
 }
 
-void CheckArguments(const Builtin& builtin, lua_State* L, int count)
+bool EndsWith(std::string_view text, std::string_view end)
 {
-    if (!CountsItsArguments(builtin.name) && count != builtin.argc)
-        throw ScriptError(builtin.name + "() - wrong number of arguments");
-    for (const ArrayRule& rule : ARRAY_RULES)
-        if (rule.builtin == builtin.name && count == builtin.argc && !lua_istable(L, rule.argument))
-            throw ScriptError(rule.complaint);
+    return text.size() >= end.size() && text.substr(text.size() - end.size()) == end;
+}
+
+const KvSignature* FindSignature(std::string_view builtin)
+{
+    for (const KvSignature& signature : KvArguments::SIGNATURES)
+        if (builtin == signature.name)
+            return &signature;
+    return nullptr;
+}
+
+Signature NamesOf(const KvSignature& signature)
+{
+    Signature names = {signature.name, signature.least, {}};
+    for (int i = 0; i < signature.count; ++i)
+        names.arguments.push_back(signature.arguments[i].name);
+    return names;
+}
+
+const char* WordsFor(eArgument kind)
+{
+    switch (kind)
+    {
+    case eArgument_Flag: return "true or false";
+    case eArgument_Instance: return "an object, an instance or -1";
+    case eArgument_Matrix: return "a table of 16 numbers";
+    case eArgument_Script: return "a function, a number of script_add or -1";
+    default: return "a number";
+    }
+}
+
+// One call of a built-in by a script. The arguments stay on the stack, at 1 to count, while it lasts.
+class CallFromLua : public BuiltinCall
+{
+public:
+    CallFromLua(lua_State* state, const Builtin& builtin, const KvSignature* arguments)
+        : L(state), count(lua_gettop(state)), m_builtin(builtin), m_arguments(arguments)
+    {
+    }
+
+    void Check() const; // what the handlers do not: throws in the module's words
+    int Run();
+
+    std::string Expectation(const RValue& value) const override;
+
+private:
+    bool Takes(int i, eArgument kind) const
+    {
+        return m_arguments != nullptr && i <= m_arguments->count && m_arguments->arguments[i - 1].kind == kind;
+    }
+    Signature Names() const;
+    std::string Expected(int i) const;
+    std::string Refusal(const CannotCross& error) const;
+    std::string Explained(const std::string& error) const;
+
+    lua_State* const L;
+    const int count;
+    const Builtin& m_builtin;
+    const KvSignature* m_arguments; // null: not a built-in of the module
+    const RValue* m_values = nullptr;
+};
+
+// ---- words ----
+
+Signature CallFromLua::Names() const
+{
+    return m_arguments != nullptr ? NamesOf(*m_arguments) : Signature{m_builtin.name.c_str(), m_builtin.argc, {}};
+}
+
+// "camera_set_view_pos: argument 2 (x) is a number"
+std::string CallFromLua::Expected(int i) const
+{
+    const bool isKnown = m_arguments != nullptr && i <= m_arguments->count;
+    return Names().Argument(i) + " is " + WordsFor(isKnown ? m_arguments->arguments[i - 1].kind : eArgument_Number);
+}
+
+// Matrices alone have entries that are converted.
+std::string CallFromLua::Expectation(const RValue& value) const
+{
+    for (int i = 0; m_values != nullptr && i < count; ++i)
+    {
+        if (&value == &m_values[i])
+            return Expected(i + 1);
+        const RefDynamicArrayOfRValue* array = KvKind(m_values[i]) == VALUE_ARRAY ? m_values[i].pRefArray : nullptr;
+        for (int entry = 0; array != nullptr && entry < array->m_length; ++entry)
+            if (&value == &array->m_array[entry])
+                return Names().Argument(i + 1) + ", entry " + std::to_string(entry + 1) + " is a number";
+    }
+    return "";
+}
+
+std::string CallFromLua::Refusal(const CannotCross& error) const
+{
+    const int i = error.argument;
+    if (i > Names().Most())
+        return Names().Argument(i) + " cannot be " + error.what();
+    if (error.entry > 0 && Takes(i, eArgument_Matrix))
+        return Names().Argument(i) + ", entry " + std::to_string(error.entry) + " is a number, got " + error.what();
+    return Expected(i) + ", got " + (error.entry > 0 ? "a table" : error.what());
+}
+
+// The module's text, and what is known here beyond it. Both matrix setters report in the name of one of them.
+std::string CallFromLua::Explained(const std::string& error) const
+{
+    if (EndsWith(error, " arguments"))
+        return error + " " + Names().Wanted(count);
+    for (const char* end : {"created properly?)", "entries in array", "invalid script reference"})
+    {
+        if (!EndsWith(error, end))
+            continue;
+        const std::string known = Expected(2) + ", got " + DescribeListAt(L, 2);
+        const bool isNamed = error.compare(0, m_builtin.name.size(), m_builtin.name) == 0;
+        return error + " (" + (isNamed ? known.substr(m_builtin.name.size() + 2) : known) + ")";
+    }
+    return error;
+}
+
+// ---- running ----
+
+void CallFromLua::Check() const
+{
+    if (!CountsItsArguments(m_builtin.name) && count != m_builtin.argc)
+        throw ScriptError(Explained(m_builtin.name + WRONG_COUNT));
+    if (count == m_builtin.argc && Takes(2, eArgument_Matrix) && !lua_istable(L, 2))
+        throw ScriptError(Explained(NO_ARRAY));
 }
 
 // A result is released like an argument, whatever becomes of the call.
@@ -65,23 +180,33 @@ CInstance* CallingInstance(const ScriptEngine& engine)
     return g_CM.m_pScriptInstance != nullptr ? g_CM.m_pScriptInstance : g_pGlobal;
 }
 
-int CallBuiltin(lua_State* L)
+int CallFromLua::Run()
+try
 {
-    const auto& builtin = *static_cast<const Builtin*>(lua_touserdata(L, lua_upvalueindex(1)));
-    ScriptEngine& engine = *ScriptEngine::Current();
-    const ScriptEngine::RunningGuard guard(engine, L);
-    const int count = lua_gettop(L);
-    CheckArguments(builtin, L, count);
-    luaL_checkstack(L, 8, nullptr);
-    HostArguments arguments(L, builtin.name, count, builtin.argc);
+    const HostArguments arguments(L, count, m_builtin.argc);
+    m_values = arguments.Values();
     Result result;
-    CInstance* self = CallingInstance(engine);
-    builtin.handler(result.value, self, self, count, arguments.Values());
+    CInstance* self = CallingInstance(*ScriptEngine::Current());
+    m_builtin.handler(result.value, self, self, count, arguments.Values());
     if (HasError())
-        throw ScriptError(TakeError());
+        throw ScriptError(Explained(TakeError()));
     PushFromHost(L, result.value);
     Collector::Safepoint();
     return 1;
+}
+catch (const CannotCross& error)
+{
+    throw ScriptError(Refusal(error));
+}
+
+int CallBuiltin(lua_State* L)
+{
+    const auto& builtin = *static_cast<const Builtin*>(lua_touserdata(L, lua_upvalueindex(1)));
+    const ScriptEngine::RunningGuard guard(*ScriptEngine::Current(), L);
+    CallFromLua call(L, builtin, static_cast<const KvSignature*>(lua_touserdata(L, lua_upvalueindex(2))));
+    call.Check();
+    luaL_checkstack(L, 8, nullptr);
+    return call.Run();
 }
 
 int BuiltinEntry(lua_State* L) { return RunForLua(L, CallBuiltin); }
@@ -92,8 +217,17 @@ void OpenBuiltins(lua_State* L)
     for (const Builtin& builtin : Builtins())
     {
         lua_pushlightuserdata(L, const_cast<Builtin*>(&builtin));
-        lua_pushcclosure(L, BuiltinEntry, 1);
+        lua_pushlightuserdata(L, const_cast<KvSignature*>(FindSignature(builtin.name)));
+        lua_pushcclosure(L, BuiltinEntry, 2);
         lua_setglobal(L, builtin.name.c_str());
     }
+}
+
+std::vector<Signature> BuiltinSignatures()
+{
+    std::vector<Signature> signatures;
+    for (const KvSignature& signature : KvArguments::SIGNATURES)
+        signatures.push_back(NamesOf(signature));
+    return signatures;
 }
 } // namespace Runner

@@ -26,7 +26,7 @@ void PushObjectTable(lua_State* L)
 }
 } // namespace
 
-ScriptFunction::ScriptFunction(int reference) : KvObjectBase(0, 0xFFFFFF), m_reference(reference)
+ScriptFunction::ScriptFunction(int reference) : KvObjectBase(0, OBJECT_VARIABLE_MASK), m_reference(reference)
 {
     m_kind = OBJECT_KIND_SCRIPT_FUNCTION;
 }
@@ -58,6 +58,7 @@ ScriptFunction* ScriptFunction::Of(lua_State* L, int index)
     {
         auto* known = static_cast<ScriptFunction*>(lua_touserdata(L, -1));
         lua_pop(L, 2);
+        ScriptEngine::Current()->NoteGiver(L, index, known->m_reference);
         return known;
     }
     lua_pop(L, 1);

@@ -25,6 +25,7 @@ public:
     static ScriptFunction* From(KvObjectBase* object); // null when it is something else
 
     void Push(lua_State* L) const; // the function; nil when its Lua state is gone
+    int Reference() const { return m_reference; }
 
 private:
     explicit ScriptFunction(int reference);

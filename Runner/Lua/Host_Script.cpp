@@ -18,8 +18,7 @@ using Runner::ScriptEngine;
 
 struct ScriptCall
 {
-    const Runner::ScriptFunction* function; // null: the kept reference
-    int reference;
+    int reference; // to the function, kept by the engine
     const RValue* args;
     int argc;
     RValue* result;
@@ -43,10 +42,7 @@ void PerformCall(lua_State* L, void* context)
 {
     const auto& call = *static_cast<const ScriptCall*>(context);
     luaL_checkstack(L, call.argc + 4, nullptr);
-    if (call.function != nullptr)
-        call.function->Push(L);
-    else
-        ScriptEngine::Push(L, call.reference);
+    ScriptEngine::Push(L, call.reference);
     for (int i = 0; i < call.argc; ++i)
         Runner::PushFromHost(L, call.args[i]);
     lua_call(L, call.argc, 1);
@@ -59,7 +55,7 @@ void Perform(const ScriptCall& call)
 {
     ScriptEngine* engine = ScriptEngine::Current();
     if (engine != nullptr && engine->IsOpen())
-        engine->Protect(PerformCall, const_cast<ScriptCall*>(&call));
+        engine->Protect(PerformCall, const_cast<ScriptCall*>(&call), call.reference);
 }
 } // namespace
 
@@ -67,13 +63,16 @@ void Perform(const ScriptCall& call)
 // A callback that is no number was reported and counts as 0; script 0 is not what its camera asked for.
 bool Script_Perform(int index, CInstance*, CInstance*, int, RValue* result, DynamicArrayOfRValue*)
 {
-    if (Runner::HasError())
+    ScriptEngine* engine = ScriptEngine::Current();
+    if (Runner::HasError() || engine == nullptr || engine->Failed())
         return false;
-    const ScriptEngine* engine = ScriptEngine::Current();
-    const int reference = engine == nullptr ? -1 : engine->numbered.Find(index);
+    const int reference = engine->numbered.Find(index);
     if (reference < 0)
+    {
+        engine->missing.Tell(Current_Object, index);
         return false;
-    Perform({nullptr, reference, nullptr, 0, result});
+    }
+    Perform({reference, nullptr, 0, result});
     return true;
 }
 
@@ -88,6 +87,6 @@ void Call_RValue(KvObjectBase*, RValue* result, RValue* callable, int argc, RVal
         return;
     const RValue held = *callable;
     Runner::Collector::PushTemporaryRoots(&held, 1);
-    Perform({function, -1, args, argc, result});
+    Perform({function->Reference(), args, argc, result});
     Runner::Collector::PopTemporaryRoots();
 }

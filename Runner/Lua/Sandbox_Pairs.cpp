@@ -1,6 +1,7 @@
 // pairs and next in a promised order. Lua's own order depends on a hash seed that is new in every run.
 
 #include "Runner/Lua/Sandbox.h"
+#include "Runner/Lua/Script_Engine.h"
 
 #include <lua.hpp>
 
@@ -95,6 +96,7 @@ void PushSortedKeys(lua_State* L, int table)
 // The iterator of pairs. Upvalues: the keys, the place of the last one. Keys that are gone meanwhile are passed over.
 int NextOfKeys(lua_State* L)
 {
+    luaL_checktype(L, 1, LUA_TTABLE); // a script can keep the iterator and hand it anything
     lua_Integer place = lua_tointeger(L, lua_upvalueindex(2));
     while (true)
     {
@@ -110,7 +112,7 @@ int NextOfKeys(lua_State* L)
     return 2;
 }
 
-int OrderedPairs(lua_State* L)
+int PairsOf(lua_State* L)
 {
     luaL_checkany(L, 1);
     if (luaL_getmetafield(L, 1, "__pairs") != LUA_TNIL)
@@ -129,7 +131,7 @@ int OrderedPairs(lua_State* L)
 }
 
 // The key after the given one, found anew each time: pairs is the quick way.
-int OrderedNext(lua_State* L)
+int NextOf(lua_State* L)
 {
     luaL_checktype(L, 1, LUA_TTABLE);
     lua_settop(L, 2);
@@ -151,6 +153,9 @@ int OrderedNext(lua_State* L)
     lua_rawget(L, 1);
     return 2;
 }
+
+int OrderedPairs(lua_State* L) { return RunForLua(L, PairsOf); }
+int OrderedNext(lua_State* L) { return RunForLua(L, NextOf); }
 } // namespace
 
 void OpenOrderedPairs(lua_State* L)

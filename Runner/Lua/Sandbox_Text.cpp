@@ -3,12 +3,13 @@
 
 #include "Files/IO/Debug_Console.h"
 #include "Runner/Lua/Sandbox.h"
+#include "Runner/Lua/Script_Engine.h"
 
 #include <lua.hpp>
 
-#include <cstring>
 #include <limits>
 #include <string>
+#include <string_view>
 
 namespace Runner
 {
@@ -51,7 +52,7 @@ int ToString(lua_State* L)
     return 1;
 }
 
-int Print(lua_State* L)
+int PrintValues(lua_State* L)
 {
     std::string line;
     const int count = lua_gettop(L);
@@ -68,16 +69,18 @@ int Print(lua_State* L)
     return 0;
 }
 
-bool AsksForAddress(const char* format)
+int Print(lua_State* L) { return RunForLua(L, PrintValues); }
+
+// Looks past zero bytes, as Lua's own does.
+bool AsksForAddress(std::string_view format)
 {
-    while ((format = std::strchr(format, '%')) != nullptr)
+    for (size_t percent = format.find('%'); percent != std::string_view::npos; percent = format.find('%', percent))
     {
-        ++format;
-        format += std::strspn(format, "-+ #0123456789.");
-        if (*format == 'p')
+        percent = format.find_first_not_of("-+ #0123456789.", percent + 1);
+        if (percent == std::string_view::npos)
+            return false;
+        if (format[percent++] == 'p')
             return true;
-        if (*format != '\0')
-            ++format;
     }
     return false;
 }
@@ -85,7 +88,9 @@ bool AsksForAddress(const char* format)
 // Upvalue 1: Lua's own.
 int Format(lua_State* L)
 {
-    if (AsksForAddress(luaL_checkstring(L, 1)))
+    size_t size = 0;
+    const char* format = luaL_checklstring(L, 1, &size);
+    if (AsksForAddress({format, size}))
         return luaL_error(L, "string.format() - %%p is not available to games");
     for (int i = lua_gettop(L); i > 1; --i)
     {

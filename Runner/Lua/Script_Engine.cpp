@@ -10,6 +10,7 @@
 #include <cstdlib>
 #include <cstring>
 #include <new>
+#include <utility>
 #include <vector>
 
 namespace Runner
@@ -39,18 +40,6 @@ bool HasPosition(const std::string& text)
             return true;
     }
     return false;
-}
-
-// An error may be any value; from here on it is a line of text with a position, as far as one is known.
-int DescribeError(lua_State* L)
-{
-    const std::string position = ScriptPosition(L);
-    size_t size = 0;
-    if (const char* text = lua_type(L, 1) == LUA_TSTRING ? lua_tolstring(L, 1, &size) : nullptr)
-        return HasPosition(std::string(text, size)) ? 1 : PushText(L, position + std::string(text, size));
-    if (luaL_callmeta(L, 1, "__tostring") != 0 && lua_type(L, -1) == LUA_TSTRING)
-        return 1;
-    return PushText(L, position + "an error without a message (a " + luaL_typename(L, 1) + " value)");
 }
 
 struct ProtectedCall
@@ -246,20 +235,51 @@ void ScriptEngine::Include(lua_State* L, const std::string& name)
 int ScriptEngine::Keep(lua_State* L, int index)
 {
     lua_pushvalue(L, index);
-    return luaL_ref(L, LUA_REGISTRYINDEX);
+    const int reference = luaL_ref(L, LUA_REGISTRYINDEX);
+    NoteGiver(L, index, reference);
+    return reference;
+}
+
+// A function of a script has lines of its own.
+void ScriptEngine::NoteGiver(lua_State* L, int index, int reference)
+{
+    if (lua_iscfunction(L, index) != 0)
+        m_givers[reference] = ScriptPosition(L);
 }
 
 void ScriptEngine::Drop(int reference)
 {
-    if (IsOpen() && reference >= 0)
-        luaL_unref(m_main, LUA_REGISTRYINDEX, reference);
+    if (!IsOpen() || reference < 0)
+        return;
+    m_givers.erase(reference);
+    luaL_unref(m_main, LUA_REGISTRYINDEX, reference);
 }
 
 void ScriptEngine::Push(lua_State* L, int reference) { lua_rawgeti(L, LUA_REGISTRYINDEX, reference); }
 
 // ---- running ----
 
-bool ScriptEngine::Protect(Body body, void* context)
+std::string ScriptEngine::PositionOfGiver() const
+{
+    const auto giver = m_givers.find(m_called);
+    return giver == m_givers.end() ? "" : giver->second;
+}
+
+// Makes any error value a line of text, with a position as far as one is known.
+int ScriptEngine::DescribeError(lua_State* L)
+{
+    std::string position = ScriptPosition(L);
+    if (position.empty())
+        position = s_current->PositionOfGiver();
+    size_t size = 0;
+    if (const char* text = lua_type(L, 1) == LUA_TSTRING ? lua_tolstring(L, 1, &size) : nullptr)
+        return HasPosition(std::string(text, size)) ? 1 : PushText(L, position + std::string(text, size));
+    if (luaL_callmeta(L, 1, "__tostring") != 0 && lua_type(L, -1) == LUA_TSTRING)
+        return 1;
+    return PushText(L, position + "an error without a message (a " + luaL_typename(L, 1) + " value)");
+}
+
+bool ScriptEngine::Protect(Body body, void* context, int called)
 {
     if (Failed())
         return false;
@@ -274,7 +294,9 @@ bool ScriptEngine::Protect(Body body, void* context)
     const int handler = lua_gettop(L);
     lua_pushcfunction(L, RunProtected);
     lua_pushlightuserdata(L, &call);
+    const int outer = std::exchange(m_called, called);
     const bool succeeded = lua_pcall(L, 1, 0, handler) == LUA_OK;
+    m_called = outer;
     if (!succeeded)
     {
         const char* message = lua_tostring(L, -1);
@@ -304,7 +326,7 @@ bool ScriptEngine::Call(int reference, Instance* self)
             PushSelf(L, *call.self);
         lua_call(L, call.self != nullptr ? 1 : 0, 0);
     };
-    const bool succeeded = Protect(run, &event);
+    const bool succeeded = Protect(run, &event, reference);
     m_self = before;
     return succeeded;
 }

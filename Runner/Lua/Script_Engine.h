@@ -5,9 +5,11 @@
 // goes wrong there becomes the engine's failure, which stops the game. After a failure no script runs any more.
 
 #include "Runner/Base/Hash.h"
+#include "Runner/Lua/Missing_Scripts.h"
 #include "Runner/Lua/Numbered_Scripts.h"
 
 #include <cstddef>
+#include <map>
 #include <stdexcept>
 #include <string>
 
@@ -46,6 +48,7 @@ public:
     bool IsOpen() const { return m_main != nullptr; }
 
     NumberedScripts numbered; // callbacks that scripts gave as numbers
+    MissingScripts missing;   // callbacks with a number that was never given
 
     lua_State* Running() const { return m_running; } // the main state, or the coroutine that runs now
 
@@ -56,8 +59,9 @@ public:
     uint64_t Fingerprint() const { return m_files.Value(); } // of the names and texts of all files run so far
 
     // ---- values that outlive a call ----
-    int Keep(lua_State* L, int index); // a reference to the value
-    void Drop(int reference);          // takes the ones below zero
+    int Keep(lua_State* L, int index);                      // a reference to the value
+    void NoteGiver(lua_State* L, int index, int reference); // a script hands over a value that was kept before
+    void Drop(int reference);                               // takes the ones below zero
     static void Push(lua_State* L, int reference);
 
     // ---- running scripts ----
@@ -66,8 +70,9 @@ public:
 
     // Runs body inside Lua's protection. False: it failed, see Failure; or an earlier failure stands, and it did not
     // run.
+    // called: the kept function that body calls. When that is a C function, its error names the line that gave it.
     using Body = void (*)(lua_State* L, void* context);
-    bool Protect(Body body, void* context);
+    bool Protect(Body body, void* context, int called = -1);
 
     // The function that Lua calls runs in the coroutine L until the guard goes.
     class RunningGuard
@@ -105,11 +110,17 @@ private:
     static void CheckInterrupt(lua_State* L, lua_Debug* where);
     void LoadFile(lua_State* L, const std::string& path, const std::string& shownName);
     void Prepare(Random& random);
+    std::string PositionOfGiver() const;
+
+    // For error messages that Lua makes: runs inside Protect.
+    static int DescribeError(lua_State* L);
 
     lua_State* m_main = nullptr;
     lua_State* m_running = nullptr;
     Instance* m_self = nullptr;
-    size_t m_memory = 0;     // bytes that Lua holds
+    int m_called = -1;                   // the kept function that Protect runs
+    std::map<int, std::string> m_givers; // reference of a C function -> the position of the call that handed it over
+    size_t m_memory = 0;                 // bytes that Lua holds
     std::string m_directory; // of the main file, with a separator at its end; empty for the working directory
     std::string m_failure;
     Hash m_files;

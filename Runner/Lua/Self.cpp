@@ -205,6 +205,7 @@ int ShowSelf(lua_State* L)
 // pairs(self) goes through the script's variables.
 int ListVariables(lua_State* L)
 {
+    HandleAt(L, 1);
     lua_getglobal(L, "pairs");
     if (lua_getiuservalue(L, 1, 1) != LUA_TTABLE)
         lua_newtable(L);

@@ -2,6 +2,7 @@
 
 #include "Runner/Host/Collector.h"
 #include "Runner/Host/Value.h"
+#include "Runner/Lua/Arguments.h"
 #include "Runner/Lua/Callable.h"
 #include "Runner/Lua/Script_Engine.h"
 #include "Runner/Lua/Self.h"
@@ -17,10 +18,17 @@ namespace Runner
 namespace
 {
 constexpr lua_Integer EXACT_IN_DOUBLE = lua_Integer{1} << 53;
-constexpr lua_Unsigned LONGEST_ARRAY = 1 << 20;
+constexpr lua_Unsigned ELEMENTS_MAX = 1 << 20; // of one value, in tables of all depths
 constexpr double WHOLE_LIMIT = 2147483648.0;
 
-RValue ToHostAtDepth(lua_State* L, int index, int depth);
+// One value on its way to the host.
+struct Crossing
+{
+    lua_State* L;
+    lua_Unsigned elements = 0; // taken so far: a table that holds another twice has its elements twice
+};
+
+RValue ToHostAtDepth(Crossing& crossing, int index, int depth);
 
 RValue NumberToHost(lua_State* L, int index)
 {
@@ -53,22 +61,38 @@ struct HeldArray
     }
 };
 
-RValue TableToHost(lua_State* L, int index, int depth)
+// An element that cannot cross is named by its place in the outermost table.
+void TakeElements(Crossing& crossing, int table, int depth, const RefDynamicArrayOfRValue& array)
 {
-    if (depth >= VALUE_DEPTH_MAX || lua_checkstack(L, 4) == 0)
-        throw ScriptError("a table nested too deeply");
-    const lua_Unsigned length = lua_rawlen(L, index);
-    if (length > LONGEST_ARRAY)
-        throw ScriptError("a table with more than " + std::to_string(LONGEST_ARRAY) + " elements");
-    HeldArray array = {MakeArray(static_cast<int>(length))};
-    if (KvKind(array.value) != VALUE_ARRAY)
-        throw ScriptError("a table for which there is no memory");
-    for (lua_Unsigned i = 0; i < length; ++i)
+    lua_State* L = crossing.L;
+    for (int i = 0; i < array.m_length; ++i)
     {
-        lua_rawgeti(L, index, static_cast<lua_Integer>(i) + 1);
-        array.value.pRefArray->m_array[i] = ToHostAtDepth(L, lua_gettop(L), depth + 1);
+        lua_rawgeti(L, table, i + 1);
+        try
+        {
+            array.m_array[i] = ToHostAtDepth(crossing, lua_gettop(L), depth + 1);
+        }
+        catch (CannotCross& error)
+        {
+            error.entry = i + 1;
+            throw;
+        }
         lua_pop(L, 1);
     }
+}
+
+RValue TableToHost(Crossing& crossing, int index, int depth)
+{
+    if (depth >= VALUE_DEPTH_MAX || lua_checkstack(crossing.L, 4) == 0)
+        throw CannotCross("a table nested too deeply");
+    const lua_Unsigned length = lua_rawlen(crossing.L, index);
+    if (length > ELEMENTS_MAX - crossing.elements)
+        throw CannotCross("a table with more than " + std::to_string(ELEMENTS_MAX) + " elements");
+    crossing.elements += length;
+    HeldArray array = {MakeArray(static_cast<int>(length))};
+    if (KvKind(array.value) != VALUE_ARRAY)
+        throw CannotCross("a table for which there is no memory");
+    TakeElements(crossing, index, depth, *array.value.pRefArray);
     return array.Take();
 }
 
@@ -76,12 +100,13 @@ RValue FunctionToHost(lua_State* L, int index)
 {
     ScriptFunction* function = ScriptFunction::Of(L, index);
     if (function == nullptr)
-        throw ScriptError("a function for which there is no memory");
+        throw CannotCross("a function for which there is no memory");
     return MakeObject(function);
 }
 
-RValue ToHostAtDepth(lua_State* L, int index, int depth)
+RValue ToHostAtDepth(Crossing& crossing, int index, int depth)
 {
+    lua_State* L = crossing.L;
     int id = 0;
     switch (lua_type(L, index))
     {
@@ -90,13 +115,13 @@ RValue ToHostAtDepth(lua_State* L, int index, int depth)
     case LUA_TBOOLEAN: return MakeBool(lua_toboolean(L, index) != 0);
     case LUA_TNUMBER: return NumberToHost(L, index);
     case LUA_TSTRING: return TextToHost(L, index);
-    case LUA_TTABLE: return TableToHost(L, index, depth);
+    case LUA_TTABLE: return TableToHost(crossing, index, depth);
     case LUA_TFUNCTION: return FunctionToHost(L, index);
     default: break;
     }
     if (SelfIdentifier(L, index, id))
         return MakeReal(id);
-    throw ScriptError(std::string("a ") + luaL_typename(L, index));
+    throw CannotCross(DescribeAt(L, index));
 }
 
 void PushReal(lua_State* L, double number)
@@ -150,11 +175,15 @@ void PushArray(lua_State* L, const RefDynamicArrayOfRValue* array, int depth)
 }
 } // namespace
 
-RValue ToHost(lua_State* L, int index) { return ToHostAtDepth(L, lua_absindex(L, index), 0); }
+RValue ToHost(lua_State* L, int index)
+{
+    Crossing crossing = {L};
+    return ToHostAtDepth(crossing, lua_absindex(L, index), 0);
+}
 
 void PushFromHost(lua_State* L, const RValue& value) { PushAtDepth(L, value, 0); }
 
-HostArguments::HostArguments(lua_State* L, const std::string& builtin, int count, int padTo)
+HostArguments::HostArguments(lua_State* L, int count, int padTo)
     : m_values(m_few), m_size(std::max({count, padTo, AT_LEAST}))
 {
     if (m_size > AT_LEAST)
@@ -164,15 +193,17 @@ HostArguments::HostArguments(lua_State* L, const std::string& builtin, int count
     }
     std::fill(m_values, m_values + m_size, MakeUndefined());
     Collector::PushTemporaryRoots(m_values, m_size);
+    int taken = 0;
     try
     {
-        for (int i = 0; i < count; ++i)
-            m_values[i] = ToHost(L, i + 1);
+        for (; taken < count; ++taken)
+            m_values[taken] = ToHost(L, taken + 1);
     }
-    catch (const ScriptError& error)
+    catch (CannotCross& error)
     {
         ReleaseAll();
-        throw ScriptError(builtin + "() - cannot take " + error.what());
+        error.argument = taken + 1;
+        throw;
     }
     catch (...)
     {

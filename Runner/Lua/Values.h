@@ -9,6 +9,7 @@
 //   an instance's self the instance's identifier
 
 #include "Files/LLVM/RValue.h"
+#include "Runner/Lua/Script_Engine.h"
 
 #include <string>
 #include <vector>
@@ -17,7 +18,16 @@ struct lua_State;
 
 namespace Runner
 {
-// The value holds a reference of its own. Throws ScriptError for what cannot cross, in the words "a thread".
+// A value that the host has no form for. Its text describes the value: "a coroutine".
+class CannotCross : public ScriptError
+{
+public:
+    using ScriptError::ScriptError;
+    int argument = 0; // of a call, from 1; 0: not told
+    int entry = 0;    // of the table that was to cross, from 1; 0: the value itself
+};
+
+// The value holds a reference of its own. Throws CannotCross.
 RValue ToHost(lua_State* L, int index);
 
 void PushFromHost(lua_State* L, const RValue& value);
@@ -29,13 +39,13 @@ class HostArguments
 public:
     static constexpr int AT_LEAST = 16; // values that every handler may read
 
-    // Takes the values 1 to count. Throws ScriptError, in the built-in's name, for one that cannot cross.
-    HostArguments(lua_State* L, const std::string& builtin, int count, int padTo);
+    // Takes the values 1 to count. Throws CannotCross, with the argument's number.
+    HostArguments(lua_State* L, int count, int padTo);
     ~HostArguments();
     HostArguments(const HostArguments&) = delete;
     HostArguments& operator=(const HostArguments&) = delete;
 
-    RValue* Values() { return m_values; }
+    RValue* Values() const { return m_values; }
 
 private:
     void ReleaseAll();

@@ -1,20 +1,9 @@
 #include "Runner/Save/Byte_Stream.h"
 
-#include <cstring>
+#include "Runner/Base/Bits.h"
 
 namespace Runner
 {
-namespace
-{
-template <typename Bits, typename Number> Bits BitsOf(Number number)
-{
-    static_assert(sizeof(Bits) == sizeof(Number));
-    Bits bits;
-    std::memcpy(&bits, &number, sizeof(bits));
-    return bits;
-}
-} // namespace
-
 // ---- writing ----
 
 void ByteWriter::Put(uint64_t value, int size)

@@ -1,7 +1,7 @@
 #pragma once
-// Plain bytes of a saved game: numbers little-endian without padding, texts after their length (U32).
+// The bytes of a saved game: numbers little-endian without padding, a text after its length (U32).
 //
-// Both classes are called alike, so that one list of fields serves writing and reading.
+// Writer and reader have the same call operators, so that one list of fields serves both.
 
 #include <cstddef>
 #include <cstdint>
@@ -22,7 +22,7 @@ public:
     void operator()(double value);
     void operator()(const std::string& text);
     void operator()(const std::vector<uint8_t>& block); // after its length (U32)
-    void Count(size_t count);                           // of the items that follow
+    void Count(size_t count);                           // the number of items that follow
 
     const std::vector<uint8_t>& Bytes() const { return m_bytes; }
     bool TooLong() const { return m_tooLong; } // a text, block or list had more than 2^32 - 1 items
@@ -35,13 +35,13 @@ private:
     bool m_tooLong = false;
 };
 
-// After a failure everything reads as zero or empty.
+// After the first failure every item reads as zero or empty.
 class ByteReader
 {
 public:
     ByteReader(const uint8_t* data, size_t size) : m_data(data), m_left(size) {}
 
-    void operator()(bool& value); // 0 or 1, else it fails
+    void operator()(bool& value); // fails when the byte is neither 0 nor 1
     void operator()(int32_t& value) { value = static_cast<int32_t>(Take(4)); }
     void operator()(uint32_t& value) { value = static_cast<uint32_t>(Take(4)); }
     void operator()(int64_t& value) { value = static_cast<int64_t>(Take(8)); }
@@ -50,10 +50,10 @@ public:
     void operator()(double& value);
     void operator()(std::string& text);
     void operator()(std::vector<uint8_t>& block);
-    size_t Count(); // no promise that so many items follow: reserve nothing for them
+    size_t Count(); // not checked against what is left: reserve no memory for so many items
 
     size_t Left() const { return m_left; }
-    bool Failed() const { return m_failed; } // read past the end, or found what cannot be
+    bool Failed() const { return m_failed; } // something was read past the end, or was out of range
     void Fail();
 
 private:

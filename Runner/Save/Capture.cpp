@@ -1,12 +1,14 @@
-// A running game, taken apart.
+// The running game becomes a SavedState.
 
 #include "Files/Graphics/Graphics_Support.h"
 #include "Runner/Base/Printable.h"
 #include "Runner/Base/Whole_File.h"
 #include "Runner/Game/Game.h"
 #include "Runner/Host/Buffer.h"
+#include "Runner/Host/Console.h"
 #include "Runner/Save/Saved_Game.h"
 #include "Runner/Save/Script_Values.h"
+#include "Runner/Save/Withheld_Callbacks.h"
 
 #include <algorithm>
 
@@ -54,9 +56,11 @@ void CaptureWorld(const World& world, SavedWorld& saved)
         saved.instances.push_back(CaptureInstance(*instance));
 }
 
-bool CaptureStream(std::vector<uint8_t>& stream)
+bool CaptureStream(std::vector<uint8_t>& stream, std::string& missing)
 {
     TypedBuffer buffer;
+    const WithheldCallbacks withheld;
+    missing = withheld.Line();
     g_CM.Serialize(&buffer);
     stream.assign(buffer.Data(), buffer.Data() + buffer.Size());
     return buffer.Error() == BUFFER_DONE;
@@ -74,7 +78,7 @@ void CaptureFlags(const std::vector<int>& roomCameras, std::vector<SavedCameraFl
     }
 }
 
-bool CaptureCameras(const Game& game, SavedCameras& saved)
+bool CaptureCameras(const Game& game, SavedCameras& saved, std::string& missing)
 {
     const CCamera* active = g_CM.GetActiveCamera();
     saved.defaultCamera = g_DefaultCameraID;
@@ -82,7 +86,7 @@ bool CaptureCameras(const Game& game, SavedCameras& saved)
     saved.activeCamera = active == nullptr ? NO_CAMERA : active->GetID();
     saved.highPoint = std::clamp(g_CM.m_InitialLoadHighPoint, 0, g_CM.m_cameraListSize);
     CaptureFlags(game.rooms.OwnCameras(), saved.flags);
-    return CaptureStream(saved.stream);
+    return CaptureStream(saved.stream, missing);
 }
 
 void CaptureSurfaces(const Painter& painter, std::vector<SavedSurface>& saved)
@@ -112,7 +116,7 @@ void CaptureTileMaps(const Painter& painter, std::vector<SavedTileMap>& saved)
     }
 }
 
-// What a script error in the middle of it says becomes the reason; the game goes on.
+// A script error during the capture becomes the reason of the refusal, and the game goes on.
 bool CaptureScripts(Game& game, SavedState& state, std::string& why)
 {
     struct Context
@@ -132,14 +136,15 @@ bool CaptureScripts(Game& game, SavedState& state, std::string& why)
     return captured;
 }
 
-bool CaptureState(Game& game, SavedState& state, std::string& why)
+// missing: one line about callbacks that cannot be saved; empty when there are none.
+bool CaptureState(Game& game, SavedState& state, std::string& missing, std::string& why)
 {
     CaptureGame(game, state.game);
     CaptureViews(*game.rooms.Running(), state.views);
     CaptureWorld(game.world, state.world);
     CaptureSurfaces(*game.CurrentPainter(), state.surfaces);
     CaptureTileMaps(*game.CurrentPainter(), state.tileMaps);
-    if (!CaptureCameras(game, state.cameras))
+    if (!CaptureCameras(game, state.cameras, missing))
         why = "there is no memory for the cameras' state";
     return why.empty() && CaptureScripts(game, state, why);
 }
@@ -149,11 +154,15 @@ bool SaveGame(Game& game, const std::string& path, std::string& why)
 {
     SavedState state;
     std::vector<uint8_t> file;
-    std::string reason;
-    if (CaptureState(game, state, reason) && EncodeState(state, file, reason) && file.size() > SAVE_SIZE_MAX)
+    std::string missing, reason;
+    if (CaptureState(game, state, missing, reason) && EncodeState(state, file, reason) && file.size() > SAVE_SIZE_MAX)
         reason = "there is too much to save";
     if (!reason.empty())
         why = "cannot save " + Printable(path, FILENAME_MAX) + ": " + reason;
-    return reason.empty() && WriteFileAtomically(path, file.data(), file.size(), why);
+    if (!reason.empty() || !WriteFileAtomically(path, file.data(), file.size(), why))
+        return false;
+    if (!missing.empty())
+        PrintLine("saved " + Printable(path, FILENAME_MAX) + ", but " + missing);
+    return true;
 }
 } // namespace Runner

@@ -16,9 +16,9 @@ constexpr size_t CameraRecordSize()
     return 4 * items;
 }
 
-// Walks the module's stream. The identifiers of its cameras, in order; false when it is not exactly one stream, or when
-// a camera is not in the slot of its identifier.
-bool ReadStream(const std::vector<uint8_t>& stream, std::vector<int32_t>& ids, int32_t& slots)
+// Reads the module's stream: the slot count and the identifiers of its cameras, ascending. False when the bytes are not
+// exactly one stream, or when a camera is not in the slot of its identifier.
+bool ReadIdentifiers(const std::vector<uint8_t>& stream, std::vector<int32_t>& ids, int32_t& slots)
 {
     ByteReader io(stream.data(), stream.size());
     io(slots);
@@ -34,8 +34,8 @@ bool ReadStream(const std::vector<uint8_t>& stream, std::vector<int32_t>& ids, i
         io(id);
         for (size_t item = 4; item < CameraRecordSize(); item += 4)
         {
-            uint32_t passedOver = 0;
-            io(passedOver);
+            uint32_t ignored = 0;
+            io(ignored);
         }
         if (id != slot)
             return false;
@@ -58,7 +58,7 @@ bool CamerasAreConsistent(const SavedCameras& cameras)
 {
     std::vector<int32_t> ids;
     int32_t slots = 0;
-    if (!ReadStream(cameras.stream, ids, slots) || cameras.highPoint < 0 || cameras.highPoint > slots)
+    if (!ReadIdentifiers(cameras.stream, ids, slots) || cameras.highPoint < 0 || cameras.highPoint > slots)
         return false;
     return std::equal(ids.begin(), ids.end(), cameras.flags.begin(), cameras.flags.end(),
                       [](int32_t id, const SavedCameraFlags& camera) { return id == camera.id; });

@@ -1,4 +1,4 @@
-// Whether a saved state can be that of the running game. Nothing is changed here.
+// Checks whether the running game can go on with a saved state. Changes nothing.
 
 #include "Runner/Base/Printable.h"
 #include "Runner/Base/Whole_File.h"
@@ -13,8 +13,7 @@ namespace Runner
 {
 namespace
 {
-constexpr int32_t NUMBER_LIMIT = 0x70000000; // of counters that go on counting
-constexpr int32_t SURFACE_NUMBER_LIMIT = 0xFFFF;
+constexpr int32_t NUMBER_LIMIT = 0x70000000; // of saved counters: room to count on
 
 bool Refuse(const std::string& path, const std::string& reason, std::string& why)
 {
@@ -24,7 +23,7 @@ bool Refuse(const std::string& path, const std::string& reason, std::string& why
 
 // ---- the game ----
 
-// Empty: it is the same game.
+// Why the save is not of this game; empty when it is.
 std::string DifferenceOf(const GameIdentity& here, const GameIdentity& saved)
 {
     if (saved.files != here.files && saved.name != here.name)
@@ -43,7 +42,8 @@ bool GameFits(const Game& game, const SavedGame& saved)
            saved.frame < NUMBER_LIMIT;
 }
 
-// Rooms and objects are added by the main file. What was added later is missing here.
+// The first room or object that the save names and this game does not have, in one line; empty when there is none. The
+// main file adds rooms and objects; those added later are missing in a fresh game.
 std::string MissingRoom(const Game& game, const SavedGame& saved)
 {
     for (const int room : {saved.room, saved.nextRoom})
@@ -95,7 +95,7 @@ bool SurfacesFit(const std::vector<SavedSurface>& saved)
     int32_t last = -1;
     for (const SavedSurface& surface : saved)
     {
-        if (surface.number <= last || surface.number > SURFACE_NUMBER_LIMIT || !IsSide(surface.width) ||
+        if (surface.number <= last || surface.number >= SURFACE_NUMBERS_LIMIT || !IsSide(surface.width) ||
             !IsSide(surface.height))
             return false;
         last = surface.number;
@@ -114,7 +114,7 @@ bool TilesFit(const Painter& painter, const SavedTileMap& map)
                        [sprite](int32_t tile) { return tile >= -1 && tile < sprite->frames; });
 }
 
-// No tile map is ever freed while a game runs, so their numbers have no gaps.
+// Tile maps are never freed while a game runs, so their numbers have no gaps.
 bool TileMapsFit(const Painter& painter, const std::vector<SavedTileMap>& saved)
 {
     int32_t next = 0;

@@ -1,4 +1,4 @@
-// A saved state becomes the running game.
+// A SavedState becomes the running game.
 
 #include "Files/Graphics/Graphics_Support.h"
 #include "Runner/Game/Game.h"
@@ -19,23 +19,11 @@ void FreeSurfaces(Painter& painter)
             painter.FreeSurface(number);
 }
 
-// A new surface gets the lowest free number, so numbers that are to stay free are taken for a while.
 void RestoreSurfaces(Painter& painter, const std::vector<SavedSurface>& saved)
 {
     FreeSurfaces(painter);
-    std::vector<int> placeholders;
-    int next = 0;
     for (const SavedSurface& surface : saved)
-    {
-        for (; next < surface.number; ++next)
-            placeholders.push_back(painter.CreateSurface(1, 1));
-        if (painter.CreateSurface(surface.width, surface.height) < 0)
-            placeholders.push_back(painter.CreateSurface(1, 1));
-        ++next;
-    }
-    for (const int number : placeholders)
-        if (painter.SurfaceExists(number))
-            painter.FreeSurface(number);
+        painter.CreateSurfaceAt(surface.number, surface.width, surface.height);
     painter.TakeError(); // missing for want of memory, as the contract says
 }
 
@@ -45,7 +33,7 @@ bool HasShape(const TileMapInfo& info, const SavedTileMap& saved)
            info.tileWidth == saved.tileWidth && info.tileHeight == saved.tileHeight;
 }
 
-// Maps are restored from number 0 upwards, so one that is made anew gets its old number.
+// A new map gets the lowest free number. Maps are restored in ascending order, so that is its old number.
 void RestoreTileMap(Painter& painter, const SavedTileMap& saved)
 {
     TileMapInfo info;
@@ -106,7 +94,7 @@ void RestoreViews(RunningRoom& room, const std::vector<SavedView>& saved)
     }
 }
 
-// The room starts as always, and then has other views: its new cameras go again before the saved ones come.
+// Starts the room in the normal way, then destroys the cameras made by that: the saved ones take their place.
 void RestoreRoom(Game& game, const SavedState& state)
 {
     game.EndRoom();
@@ -126,7 +114,7 @@ void ReadStream(const std::vector<uint8_t>& stream)
     g_CM.DeSerialize(&buffer);
 }
 
-// The table is empty before.
+// The camera table must be empty.
 void RestoreCameras(Game& game, const SavedCameras& saved)
 {
     std::vector<int> roomCameras;

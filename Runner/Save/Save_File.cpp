@@ -10,9 +10,10 @@ namespace Runner
 {
 namespace
 {
-constexpr uint8_t MAGIC[8] = {0x89, 'R', 'S', 'A', 'V', 'E', '\r', '\n'}; // text transfers would damage it visibly
-constexpr size_t HEADER_SIZE = 24;                                        // magic, version, sections, checksum
-constexpr size_t TABLE_ENTRY_SIZE = 16;                                   // tag, length, checksum
+constexpr uint8_t MAGIC[8] = {0x89, 'R', 'S',  'A',
+                              'V',  'E', '\r', '\n'}; // a transfer as text would change the first or the last bytes
+constexpr size_t HEADER_SIZE = 24;                    // magic, version, sections, checksum
+constexpr size_t TABLE_ENTRY_SIZE = 16;               // tag, length, checksum
 
 uint32_t TagNumber(const Section& section)
 {
@@ -29,7 +30,7 @@ uint64_t ChecksumAfter(const std::vector<uint8_t>& file, size_t start)
     return HashBytes(file.data() + start, file.size() - start);
 }
 
-// The reader stands behind the header afterwards.
+// Checks the header. Afterwards the reader's position is behind it.
 bool HeaderIsGood(const std::vector<uint8_t>& file, ByteReader& io, std::string& why)
 {
     uint64_t magic = 0, checksum = 0;
@@ -52,7 +53,7 @@ bool HeaderIsGood(const std::vector<uint8_t>& file, ByteReader& io, std::string&
     return why.empty();
 }
 
-// table: stands at the section's entry. content: the rest of the file.
+// Reads one section. table: positioned at its entry. content, left: the bytes not read yet; moved behind the section.
 bool ReadSection(const Section& section, ByteReader& table, const uint8_t*& content, size_t& left, SavedState& state)
 {
     uint32_t tag = 0, length = 0;

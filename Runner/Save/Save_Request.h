@@ -8,7 +8,7 @@
 
 namespace Runner
 {
-// What a script has asked for: at most one save or load, done between this frame and the next.
+// The save or load that a script has asked for in this frame: at most one, performed between this frame and the next.
 class SaveRequest final : public AfterFrame
 {
 public:

@@ -13,6 +13,7 @@ namespace Runner
 class Game;
 
 // Writes the game into a file, which holds the old save or the new one, whatever happens. False, and why in one line.
+// A callback that is neither a function nor a number is saved as no script; one line on the console tells which.
 bool SaveGame(Game& game, const std::string& path, std::string& why);
 
 // Reads a file, checks it, and changes nothing. False, and why in one line.

@@ -1,7 +1,8 @@
 #pragma once
-// A saved game as plain data: what a file holds, taken apart and checked, before anything of a running game changes.
+// A saved game as plain data, between the running game and the file. A file is read into it and checked before anything
+// of the running game changes.
 //
-// All of it is in an order that the game decides, not the machine: the same game saved at the same frame gives the same
+// Every list has an order that does not depend on the machine: the same game saved at the same frame gives the same
 // bytes everywhere.
 
 #include "Runner/Game/Game_Identity.h"
@@ -20,9 +21,9 @@ struct SavedGame
 {
     GameIdentity identity;
     int32_t screenWidth = 0, screenHeight = 0;
-    int32_t frame = 0; // played before
+    int32_t frame = 0; // frames played before the save
     int32_t room = 0;
-    int32_t nextRoom = -1; // asked for and not yet entered; -1 for none
+    int32_t nextRoom = -1; // requested and not yet entered; -1 for none
     uint64_t randomPosition = 0, randomIncrement = 0;
 };
 
@@ -36,11 +37,11 @@ struct SavedInstance
 {
     int32_t id = 0;
     int32_t object = 0;
-    bool isDestroyed = false; // in the frame's drawing; it goes with the next step
+    bool isDestroyed = false; // while the frame was drawn: removed by the next step
     bool isDeactivated = false;
     float x = 0.0f, y = 0.0f;
     InstanceFields fields;
-    uint32_t variables = 0; // of the script: 1 + the number of a table, 0 for none
+    uint32_t variables = 0; // the script's: 1 + the number of a table; 0 for none
 };
 
 struct SavedWorld
@@ -49,22 +50,22 @@ struct SavedWorld
     std::vector<SavedInstance> instances; // in the order of creation
 };
 
-// What the stream of the cameras leaves out.
+// What the module's stream does not hold about a camera.
 struct SavedCameraFlags
 {
     int32_t id = 0;
     bool isClone = false, isPersistent = false;
-    bool isOfRoom = false; // made for a view of the running room: goes with it
+    bool isOfRoom = false; // made for a view of the running room, and destroyed with it
 };
 
 struct SavedCameras
 {
     int32_t defaultCamera = -1;    // g_DefaultCameraID
-    int32_t ownDefaultCamera = -1; // the Runner's own one, -1 when a script destroyed it
+    int32_t ownDefaultCamera = -1; // the one that the Runner made; -1 when a script destroyed it
     int32_t activeCamera = -1;
     int32_t highPoint = 0;
-    std::vector<SavedCameraFlags> flags; // of every camera, by identifier
-    std::vector<uint8_t> stream;         // the module's
+    std::vector<SavedCameraFlags> flags; // of every camera, ascending by identifier
+    std::vector<uint8_t> stream;         // written by the module
 };
 
 struct SavedSurface // without its content
@@ -87,7 +88,7 @@ struct TableNumber
     uint32_t number = 0;
 };
 
-struct InstanceNumber // an instance's self
+struct InstanceNumber // stands for an instance's self
 {
     int32_t id = 0;
 };
@@ -103,10 +104,10 @@ struct SavedEntry
 
 struct SavedTable
 {
-    std::vector<SavedEntry> entries; // by key
+    std::vector<SavedEntry> entries; // ascending by key
 };
 
-// A table that is stored in two places is here once, under one number.
+// Tables are named by number, so that a table stored in two places is here once.
 struct SavedValues
 {
     std::vector<SavedTable> tables; // table 0 is vars
@@ -118,8 +119,8 @@ struct SavedState
     std::vector<SavedView> views; // all eight
     SavedWorld world;
     SavedCameras cameras;
-    std::vector<SavedSurface> surfaces; // by number
-    std::vector<SavedTileMap> tileMaps; // by number
+    std::vector<SavedSurface> surfaces; // ascending by number
+    std::vector<SavedTileMap> tileMaps; // ascending by number
     SavedValues values;
 };
 

@@ -13,12 +13,12 @@ namespace Runner
 {
 namespace
 {
-constexpr uint32_t VARS = 0; // its number
+constexpr uint32_t VARS = 0; // number of the table vars
 
-// The table vars; a new one when a script has put something else in its place.
+// Pushes the table vars; a new one when a script has assigned something else to that name.
 void PushVars(lua_State* L)
 {
-    lua_rawgeti(L, LUA_REGISTRYINDEX, LUA_RIDX_GLOBALS); // raw: scripts may give their globals a metatable
+    lua_rawgeti(L, LUA_REGISTRYINDEX, LUA_RIDX_GLOBALS); // raw access: scripts may give their globals a metatable
     lua_pushliteral(L, "vars");
     if (lua_rawget(L, -2) != LUA_TTABLE)
     {
@@ -43,7 +43,7 @@ void PushKey(lua_State* L, const SavedKey& key)
     std::visit([L](const auto& content) { Push(L, content); }, key);
 }
 
-// Flags, numbers and texts. False for all else.
+// Reads a boolean, number or string. False for every other type.
 template <typename Value> bool ReadPlain(lua_State* L, int index, Value& value)
 {
     size_t size = 0;
@@ -66,7 +66,7 @@ template <typename Value> bool ReadPlain(lua_State* L, int index, Value& value)
     }
 }
 
-// A table gets its number later.
+// A table is entered without its number, which NumberTables sets.
 bool ReadValue(lua_State* L, int index, SavedValue& value)
 {
     if (lua_istable(L, index))
@@ -84,7 +84,8 @@ bool ReadValue(lua_State* L, int index, SavedValue& value)
 
 // ---- out of Lua ----
 
-// Tables get numbers as they are first met, and are walked in that order: no recursion, however deep they go.
+// Tables are numbered in the order in which they are first met, and visited in that order (breadth first), so that deep
+// nesting needs no recursion.
 class TableWalker
 {
 public:
@@ -103,14 +104,14 @@ private:
 
     lua_State* m_lua;
     std::vector<SavedTable>& m_tables;
-    int m_found; // place on the stack of the list of tables
+    int m_found; // stack index of the list of tables
     std::unordered_map<const void*, uint32_t> m_numbers;
 };
 
 uint32_t TableWalker::TakeNumber()
 {
     const auto next = static_cast<uint32_t>(m_tables.size());
-    const auto [place, isNew] = m_numbers.emplace(lua_topointer(m_lua, -1), next);
+    const auto [entry, isNew] = m_numbers.emplace(lua_topointer(m_lua, -1), next);
     if (isNew)
     {
         m_tables.emplace_back();
@@ -118,7 +119,7 @@ uint32_t TableWalker::TakeNumber()
         lua_rawseti(m_lua, m_found, lua_Integer{next} + 1);
     }
     lua_pop(m_lua, 1);
-    return place->second;
+    return entry->second;
 }
 
 void TableWalker::WalkAll()
@@ -134,7 +135,7 @@ void TableWalker::WalkAll()
     }
 }
 
-// By key: Lua's own order differs between two runs.
+// Sorted by key, because Lua's own order differs between two runs.
 std::vector<SavedEntry> TableWalker::Entries(int table) const
 {
     std::vector<SavedEntry> entries;
@@ -165,7 +166,7 @@ void TableWalker::NumberTables(int table, std::vector<SavedEntry>& entries)
 
 int Clamped(size_t count) { return static_cast<int>(std::min<size_t>(count, INT_MAX)); }
 
-// The keys 1, 2, 3 and so on come one after the other.
+// The number of keys 1, 2, 3 and so on without a gap. Entries are sorted, so these keys come in that order.
 size_t SequenceLength(const SavedTable& table)
 {
     size_t length = 0;
@@ -210,7 +211,7 @@ private:
     lua_State* m_lua;
     const World& m_world;
     const std::vector<SavedTable>& m_tables;
-    int m_list = 0; // place on the stack of the list of tables
+    int m_list = 0; // stack index of the list of tables
 };
 
 void TableBuilder::MakeTables()
@@ -274,10 +275,10 @@ void CaptureValues(lua_State* L, const World& world, SavedState& state)
     TableWalker walker(L, state.values.tables);
     PushVars(L);
     walker.TakeNumber();
-    size_t place = 0;
+    size_t index = 0;
     for (const auto& instance : world.Instances())
     {
-        SavedInstance& saved = state.world.instances[place++];
+        SavedInstance& saved = state.world.instances[index++];
         PushVariables(L, *instance);
         if (lua_istable(L, -1))
             saved.variables = walker.TakeNumber() + 1;

@@ -1,9 +1,9 @@
 #pragma once
-// What scripts have stored, taken out of Lua and put back: the table vars and the variables of instances.
+// The values that scripts have stored: the table vars and the variables of instances. Captured from Lua and restored.
 //
-// Kept: numbers (whole ones stay whole), strings, booleans, tables of these, and the self of an instance that still
-// exists. A table that is stored in two places is one table again afterwards, and a cycle a cycle. Not kept: functions,
-// coroutines, metatables, and entries under keys other than numbers, strings and booleans.
+// Kept: numbers (integers stay integers), strings, booleans, tables of these, and the self of an instance that still
+// exists. Shared tables stay shared, and cycles stay cycles. Not kept: functions, coroutines, metatables, and entries
+// under keys other than numbers, strings and booleans.
 
 #include "Runner/Save/Saved_State.h"
 
@@ -13,10 +13,11 @@ namespace Runner
 {
 class World;
 
-// For use inside ScriptEngine::Protect. state.world holds the instances of the world, in the same order; their
-// variables are set.
+// Sets state.values, and `variables` of each instance in state.world, which must hold the world's instances in the same
+// order. To be called inside ScriptEngine::Protect.
 void CaptureValues(lua_State* L, const World& world, SavedState& state);
 
-// Likewise. The table vars stays the same table, with new content.
+// Puts the captured values back. The table vars keeps its identity and gets new content. To be called inside
+// ScriptEngine::Protect.
 void RestoreValues(lua_State* L, const World& world, const SavedState& state);
 } // namespace Runner

@@ -6,19 +6,19 @@ namespace Runner
 {
 namespace
 {
-// ---- the fields of each part, once for writing and reading ----
+// ---- the fields of each record, listed once for writing and reading ----
 
 template <typename Io, typename T>
-using FieldsOf = std::conditional_t<std::is_same_v<Io, ByteWriter>, const T, T>; // what is written stays as it is
+using FieldsOf = std::conditional_t<std::is_same_v<Io, ByteWriter>, const T, T>; // const when writing
 
 template <typename Io, typename... Fields> void All(Io& io, Fields&... fields) { (io(fields), ...); }
 
-template <typename T> void Describe(ByteWriter& io, const std::vector<T>& list);
-template <typename T> void Describe(ByteReader& io, std::vector<T>& list);
+template <typename T> void Transfer(ByteWriter& io, const std::vector<T>& list);
+template <typename T> void Transfer(ByteReader& io, std::vector<T>& list);
 
-template <typename Io> void Describe(Io& io, FieldsOf<Io, int32_t>& number) { io(number); }
+template <typename Io> void Transfer(Io& io, FieldsOf<Io, int32_t>& number) { io(number); }
 
-template <typename Io> void Describe(Io& io, FieldsOf<Io, SavedGame>& game)
+template <typename Io> void Transfer(Io& io, FieldsOf<Io, SavedGame>& game)
 {
     All(io, game.identity.name, game.identity.files, game.identity.seed, game.identity.usesSeed);
     All(io, game.screenWidth, game.screenHeight);
@@ -26,14 +26,14 @@ template <typename Io> void Describe(Io& io, FieldsOf<Io, SavedGame>& game)
     All(io, game.randomPosition, game.randomIncrement);
 }
 
-template <typename Io> void Describe(Io& io, FieldsOf<Io, SavedView>& view)
+template <typename Io> void Transfer(Io& io, FieldsOf<Io, SavedView>& view)
 {
     io(view.camera);
     for (const auto& field : VIEW_FIELDS)
         std::visit([&](auto member) { io(view.fields.*member); }, field);
 }
 
-template <typename Io> void Describe(Io& io, FieldsOf<Io, SavedInstance>& instance)
+template <typename Io> void Transfer(Io& io, FieldsOf<Io, SavedInstance>& instance)
 {
     All(io, instance.id, instance.object, instance.isDestroyed, instance.isDeactivated);
     All(io, instance.x, instance.y);
@@ -42,36 +42,36 @@ template <typename Io> void Describe(Io& io, FieldsOf<Io, SavedInstance>& instan
     io(instance.variables);
 }
 
-template <typename Io> void Describe(Io& io, FieldsOf<Io, SavedCameraFlags>& camera)
+template <typename Io> void Transfer(Io& io, FieldsOf<Io, SavedCameraFlags>& camera)
 {
     All(io, camera.id, camera.isClone, camera.isPersistent, camera.isOfRoom);
 }
 
-template <typename Io> void Describe(Io& io, FieldsOf<Io, SavedSurface>& surface)
+template <typename Io> void Transfer(Io& io, FieldsOf<Io, SavedSurface>& surface)
 {
     All(io, surface.number, surface.width, surface.height);
 }
 
-template <typename Io> void Describe(Io& io, FieldsOf<Io, SavedTileMap>& map)
+template <typename Io> void Transfer(Io& io, FieldsOf<Io, SavedTileMap>& map)
 {
     All(io, map.number, map.sprite, map.columns, map.rows, map.tileWidth, map.tileHeight);
-    Describe(io, map.tiles);
+    Transfer(io, map.tiles);
 }
 
-template <typename Io> void Describe(Io& io, FieldsOf<Io, SavedWorld>& world)
+template <typename Io> void Transfer(Io& io, FieldsOf<Io, SavedWorld>& world)
 {
     io(world.nextId);
-    Describe(io, world.instances);
+    Transfer(io, world.instances);
 }
 
-template <typename Io> void Describe(Io& io, FieldsOf<Io, SavedCameras>& cameras)
+template <typename Io> void Transfer(Io& io, FieldsOf<Io, SavedCameras>& cameras)
 {
     All(io, cameras.defaultCamera, cameras.ownDefaultCamera, cameras.activeCamera, cameras.highPoint);
-    Describe(io, cameras.flags);
+    Transfer(io, cameras.flags);
     io(cameras.stream);
 }
 
-// ---- values: a kind, then what the kind needs ----
+// ---- values: the kind, then its content ----
 
 void Content(ByteWriter& io, const TableNumber& table) { io(table.number); }
 void Content(ByteReader& io, TableNumber& table) { io(table.number); }
@@ -79,7 +79,7 @@ void Content(ByteWriter& io, const InstanceNumber& instance) { io(instance.id); 
 void Content(ByteReader& io, InstanceNumber& instance) { io(instance.id); }
 template <typename Io, typename T> void Content(Io& io, T& plain) { io(plain); }
 
-template <typename... Kinds> void Describe(ByteWriter& io, const std::variant<Kinds...>& value)
+template <typename... Kinds> void Transfer(ByteWriter& io, const std::variant<Kinds...>& value)
 {
     io(static_cast<uint32_t>(value.index()));
     std::visit([&io](const auto& content) { Content(io, content); }, value);
@@ -91,7 +91,7 @@ template <typename Kind, typename Value> bool ReadKind(ByteReader& io, Value& va
     return true;
 }
 
-template <typename... Kinds> void Describe(ByteReader& io, std::variant<Kinds...>& value)
+template <typename... Kinds> void Transfer(ByteReader& io, std::variant<Kinds...>& value)
 {
     uint32_t kind = 0;
     io(kind);
@@ -101,32 +101,32 @@ template <typename... Kinds> void Describe(ByteReader& io, std::variant<Kinds...
         io.Fail();
 }
 
-template <typename Io> void Describe(Io& io, FieldsOf<Io, SavedEntry>& entry)
+template <typename Io> void Transfer(Io& io, FieldsOf<Io, SavedEntry>& entry)
 {
-    Describe(io, entry.key);
-    Describe(io, entry.value);
+    Transfer(io, entry.key);
+    Transfer(io, entry.value);
 }
 
-template <typename Io> void Describe(Io& io, FieldsOf<Io, SavedTable>& table) { Describe(io, table.entries); }
-template <typename Io> void Describe(Io& io, FieldsOf<Io, SavedValues>& values) { Describe(io, values.tables); }
+template <typename Io> void Transfer(Io& io, FieldsOf<Io, SavedTable>& table) { Transfer(io, table.entries); }
+template <typename Io> void Transfer(Io& io, FieldsOf<Io, SavedValues>& values) { Transfer(io, values.tables); }
 
 // ---- lists ----
 
-template <typename T> void Describe(ByteWriter& io, const std::vector<T>& list)
+template <typename T> void Transfer(ByteWriter& io, const std::vector<T>& list)
 {
     io.Count(list.size());
     for (const T& item : list)
-        Describe(io, item);
+        Transfer(io, item);
 }
 
-// A count may promise more than there is: the list grows with what is read.
-template <typename T> void Describe(ByteReader& io, std::vector<T>& list)
+// The list grows item by item: the count may be false, and must not allocate more than the file holds.
+template <typename T> void Transfer(ByteReader& io, std::vector<T>& list)
 {
     const size_t count = io.Count();
     for (size_t i = 0; i < count && !io.Failed(); ++i)
     {
         list.emplace_back();
-        Describe(io, list.back());
+        Transfer(io, list.back());
     }
 }
 
@@ -135,8 +135,8 @@ template <typename T> void Describe(ByteReader& io, std::vector<T>& list)
 template <auto part> constexpr Section MakeSection(const char (&tag)[5])
 {
     return {{tag[0], tag[1], tag[2], tag[3], '\0'},
-            [](ByteWriter& io, const SavedState& state) { Describe(io, state.*part); },
-            [](ByteReader& io, SavedState& state) { Describe(io, state.*part); }};
+            [](ByteWriter& io, const SavedState& state) { Transfer(io, state.*part); },
+            [](ByteReader& io, SavedState& state) { Transfer(io, state.*part); }};
 }
 } // namespace
 

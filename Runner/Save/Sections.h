@@ -1,5 +1,5 @@
 #pragma once
-// The parts of a saved game's file, in their order.
+// The sections of a saved game's file, in the order in which they are written.
 
 #include "Runner/Save/Byte_Stream.h"
 #include "Runner/Save/Saved_State.h"
@@ -16,7 +16,8 @@ struct Section
 constexpr uint32_t SECTION_COUNT = 7;
 extern const Section SECTIONS[SECTION_COUNT];
 
-// What the sections say about each other. False for what no game can have written.
-bool CamerasAreConsistent(const SavedCameras& cameras); // the stream is one, and the flags are of its cameras
-bool ValuesAreConsistent(const SavedState& state);      // tables that are named exist, keys are keys
+// Checks of the sections against each other. False when no game can have written them.
+bool CamerasAreConsistent(
+    const SavedCameras& cameras);                  // the stream is complete, and the flags are those of its cameras
+bool ValuesAreConsistent(const SavedState& state); // every table number names a table, and no key is NaN
 } // namespace Runner

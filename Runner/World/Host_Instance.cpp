@@ -29,7 +29,7 @@ template <> CObject* KvHash<CObject>::Find(int key) const
 // The world owns the instances of rooms. Helper instances belong to nobody in particular, so the collector gets them;
 // whoever needs one makes it a root.
 CInstance::CInstance(float startX, float startY, int id, int objectIndex, bool)
-    : KvObjectBase(0, 0xFFFFFF), x(startX), y(startY), m_flags(0), m_id(id), m_objectIndex(objectIndex)
+    : KvObjectBase(0, OBJECT_VARIABLE_MASK), x(startX), y(startY), m_flags(0), m_id(id), m_objectIndex(objectIndex)
 {
     m_kind = OBJECT_KIND_INSTANCE;
     if (objectIndex == g_DummyObjectIndex)

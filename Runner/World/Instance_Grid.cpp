@@ -86,7 +86,7 @@ void InstanceGrid::Remove(Instance& instance)
     instance.m_span = Span();
 }
 
-void InstanceGrid::Find(const RoomArea& area, std::vector<Instance*>& found)
+void InstanceGrid::Find(const RoomRegion& region, std::vector<Instance*>& found)
 {
     ++m_query;
     const auto take = [&](Instance* instance)
@@ -94,12 +94,12 @@ void InstanceGrid::Find(const RoomArea& area, std::vector<Instance*>& found)
         if (instance->m_lastQuery == m_query)
             return;
         instance->m_lastQuery = m_query;
-        if (!instance->MayBeCulled() || instance->drawArea.Touches(area))
+        if (!instance->MayBeCulled() || region.Touches(instance->drawArea))
             found.push_back(instance);
     };
     for (Instance* instance : m_unbounded)
         take(instance);
-    const Span span = SpanOf(area);
+    const Span span = SpanOf(region.bounds);
     for (int row = span.top; row <= span.bottom; ++row)
         for (int column = span.left; column <= span.right; ++column)
             for (Instance* instance : Cell(column, row))

@@ -19,8 +19,8 @@ public:
     void Place(Instance& instance); // at its drawArea; takes one that is placed already
     void Remove(Instance& instance);
 
-    // Appends the instances whose draw area touches the area, and all that are never culled, in no particular order.
-    void Find(const RoomArea& area, std::vector<Instance*>& found);
+    // Appends the instances whose draw area touches the region, and all that are never culled, in no particular order.
+    void Find(const RoomRegion& region, std::vector<Instance*>& found);
 
 private:
     using Span = Instance::Span;

@@ -2,7 +2,7 @@
 // An object as the game's scripts define it: what instances are made from.
 
 #include "Files/Object/Object.h"
-#include "Runner/Host/Graphics.h"
+#include "Runner/Base/Area.h"
 
 #include <array>
 #include <string>

@@ -21,12 +21,6 @@ void FillView(View& view, const KvRoomView& from)
     view.wport = from.wport;
     view.hport = from.hport;
 }
-
-bool IsStillThere(int camera, uint32_t birth)
-{
-    const CCamera* found = g_CM.GetCamera(camera);
-    return found != nullptr && found->m_birth == birth;
-}
 } // namespace
 
 // ---- the running room ----
@@ -95,22 +89,16 @@ void Rooms::MakeCameras(RunningRoom& room)
         if (camera == nullptr)
             continue;
         room.views[i].cameraID = camera->GetID();
-        Own(camera->GetID());
+        m_ownCameras.emplace_back(camera);
     }
-}
-
-void Rooms::Own(int id)
-{
-    if (const CCamera* camera = g_CM.GetCamera(id))
-        m_ownCameras.push_back({id, camera->m_birth});
 }
 
 std::vector<int> Rooms::OwnCameras() const
 {
     std::vector<int> ids;
-    for (const OwnCamera& own : m_ownCameras)
-        if (IsStillThere(own.id, own.birth))
-            ids.push_back(own.id);
+    for (const CCameraHandle& own : m_ownCameras)
+        if (const CCamera* camera = own.Get())
+            ids.push_back(camera->GetID());
     return ids;
 }
 
@@ -118,7 +106,8 @@ void Rooms::AdoptCameras(const std::vector<int>& ids)
 {
     m_ownCameras.clear();
     for (const int id : ids)
-        Own(id);
+        if (const CCamera* camera = g_CM.GetCamera(id))
+            m_ownCameras.emplace_back(camera);
 }
 
 // EndRoom empties the module's room list, but destroying a camera fills it again while a room is running. So the view
@@ -138,9 +127,9 @@ void Rooms::End()
 // Runs at the end of a game too, where nobody could be told that memory is refused: so it takes none.
 void Rooms::DestroyCameras()
 {
-    for (const OwnCamera& own : m_ownCameras)
-        if (IsStillThere(own.id, own.birth))
-            g_CM.DestroyCamera(own.id);
+    for (const CCameraHandle& own : m_ownCameras)
+        if (const CCamera* camera = own.Get())
+            g_CM.DestroyCamera(camera->GetID());
     m_ownCameras.clear();
 }
 } // namespace Runner

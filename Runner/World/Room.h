@@ -5,6 +5,7 @@
 // description lists began with a camera of its own; scripts may exchange or destroy it. What is left of these cameras
 // goes when the room has ended.
 
+#include "Files/Graphics/Camera_Handle.h"
 #include "Files/Room/Room.h"
 #include "Runner/World/View_Fields.h"
 
@@ -89,17 +90,10 @@ public:
 private:
     void MakeCameras(RunningRoom& room);
     void DestroyCameras();
-    void Own(int id);
-
-    // A camera made for a view. Its number may belong to another camera by the time the room ends.
-    struct OwnCamera
-    {
-        int id;
-        uint32_t birth;
-    };
 
     std::vector<std::unique_ptr<RoomSpec>> m_specs; // by index; their addresses stay
     std::unique_ptr<RunningRoom> m_running;
-    std::vector<OwnCamera> m_ownCameras;
+    std::vector<CCameraHandle>
+        m_ownCameras; // made for views; their numbers may go to other cameras before the room ends
 };
 } // namespace Runner

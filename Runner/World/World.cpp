@@ -182,11 +182,11 @@ void World::RefreshGrid()
     m_touched.clear();
 }
 
-void World::FindForDrawing(const RoomArea& area, std::vector<Instance*>& found)
+void World::FindForDrawing(const RoomRegion& region, std::vector<Instance*>& found)
 {
     RefreshGrid();
     found.clear();
-    m_grid.Find(area, found);
+    m_grid.Find(region, found);
     const auto isHidden = [](const Instance* instance) { return !instance->visible || !instance->IsLive(); };
     found.erase(std::remove_if(found.begin(), found.end(), isHidden), found.end());
     std::sort(found.begin(), found.end(),

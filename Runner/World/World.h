@@ -64,8 +64,8 @@ public:
     void SetSpriteExtent(int sprite, const SpriteExtent& extent);
     const SpriteExtent* FindSpriteExtent(int sprite) const;
 
-    // The live, visible instances that touch the area, in the order of drawing: larger depth first, then by creation.
-    void FindForDrawing(const RoomArea& area, std::vector<Instance*>& found);
+    // The live, visible instances that touch the region, in the order of drawing: larger depth first, then by creation.
+    void FindForDrawing(const RoomRegion& region, std::vector<Instance*>& found);
 
     // Walks everything. False, with which of W1..W4 does not hold.
     bool Check(std::string& why) const;

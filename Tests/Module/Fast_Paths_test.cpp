@@ -36,7 +36,7 @@ bool SameButForNaNs(const kvMatrix& a, const kvMatrix& b)
 bool ExpectDefinition(const kvMatrix& input)
 {
     kvMatrix expected = input, actual = input;
-    const bool regular = InvertByDefinition(expected.m, expected.m);
+    const bool regular = CameraModule::InvertByDefinition(expected.m, expected.m);
     EXPECT_EQ(actual.Invert(), regular) << testing::PrintToString(input);
     EXPECT_TRUE(SameButForNaNs(actual, expected))
         << testing::PrintToString(input) << testing::PrintToString(actual) << testing::PrintToString(expected);
@@ -185,7 +185,7 @@ TEST_F(FastPathsCamera, EveryBuildStoresInversesByTheDefinition)
                     for (const auto& pair : pairs)
                     {
                         kvMatrix expected = pair[0];
-                        InvertByDefinition(expected.m, expected.m);
+                        CameraModule::InvertByDefinition(expected.m, expected.m);
                         ASSERT_TRUE(SameButForNaNs(pair[1], expected))
                             << width << ' ' << height << ' ' << x << ' ' << angle << testing::PrintToString(pair[0]);
                     }

@@ -95,6 +95,11 @@ extern "C"
         Fails("png_destroy_write_struct");
         Library<decltype(&png_destroy_write_struct)>("png_destroy_write_struct")(png, info);
     }
+
+    // The linker sends every malloc of the program's own objects here (CMakeLists.txt).
+    void* __real_malloc(size_t size);
+    void* __wrap_malloc(size_t size);
+    void* __wrap_malloc(size_t size) { return std::strcmp(g_failing, "malloc") == 0 ? nullptr : __real_malloc(size); }
 }
 
 namespace
@@ -361,9 +366,23 @@ INSTANTIATE_TEST_SUITE_P(
                     Failure{"png_set_write_fn", "[write_png_file] Error during init_io\n"},
                     Failure{"png_set_IHDR", "[write_png_file] Error during writing header\n"},
                     Failure{"png_write_info", "[write_png_file] Error during writing header\n"},
+                    Failure{"malloc", "[write_png_file] Error during writing bytes"},
                     Failure{"png_write_image", "[write_png_file] Error during writing bytes"},
                     Failure{"png_write_end", "[write_png_file] Error during end of write"}),
     [](const testing::TestParamInfo<Failure>& row) { return row.param.call; });
+
+TEST_F(WritePNG, ARefusedRowTableIsToldOnTheConsoleAlone)
+{
+    testing::internal::CaptureStdout();
+    testing::internal::CaptureStderr();
+    g_failing = "malloc";
+    const int result = Write("rows.png", RandomPixels(20, 20), 20, 20);
+    g_failing = "";
+    EXPECT_EQ(testing::internal::GetCapturedStderr(), "");
+    EXPECT_EQ(testing::internal::GetCapturedStdout(), "");
+    EXPECT_EQ(result, 0);
+    EXPECT_THAT(ConsoleTexts(), ElementsAre("[write_png_file] Error during writing bytes"));
+}
 
 TEST_F(WritePNG, SizesThatTheFormatCannotHoldFailAtTheHeader)
 {

@@ -228,7 +228,7 @@ INSTANTIATE_TEST_SUITE_P(
                       GameError{"UnknownBuiltin", "room_add{}\ncamera_explode(1)",
                                 "main.lua:2: attempt to call a nil value (global 'camera_explode')"},
                       GameError{"WrongCount", "camera_create(1)",
-                                "main.lua:1: camera_create() - doesn't take any arguments"},
+                                "main.lua:1: camera_create() - doesn't take any arguments (none wanted; got 1)"},
                       GameError{"View9", "room_add{ create = function() view_get_camera(9) end }",
                                 "main.lua:1: view_get_camera() - there is no view 9; views are 0 to 7"},
                       GameError{"NoSuchRoom", "room_add{ step = function() room_goto(7) end }",

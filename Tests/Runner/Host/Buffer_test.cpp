@@ -209,7 +209,7 @@ TEST(HostBuffer, AnotherBufferCanStandBeforeOurs)
     EXPECT_EQ(buffer.behind.Error(), BUFFER_PAST_END);
 }
 
-// ---- the wrappers' short way gives what the typed operations give ----
+// ---- the wrappers give what the typed operations give ----
 
 std::vector<uint32_t> WordsOfAllKinds()
 {
@@ -275,7 +275,7 @@ TEST(HostBuffer, ASignallingNaNTurnsQuietOnBothWays)
     buffer.Seek(0);
     EXPECT_EQ(BitsOf<uint32_t>(buffer.ReadFloat()), QUIET);
     EXPECT_EQ(buffer.Tell(), 4u);
-    EXPECT_EQ(BitsOf<uint32_t>(buffer.ReadFloat()), QUIET); // and the one that was written, after a long way
+    EXPECT_EQ(BitsOf<uint32_t>(buffer.ReadFloat()), QUIET); // and the one that was written
 }
 
 // ---- a walk beside bytes in a vector ----
@@ -478,7 +478,7 @@ TEST(HostBuffer, AValueThatIsNoNumberIsWrittenAsZeroAndReported)
     TypedBuffer buffer;
     EXPECT_EQ(Write(buffer, eBuffer_S32, MakeUndefined()), BUFFER_DONE);
     EXPECT_THAT(Bytes(buffer), ElementsAre(0, 0, 0, 0));
-    EXPECT_EQ(TakeError(), "expected a number, got undefined");
+    EXPECT_EQ(TakeError(), "expected a number, got nil");
 }
 
 TEST(HostBuffer, ManyItemsTakeFewAllocations)

@@ -180,13 +180,13 @@ TEST(HostConvert, WhatIsNoNumberIsReportedAndZero)
     RValue text = MakeString("ten");
     RValue array = MakeArray(1);
     const std::pair<RValue, const char*> cases[] = {
-        {text, "expected a number, got the string \"ten\" (argument 1)"},
-        {array, "expected a number, got an array (argument 1)"},
-        {MakeUndefined(), "expected a number, got undefined (argument 1)"},
-        {OfKind(VALUE_NULL), "expected a number, got null (argument 1)"},
-        {OfKind(VALUE_UNSET), "expected a number, got nothing (argument 1)"},
-        {OfKind(VALUE_OBJECT), "expected a number, got an object that is not there (argument 1)"},
-        {OfKind(VALUE_REF), "expected a number, got a value of kind 15 (argument 1)"},
+        {text, "expected a number, got the string \"ten\""},
+        {array, "expected a number, got a table"},
+        {MakeUndefined(), "expected a number, got nil"},
+        {OfKind(VALUE_NULL), "expected a number, got null"},
+        {OfKind(VALUE_UNSET), "expected a number, got nothing"},
+        {OfKind(VALUE_OBJECT), "expected a number, got an object that is not there"},
+        {OfKind(VALUE_REF), "expected a number, got a value of kind 15"},
     };
     for (const auto& [value, message] : cases)
     {
@@ -201,7 +201,7 @@ TEST(HostConvert, WhatIsNoNumberIsReportedAndZero)
         EXPECT_EQ(TakeError(), message);
     }
     EXPECT_EQ(array.asReal(), 0);
-    EXPECT_EQ(TakeError(), "expected a number, got an array");
+    EXPECT_EQ(TakeError(), "expected a number, got a table");
     Release(text);
     Release(array);
 }

@@ -7,6 +7,9 @@
 #include "Files/Graphics/Camera_Manager.h"
 #include "Files/Run/Run_Globals.h"
 #include "Runner/Host/Collector.h"
+#include "Runner/Host/Value.h"
+
+#include <algorithm>
 
 namespace
 {
@@ -75,9 +78,66 @@ TEST_F(Callables, ANumberFromScriptAddRuns)
     EXPECT_EQ(Log(), "one\n");
 }
 
-TEST_F(Callables, ANumberWithoutAScriptRunsNothing)
+TEST_F(Callables, ANumberWithoutAScriptIsToldOnceForEachCallback)
 {
-    EXPECT_EQ(Play(WithView("camera_set_update_script(C, 99) camera_set_begin_script(C, -2)")), "");
+    EXPECT_EQ(
+        Play(WithView(
+                 "camera_set_update_script(C, 99) camera_set_begin_script(C, -2)\n"
+                 "pcall(camera_set_end_script, C, '99')"), // refused and stored: a text that is a number counts as it
+             5),
+        "");
+    EXPECT_EQ(Log(),
+              "camera 1: its begin script is number -2, which script_add never gave, so nothing runs; set a "
+              "number from script_add, or -1 for no script\n"
+              "camera 1: its update script is number 99, which script_add never gave, so nothing runs and the "
+              "camera does not follow its target; set a number from script_add, or -1 for no script\n"
+              "camera 1: its end script is number 99, which script_add never gave, so nothing runs; set a number "
+              "from script_add, or -1 for no script\n");
+}
+
+TEST_F(Callables, AnotherNumberAndAnotherCameraWithoutAScriptAreToldAgain)
+{
+    ASSERT_EQ(Play(WithView("camera_set_begin_script(C, 7)"), 2), "");
+    const auto linesAfter = [this](const std::string& change)
+    {
+        const std::string before = Log();
+        RValue number = Runner::MakeReal(change == "number" ? 8 : 7);
+        if (change == "camera")
+        {
+            g_CM.DestroyCamera(1);
+            EXPECT_EQ(g_CM.CreateCamera()->GetID(), 1);
+        }
+        g_CM.GetCamera(1)->SetBeginScript(&number);
+        EXPECT_EQ(PlayOn(3), "");
+        const std::string added = Log().substr(before.size());
+        return std::count(added.begin(), added.end(), '\n');
+    };
+    EXPECT_EQ(linesAfter("nothing"), 0);
+    EXPECT_EQ(linesAfter("number"), 1);
+    EXPECT_EQ(linesAfter("nothing"), 0);
+    EXPECT_EQ(linesAfter("camera"), 1);
+}
+
+TEST_F(Callables, NumbersWithoutAScriptAreToldUpToALimit)
+{
+    EXPECT_EQ(Play("room_add{ views = { [0] = {} }, step = function()\n"
+                   "camera_set_begin_script(view_get_camera(0), frame_number()) end }",
+                   200),
+              "");
+    const std::string log = Log();
+    EXPECT_EQ(std::count(log.begin(), log.end(), '\n'), 51);
+    EXPECT_NE(log.find("\nfurther callbacks with a number that script_add never gave are not told\n"),
+              std::string::npos);
+}
+
+TEST_F(Callables, ANumberIsPerformedOnceItHasAScript)
+{
+    EXPECT_EQ(Play(WithView("camera_set_begin_script(C, 0)\n"
+                            "camera_set_end_script(C, function() script_add(function() print('ran') end) end)"),
+                   3),
+              "");
+    EXPECT_NE(Log().find("camera 1: its begin script is number 0"), std::string::npos);
+    EXPECT_NE(Log().find("\nran\nran\n"), std::string::npos);
 }
 
 TEST_F(Callables, ACollectedFunctionIsGoneOnceNoCameraHoldsIt)
@@ -115,7 +175,7 @@ TEST_F(Callables, LuaForgetsAFunctionThatTheCollectorFreed)
 TEST_F(Callables, ACallbackThatIsNoneIsNamedByItsCamera)
 {
     EXPECT_EQ(Play(WithView("assert(not pcall(camera_set_update_script, C, {}))")),
-              "a callback of camera 1 cannot run: expected a number, got an array (argument 1)");
+              "a callback of camera 1 cannot run: expected a number, got a table");
 }
 
 // ---- callbacks that do anything ----
@@ -184,6 +244,32 @@ TEST_P(CallbackErrors, KeepLaterScriptsFromRunning)
 
 INSTANTIATE_TEST_SUITE_P(All, CallbackErrors, ::testing::Values("begin", "update", "end"),
                          [](const auto& test) { return std::string(test.param); });
+
+// Functions of the host have no line of their own: the error names the line that handed them over.
+
+TEST_F(Callables, AFunctionOfTheHostThatFailsAsACallbackIsNamedByTheLineThatGaveIt)
+{
+    for (const char* callback : {"begin", "update", "end"})
+        EXPECT_EQ(
+            Play(WithView(std::string("\ncamera_set_") + callback + "_script(C,\n coroutine.yield)\n local x = 1")),
+            "main.lua:3: attempt to yield from outside a coroutine");
+    EXPECT_EQ(Play(WithView("S = script_add(draw_circle)\n camera_set_begin_script(C, S)")),
+              "main.lua:2: draw_circle() - wrong number of arguments (3 to 4 wanted: x, y, radius [, outline]; got 0)");
+}
+
+TEST_F(Callables, AFunctionOfTheHostThatFailsIsNamedByTheLastLineThatGaveIt)
+{
+    EXPECT_EQ(Play(WithView("camera_set_begin_script(C, coroutine.yield)\ncamera_set_begin_script(C, -1)\n"
+                            "camera_set_end_script(C, coroutine.yield)")),
+              "main.lua:4: attempt to yield from outside a coroutine");
+}
+
+TEST_F(Callables, AFunctionOfTheHostThatFailsAsAnEventIsNamedByTheLineThatGaveIt)
+{
+    EXPECT_EQ(Play("local o = object_add{\n  step = coroutine.yield }\nroom_add{ instances = { {o, 0, 0} } }"),
+              "main.lua:1: attempt to yield from outside a coroutine");
+    EXPECT_EQ(Play("\nroom_add{ draw = coroutine.yield }"), "main.lua:2: attempt to yield from outside a coroutine");
+}
 
 TEST_F(Callables, AResultOfACallbackIsReleased)
 {

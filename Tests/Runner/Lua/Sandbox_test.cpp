@@ -53,7 +53,9 @@ TEST_F(SandboxTest, NoTextShowsAnAddress)
         Run("for _, v in ipairs{ {}, print, coroutine.create(print) } do\n"
             "  assert(tostring(v) == type(v) and string.format('%s', v) == type(v) and ('%s'):format(v) == type(v))\n"
             "end\n"
-            "assert(not pcall(string.format, '%p', {}))\n"
+            "for _, format in ipairs{ '%p', '%-10p', '%5%%p', '\\0%p', '%s %p' } do\n"
+            "  local ok, text = pcall(string.format, format, 'a', 'b')\n"
+            "  assert(not ok and text:find('%p is not available', 1, true), format) end\n"
             "assert(string.format('100%% %5.1f %s', 2, 'p') == '100%   2.0 p')\n"
             "assert(tostring(setmetatable({}, { __tostring = function() return 'mine' end })) == 'mine')"),
         "");
@@ -104,6 +106,14 @@ TEST_F(SandboxTest, FinalisersAndWeakTablesAreRefused)
               "");
 }
 
+TEST_F(SandboxTest, AFinaliserWrittenLaterNeverRuns)
+{
+    EXPECT_EQ(Run("local mt = {} setmetatable({}, mt) mt.__gc = function() error('ran') end collect() collect()", 3),
+              "");
+    game.reset(); // closes the Lua state
+    EXPECT_EQ(Log(), "");
+}
+
 TEST_F(SandboxTest, IncludeRunsAFileOnce)
 {
     directory.Write("part.lua", "COUNT = (COUNT or 0) + 1 return { answer = 42 }");
@@ -115,7 +125,8 @@ TEST_F(SandboxTest, IncludeRunsAFileOnce)
 TEST_F(SandboxTest, AnErrorInAnIncludedFileNamesThatFile)
 {
     directory.Write("part.lua", "\ncamera_create(1)");
-    EXPECT_EQ(Run("include('part.lua')"), "part.lua:2: camera_create() - doesn't take any arguments");
+    EXPECT_EQ(Run("include('part.lua')"),
+              "part.lua:2: camera_create() - doesn't take any arguments (none wanted; got 1)");
     directory.Write("bad.lua", "x = = 1");
     EXPECT_EQ(Run("include('bad.lua')"), "bad.lua:1: unexpected symbol near '='");
 }

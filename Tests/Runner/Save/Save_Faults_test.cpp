@@ -112,17 +112,6 @@ TEST_F(SaveFaults, ReadingNeedsTheFileOpened)
     EXPECT_EQ(Load(), "");
 }
 
-TEST_F(SaveFaults, AScriptHearsOfAPictureThatWasNotWritten)
-{
-    ASSERT_EQ(Run("assert(screenshot('a.bmp', 'bmp')) assert(screenshot('b.png')) assert(screenshot('c', 'png'))"), "");
-    Runner::FailFileOperation(FileOperation::ShortWrite, 0);
-    EXPECT_EQ(Run("assert(not screenshot('b.png'))"), "");
-    EXPECT_EQ(Log(), "screenshot() - cannot write " + directory.Path("save/b.png") + "\n");
-    EXPECT_EQ(directory.Read("save/a.bmp").substr(0, 2), "BM");
-    EXPECT_EQ(directory.Read("save/b.png").substr(1, 3), "PNG");
-    EXPECT_EQ(directory.Read("save/c").substr(1, 3), "PNG");
-}
-
 TEST_F(SaveFaults, AGameGoesOnAfterASaveThatFailed)
 {
     Runner::FailFileOperation(FileOperation::Rename, 0);

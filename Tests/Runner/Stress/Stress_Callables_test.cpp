@@ -4,8 +4,10 @@
 
 #include "Files/Graphics/Camera_Manager.h"
 #include "Files/Run/Run_Globals.h"
+#include "Runner/Host/Code.h"
 #include "Runner/Host/Collector.h"
 #include "Runner/Host/Memory.h"
+#include "Runner/Host/Value.h"
 
 #include <chrono>
 
@@ -96,7 +98,7 @@ TEST_F(StressCallables, AResultThatCannotCrossIsToldWithItsCamera)
 {
     EXPECT_EQ(Play("room_add{ views = { [0] = {} }, create = function()\n"
                    "camera_set_end_script(view_get_camera(0), function() return coroutine.create(print) end) end }"),
-              "a callback of camera 1 cannot return a thread");
+              "a callback of camera 1 cannot return a coroutine");
 }
 
 TEST_F(StressCallables, ACallbackThatIsNoneDoesNotRunTheFirstScript)
@@ -104,7 +106,7 @@ TEST_F(StressCallables, ACallbackThatIsNoneDoesNotRunTheFirstScript)
     EXPECT_EQ(Play("script_add(function() print('ran') end)\n"
                    "room_add{ views = { [0] = {} }, create = function()\n"
                    "pcall(camera_set_begin_script, view_get_camera(0), {}) end }"),
-              "a callback of camera 1 cannot run: expected a number, got an array (argument 1)");
+              "a callback of camera 1 cannot run: expected a number, got a table");
     EXPECT_EQ(Log(), "");
 }
 
@@ -143,6 +145,98 @@ TEST_F(StressCallables, TenThousandLiveCallbacksSurviveACollection)
     const std::chrono::duration<double, std::milli> young = std::chrono::steady_clock::now() - startOfYoung;
     EXPECT_EQ(Collector::GetStats().live, 20000 + HELPERS);
     std::printf("collection with 10000 live callbacks: full %.2f ms, young %.2f ms\n", full.count(), young.count());
+}
+
+// ---- arrays as callbacks: reported, and stored all the same ----
+
+constexpr char STORE_ARRAY[] = "local c, f = camera_create(), function() return 7 end\n"
+                               "assert(not pcall(camera_set_begin_script, c, { 1, { f } })) f = nil ";
+
+TEST_F(StressCallables, AFunctionInAnArrayLivesAsLongAsACameraHoldsTheArray)
+{
+    for (const bool stress : {false, true})
+    {
+        options.gcStress = stress;
+        EXPECT_EQ(LiveAfter(STORE_ARRAY), 1) << "stress " << stress;
+        EXPECT_EQ(LiveAfter(std::string(STORE_ARRAY) + "camera_set_begin_script(c, -1)"), 0) << "stress " << stress;
+        EXPECT_EQ(LiveAfter(std::string(STORE_ARRAY) + "camera_destroy(c)"), 0) << "stress " << stress;
+    }
+}
+
+TEST_F(StressCallables, AFunctionInAnArrayCanBeReadBackAfterCollections)
+{
+    EXPECT_EQ(Run(std::string(STORE_ARRAY) +
+                  "for i = 1, 300 do camera_set_end_script(camera_create(), function() return i end) end\n"
+                  "collect() collect() local array = camera_get_begin_script(c)\n"
+                  "assert(array[1] == 1 and array[2][1]() == 7)"),
+              "");
+}
+
+TEST_F(StressCallables, YoungCollectionsLeaveAFunctionInAnArray)
+{
+    ASSERT_EQ(Run(std::string(STORE_ARRAY) + "C = c"), "");
+    Collector::Collect(false);
+    Collector::Collect(false);
+    const RValue& callback = g_CM.GetCamera(1)->m_beginScript;
+    ASSERT_EQ(callback.kind, VALUE_ARRAY);
+    EXPECT_GE(callback.pRefArray->m_array[1].pRefArray->m_array[0].pObj->m_slot, 0);
+    EXPECT_EQ(Collector::GetStats().live - HELPERS, 1);
+}
+
+// Live objects of a game whose camera 1 holds the array and a proxy for its end script.
+constexpr int WITH_PROXY = HELPERS + 3;
+
+class StressSharedArrays : public StressCallables
+{
+protected:
+    void SetUp() override
+    {
+        ASSERT_EQ(Run("local c = camera_create() camera_set_end_script(c, function() end)\n"
+                      "assert(not pcall(camera_set_begin_script, c, { function() end }))"),
+                  "");
+        ExpectLive(WITH_PROXY);
+    }
+
+    // Reports that the callback is none are taken, as the Lua bridge would.
+    static void Store(void (CCamera::*set)(RValue*), CCamera& camera, RValue& value)
+    {
+        (camera.*set)(&value);
+        Runner::TakeError();
+    }
+
+    static void ExpectLive(int expected)
+    {
+        Collector::Collect(true);
+        Collector::Collect(true);
+        EXPECT_EQ(Collector::GetStats().live, expected);
+    }
+};
+
+TEST_F(StressSharedArrays, AClonesArrayOutlivesTheOriginals)
+{
+    CCamera* clone = g_CM.CloneCamera(1);
+    Runner::TakeError();
+    ASSERT_EQ(clone->m_beginScript.kind, VALUE_ARRAY);
+    ExpectLive(WITH_PROXY + 1); // the clone's proxy, for the end script
+    g_CM.DestroyCamera(1);
+    ExpectLive(WITH_PROXY);
+    g_CM.DestroyCamera(clone->GetID());
+    ExpectLive(HELPERS);
+}
+
+TEST_F(StressSharedArrays, AnArrayIsKeptByTheCameraWithoutAProxyWhenTheOthersLetGo)
+{
+    CCamera* other = g_CM.CreateCamera();
+    Store(&CCamera::SetBeginScript, *other, g_CM.GetCamera(1)->m_beginScript);
+    ASSERT_EQ(other->m_beginScript.kind, VALUE_ARRAY);
+    RValue none = Runner::MakeReal(-1);
+    Store(&CCamera::SetBeginScript, *g_CM.GetCamera(1), none); // in the name of its proxy
+    EXPECT_EQ(other->m_beginScript.pRefArray->m_refCount, 1);
+    ExpectLive(WITH_PROXY);
+    g_CM.DestroyCamera(1);
+    ExpectLive(HELPERS + 1);
+    g_CM.DestroyCamera(other->GetID());
+    ExpectLive(HELPERS);
 }
 
 // ---- the example games ----

@@ -36,7 +36,7 @@ std::vector<int> IdsOf(const ObjectType& type)
 std::vector<int> Seen(World& world, const RoomArea& area)
 {
     std::vector<Instance*> found;
-    world.FindForDrawing(area, found);
+    world.FindForDrawing({area}, found);
     std::vector<int> ids;
     for (const Instance* instance : found)
         ids.push_back(instance->m_id);
@@ -332,13 +332,14 @@ TEST_P(SelfMistakes, AreClearErrors)
 
 INSTANTIATE_TEST_SUITE_P(
     Texts, SelfMistakes,
-    ::testing::Values(SelfMistake{"self.x = 'a'", "\"x\" of an instance must be a number, got a string"},
-                      SelfMistake{"self.x = 0/0", "\"x\" of an instance must be a finite number"},
+    ::testing::Values(SelfMistake{"self.x = 'a'", "\"x\" of an instance is a number, got the string \"a\""},
+                      SelfMistake{"self.x = 0/0", "\"x\" of an instance is a finite number, got the number nan"},
                       SelfMistake{"self.id = 5", "\"id\" of an instance cannot be set"},
-                      SelfMistake{"self.visible = {}", "\"visible\" of an instance must be true or false, got a table"},
+                      SelfMistake{"self.visible = {}", "\"visible\" of an instance is true or false, got a table"},
                       SelfMistake{"self[1] = 5", "a variable of an instance must have a name, got a number"},
                       SelfMistake{"instance_create(0, 0, 9)", "instance_create() - there is no object 9"},
-                      SelfMistake{"instance_create(0, 0)", "instance_create() - wrong number of arguments"}));
+                      SelfMistake{"instance_create(0, 0)",
+                                  "instance_create() - wrong number of arguments (3 wanted: x, y, object; got 2)"}));
 
 TEST_F(WorldScripts, TheFieldsOfAnInstanceThatIsGoneAreRefused)
 {
