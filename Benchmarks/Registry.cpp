@@ -164,6 +164,19 @@ void CreateMalloc(benchmark::State& state)
     }
 }
 
+// Between rooms a script runs in no instance: what is measured is the update around it.
+void UpdateScripted(benchmark::State& state, int size)
+{
+    const Registry registry(size);
+    CCamera* const camera = registry.Cameras()[registry.Cameras().size() / 2];
+    RValue script = {};
+    script.kind = VALUE_REAL;
+    script.val = 7.0;
+    camera->SetUpdateScript(&script);
+    for (auto _ : state)
+        camera->CameraUpdate();
+}
+
 void Check()
 {
     for (const int size : {8, 1024})
@@ -190,6 +203,9 @@ void AddRows()
         Row(subject, "array", [=](benchmark::State& state) { LookUpArray(state, size); });
         Row(subject, "hash map", [=](benchmark::State& state) { LookUpMap(state, size); });
     }
+    for (const int size : {8, 10000})
+        Row("update around a script, " + std::to_string(size) + " cameras", "ours",
+            [=](benchmark::State& state) { UpdateScripted(state, size); });
     Row("getter built-in", "ours", GetterOurs);
     Row("getter built-in", "direct", GetterDirect);
     for (const int size : {8, 100000})

@@ -24,6 +24,8 @@ SUBJECTS = [
     ("camera by identifier, 1024 cameras", 1, ["hash map"], ["array"]),
     ("camera by identifier, 32768 cameras", 1, ["hash map"], ["array"]),
     ("camera by identifier, 262144 cameras", 1, ["hash map"], ["array"]),
+    ("update around a script, 8 cameras", 1, [], []),
+    ("update around a script, 10000 cameras", 1, [], []),
     ("getter built-in", 1, ["direct"], []),
     ("create and destroy, table of 8", 1, ["malloc"], []),
     ("create and destroy, table of 100000", 1, ["malloc"], []),

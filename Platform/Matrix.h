@@ -6,6 +6,7 @@
 // Products   a * b applies a first: room * view * projection.
 // Handed     left-handed; depth 0 (near) to 1 (far).
 // Room y     grows downwards; a camera's own up vector follows its build (see Camera.h).
+// Angles     degrees in every interface; RADIANS_PER_DEGREE converts them.
 // Floats     strictly 32 bits, no fused or reordered operations (Strict_Float.h).
 
 #include <cstdint>

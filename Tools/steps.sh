@@ -47,7 +47,7 @@ need() {
         apt-get install -y --no-install-recommends "${missing[@]}"
 }
 
-BUILD_PACKAGES="g++ cmake ninja-build pkg-config libpng-dev liblua5.4-dev libcli11-dev libegl-dev libgles-dev
+BUILD_PACKAGES="g++ cmake ninja-build pkg-config patch libpng-dev libegl-dev libgles-dev
     libgl1-mesa-dri libegl-mesa0 ca-certificates"
 TEST_PACKAGES="libgtest-dev libgmock-dev liblodepng-dev clang clang-format clang-tidy"
 BENCH_PACKAGES="libbenchmark-dev libglm-dev libcglm-dev libeigen3-dev libyuv-dev libspng-dev liblodepng-dev
@@ -63,6 +63,7 @@ prepare_armhf() {
 build() {
     local preset=$1
     shift
+    Tools/lua_source.sh
     step "Building ($preset${*:+: $*})"
     quietly "build/$preset-configure.log" cmake --preset "$preset"
     quietly "build/$preset-build.log" cmake --build --preset "$preset" ${1:+--target} "$@"

@@ -20,7 +20,7 @@ mkdir -p "$folder"
 folder=$(cd "$folder" && pwd)
 
 # libc, libgcc and libstdc++ are the cross compiler's own.
-PACKAGES="libpng-dev libpng16-16 zlib1g-dev zlib1g liblua5.4-dev liblua5.4-0 libcli11-dev googletest
+PACKAGES="libpng-dev libpng16-16 zlib1g-dev zlib1g googletest
     libbenchmark-dev libbenchmark1debian libglm-dev libcglm-dev libeigen3-dev libyuv-dev libyuv0 libjpeg62-turbo
     libspng-dev libspng0 liblodepng-dev liblodepng0 libstb-dev"
 

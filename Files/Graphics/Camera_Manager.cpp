@@ -64,21 +64,41 @@ CCamera* CCameraManager::GetCamera(int id)
 {
     if (HoldsAt(m_lastCamPos, id))
         return m_cameras[m_lastCamPos];
-    for (int entry = 0; entry < ROOM_CAMERAS; ++entry)
-    {
-        if (m_roomcameras[entry] != nullptr && m_roomcameras[entry]->m_ID == id)
-            return m_roomcameras[entry];
-    }
-    const int slot = FindCameraInList(id);
+    if (CCamera* const camera = FindInRoomList(id))
+        return camera;
+    const int slot = FindInTable(id);
     return slot != -1 ? m_cameras[slot] : nullptr;
 }
 
 int CCameraManager::FindCameraInList(int id)
 {
-    if (id == -1)
-        return -1;
-    if (HoldsAt(m_lastCamPos, id))
+    if (id != -1 && HoldsAt(m_lastCamPos, id))
         return m_lastCamPos;
+    return FindInTable(id);
+}
+
+// The first entry of that identifier. Looks at all of them, from the last to the first: a branch that leaves early
+// cannot be predicted, and costs more than the rest of the list.
+CCamera* CCameraManager::FindInRoomList(int id) const
+{
+    CCamera* found = nullptr;
+    const auto look = [&](CCamera* camera)
+    {
+        if (camera != nullptr)
+            found = camera->m_ID == id ? camera : found;
+    };
+    static_assert(ROOM_CAMERAS % 3 == 0, "three at a time: the loop itself would cost as much as the looks");
+    for (int entry = ROOM_CAMERAS - 1; entry > 0; entry -= 3)
+    {
+        look(m_roomcameras[entry]);
+        look(m_roomcameras[entry - 1]);
+        look(m_roomcameras[entry - 2]);
+    }
+    return found;
+}
+
+inline int CCameraManager::FindInTable(int id)
+{
     const int slot = !ms_identifiersChanged && HoldsAt(id, id) ? id : ScanTable(id);
     if (slot != -1)
         m_lastCamPos = slot;
@@ -87,7 +107,7 @@ int CCameraManager::FindCameraInList(int id)
 
 int CCameraManager::ScanTable(int id) const
 {
-    for (int slot = 0; slot < m_cameraListSize; ++slot)
+    for (int slot = 0; id != -1 && slot < m_cameraListSize; ++slot)
     {
         if (HoldsAt(slot, id))
             return slot;

@@ -93,6 +93,8 @@ private:
     void FreeCamera(CCamera* camera); // the table is the caller's to mend
     void DestroySlot(int slot);
     void DestroyOccupant(int slot);
+    CCamera* FindInRoomList(int id) const;
+    int FindInTable(int id);     // the slot of that number, or the scan; caches the slot
     int ScanTable(int id) const; // the lowest slot whose camera bears the identifier, or -1
     bool IsInTable(const CCamera* camera) const;
     int SlotOf(const CCamera* camera) const; // -1 for a camera that is not registered

@@ -30,6 +30,7 @@
 #include "Files/Graphics/Camera_Handle.h"
 #include "Files/Graphics/Camera_Manager.h"
 #include "Files/Graphics/Colour.h"
+#include "Files/Graphics/Function_Arguments.h"
 #include "Files/Graphics/Functions.h"
 #include "Files/Graphics/Image_Writers.h"
 // The matrix reader and writer below serve other parts of the runner.

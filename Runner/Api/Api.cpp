@@ -23,7 +23,7 @@ constexpr NamedColour COLOURS[] = {
     {"orange", 255, 160, 64}, {"purple", 128, 0, 128}, {"cyan", 0, 255, 255},   {"brown", 139, 90, 43},
 };
 
-// What the painter could not do is the fault of the call that asked for it.
+// An error of the painter is raised as an error of the call that asked for it.
 void RaisePainterError(const Arguments& call)
 {
     Painter* painter = call.game.CurrentPainter();
@@ -90,6 +90,15 @@ std::vector<Signature> ApiSignatures()
         for (size_t i = 0; i < table.count; ++i)
             signatures.push_back(table.functions[i].Names());
     return signatures;
+}
+
+std::string ShownText(const Arguments& call, int i)
+{
+    if (lua_type(call.L, i) != LUA_TNUMBER && lua_type(call.L, i) != LUA_TSTRING)
+        call.FailArgument(i, "is a string or a number, got " + DescribeAt(call.L, i));
+    size_t size = 0;
+    const char* text = lua_tolstring(call.L, i, &size);
+    return std::string(text, size);
 }
 
 Painter& OpenedPainter(const Arguments& call)

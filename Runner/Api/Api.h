@@ -1,5 +1,5 @@
 #pragma once
-// What scripts can call besides the module's built-ins: Docs/Script_API.md.
+// The Runner's functions for scripts, besides the module's built-ins. Docs/Script_API.md describes both.
 
 #include "Runner/Lua/Signature.h"
 
@@ -11,8 +11,8 @@ namespace Runner
 {
 class Game;
 
-// Makes all of the Runner's functions global, with the tables vars and colours.
+// Makes the Runner's functions and the tables vars and colours global.
 void OpenApi(lua_State* L, Game& game);
 
-std::vector<Signature> ApiSignatures(); // of these functions, by subject
+std::vector<Signature> ApiSignatures(); // of the Runner's functions, by subject
 } // namespace Runner

@@ -46,7 +46,9 @@ int SetDepthTest(Arguments& call)
 
 int Clear(Arguments& call)
 {
-    DrawingPainter(call).Clear(call.Colour(1), call.Float(2, 1.0f));
+    Painter& painter = DrawingPainter(call);
+    const unsigned colour = call.Colour(1);
+    painter.Clear(colour, call.Float(2, 1.0f));
     return 0;
 }
 
@@ -54,35 +56,42 @@ int Clear(Arguments& call)
 
 int Rectangle(Arguments& call)
 {
-    DrawingPainter(call).Rectangle(call.Float(1), call.Float(2), call.Float(3), call.Float(4), call.Flag(5, false));
+    Painter& painter = DrawingPainter(call);
+    const auto [left, top, right, bottom] = Floats<4>(call, 1);
+    painter.Rectangle(left, top, right, bottom, call.Flag(5, false));
     return 0;
 }
 
 int Line(Arguments& call)
 {
     Painter& painter = DrawingPainter(call);
-    painter.SetLineWidth(call.Float(5, 1.0f));
-    painter.Line(call.Float(1), call.Float(2), call.Float(3), call.Float(4));
-    painter.SetLineWidth(1.0f);
+    const auto [x1, y1, x2, y2] = Floats<4>(call, 1);
+    painter.Line(x1, y1, x2, y2, call.Float(5, 1.0f));
     return 0;
 }
 
 int Circle(Arguments& call)
 {
-    DrawingPainter(call).Circle(call.Float(1), call.Float(2), call.Float(3), call.Flag(4, false));
+    Painter& painter = DrawingPainter(call);
+    const auto [x, y, radius] = Floats<3>(call, 1);
+    painter.Circle(x, y, radius, call.Flag(4, false));
     return 0;
 }
 
 int Triangle(Arguments& call)
 {
-    DrawingPainter(call).Triangle(call.Float(1), call.Float(2), call.Float(3), call.Float(4), call.Float(5),
-                                  call.Float(6), call.Flag(7, false));
+    Painter& painter = DrawingPainter(call);
+    const auto [x1, y1, x2, y2, x3, y3] = Floats<6>(call, 1);
+    painter.Triangle(x1, y1, x2, y2, x3, y3, call.Flag(7, false));
     return 0;
 }
 
 int Text(Arguments& call)
 {
-    DrawingPainter(call).Text(call.Float(1), call.Float(2), call.Text(3), call.Float(4, 1.0f));
+    Painter& painter = DrawingPainter(call);
+    const auto [x, y] = Floats<2>(call, 1);
+    const std::string text = ShownText(call, 3);
+    painter.Text(x, y, text, call.Float(4, 1.0f));
     return 0;
 }
 

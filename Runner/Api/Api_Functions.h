@@ -1,15 +1,19 @@
 #pragma once
-// The functions of Docs/Script_API.md, by subject, and what they are written with. The module's built-ins are not among
-// them (Runner/Lua/Bridge.h).
+// The tables of the Runner's functions, by subject, and what the functions share. Runner/Lua/Bridge.h has the module's
+// built-ins.
 
 #include "Platform/Matrix.h"
 #include "Runner/Lua/Arguments.h"
+#include "Runner/Lua/Script_Engine.h"
+
+#include <array>
+#include <string>
 
 namespace Runner
 {
 class Game;
 
-// One call of a function of this runner's, with the game that it is about.
+// The arguments of one call of a function of the Runner, with the game that called it.
 class Arguments : public ScriptArguments
 {
 public:
@@ -23,7 +27,7 @@ public:
 
 struct ApiFunction : FunctionHead
 {
-    int (*run)(Arguments& call); // answers how many values it has pushed
+    int (*run)(Arguments& call); // pushes its results and answers their number
 };
 
 struct ApiTable
@@ -39,10 +43,37 @@ ApiTable DrawApi();    // shapes, text, colours
 ApiTable PictureApi(); // sprites, surfaces, tile maps
 ApiTable SpaceApi();   // matrices and 3D
 
-// The painter, for a function that draws; refused while nothing is being drawn.
+// The painter. DrawingPainter refuses the call while nothing is being drawn.
 class Painter;
 Painter& DrawingPainter(const Arguments& call);
-Painter& OpenedPainter(const Arguments& call); // for what needs no drawing, such as loading
+Painter& OpenedPainter(const Arguments& call); // also while nothing is being drawn: for loading
 
-kvMatrix MatrixArgument(const Arguments& call, int i); // a table of 16 numbers
+kvMatrix MatrixArgument(const Arguments& call, int i); // reads a table of 16 numbers
+std::string ShownText(const Arguments& call, int i);   // of a string, or of a number as tostring shows it
+
+// So many finite numbers from argument first on, read one after the other: of several bad ones the first is named,
+// whereas a compiler may evaluate the arguments of a call in any order.
+template <size_t COUNT> std::array<float, COUNT> Floats(const Arguments& call, int first)
+{
+    std::array<float, COUNT> numbers = {};
+    for (size_t i = 0; i < COUNT; ++i)
+        numbers[i] = call.Float(first + static_cast<int>(i));
+    return numbers;
+}
+
+// Pops an entry of a list. The error for one that does not fit names it: "data[3] must be a number, got nil".
+template <typename T>
+T PopEntry(const Fields& fields, lua_State* L, const std::string& name, T (*read)(lua_State*, int))
+{
+    try
+    {
+        const T entry = read(L, -1);
+        lua_pop(L, 1);
+        return entry;
+    }
+    catch (const ScriptError& error)
+    {
+        fields.Fail(name, error.what());
+    }
+}
 } // namespace Runner

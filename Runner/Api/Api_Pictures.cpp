@@ -22,15 +22,20 @@ int SpriteAdd(Arguments& call)
     Painter& painter = OpenedPainter(call);
     const std::string file = call.game.scripts.PathOf(call.Text(1));
     const int frames = call.Whole(2, 1);
-    return ReturnSprite(call, painter, painter.LoadSprite(file, frames, call.Float(3, 0.0f), call.Float(4, 0.0f)));
+    const float originX = call.Float(3, 0.0f);
+    const float originY = call.Float(4, 0.0f);
+    return ReturnSprite(call, painter, painter.LoadSprite(file, frames, originX, originY));
 }
 
 int SpriteAddSheet(Arguments& call)
 {
     Painter& painter = OpenedPainter(call);
     const std::string file = call.game.scripts.PathOf(call.Text(1));
-    const int sprite = painter.LoadSheet(file, call.Whole(2), call.Whole(3), call.Float(4, 0.0f), call.Float(5, 0.0f));
-    return ReturnSprite(call, painter, sprite);
+    const int frameWidth = call.Whole(2);
+    const int frameHeight = call.Whole(3);
+    const float originX = call.Float(4, 0.0f);
+    const float originY = call.Float(5, 0.0f);
+    return ReturnSprite(call, painter, painter.LoadSheet(file, frameWidth, frameHeight, originX, originY));
 }
 
 const SpriteInfo& Info(const Arguments& call)
@@ -48,11 +53,15 @@ int SpriteFrames(Arguments& call) { return call.Return(Info(call).frames); }
 
 int DrawSprite(Arguments& call)
 {
-    DrawingPainter(call).Sprite(call.Whole(1), NearestInteger<int>(call.Number(2)), call.Float(3), call.Float(4));
+    Painter& painter = DrawingPainter(call);
+    const int sprite = call.Whole(1);
+    const int frame = NearestInteger<int>(call.Number(2));
+    const auto [x, y] = Floats<2>(call, 3);
+    painter.Sprite(sprite, frame, x, y);
     return 0;
 }
 
-// Arguments from first on: x, y, x scale, y scale, angle, colour, alpha; all but the place may be missing.
+// Reads the arguments from `first` on: x, y and, each optional, x scale, y scale, angle, colour, alpha.
 Placement ReadPlacement(const Arguments& call, int first, const Painter& painter)
 {
     Placement placement;
@@ -69,7 +78,9 @@ Placement ReadPlacement(const Arguments& call, int first, const Painter& painter
 int DrawSpriteExt(Arguments& call)
 {
     Painter& painter = DrawingPainter(call);
-    painter.Sprite(call.Whole(1), NearestInteger<int>(call.Number(2)), ReadPlacement(call, 3, painter));
+    const int sprite = call.Whole(1);
+    const int frame = NearestInteger<int>(call.Number(2));
+    painter.Sprite(sprite, frame, ReadPlacement(call, 3, painter));
     return 0;
 }
 
@@ -77,7 +88,9 @@ int DrawSpriteExt(Arguments& call)
 
 int SurfaceCreate(Arguments& call)
 {
-    return call.Return(OpenedPainter(call).CreateSurface(call.Whole(1), call.Whole(2)));
+    Painter& painter = OpenedPainter(call);
+    const int width = call.Whole(1);
+    return call.Return(painter.CreateSurface(width, call.Whole(2)));
 }
 
 int SurfaceFree(Arguments& call)
@@ -106,59 +119,96 @@ int SurfaceResetTarget(Arguments& call)
 int DrawSurface(Arguments& call)
 {
     Painter& painter = DrawingPainter(call);
-    painter.Surface(call.Whole(1), ReadPlacement(call, 2, painter));
+    const int surface = call.Whole(1);
+    painter.Surface(surface, ReadPlacement(call, 2, painter));
     return 0;
 }
 
-// ---- tile maps; scripts count tiles from 1, so that 0 is no tile ----
+// ---- tile maps: scripts count tiles from 1, so that 0 is no tile ----
 
-void FillTiles(const Arguments& call, Fields& fields, Painter& painter, int map, int columns)
+int PopTile(const Fields& fields, lua_State* L, const std::string& name, int sprite, int frames)
 {
-    if (!fields.PushTable("data"))
-        return;
-    const auto count = static_cast<int>(std::min<lua_Unsigned>(lua_rawlen(call.L, -1), INT32_MAX));
-    for (int i = 0; i < count; ++i)
-    {
-        if (lua_rawgeti(call.L, -1, i + 1) != LUA_TNUMBER)
-            fields.Fail("data[" + std::to_string(i + 1) + "]", "must be a number");
-        painter.SetTile(map, i % columns, i / columns, WholeAt(call.L, -1) - 1);
-        lua_pop(call.L, 1);
-    }
-    lua_pop(call.L, 1);
+    const int tile = PopEntry(fields, L, name, WholeAt);
+    if (tile < 0 || tile > frames)
+        fields.Fail(name, "is no tile of sprite " + std::to_string(sprite) + ": it must be 0 to " +
+                              std::to_string(frames) + ", got " + std::to_string(tile));
+    return tile;
 }
 
+// The tiles row by row; empty when there is no data.
+std::vector<int> ReadTiles(const Arguments& call, Fields& fields, int64_t count, int sprite, int frames)
+{
+    std::vector<int> tiles;
+    if (!fields.PushTable("data"))
+        return tiles;
+    const auto length = static_cast<int64_t>(lua_rawlen(call.L, -1));
+    if (length != count)
+        fields.Fail("data", "must have " + std::to_string(count) + (count == 1 ? " entry" : " entries") +
+                                ", columns times rows, got " + std::to_string(length));
+    for (int64_t i = 1; i <= length; ++i)
+    {
+        lua_rawgeti(call.L, -1, i);
+        tiles.push_back(PopTile(fields, call.L, "data[" + std::to_string(i) + "]", sprite, frames));
+    }
+    lua_pop(call.L, 1);
+    return tiles;
+}
+
+void FillTiles(Painter& painter, int map, int columns, const std::vector<int>& tiles)
+{
+    for (size_t i = 0; i < tiles.size(); ++i)
+    {
+        const int place = static_cast<int>(i);
+        painter.SetTile(map, place % columns, place / columns, tiles[i] - 1);
+    }
+}
+
+// Everything is read before the map is made: a call that is refused makes none.
 int TilemapAdd(Arguments& call)
 {
     call.Table(1);
     Fields fields(call, 1);
     Painter& painter = OpenedPainter(call);
-    const int sprite = fields.Whole("sprite", -1);
-    const int columns = fields.Whole("columns", 1, 1, INT32_MAX);
-    const int rows = fields.Whole("rows", 1);
+    const int sprite = fields.Whole("sprite", NO_SPRITE);
     const SpriteInfo* info = painter.FindSprite(sprite);
-    const float width = fields.Float("tile_width", info == nullptr ? 1.0f : static_cast<float>(info->width));
-    const float height = fields.Float("tile_height", info == nullptr ? 1.0f : static_cast<float>(info->height));
+    if (info == nullptr)
+        fields.Fail("sprite", "must be a sprite, there is no sprite " + std::to_string(sprite));
+    const int columns = fields.Whole("columns", 1, 1, INT32_MAX);
+    const int rows = fields.Whole("rows", 1, 1, INT32_MAX);
+    const float width = fields.Float("tile_width", static_cast<float>(info->width));
+    const float height = fields.Float("tile_height", static_cast<float>(info->height));
+    const std::vector<int> tiles = ReadTiles(call, fields, int64_t{columns} * rows, sprite, info->frames);
+    fields.Finish();
     const int map = painter.CreateTileMap(sprite, columns, rows, width, height);
     if (map >= 0)
-        FillTiles(call, fields, painter, map, columns);
-    fields.Finish();
+        FillTiles(painter, map, columns, tiles);
     return call.Return(map);
 }
 
 int TilemapSet(Arguments& call)
 {
-    OpenedPainter(call).SetTile(call.Whole(1), call.Whole(2), call.Whole(3), call.Whole(4) - 1);
+    Painter& painter = OpenedPainter(call);
+    const int map = call.Whole(1);
+    const int column = call.Whole(2);
+    const int row = call.Whole(3);
+    painter.SetTile(map, column, row, call.Whole(4) - 1);
     return 0;
 }
 
 int TilemapGet(Arguments& call)
 {
-    return call.Return(OpenedPainter(call).GetTile(call.Whole(1), call.Whole(2), call.Whole(3)) + 1);
+    const Painter& painter = OpenedPainter(call);
+    const int map = call.Whole(1);
+    const int column = call.Whole(2);
+    return call.Return(painter.GetTile(map, column, call.Whole(3)) + 1);
 }
 
 int DrawTilemap(Arguments& call)
 {
-    DrawingPainter(call).TileMap(call.Whole(1), call.Float(2), call.Float(3));
+    Painter& painter = DrawingPainter(call);
+    const int map = call.Whole(1);
+    const auto [x, y] = Floats<2>(call, 2);
+    painter.TileMap(map, x, y);
     return 0;
 }
 

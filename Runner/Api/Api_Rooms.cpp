@@ -1,12 +1,23 @@
 #include "Runner/Api/Api_Functions.h"
 #include "Runner/Game/Game.h"
-#include "Runner/Host/Convert.h"
 
 namespace Runner
 {
 namespace
 {
+constexpr int NO_TARGET = -1; // of a view
+
 // ---- room_add ----
+
+// An object that exists, an instance that may come to exist, or none.
+int ReadTarget(const Arguments& call, Fields& fields)
+{
+    const int target = fields.Whole("target", NO_TARGET);
+    if (target < INSTANCE_ID_FIRST && target != NO_TARGET && call.game.world.FindObject(target) == nullptr)
+        fields.Fail("target",
+                    "must be an object, an instance or -1 for none, there is no object " + std::to_string(target));
+    return target;
+}
 
 KvRoomView ReadView(const Arguments& call, int table, const std::string& where)
 {
@@ -25,12 +36,12 @@ KvRoomView ReadView(const Arguments& call, int table, const std::string& where)
     view.vborder = fields.Whole("vborder", 0);
     view.hspeed = fields.Whole("hspeed", -1);
     view.vspeed = fields.Whole("vspeed", -1);
-    view.index = fields.Whole("target", -1);
+    view.index = ReadTarget(call, fields);
     fields.Finish();
     return view;
 }
 
-// Reads every entry, so that views[8] is refused and not silently left out.
+// Goes through all entries instead of 0 to 7, so that views[8] is refused.
 void ReadViews(const Arguments& call, Fields& fields, RoomSpec& spec)
 {
     lua_State* L = call.L;
@@ -50,19 +61,21 @@ void ReadViews(const Arguments& call, Fields& fields, RoomSpec& spec)
     lua_pop(L, 1);
 }
 
-RoomPlacement ReadPlacement(const Arguments& call, const Fields& fields, const std::string& where)
+RoomPlacement ReadStartingInstance(const Arguments& call, const Fields& fields, const std::string& where)
 {
     lua_State* L = call.L;
     if (!lua_istable(L, -1) || lua_rawlen(L, -1) != 3)
         fields.Fail(where, "must be {object, x, y}");
     const int table = lua_gettop(L);
-    for (int i = 1; i <= 3; ++i)
+    for (int i = 3; i >= 1; --i)
         if (lua_rawgeti(L, table, i) != LUA_TNUMBER)
             fields.Fail(where, "must be {object, x, y}, all numbers");
-    const RoomPlacement placement = {NearestInteger<int>(lua_tonumber(L, -3)), FiniteAt(L, -2), FiniteAt(L, -1)};
+    RoomPlacement placement = {};
+    placement.object = PopEntry(fields, L, where + "[1]", WholeAt);
+    placement.x = PopEntry(fields, L, where + "[2]", FiniteAt);
+    placement.y = PopEntry(fields, L, where + "[3]", FiniteAt);
     if (call.game.world.FindObject(placement.object) == nullptr)
         fields.Fail(where, "names object " + std::to_string(placement.object) + ", which does not exist");
-    lua_pop(L, 3);
     return placement;
 }
 
@@ -74,7 +87,7 @@ void ReadInstances(const Arguments& call, Fields& fields, RoomSpec& spec)
     for (lua_Integer i = 1; i <= count; ++i)
     {
         lua_rawgeti(call.L, -1, i);
-        spec.instances.push_back(ReadPlacement(call, fields, "instances[" + std::to_string(i) + "]"));
+        spec.instances.push_back(ReadStartingInstance(call, fields, "instances[" + std::to_string(i) + "]"));
         lua_pop(call.L, 1);
     }
     lua_pop(call.L, 1);

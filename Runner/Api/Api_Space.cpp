@@ -1,6 +1,7 @@
 #include "Platform/Strict_Float.h"
 
 #include "Runner/Api/Api_Functions.h"
+#include "Runner/Base/Mathematics.h"
 #include "Runner/Draw/Painter.h"
 #include "Runner/Host/Convert.h"
 #include "Runner/Host/Graphics.h"
@@ -11,7 +12,7 @@ namespace Runner
 {
 namespace
 {
-constexpr float HALF_A_DEGREE = 0.008726646f; // in radians
+constexpr float HALF_A_DEGREE = RADIANS_PER_DEGREE * 0.5f; // in radians
 
 // ---- matrices ----
 
@@ -44,36 +45,42 @@ int MatrixMultiply(Arguments& call)
 
 int MatrixBuild(Arguments& call)
 {
-    return ReturnMatrix(call, BuildWorldMatrix(Vector(call, 1), Vector(call, 4), Vector(call, 7)));
+    const kvVector3 position = Vector(call, 1);
+    const kvVector3 degrees = Vector(call, 4);
+    return ReturnMatrix(call, BuildWorldMatrix(position, degrees, Vector(call, 7)));
 }
 
 int MatrixLookAt(Arguments& call)
 {
+    const kvVector3 eye = Vector(call, 1);
+    const kvVector3 at = Vector(call, 4);
     kvMatrix view;
-    kvMatrix::LookAtLH(view, Vector(call, 1), Vector(call, 4), Vector(call, 7));
+    kvMatrix::LookAtLH(view, eye, at, Vector(call, 7));
     return ReturnMatrix(call, view);
 }
 
 int MatrixOrtho(Arguments& call)
 {
+    const auto [width, height, nearest, farthest] = Floats<4>(call, 1);
     kvMatrix projection;
-    kvMatrix::OrthoLH(projection, call.Float(1), call.Float(2), call.Float(3), call.Float(4));
+    kvMatrix::OrthoLH(projection, width, height, nearest, farthest);
     return ReturnMatrix(call, projection);
 }
 
 int MatrixPerspective(Arguments& call)
 {
+    const auto [width, height, nearest, farthest] = Floats<4>(call, 1);
     kvMatrix projection;
-    kvMatrix::PerspectiveLH(projection, call.Float(1), call.Float(2), call.Float(3), call.Float(4));
+    kvMatrix::PerspectiveLH(projection, width, height, nearest, farthest);
     return ReturnMatrix(call, projection);
 }
 
 int MatrixPerspectiveFov(Arguments& call)
 {
-    const float nearest = call.Float(3);
-    const float height = 2.0f * nearest * tanf(call.Float(1) * HALF_A_DEGREE);
+    const auto [degrees, aspect, nearest, farthest] = Floats<4>(call, 1);
+    const float height = 2.0f * nearest * Tangent(degrees * HALF_A_DEGREE);
     kvMatrix projection;
-    kvMatrix::PerspectiveLH(projection, height * call.Float(2), height, nearest, call.Float(4));
+    kvMatrix::PerspectiveLH(projection, height * aspect, height, nearest, farthest);
     return ReturnMatrix(call, projection);
 }
 
@@ -94,7 +101,8 @@ int MatrixResetWorld(Arguments& call)
 
 // ---- 3D ----
 
-// What is in space covers by distance, whatever the flat drawing around it does.
+// Turns the depth test on until it is destroyed: shapes in space cover each other by distance, whatever is set for flat
+// drawing.
 class DepthTestOn
 {
 public:
@@ -114,17 +122,23 @@ private:
 int DrawQuad(Arguments& call)
 {
     Painter& painter = DrawingPainter(call);
-    const DepthTestOn depthTest(painter);
+    const int sprite = call.Whole(1);
+    const int frame = NearestInteger<int>(call.Number(2));
     const kvVector3 corners[4] = {Vector(call, 3), Vector(call, 6), Vector(call, 9), Vector(call, 12)};
-    painter.Quad(call.Whole(1), NearestInteger<int>(call.Number(2)), corners);
+    const DepthTestOn depthTest(painter);
+    painter.Quad(sprite, frame, corners);
     return 0;
 }
 
 int DrawBox(Arguments& call)
 {
     Painter& painter = DrawingPainter(call);
+    const int sprite = call.Whole(1);
+    const int frame = NearestInteger<int>(call.Number(2));
+    const kvVector3 low = Vector(call, 3);
+    const kvVector3 high = Vector(call, 6);
     const DepthTestOn depthTest(painter);
-    painter.Box(call.Whole(1), NearestInteger<int>(call.Number(2)), Vector(call, 3), Vector(call, 6));
+    painter.Box(sprite, frame, low, high);
     return 0;
 }
 

@@ -31,10 +31,17 @@ int RandomNumber(Arguments& call) { return call.Return(call.game.random.Next01()
 int RandomRange(Arguments& call)
 {
     const double low = call.Number(1);
-    return call.Return(low + (call.Number(2) - low) * call.game.random.Next01());
+    const double high = call.Number(2);
+    return call.Return(low + (high - low) * call.game.random.Next01());
 }
 
-int RandomWhole(Arguments& call) { return call.Return(call.game.random.Range(0, call.Whole(1))); }
+int RandomWhole(Arguments& call)
+{
+    const int highest = call.Whole(1);
+    if (highest < 0)
+        call.FailArgument(1, "is 0 or more, got " + DescribeAt(call.L, 1));
+    return call.Return(call.game.random.Range(0, highest));
+}
 
 int RandomSetSeed(Arguments& call)
 {
@@ -48,7 +55,7 @@ int FrameNumber(Arguments& call) { return call.Return(call.game.FrameNumber()); 
 
 int Log(Arguments& call)
 {
-    PrintLine(call.Text(1));
+    PrintLog(ShownText(call, 1) + "\n");
     return 0;
 }
 
@@ -59,7 +66,7 @@ int CollectAll(Arguments& call)
     return 0;
 }
 
-// A failure that the game can live with: one line on the console says why.
+// Returns `done` to the script. The reason of a failure goes to the console, and the game goes on.
 int ReturnTold(const Arguments& call, bool done, const std::string& why)
 {
     if (!done && !why.empty())

@@ -17,13 +17,20 @@ RoomArea ReadBox(const Arguments& call, Fields& fields, const RoomArea& otherwis
     {
         if (lua_rawgeti(call.L, -1, i + 1) != LUA_TNUMBER || lua_rawlen(call.L, -2) != 4)
             fields.Fail("bbox", "must be four numbers: {left, top, right, bottom}");
-        edges[i] = FiniteAt(call.L, -1);
-        lua_pop(call.L, 1);
+        edges[i] = PopEntry(fields, call.L, "bbox[" + std::to_string(i + 1) + "]", FiniteAt);
     }
     lua_pop(call.L, 1);
     if (edges[0] > edges[2] || edges[1] > edges[3])
         fields.Fail("bbox", "must be {left, top, right, bottom} with left <= right and top <= bottom");
     return {edges[0], edges[1], edges[2], edges[3]};
+}
+
+int ReadSprite(const Arguments& call, Fields& fields, int otherwise)
+{
+    const int sprite = fields.Whole("sprite", otherwise);
+    if (sprite != NO_SPRITE && call.game.world.FindSpriteExtent(sprite) == nullptr)
+        fields.Fail("sprite", NoSuchSprite(sprite));
+    return sprite;
 }
 
 ObjectType* ReadParent(const Arguments& call, Fields& fields)
@@ -52,7 +59,7 @@ int ObjectAdd(Arguments& call)
     ObjectType* parent = ReadParent(call, fields);
     ObjectTraits traits = parent == nullptr ? ObjectTraits() : parent->traits;
     const std::string name = fields.Text("name", "object" + std::to_string(world.ObjectCount()));
-    traits.sprite = fields.Whole("sprite", traits.sprite);
+    traits.sprite = ReadSprite(call, fields, traits.sprite);
     traits.hasBox = fields.Has("bbox") || traits.hasBox;
     traits.box = ReadBox(call, fields, traits.box);
     traits.depth = fields.Float("depth", traits.depth);
@@ -71,7 +78,7 @@ int ObjectGetName(Arguments& call) { return call.Return(call.Object(1).name); }
 
 // ---- instances ----
 
-// An event that failed has said where.
+// Raises the error of an event that the call ran. Its text has a position already.
 void RaiseFailure(const Arguments& call, bool succeeded)
 {
     if (!succeeded)

@@ -25,7 +25,7 @@ inline constexpr ArgumentMeaning ARGUMENT_MEANINGS[] = {
     // ---- values ----
     {"fields", "a table", "named fields; an unknown name is refused"},
     {"function", "a function", "what is called"},
-    {"text", "a string", "shown as it is; \\n starts a line"},
+    {"text", "a string or a number", "shown as it is; \\n starts a line"},
     {"file", "a string", "a file's name, relative to the game's file"},
     {"name", "a string", "a file's name in the save area"},
     {"format", "a string", "\"png\" or \"bmp\""},

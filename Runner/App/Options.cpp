@@ -2,17 +2,45 @@
 
 #include "Runner/Base/Printable.h"
 
-#include <CLI/CLI.hpp>
-
+#include <algorithm>
 #include <charconv>
+#include <cstring>
+#include <iterator>
+#include <limits>
+#include <string_view>
 
 namespace Runner
 {
 namespace
 {
 constexpr int FRAMES_LIMIT = 100000000;
+constexpr size_t HELP_COLUMN = 28; // where the meaning of an option starts
 
-// "640x480". Empty when it is good, else what is wrong, as CLI11's checks have it.
+std::string Quoted(std::string_view text) { return "\"" + Printable(text) + "\""; }
+
+// ---- values: each reader answers what is wrong with the text, empty when nothing is ----
+
+// A decimal number, whatever zeros stand in front of it.
+template <typename Number> std::string ReadWhole(const std::string& text, Number low, Number high, Number& number)
+{
+    const char* const end = text.data() + text.size();
+    Number value = 0;
+    const auto [stop, error] = std::from_chars(text.data(), end, value);
+    if (error != std::errc() || stop != end || value < low || value > high)
+        return Quoted(text) + " is no whole number from " + std::to_string(low) + " to " + std::to_string(high);
+    number = value;
+    return "";
+}
+
+std::string ReadCount(const std::string& text, int& count) { return ReadWhole(text, 1, FRAMES_LIMIT, count); }
+
+std::string ReadName(const std::string& text, std::string& name)
+{
+    name = text;
+    return text.empty() ? "the name is empty" : "";
+}
+
+// "640x480".
 std::string ReadSize(const std::string& text, int& width, int& height)
 {
     const char* const textEnd = text.data() + text.size();
@@ -21,66 +49,237 @@ std::string ReadSize(const std::string& text, int& width, int& height)
     const auto [heightEnd, heightError] = std::from_chars(hasHeight ? widthEnd + 1 : textEnd, textEnd, height);
     const bool isSize = hasHeight && heightError == std::errc() && heightEnd == textEnd;
     if (!isSize)
-        return "\"" + Printable(text) + "\" is no size: give WIDTHxHEIGHT, such as 1280x720";
+        return Quoted(text) + " is no size: give WIDTHxHEIGHT, such as 1280x720";
     if (width < 1 || height < 1 || width > PICTURE_SIDE_LIMIT || height > PICTURE_SIDE_LIMIT)
-        return "\"" + Printable(text) + "\" is no size: each side must be 1 to " + std::to_string(PICTURE_SIDE_LIMIT);
+        return Quoted(text) + " is no size: each side must be 1 to " + std::to_string(PICTURE_SIDE_LIMIT);
     return "";
 }
 
-void Describe(CLI::App& app, RunOptions& options, std::string& size, bool& noDraw)
+// ---- the table ----
+
+using Values = std::vector<std::string>;
+
+struct Option
 {
-    app.add_option("GAME", options.game.file, "the game's Lua file")->required();
-    app.add_option("--frames", options.frames, "frames to play, 60 unless given")->check(CLI::Range(1, FRAMES_LIMIT));
-    app.add_option("--size", size, "size of the pictures, WIDTHxHEIGHT; the game's screen unless given");
-    app.add_option("--out", options.out, "directory for pictures and saved files, \"out\" unless given");
-    app.add_option("--every", options.every, "write a picture every so many frames, 1 unless given")
-        ->check(CLI::Range(1, FRAMES_LIMIT));
-    app.add_option("--contact-sheet", options.contactSheet, "show twelve frames of the run in this picture in --out");
-    app.add_option("--trace", options.game.trace, "write what each view shows as text to this file");
-    app.add_option("--seed", options.game.seed, "of the random numbers, 1 unless given");
-    app.add_option("--screenshot", options.screenshot,
-                   "write the last frame's picture under this name, .png or .bmp, into the directory");
-    app.add_option("--save-at", options.saveAt, "save the game in the file once so many frames of it have been played")
-        ->type_name("FRAME FILE")
-        ->check(CLI::Range(1, FRAMES_LIMIT).application_index(0));
-    app.add_option("--load", options.load, "go on from a saved game, with its seed unless --seed is given");
-    app.add_flag("--quiet", options.quiet, "no log, no progress");
-    app.add_flag("--no-draw", noDraw, "play without drawing and without pictures")->excludes("--screenshot");
-    app.add_flag("--check", options.game.check, "walk all structures after each frame, and look for leaks at the end");
-    app.add_flag("--gc-stress", options.game.gcStress, "collect wherever a collection may happen");
+    const char* name;
+    const char* values; // a word for each value that follows; empty for a flag
+    const char* meaning;
+    std::string (*take)(RunOptions& options, const Values& values); // null: ParseOptions answers it itself
+};
+
+constexpr Option OPTIONS[] = {
+    {"--frames", "COUNT", "frames to play, 60 unless given",
+     [](RunOptions& options, const Values& values) { return ReadCount(values[0], options.frames); }},
+    {"--size", "WIDTHxHEIGHT", "size of the pictures, the game's screen unless given",
+     [](RunOptions& options, const Values& values)
+     { return ReadSize(values[0], options.game.width, options.game.height); }},
+    {"--out", "DIRECTORY", "where pictures and saved files go, \"out\" unless given",
+     [](RunOptions& options, const Values& values) { return ReadName(values[0], options.out); }},
+    {"--every", "COUNT", "write frame_NNNNN.png every so many frames, from frame 0 on",
+     [](RunOptions& options, const Values& values) { return ReadCount(values[0], options.every); }},
+    {"--contact-sheet", "NAME", "write twelve frames of the run as one picture of this name, .png or .bmp",
+     [](RunOptions& options, const Values& values) { return ReadName(values[0], options.contactSheet); }},
+    {"--screenshot", "NAME",
+     "write the last frame under this name, .png or .bmp; without any wish\n"
+     "for pictures the last frame becomes last_frame.png",
+     [](RunOptions& options, const Values& values) { return ReadName(values[0], options.screenshot); }},
+    {"--no-draw", "", "play without drawing and without pictures",
+     [](RunOptions& options, const Values&)
+     {
+         options.game.draw = false;
+         return std::string();
+     }},
+    {"--trace", "FILE", "write what each view shows as text to this file",
+     [](RunOptions& options, const Values& values) { return ReadName(values[0], options.game.trace); }},
+    {"--save-at", "FRAME FILE", "save the game in the file once so many frames of it have been played",
+     [](RunOptions& options, const Values& values)
+     {
+         const std::string wrong = ReadCount(values[0], options.saveAt.first);
+         return wrong.empty() ? ReadName(values[1], options.saveAt.second) : wrong;
+     }},
+    {"--load", "FILE", "go on from a saved game, with its seed unless --seed is given",
+     [](RunOptions& options, const Values& values) { return ReadName(values[0], options.load); }},
+    {"--seed", "NUMBER", "of the random numbers, 1 unless given",
+     [](RunOptions& options, const Values& values)
+     {
+         options.isSeedGiven = true;
+         return ReadWhole(values[0], uint64_t{0}, std::numeric_limits<uint64_t>::max(), options.game.seed);
+     }},
+    {"--quiet", "", "no log of the game, no progress; failures are shown all the same",
+     [](RunOptions& options, const Values&)
+     {
+         options.quiet = true;
+         return std::string();
+     }},
+    {"--check", "", "walk all structures after each frame, and look for leaks at the end",
+     [](RunOptions& options, const Values&)
+     {
+         options.game.check = true;
+         return std::string();
+     }},
+    {"--gc-stress", "", "collect wherever a collection may happen",
+     [](RunOptions& options, const Values&)
+     {
+         options.game.gcStress = true;
+         return std::string();
+     }},
+    {"--version", "", "print the version", nullptr},
+    {"--help", "", "print this", nullptr},
+    {"--", "", "what follows is the game, even when it starts with a dash", nullptr},
+};
+
+const Option* FindOption(const std::string& name)
+{
+    const auto found = std::find_if(std::begin(OPTIONS), std::end(OPTIONS),
+                                    [&name](const Option& option) { return option.name == name; });
+    return found == std::end(OPTIONS) ? nullptr : &*found;
 }
 
-// The parser's messages may have several lines.
-std::string FirstLine(const std::string& text) { return text.substr(0, text.find('\n')); }
+size_t ValueCount(const Option& option)
+{
+    const std::string_view words = option.values;
+    return words.empty() ? 0 : 1 + static_cast<size_t>(std::count(words.begin(), words.end(), ' '));
+}
+
+// ---- the arguments ----
+
+class Parser
+{
+public:
+    Parser(int argc, char** argv, RunOptions& options)
+        : m_arguments(argv + std::min(argc, 1), argv + argc), m_options(options)
+    {
+    }
+
+    ParseResult Parse()
+    {
+        while (m_next < m_arguments.size() && m_result == ParseResult::Play)
+            TakeArgument(m_arguments[m_next++]);
+        if (m_result == ParseResult::Play)
+            CheckTogether();
+        return m_result;
+    }
+
+    const std::string& Wrong() const { return m_wrong; }
+
+private:
+    void Refuse(const std::string& why)
+    {
+        m_wrong = why;
+        m_result = ParseResult::Wrong;
+    }
+
+    void TakeArgument(const std::string& argument)
+    {
+        const bool isOption = !m_onlyGame && argument.size() > 1 && argument[0] == '-';
+        if (!isOption)
+            TakeGame(argument);
+        else if (argument == "--")
+            m_onlyGame = true;
+        else if (argument == "-h" || argument == "--help")
+            m_result = ParseResult::Help;
+        else if (argument == "--version")
+            m_result = ParseResult::Version;
+        else
+            TakeOption(argument);
+    }
+
+    void TakeGame(const std::string& name)
+    {
+        if (m_hasGame)
+            return Refuse(Quoted(name) + " is one game too many: " + Quoted(m_options.game.file) + " is played");
+        m_hasGame = true;
+        Use("GAME", ReadName(name, m_options.game.file));
+    }
+
+    // "--name" with its values behind it, or "--name=value".
+    void TakeOption(const std::string& argument)
+    {
+        const size_t equals = argument.find('=');
+        const std::string name = argument.substr(0, equals);
+        const Option* const option = FindOption(name);
+        if (option == nullptr || option->take == nullptr)
+            return Refuse(Printable(name) + ": there is no such option");
+        if (std::find(m_given.begin(), m_given.end(), option) != m_given.end())
+            return Refuse(name + " is given twice");
+        m_given.push_back(option);
+        Values values;
+        if (equals != std::string::npos)
+            values.push_back(argument.substr(equals + 1));
+        if (values.size() > ValueCount(*option))
+            return Refuse(name + " takes no value");
+        while (values.size() < ValueCount(*option) && HasValue())
+            values.push_back(m_arguments[m_next++]);
+        if (values.size() < ValueCount(*option))
+            return Refuse(name + ": a value is missing: " + name + " " + option->values);
+        Use(name, option->take(m_options, values));
+    }
+
+    // An option is no value: who forgets a value should not lose the option behind it.
+    bool HasValue() const { return m_next < m_arguments.size() && m_arguments[m_next].compare(0, 2, "--") != 0; }
+
+    void Use(const std::string& name, const std::string& wrong)
+    {
+        if (!wrong.empty())
+            Refuse(name + ": " + wrong);
+    }
+
+    void CheckTogether()
+    {
+        if (!m_hasGame)
+            return Refuse("GAME is required");
+        const std::pair<const char*, bool> pictures[] = {{"--every", m_options.every > 0},
+                                                         {"--screenshot", !m_options.screenshot.empty()},
+                                                         {"--contact-sheet", !m_options.contactSheet.empty()}};
+        bool any = false;
+        for (const auto& [name, isWanted] : pictures)
+        {
+            any = any || isWanted;
+            if (isWanted && !m_options.game.draw)
+                return Refuse(std::string(name) + " makes a picture, and --no-draw makes none: leave one of them out");
+        }
+        if (!any && m_options.game.draw)
+            m_options.screenshot = "last_frame.png";
+    }
+
+    const std::vector<std::string> m_arguments;
+    RunOptions& m_options;
+    std::vector<const Option*> m_given;
+    size_t m_next = 0;
+    bool m_onlyGame = false; // after "--"
+    bool m_hasGame = false;
+    ParseResult m_result = ParseResult::Play;
+    std::string m_wrong;
+};
+
+// A line end in the meaning starts a further line in the same column.
+void AddHelp(const Option& option, std::string& text)
+{
+    std::string line = std::string("  ") + option.name + (*option.values == '\0' ? "" : " ") + option.values;
+    line.resize(std::max(line.size() + 1, HELP_COLUMN), ' ');
+    for (const char* c = option.meaning; *c != '\0'; ++c)
+        line += *c == '\n' ? "\n" + std::string(HELP_COLUMN, ' ') : std::string(1, *c);
+    text += line + "\n";
+}
 } // namespace
 
-ParseResult ParseOptions(int argc, char** argv, RunOptions& options, FILE* out, FILE* err)
+ParseResult ParseOptions(int argc, char** argv, RunOptions& options, FILE* err)
 {
-    CLI::App app("Plays a Lua game and draws its rooms through the cameras of their views.", "runner");
-    std::string size;
-    bool noDraw = false;
-    Describe(app, options, size, noDraw);
-    std::string wrong;
-    try
-    {
-        app.parse(argc, argv);
-        wrong = app.count("--size") == 0 ? "" : ReadSize(size, options.game.width, options.game.height);
-        options.game.draw = !noDraw;
-        options.isSeedGiven = app.count("--seed") > 0;
-        if (wrong.empty())
-            return ParseResult::Play;
-        wrong = "--size: " + wrong;
-    }
-    catch (const CLI::CallForHelp&)
-    {
-        std::fputs(app.help().c_str(), out);
-        return ParseResult::Done;
-    }
-    catch (const CLI::ParseError& error)
-    {
-        wrong = FirstLine(error.what());
-    }
-    std::fprintf(err, "runner: %s (runner --help tells more)\n", wrong.c_str());
-    return ParseResult::Wrong;
+    Parser parser(argc, argv, options);
+    const ParseResult result = parser.Parse();
+    if (result == ParseResult::Wrong)
+        std::fprintf(err, "runner: %s (runner --help tells more)\n", parser.Wrong().c_str());
+    return result;
+}
+
+std::string HelpText()
+{
+    std::string text = "Plays a Lua game and draws its rooms through the cameras of their views.\n"
+                       "Usage: runner [OPTIONS] GAME\n\n";
+    for (const Option& option : OPTIONS)
+        AddHelp(option, text);
+    return text + "\nCtrl-C and SIGTERM end the run after the frame; what is written at its end is written. A second\n"
+                  "one ends it at once. Status: 0 done, 1 the game or a file failed, 2 wrong usage, 130 interrupted,\n"
+                  "143 terminated.\n";
 }
 } // namespace Runner

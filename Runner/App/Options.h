@@ -7,6 +7,7 @@
 
 namespace Runner
 {
+// A run that a signal ended answers 128 plus the signal's number, as shells count.
 enum ExitStatus : int
 {
     EXIT_DONE = 0,
@@ -18,14 +19,14 @@ struct RunOptions
 {
     GameOptions game;
     int frames = 60;          // to play, unless the game ends earlier
-    int every = 1;            // frames from one picture to the next
+    int every = 0;            // frames from one picture to the next; 0 for no such pictures
     std::string out = "out";  // directory of the pictures, and the game's save area
     std::string screenshot;   // picture of the last frame, in that directory; empty for none
-    std::string contactSheet; // picture of twelve frames of the run, likewise
+    std::string contactSheet; // picture of twelve frames of the run, in that directory; empty for none
     bool quiet = false;
 
     // ---- saved games: paths, empty for none ----
-    std::string load;                   // goes on from there
+    std::string load;                   // the saved game to go on from
     bool isSeedGiven = false;           // false: a loaded game brings its own
     std::pair<int, std::string> saveAt; // the file, once so many frames of the game have been played
 };
@@ -33,13 +34,19 @@ struct RunOptions
 enum class ParseResult
 {
     Play,
-    Done, // help was asked for, and given
+    Help,
+    Version,
     Wrong,
 };
 
-// Wrong: one line about what is wrong and what to do has been written to err.
-ParseResult ParseOptions(int argc, char** argv, RunOptions& options, FILE* out, FILE* err);
+// Reads the command line. Wrong: the line about what is wrong and what to do has been written to err. Help and Version:
+// nothing has been written, and the options are incomplete.
+ParseResult ParseOptions(int argc, char** argv, RunOptions& options, FILE* err);
 
-// Parses, plays, writes pictures. Answers an ExitStatus. What the game logs goes to out, errors and progress to err.
+// What --help prints: usage, then one line for each option.
+std::string HelpText();
+
+// Parses, plays, writes pictures. Answers an ExitStatus, or 128 plus the number of the signal that ended the run. What
+// the game logs goes to out, errors and progress to err.
 int RunnerMain(int argc, char** argv, FILE* out, FILE* err);
 } // namespace Runner

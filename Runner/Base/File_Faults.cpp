@@ -7,8 +7,8 @@ namespace Runner
 {
 namespace
 {
-constexpr size_t KINDS = 6;
-int64_t s_failAfter[KINDS] = {-1, -1, -1, -1, -1, -1};
+constexpr size_t KINDS = 7;
+int64_t s_failAfter[KINDS] = {-1, -1, -1, -1, -1, -1, -1};
 } // namespace
 
 bool Faulty(FileOperation kind)

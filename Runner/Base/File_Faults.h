@@ -13,6 +13,7 @@ enum class FileOperation
     Sync,
     Rename,
     Close, // the file is closed, but the operation reports a failure
+    MakeDirectory,
 };
 
 // Test aid: only the n-th operation of that kind from now (0: the next) fails. Negative: none does.

@@ -13,4 +13,12 @@ std::string Printable(std::string_view text, size_t limit)
     }
     return text.size() > limit ? line + "..." : line;
 }
+
+std::string PrintableName(std::string_view name)
+{
+    constexpr size_t END_SHOWN = 120;
+    if (name.size() <= 2 * END_SHOWN)
+        return Printable(name, name.size());
+    return Printable(name, END_SHOWN) + Printable(name.substr(name.size() - END_SHOWN), END_SHOWN);
+}
 } // namespace Runner

@@ -20,7 +20,7 @@ constexpr mode_t FILE_MODE = 0666; // reduced by the user's umask
 
 bool Failed(std::string& why, const char* action, const std::string& path)
 {
-    why = std::string("cannot ") + action + " " + Printable(path, FILENAME_MAX) + ": " + std::strerror(errno);
+    why = std::string("cannot ") + action + " " + PrintableName(path) + ": " + std::strerror(errno);
     return false;
 }
 
@@ -118,6 +118,16 @@ void SyncDirectoryOf(const std::string& path)
     close(file);
 }
 
+// A rename would put a file in the place of a device or a pipe.
+bool MayBeReplaced(const std::string& path, std::string& why)
+{
+    struct stat status;
+    const bool isOther = stat(path.c_str(), &status) == 0 && !S_ISREG(status.st_mode);
+    if (isOther)
+        why = "cannot write " + PrintableName(path) + ": it is no ordinary file";
+    return !isOther;
+}
+
 // After the last write: sync, close, rename.
 bool Establish(File& file, PartFile& part, const std::string& path, std::string& why)
 {
@@ -160,6 +170,8 @@ bool ReadAll(int file, std::vector<uint8_t>& bytes)
 
 bool WriteFileAtomically(const std::string& path, const void* data, size_t size, std::string& why)
 {
+    if (!MayBeReplaced(path, why))
+        return false;
     PartFile part(path + ".part");
     part.Remove();
     File file(path + ".part", O_WRONLY | O_CREAT | O_EXCL);
@@ -170,10 +182,20 @@ bool WriteFileAtomically(const std::string& path, const void* data, size_t size,
     return Establish(file, part, path, why);
 }
 
+bool TryToWriteFile(const std::string& path, std::string& why)
+{
+    const PartFile part(path + ".part");
+    part.Remove();
+    const File file(path + ".part", O_WRONLY | O_CREAT | O_EXCL);
+    return file.IsOpen() ? MayBeReplaced(path, why) : Failed(why, "make", path);
+}
+
 bool PutFileInPlace(const std::string& from, const std::string& path, std::string& why)
 {
     PartFile part(from);
     File file(from, O_RDONLY);
+    if (!MayBeReplaced(path, why))
+        return false;
     if (!file.IsOpen())
         return Failed(why, "open", from);
     return Establish(file, part, path, why);
@@ -188,7 +210,7 @@ bool ReadWholeFile(const std::string& path, std::vector<uint8_t>& bytes, std::st
     size_t size = 0;
     if (!IsOrdinary(file.Number(), size) || size > FILE_SIZE_MAX)
     {
-        why = "cannot read " + Printable(path, FILENAME_MAX) + (size > FILE_SIZE_MAX ? ": too large" : ": not a file");
+        why = "cannot read " + PrintableName(path) + (size > FILE_SIZE_MAX ? ": too large" : ": not a file");
         return false;
     }
     bytes.resize(size);

@@ -13,6 +13,10 @@ namespace Runner
 // The temporary file is PATH.part in the same directory; one left there by a crash is replaced.
 bool WriteFileAtomically(const std::string& path, const void* data, size_t size, std::string& why);
 
+// Checks that a file of that name can be put in place, as far as that can be known. Leaves nothing behind. False, and
+// why in one line.
+bool TryToWriteFile(const std::string& path, std::string& why);
+
 // Renames a file that has been written already, in the same directory, with the same guarantees. On failure `from` is
 // removed.
 bool PutFileInPlace(const std::string& from, const std::string& path, std::string& why);

@@ -8,7 +8,7 @@ namespace Runner
 {
 namespace
 {
-constexpr size_t VERTEX_LIMIT = 65536; // what 16-bit numbers reach
+constexpr size_t VERTEX_LIMIT = 65536; // what 16-bit indices reach
 
 bool IsFinite(const Corner& corner)
 {

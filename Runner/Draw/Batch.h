@@ -4,28 +4,28 @@
 
 namespace Runner
 {
-// A corner on its way into the batch.
+// A corner of a polygon: position and texture coordinates.
 struct Corner
 {
     float x, y, z;
     float u, v;
 };
 
-// Collects triangles that share a drawing state and hands them to the device in one draw: when the state changes, when
-// the vertex numbers run out, and when asked.
+// Batches triangles of equal drawing state into one draw call. The batch is flushed when the state changes, when its
+// 16-bit vertex indices run out, and on request.
 class Batch
 {
 public:
     explicit Batch(Device* device) : m_device(device) {}
 
-    // Corners in order round a convex outline of 3 to 255. colour: multiplied by its alpha. Outlines with a corner that
-    // is not finite are left out.
+    // Adds a convex polygon of 3 to 255 corners, in order around it. colour: premultiplied by its alpha. A polygon with
+    // a corner that is not finite is left out.
     void Add(const DrawState& state, const Corner* corners, int count, const uint8_t (&colour)[4]);
     void Flush();
 
     int Draws() const { return m_draws; }
     int Vertices() const { return m_drawnVertices; }
-    void Count(int vertices); // one draw past the batch: a mesh
+    void Count(int vertices); // counts a draw call of a mesh, which does not go through the batch
     void ResetCounts();
 
 private:

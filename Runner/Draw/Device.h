@@ -1,8 +1,9 @@
 #pragma once
-// What the painter asks of a graphics device: textures, targets, static meshes, draws. Numbers are the device's own,
-// 0 for none; the screen is target 0. Colours arrive multiplied by their alpha.
+// The painter's interface to a graphics device: textures, render targets, static meshes, draw calls. Identifiers are
+// the device's own, 0 for none; the screen is target 0. Colours are premultiplied by their alpha.
 
 #include "Platform/Matrix.h"
+#include "Runner/Draw/Port.h"
 
 #include <cstddef>
 #include <cstdint>
@@ -19,22 +20,14 @@ struct Vertex
     uint8_t colour[4];
 };
 
-// Pixels of the target from its top left corner.
-struct Port
-{
-    int x = 0, y = 0, width = 0, height = 0;
-
-    bool operator==(const Port& o) const { return x == o.x && y == o.y && width == o.width && height == o.height; }
-};
-
-// Everything that decides how triangles become pixels. Equal states can share one draw.
+// All that decides how triangles become pixels. Triangles of equal states can share a draw call.
 struct DrawState
 {
     unsigned target = 0;
     unsigned texture = 0;
     Port port;
     bool depthTest = false;
-    kvMatrix toClip = {};                     // depth 0 to 1, y as the cameras give it
+    kvMatrix toClip = {};                     // from room to clip space: depth 0 to 1, y as the cameras give it
     float tint[4] = {1.0f, 1.0f, 1.0f, 1.0f}; // multiplies the vertices' colours
 
     bool operator==(const DrawState& other) const;
@@ -51,16 +44,16 @@ public:
     virtual unsigned CreateTexture(int width, int height, const uint8_t* rgba) = 0;
     virtual void DeleteTexture(unsigned texture) = 0;
 
-    // A transparent picture to draw into, and the texture that shows it. 0 when refused.
+    // Creates a render target, transparent at first, and the texture that shows it. 0 when refused.
     virtual unsigned CreateTarget(int width, int height, unsigned& texture) = 0;
     virtual void DeleteTarget(unsigned target) = 0;
 
-    // Four vertices a quad, in order round it. Setting a mesh again replaces it.
+    // A mesh of quads: four vertices each, in order around the quad. SetMesh replaces what the mesh held.
     virtual unsigned CreateMesh() = 0;
     virtual void SetMesh(unsigned mesh, const std::vector<Vertex>& vertices) = 0;
     virtual void DeleteMesh(unsigned mesh) = 0;
 
-    virtual void Clear(const DrawState& state, const float (&colour)[4]) = 0; // the port
+    virtual void Clear(const DrawState& state, const float (&colour)[4]) = 0; // fills the port
     virtual void DrawTriangles(const DrawState& state, const std::vector<Vertex>& vertices,
                                const std::vector<uint16_t>& indices) = 0;
     virtual void DrawMesh(const DrawState& state, unsigned mesh, int quads) = 0;
@@ -69,10 +62,10 @@ public:
     virtual void Read(unsigned target, int width, int height, uint8_t* rgba) = 0; // top row first
 
     virtual std::string Driver() const = 0; // its name and version
-    virtual std::string TakeError() = 0;    // the first problem that the driver told; empty when there was none
+    virtual std::string TakeError() = 0; // the first error that the driver reported since the last call; empty for none
 };
 
-// A mesh holds at most this many quads: their vertices' numbers fit in 16 bits.
+// A mesh holds at most this many quads: the indices of their vertices fit in 16 bits.
 constexpr int MESH_QUADS_LIMIT = 16384;
 
 // The device of this build; null and one line in error when there is none.

@@ -6,7 +6,7 @@ namespace Runner
 {
 namespace
 {
-// The font as it looks. Bands of eight characters; a character is 6 x 10 pixels, with a blank column after it.
+// The glyphs as text, in bands of eight. A glyph has 6 x 10 pixels, with a blank column after it.
 constexpr int ART_WIDTH = 6, ART_HEIGHT = 10, BAND = 8;
 
 // clang-format off
@@ -154,7 +154,7 @@ bool IsInked(int frame, int x, int y)
     return ART[frame / BAND * ART_HEIGHT + y][frame % BAND * (ART_WIDTH + 1) + x] == '#';
 }
 
-// The art sits one pixel in from the cell's left and top.
+// A glyph is one pixel in from the left and the top edge of its cell.
 void DrawCharacter(Picture& font, int frame)
 {
     for (int y = 0; y < ART_HEIGHT; y++)

@@ -4,7 +4,7 @@
 
 namespace Runner
 {
-// The built-in font: one frame a character, white on transparent.
+// The built-in font: a frame for each character, white on transparent.
 constexpr int FONT_CELL_WIDTH = 8;
 constexpr int FONT_CELL_HEIGHT = 12;
 constexpr int FONT_FIRST = 32; // space; frames follow the ASCII order to '~'

@@ -45,7 +45,7 @@ bool GlContext::Open(std::string& error)
         error = WithCode("cannot draw: EGL does not start; check the Mesa drivers, or use --no-draw");
         return false;
     }
-    m_display = display; // the process's: never shut down, for the driver leaks a little whenever it is loaded again
+    m_display = display; // never terminated: the driver leaks each time that it is loaded again
 
     const EGLint wanted[] = {EGL_RENDERABLE_TYPE, EGL_OPENGL_ES2_BIT, EGL_SURFACE_TYPE, 0, EGL_NONE};
     const EGLint version[] = {EGL_CONTEXT_CLIENT_VERSION, 2, EGL_NONE};

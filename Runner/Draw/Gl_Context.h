@@ -4,7 +4,7 @@
 
 namespace Runner
 {
-// An OpenGL ES 2 context without a window: no display and no GPU needed. Drawing goes to framebuffer objects alone.
+// An OpenGL ES 2 context without a window, display or GPU. It draws into framebuffer objects only.
 class GlContext
 {
 public:
@@ -14,7 +14,7 @@ public:
     GlContext& operator=(const GlContext&) = delete;
 
     bool Open(std::string& error); // once; makes it current
-    void MakeCurrent();            // costs nothing when it is already
+    void MakeCurrent();            // costs nothing when it is current
 
 private:
     void* m_display = nullptr;

@@ -10,7 +10,7 @@ namespace Runner
 {
 namespace
 {
-// GL takes offsets into the bound buffer where it once took pointers.
+// An offset into the bound buffer, in the pointer type that the GL functions have for it.
 const void* BufferOffset(size_t offset)
 {
     return reinterpret_cast<const void*>(offset); // NOLINT(performance-no-int-to-ptr)
@@ -29,7 +29,7 @@ void NearestAndClamped()
 void DescribeVertices()
 {
     constexpr GLsizei stride = sizeof(Vertex);
-    glVertexAttribPointer(INPUT_PLACE, 3, GL_FLOAT, GL_FALSE, stride, BufferOffset(offsetof(Vertex, x)));
+    glVertexAttribPointer(INPUT_POSITION, 3, GL_FLOAT, GL_FALSE, stride, BufferOffset(offsetof(Vertex, x)));
     glVertexAttribPointer(INPUT_TEXTURE, 2, GL_FLOAT, GL_FALSE, stride, BufferOffset(offsetof(Vertex, u)));
     glVertexAttribPointer(INPUT_COLOUR, 4, GL_UNSIGNED_BYTE, GL_TRUE, stride, BufferOffset(offsetof(Vertex, colour)));
 }
@@ -65,7 +65,7 @@ bool GlDevice::Open(int width, int height, std::string& error)
     glBlendFunc(GL_ONE, GL_ONE_MINUS_SRC_ALPHA);
     glDepthFunc(GL_LEQUAL);
     glEnable(GL_SCISSOR_TEST);
-    for (const GLuint input : {INPUT_PLACE, INPUT_TEXTURE, INPUT_COLOUR})
+    for (const GLuint input : {INPUT_POSITION, INPUT_TEXTURE, INPUT_COLOUR})
         glEnableVertexAttribArray(input);
     m_screen = MakeTarget(width, height);
     NoteError("start");
@@ -230,7 +230,7 @@ void GlDevice::Clear(const DrawState& state, const float (&colour)[4])
     if (!BindPort(state))
         return;
     glClearColor(colour[0], colour[1], colour[2], colour[3]);
-    glClear(GL_COLOR_BUFFER_BIT | GL_DEPTH_BUFFER_BIT); // a target without depths has none to clear
+    glClear(GL_COLOR_BUFFER_BIT | GL_DEPTH_BUFFER_BIT); // GL ignores the depth bit without a depth buffer
     NoteErrorInDebug("a clear");
 }
 
@@ -301,7 +301,7 @@ void GlDevice::NoteError(const char* during)
 void GlDevice::NoteErrorInDebug([[maybe_unused]] const char* during)
 {
 #ifndef NDEBUG
-    NoteError(during); // asking makes the driver wait, so a release asks once a frame
+    NoteError(during); // glGetError makes the driver wait: release builds call it once a frame
 #endif
 }
 

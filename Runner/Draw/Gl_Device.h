@@ -40,22 +40,22 @@ private:
     struct Target
     {
         GLuint texture = 0;
-        GLuint depth = 0; // made when it is first needed
+        GLuint depth = 0; // created when the depth test is first used
         int width = 0, height = 0;
     };
 
     unsigned MakeTarget(int width, int height); // a framebuffer, bound; 0 when refused
     Target& Bind(unsigned target);
     void AddDepth(Target& target);         // of the bound framebuffer
-    bool BindPort(const DrawState& state); // and the target; false when no pixel of the target is in the port
-    void Draw(const DrawState& state, GLsizei indexCount); // from the bound buffers; the port is bound
+    bool BindPort(const DrawState& state); // binds the target too; false when the port holds no pixel of it
+    void Draw(const DrawState& state, GLsizei indexCount); // from the bound buffers, into the bound port
     void BuildQuadIndices();
     void NoteError(const char* during);
     void NoteErrorInDebug(const char* during);
 
-    GlContext m_context; // first: it goes last
+    GlContext m_context; // declared first, so that it is destroyed last
     GlProgram m_flat;
-    GlProgram m_solid; // leaves transparent pixels out: for the depth test
+    GlProgram m_solid; // discards transparent pixels: for the depth test
     GLuint m_screen = 0;
     GLuint m_vertices = 0;
     GLuint m_indices = 0;

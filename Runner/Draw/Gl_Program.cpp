@@ -4,27 +4,27 @@ namespace Runner
 {
 namespace
 {
-// Cameras give a larger room y a larger clip y, and the room's y grows downwards: hence the negation. It holds for
-// surfaces too: there the projection is flipped once more, so a surface's first row in memory is its top row.
-// Cameras give depths 0 to 1, the device clips at -1 to 1.
+// The vertex stage negates clip y: cameras map a room point further down, with a larger y, to a larger clip y. Surfaces
+// have it negated too; their projection is flipped once more, so that their first row in memory is the top row.
+// Depth is mapped from the cameras' 0..1 to the device's -1..1.
 const char VERTEX_SOURCE[] = R"(
-attribute vec3 place;
-attribute vec2 texturePlace;
+attribute vec3 position;
+attribute vec2 texturePosition;
 attribute vec4 colour;
 uniform mat4 toClip;
 uniform vec4 tint;
-varying vec2 v_texturePlace;
+varying vec2 v_texturePosition;
 varying vec4 v_colour;
 void main()
 {
-    vec4 clip = toClip * vec4(place, 1.0);
+    vec4 clip = toClip * vec4(position, 1.0);
     gl_Position = vec4(clip.x, -clip.y, 2.0 * clip.z - clip.w, clip.w);
-    v_texturePlace = texturePlace;
+    v_texturePosition = texturePosition;
     v_colour = colour * tint;
 }
 )";
 
-// Texture places need more than the 10 bits of medium precision.
+// Texture coordinates need more than the 10 bits of medium precision.
 const char FRAGMENT_SOURCE[] = R"(
 #ifdef GL_FRAGMENT_PRECISION_HIGH
 precision highp float;
@@ -32,11 +32,11 @@ precision highp float;
 precision mediump float;
 #endif
 uniform sampler2D picture;
-varying vec2 v_texturePlace;
+varying vec2 v_texturePosition;
 varying vec4 v_colour;
 void main()
 {
-    vec4 pixel = texture2D(picture, v_texturePlace) * v_colour;
+    vec4 pixel = texture2D(picture, v_texturePosition) * v_colour;
 #ifdef DROP_TRANSPARENT
     if (pixel.a <= 0.0)
         discard;
@@ -74,15 +74,15 @@ bool GlProgram::Build(bool dropTransparent, std::string& error)
         m_program = glCreateProgram();
         glAttachShader(m_program, vertex);
         glAttachShader(m_program, fragment);
-        glBindAttribLocation(m_program, INPUT_PLACE, "place");
-        glBindAttribLocation(m_program, INPUT_TEXTURE, "texturePlace");
+        glBindAttribLocation(m_program, INPUT_POSITION, "position");
+        glBindAttribLocation(m_program, INPUT_TEXTURE, "texturePosition");
         glBindAttribLocation(m_program, INPUT_COLOUR, "colour");
         glLinkProgram(m_program);
         glGetProgramiv(m_program, GL_LINK_STATUS, &done);
         if (done != GL_TRUE)
             error = "cannot draw: the driver does not link the drawing program";
     }
-    glDeleteShader(vertex); // the program keeps what it needs; 0 is ignored
+    glDeleteShader(vertex); // the program keeps its shaders alive; 0 is ignored
     glDeleteShader(fragment);
     if (done != GL_TRUE)
         return false;
@@ -94,7 +94,8 @@ bool GlProgram::Build(bool dropTransparent, std::string& error)
 void GlProgram::Use(const float* toClip, const float* tint) const
 {
     glUseProgram(m_program);
-    // Row vectors times a row-major matrix and GL's column vectors with a column-major one are the same sixteen floats.
+    // Not transposed: a row-major matrix for row vectors and GL's column-major one for column vectors are the same
+    // sixteen floats.
     glUniformMatrix4fv(m_toClip, 1, GL_FALSE, toClip);
     glUniform4fv(m_tint, 1, tint);
 }

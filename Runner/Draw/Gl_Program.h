@@ -9,12 +9,12 @@ namespace Runner
 // Attribute locations, the same in every program.
 enum VertexInput : GLuint
 {
-    INPUT_PLACE,
+    INPUT_POSITION,
     INPUT_TEXTURE,
     INPUT_COLOUR,
 };
 
-// The textured, tinted drawing program. Needs a current context, also at its end.
+// The shader program for textured, tinted triangles. A context must be current, in the destructor too.
 class GlProgram
 {
 public:
@@ -23,7 +23,7 @@ public:
     GlProgram(const GlProgram&) = delete;
     GlProgram& operator=(const GlProgram&) = delete;
 
-    // dropTransparent: a pixel without any alpha is left out altogether, its depth too.
+    // dropTransparent: pixels of alpha 0 are discarded and write no depth.
     bool Build(bool dropTransparent, std::string& error);
     void Use(const float* toClip, const float* tint) const; // 16 and 4 floats
 

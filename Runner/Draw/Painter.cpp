@@ -15,7 +15,7 @@ namespace
 {
 constexpr size_t DEEPEST_TARGET = 16;
 
-// Far beyond every target, and sums of two still fit.
+// Clamps to a range far beyond every target, in which the sum of two does not overflow.
 int ClampPixels(int pixels) { return std::clamp(pixels, -2 * PICTURE_SIDE_LIMIT, 2 * PICTURE_SIDE_LIMIT); }
 
 bool IsFinite(const kvMatrix& matrix)
@@ -72,7 +72,7 @@ std::unique_ptr<Painter> Painter::Open(int width, int height, bool draw, std::st
 
 Painter::Painter(std::unique_ptr<Parts> parts) : m_parts(std::move(parts)) {}
 
-// The device frees what is left in it; the state that others read must not name a surface that is gone.
+// Pops all targets: g_RenderTargetActive must not name a surface that no longer exists. The device frees the rest.
 Painter::~Painter()
 {
     while (!m_parts->saved.empty())
@@ -108,7 +108,7 @@ void Painter::BeginFrame()
     while (!m_parts->saved.empty())
         PopTarget();
     m_parts->state = DrawingState();
-    SetPort(0, 0, m_parts->width, m_parts->height);
+    SetPort({0, 0, m_parts->width, m_parts->height});
     ResetWorldMatrix();
     SetFlatView(0.0f, 0.0f, static_cast<float>(m_parts->width), static_cast<float>(m_parts->height));
     m_parts->batch.Flush();
@@ -173,9 +173,9 @@ const DrawState* Painter::Parts::Prepare(unsigned texture)
 
 // ---- where to draw ----
 
-void Painter::SetPort(int x, int y, int width, int height)
+void Painter::SetPort(const Port& port)
 {
-    m_parts->port = {ClampPixels(x), ClampPixels(y), ClampPixels(width), ClampPixels(height)};
+    m_parts->port = {ClampPixels(port.x), ClampPixels(port.y), ClampPixels(port.width), ClampPixels(port.height)};
 }
 
 void Painter::Clear(unsigned colour, float alpha)
@@ -205,7 +205,7 @@ bool Painter::PushTarget(int surface)
     parts.saved.push_back({parts.surface, parts.port, CurrentMatrix(eM_View), CurrentMatrix(eM_Projection),
                            CurrentMatrix(eM_World), g_ViewAreaX, g_ViewAreaY, g_ViewAreaW, g_ViewAreaH, g_ViewAreaA});
     parts.surface = g_RenderTargetActive = surface;
-    SetPort(0, 0, entry->width, entry->height);
+    SetPort({0, 0, entry->width, entry->height});
     ResetWorldMatrix();
     SetFlatView(0.0f, 0.0f, static_cast<float>(entry->width), static_cast<float>(entry->height));
     return true;

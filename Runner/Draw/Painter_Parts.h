@@ -1,5 +1,5 @@
 #pragma once
-// What the painter is made of; for the Painter_*.cpp sources alone.
+// The painter's data and helpers. Only the Painter_*.cpp sources include this.
 
 #include "Runner/Draw/Batch.h"
 #include "Runner/Draw/Device.h"
@@ -24,7 +24,7 @@ struct SurfaceEntry
     unsigned target = 0, texture = 0; // 0 without a device
 };
 
-// What a PopTarget brings back.
+// What PopTarget restores.
 struct SavedTarget
 {
     int surface; // -1 for the screen
@@ -42,7 +42,7 @@ struct DrawingState
     bool depthTest = false;
 };
 
-// A colour multiplied by its alpha, as vertices carry it.
+// A colour premultiplied by its alpha, as vertices hold it.
 struct Ink
 {
     uint8_t bytes[4];
@@ -51,7 +51,7 @@ Ink MixInk(unsigned colour, float alpha);
 
 // Invariants:
 // P1 without a device every texture, target and mesh number is 0, and nothing reaches the batch.
-// P2 the device's draws come in the order of the calls: whoever draws past the batch flushes it first.
+// P2 the device's draw calls are in the order of the painter's calls: what bypasses the batch flushes it first.
 // P3 surface is -1 exactly while saved is empty, and g_RenderTargetActive equals it between two calls.
 struct Painter::Parts
 {
@@ -65,20 +65,20 @@ struct Painter::Parts
     SurfaceEntry* NeedShownSurface(int surface);                  // one that can be drawn now; null after a Fail
     TileGrid* NeedTileMap(int map);                               // null after a Fail
 
-    // The state for drawing now with a texture; null when nothing can show.
+    // The current drawing state with that texture; null when nothing drawn could show.
     const DrawState* Prepare(unsigned texture);
     unsigned CurrentTarget() const; // the device's number
     Ink CurrentInk() const { return MixInk(state.colour, state.alpha); }
 
     void DrawPolygon(const Corner* corners, int count, Ink ink, unsigned texture); // convex, 3 to 255 corners
-    // One colour, in the plane of the current depth. places: x, y pairs.
-    void DrawPlain(const float (*places)[2], int count);
+    // A convex polygon in the current colour and depth. points: x, y pairs.
+    void DrawPlain(const float (*points)[2], int count);
     void DrawPlain3D(const kvVector3 (&corners)[4], Ink ink);
-    void DrawPicture(unsigned texture, const TextureArea& area, const float (&places)[4][2], Ink ink);
-    // Puts down a picture of a size in room units whose origin goes to the placement's place.
-    void Place(unsigned texture, const TextureArea& area, float width, float height, float originX, float originY,
-               const Placement& placement);
-    void DrawLine(float x1, float y1, float x2, float y2);
+    void DrawPicture(unsigned texture, const TextureArea& area, const float (&points)[4][2], Ink ink);
+    // Draws a picture of that size in room units, with its origin at the placement's position.
+    void DrawPlaced(unsigned texture, const TextureArea& area, float width, float height, float originX, float originY,
+                    const Placement& placement);
+    void DrawLine(float x1, float y1, float x2, float y2, float lineWidth);
     void DrawFace(const SpriteEntry* sprite, int frame, const kvVector3 (&corners)[4], Ink ink);
 
     void DrawChunk(TileGrid& grid, int chunkColumn, int chunkRow, const SpriteEntry& sprite, const DrawState& state);
@@ -90,7 +90,7 @@ struct Painter::Parts
 
     DrawingState state;
     Port port;
-    int surface = -1; // drawn into; -1 for the screen
+    int surface = -1; // the current render target; -1 for the screen
     std::vector<SavedTarget> saved;
 
     DrawState prepared; // Prepare's answer
@@ -110,7 +110,7 @@ inline float ChannelToFloat(uint8_t channel) { return static_cast<float>(channel
 
 inline std::string SizeText(int width, int height) { return std::to_string(width) + " x " + std::to_string(height); }
 
-// Frame numbers go round in both directions.
+// The frame modulo their number, for negative frames too.
 inline int WrapFrame(int frame, int frames)
 {
     const int rest = frame % frames;

@@ -1,9 +1,10 @@
-// Shapes without a picture, flat and in space. They take their colour from the font's white block, so that shapes and
-// text share a draw.
+// Untextured shapes, flat and in space. They use the font's white frame as their texture, so that shapes and text can
+// share a draw call.
 #include "Platform/Strict_Float.h"
 
 #include "Runner/Draw/Painter_Parts.h"
 
+#include "Files/Graphics/Trigonometry.h"
 #include "Runner/Draw/Font.h"
 
 #include <algorithm>
@@ -15,10 +16,11 @@ namespace
 {
 constexpr int MOST_CORNERS = 96;
 
-// Light by face: towards the smaller z, the larger; the smaller y, the larger; the smaller x, the larger.
+// Brightness of a box's faces, whose outward normals are -z, +z, -y, +y, -x, +x.
 constexpr float FACE_LIGHT[6] = {1.0f, 0.5f, 0.85f, 0.6f, 0.75f, 0.7f};
 
-// Each face's corners, top left first, as seen from outside; bit 0 takes the larger x, bit 1 y, bit 2 z.
+// Corners of each face, clockwise from the top left as seen from outside. Bit 0 of a corner takes the larger x, bit 1
+// the larger y, bit 2 the larger z.
 constexpr int FACE_CORNERS[6][4] = {{0, 1, 3, 2}, {5, 4, 6, 7}, {4, 5, 1, 0}, {2, 3, 7, 6}, {4, 0, 2, 6}, {1, 5, 7, 3}};
 
 Corner BlockCorner(const Sheet& font, float x, float y, float z)
@@ -27,7 +29,8 @@ Corner BlockCorner(const Sheet& font, float x, float y, float z)
     return {x, y, z, (block.left + block.right) * 0.5f, (block.top + block.bottom) * 0.5f};
 }
 
-// The larger the circle, the more corners; a multiple of four, so that it touches its square.
+// Number of a circle's corners: grows with the radius, and is a multiple of four so that the circle touches all sides
+// of its bounding square.
 int CircleCorners(float radius) { return static_cast<int>(std::clamp(radius, 16.0f, 96.0f)) & ~3; }
 
 unsigned Darken(unsigned colour, float light)
@@ -45,34 +48,36 @@ void Painter::Parts::DrawPolygon(const Corner* corners, int count, Ink ink, unsi
         batch.Add(*drawing, corners, count, ink.bytes);
 }
 
-void Painter::Parts::DrawPlain(const float (*places)[2], int count)
+void Painter::Parts::DrawPlain(const float (*points)[2], int count)
 {
     Corner corners[MOST_CORNERS];
     for (int i = 0; i < count; i++)
-        corners[i] = BlockCorner(font, places[i][0], places[i][1], state.depth);
+        corners[i] = BlockCorner(font, points[i][0], points[i][1], state.depth);
     DrawPolygon(corners, count, CurrentInk(), fontTexture);
 }
 
-void Painter::Parts::DrawLine(float x1, float y1, float x2, float y2)
+void Painter::Parts::DrawLine(float x1, float y1, float x2, float y2, float lineWidth)
 {
     const float dx = x2 - x1, dy = y2 - y1;
     const float length = sqrtf(dx * dx + dy * dy);
     if (!(length > 0.0f))
         return;
-    const float halfX = dx / length * state.lineWidth * 0.5f, halfY = dy / length * state.lineWidth * 0.5f;
-    const float places[4][2] = {
+    const float halfX = dx / length * lineWidth * 0.5f, halfY = dy / length * lineWidth * 0.5f;
+    const float points[4][2] = {
         {x1 + halfY, y1 - halfX}, {x2 + halfY, y2 - halfX}, {x2 - halfY, y2 + halfX}, {x1 - halfY, y1 + halfX}};
-    DrawPlain(places, 4);
+    DrawPlain(points, 4);
 }
 
-void Painter::Line(float x1, float y1, float x2, float y2) { m_parts->DrawLine(x1, y1, x2, y2); }
+void Painter::Line(float x1, float y1, float x2, float y2) { Line(x1, y1, x2, y2, LineWidth()); }
+
+void Painter::Line(float x1, float y1, float x2, float y2, float width) { m_parts->DrawLine(x1, y1, x2, y2, width); }
 
 void Painter::Rectangle(float left, float top, float right, float bottom, bool outline)
 {
     const auto fill = [this](float l, float t, float r, float b)
     {
-        const float places[4][2] = {{l, t}, {r, t}, {r, b}, {l, b}};
-        m_parts->DrawPlain(places, 4);
+        const float points[4][2] = {{l, t}, {r, t}, {r, b}, {l, b}};
+        m_parts->DrawPlain(points, 4);
     };
     const float w = m_parts->state.lineWidth;
     if (!outline || w * 2.0f >= std::abs(right - left) || w * 2.0f >= std::abs(bottom - top))
@@ -97,40 +102,40 @@ void Painter::Circle(float x, float y, float radius, bool outline)
     for (int i = 0; i <= count; i++)
     {
         const float turn = static_cast<float>(i % count) * (6.2831853f / static_cast<float>(count));
-        outside[i][0] = x + cosf(turn) * radius;
-        outside[i][1] = y + sinf(turn) * radius;
-        inside[i][0] = x + cosf(turn) * inner;
-        inside[i][1] = y + sinf(turn) * inner;
+        outside[i][0] = x + GR_Cos(turn) * radius;
+        outside[i][1] = y + GR_Sin(turn) * radius;
+        inside[i][0] = x + GR_Cos(turn) * inner;
+        inside[i][1] = y + GR_Sin(turn) * inner;
     }
     if (!outline)
         return m_parts->DrawPlain(outside, count);
     for (int i = 0; i < count; i++)
     {
-        const float places[4][2] = {{outside[i][0], outside[i][1]},
+        const float points[4][2] = {{outside[i][0], outside[i][1]},
                                     {outside[i + 1][0], outside[i + 1][1]},
                                     {inside[i + 1][0], inside[i + 1][1]},
                                     {inside[i][0], inside[i][1]}};
-        m_parts->DrawPlain(places, 4);
+        m_parts->DrawPlain(points, 4);
     }
 }
 
 void Painter::Triangle(float x1, float y1, float x2, float y2, float x3, float y3, bool outline)
 {
-    const float places[3][2] = {{x1, y1}, {x2, y2}, {x3, y3}};
+    const float points[3][2] = {{x1, y1}, {x2, y2}, {x3, y3}};
     if (!outline)
-        return m_parts->DrawPlain(places, 3);
-    m_parts->DrawLine(x1, y1, x2, y2);
-    m_parts->DrawLine(x2, y2, x3, y3);
-    m_parts->DrawLine(x3, y3, x1, y1);
+        return m_parts->DrawPlain(points, 3);
+    Line(x1, y1, x2, y2);
+    Line(x2, y2, x3, y3);
+    Line(x3, y3, x1, y1);
 }
 
 // ---- 3D ----
 
-void Painter::Parts::DrawFace(const SpriteEntry* sprite, int frame, const kvVector3 (&places)[4], Ink ink)
+void Painter::Parts::DrawFace(const SpriteEntry* sprite, int frame, const kvVector3 (&points)[4], Ink ink)
 {
     Corner corners[4];
     for (int i = 0; i < 4; i++)
-        corners[i] = BlockCorner(font, places[i].x, places[i].y, places[i].z);
+        corners[i] = BlockCorner(font, points[i].x, points[i].y, points[i].z);
     if (sprite == nullptr)
         return DrawPolygon(corners, 4, ink, fontTexture);
     const TextureArea area = sprite->sheet.Area(WrapFrame(frame, sprite->info.frames));

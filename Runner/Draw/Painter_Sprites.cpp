@@ -1,8 +1,9 @@
-// Sprites, and putting down a rectangle of a picture.
+// Sprites, and drawing a rectangle of a texture.
 #include "Platform/Strict_Float.h"
 
 #include "Runner/Draw/Painter_Parts.h"
 
+#include "Files/Graphics/Trigonometry.h"
 #include "Platform/Matrix.h"
 #include "Runner/Draw/Png_Reader.h"
 
@@ -11,29 +12,30 @@
 
 namespace Runner
 {
-void Painter::Parts::DrawPicture(unsigned texture, const TextureArea& area, const float (&places)[4][2], Ink ink)
+void Painter::Parts::DrawPicture(unsigned texture, const TextureArea& area, const float (&points)[4][2], Ink ink)
 {
-    const Corner corners[4] = {{places[0][0], places[0][1], state.depth, area.left, area.top},
-                               {places[1][0], places[1][1], state.depth, area.right, area.top},
-                               {places[2][0], places[2][1], state.depth, area.right, area.bottom},
-                               {places[3][0], places[3][1], state.depth, area.left, area.bottom}};
+    const Corner corners[4] = {{points[0][0], points[0][1], state.depth, area.left, area.top},
+                               {points[1][0], points[1][1], state.depth, area.right, area.top},
+                               {points[2][0], points[2][1], state.depth, area.right, area.bottom},
+                               {points[3][0], points[3][1], state.depth, area.left, area.bottom}};
     DrawPolygon(corners, 4, ink, texture);
 }
 
-void Painter::Parts::Place(unsigned texture, const TextureArea& area, float pictureWidth, float pictureHeight,
-                           float originX, float originY, const Placement& placement)
+void Painter::Parts::DrawPlaced(unsigned texture, const TextureArea& area, float pictureWidth, float pictureHeight,
+                                float originX, float originY, const Placement& placement)
 {
-    const float sine = sinf(placement.angle * RADIANS_PER_DEGREE), cosine = cosf(placement.angle * RADIANS_PER_DEGREE);
+    const float sine = GR_Sin(placement.angle * RADIANS_PER_DEGREE),
+                cosine = GR_Cos(placement.angle * RADIANS_PER_DEGREE);
     const float left = -originX * placement.scaleX, right = (pictureWidth - originX) * placement.scaleX;
     const float top = -originY * placement.scaleY, bottom = (pictureHeight - originY) * placement.scaleY;
-    float places[4][2] = {{left, top}, {right, top}, {right, bottom}, {left, bottom}};
-    for (float(&place)[2] : places)
+    float points[4][2] = {{left, top}, {right, top}, {right, bottom}, {left, bottom}};
+    for (float(&point)[2] : points)
     {
-        const float x = place[0], y = place[1];
-        place[0] = placement.x + x * cosine + y * sine;
-        place[1] = placement.y - x * sine + y * cosine;
+        const float x = point[0], y = point[1];
+        point[0] = placement.x + x * cosine + y * sine;
+        point[1] = placement.y - x * sine + y * cosine;
     }
-    DrawPicture(texture, area, places, MixInk(placement.colour, placement.alpha));
+    DrawPicture(texture, area, points, MixInk(placement.colour, placement.alpha));
 }
 
 // ---- sprites ----
@@ -140,8 +142,9 @@ void Painter::Sprite(int sprite, int frame, const Placement& placement)
     if (entry == nullptr)
         return;
     const SpriteInfo& info = entry->info;
-    m_parts->Place(entry->texture, entry->sheet.Area(WrapFrame(frame, info.frames)), static_cast<float>(info.width),
-                   static_cast<float>(info.height), info.originX, info.originY, placement);
+    m_parts->DrawPlaced(entry->texture, entry->sheet.Area(WrapFrame(frame, info.frames)),
+                        static_cast<float>(info.width), static_cast<float>(info.height), info.originX, info.originY,
+                        placement);
 }
 
 void Painter::SpriteStretched(int sprite, int frame, float left, float top, float right, float bottom)
@@ -149,8 +152,8 @@ void Painter::SpriteStretched(int sprite, int frame, float left, float top, floa
     const SpriteEntry* entry = m_parts->NeedSprite(sprite);
     if (entry == nullptr)
         return;
-    const float places[4][2] = {{left, top}, {right, top}, {right, bottom}, {left, bottom}};
-    m_parts->DrawPicture(entry->texture, entry->sheet.Area(WrapFrame(frame, entry->info.frames)), places,
+    const float points[4][2] = {{left, top}, {right, top}, {right, bottom}, {left, bottom}};
+    m_parts->DrawPicture(entry->texture, entry->sheet.Area(WrapFrame(frame, entry->info.frames)), points,
                          m_parts->CurrentInk());
 }
 } // namespace Runner

@@ -1,4 +1,4 @@
-// Surfaces: made, freed, drawn.
+// Surfaces: creating, freeing and drawing them.
 #include "Platform/Strict_Float.h"
 
 #include "Runner/Draw/Painter_Parts.h"
@@ -113,14 +113,14 @@ void Painter::Surface(int surface, float x, float y)
 void Painter::Surface(int surface, const Placement& placement)
 {
     if (const SurfaceEntry* entry = m_parts->NeedShownSurface(surface))
-        m_parts->Place(entry->texture, WHOLE, static_cast<float>(entry->width), static_cast<float>(entry->height), 0.0f,
-                       0.0f, placement);
+        m_parts->DrawPlaced(entry->texture, WHOLE, static_cast<float>(entry->width), static_cast<float>(entry->height),
+                            0.0f, 0.0f, placement);
 }
 
 void Painter::SurfaceStretched(int surface, float left, float top, float right, float bottom)
 {
-    const float places[4][2] = {{left, top}, {right, top}, {right, bottom}, {left, bottom}};
+    const float points[4][2] = {{left, top}, {right, top}, {right, bottom}, {left, bottom}};
     if (const SurfaceEntry* entry = m_parts->NeedShownSurface(surface))
-        m_parts->DrawPicture(entry->texture, WHOLE, places, m_parts->CurrentInk());
+        m_parts->DrawPicture(entry->texture, WHOLE, points, m_parts->CurrentInk());
 }
 } // namespace Runner

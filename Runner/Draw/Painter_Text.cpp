@@ -10,7 +10,8 @@ namespace Runner
 {
 namespace
 {
-// Frame of the font for the character at `at`, which moves on past it. A longer UTF-8 sequence is one character.
+// Decodes the character at `at` and advances `at` past it. Its frame of the font; that of '?' for a control character
+// and for a UTF-8 sequence of several bytes.
 int NextCharacter(std::string_view text, size_t& at)
 {
     const auto first = static_cast<unsigned char>(text[at++]);
@@ -21,7 +22,7 @@ int NextCharacter(std::string_view text, size_t& at)
     return '?' - FONT_FIRST;
 }
 
-// Calls see(column, line, frame) for each character.
+// Calls see(column, line, frame) for each character, in order.
 template <typename See> void LayOut(std::string_view text, const See& see)
 {
     int column = 0, line = 0;
@@ -47,10 +48,10 @@ void Painter::Text(float x, float y, std::string_view text, float scale)
            [&](int column, int line, int frame)
            {
                const float left = x + static_cast<float>(column) * width, top = y + static_cast<float>(line) * height;
-               const float places[4][2] = {
+               const float points[4][2] = {
                    {left, top}, {left + width, top}, {left + width, top + height}, {left, top + height}};
                if (frame != ' ' - FONT_FIRST)
-                   parts.DrawPicture(parts.fontTexture, parts.font.Area(frame), places, parts.CurrentInk());
+                   parts.DrawPicture(parts.fontTexture, parts.font.Area(frame), points, parts.CurrentInk());
            });
 }
 

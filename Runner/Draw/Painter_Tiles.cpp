@@ -64,7 +64,7 @@ bool Painter::SetTile(int map, int column, int row, int frame)
     if (grid == nullptr)
         return false;
     if (!grid->Contains(column, row))
-        return parts.Fail("tile map " + std::to_string(map) + " has no place " + std::to_string(column) + ", " +
+        return parts.Fail("tile map " + std::to_string(map) + " has no cell " + std::to_string(column) + ", " +
                           std::to_string(row));
     if (frame < -1 || frame >= FindSprite(grid->Sprite())->frames)
         return parts.Fail("sprite " + std::to_string(grid->Sprite()) + " has no frame " + std::to_string(frame) +
@@ -111,18 +111,18 @@ void Painter::TileMap(int map, float x, float y)
     parts.batch.Flush();
 
     DrawState drawing = *prepared;
-    kvMatrix place = IdentityMatrix();
-    place._41 = x;
-    place._42 = y;
-    place._43 = parts.state.depth;
-    kvMatrix::Multiply(drawing.toClip, place, drawing.toClip);
+    kvMatrix translation = IdentityMatrix();
+    translation._41 = x;
+    translation._42 = y;
+    translation._43 = parts.state.depth;
+    kvMatrix::Multiply(drawing.toClip, translation, drawing.toClip);
     const Ink ink = parts.CurrentInk();
     std::transform(std::begin(ink.bytes), std::end(ink.bytes), drawing.tint, ChannelToFloat);
     for (int row = 0; row < grid->ChunkRows(); row++)
     {
         for (int column = 0; column < grid->ChunkColumns(); column++)
         {
-            if (grid->IsInSight(column, row, drawing.toClip))
+            if (grid->MayBeVisible(column, row, drawing.toClip))
                 parts.DrawChunk(*grid, column, row, sprite, drawing);
         }
     }

@@ -20,7 +20,8 @@ struct CloseFile
     void operator()(FILE* file) const { fclose(file); }
 };
 
-// libpng leaves a failed call by longjmp. Everything that must outlive the jump is here, outside of the jumping frame.
+// The state of one read. libpng leaves a failed call by longjmp: what must outlive the jump is here, outside of the
+// function that calls setjmp.
 struct Reading
 {
     FILE* file = nullptr;
@@ -62,7 +63,7 @@ void AskForRgba8(png_structp png, png_infop info)
     png_read_update_info(png, info);
 }
 
-void MakeRoom(Reading& reading)
+void AllocateRows(Reading& reading)
 {
     Picture& picture = *reading.picture;
     picture.width = static_cast<int>(png_get_image_width(reading.png, reading.info));
@@ -72,7 +73,7 @@ void MakeRoom(Reading& reading)
         reading.rows.push_back(picture.rgba.data() + picture.Offset(0, y));
 }
 
-// The one frame that libpng jumps back to: it holds nothing with a destructor.
+// The function that calls setjmp: it has no local variable with a destructor, which a jump would skip.
 bool Decode(Reading& reading)
 {
     if (setjmp(png_jmpbuf(reading.png)))
@@ -83,7 +84,7 @@ bool Decode(Reading& reading)
         png_get_image_height(reading.png, reading.info) > PICTURE_SIDE_LIMIT)
         png_error(reading.png, "it is too large: a side can have 8192 pixels");
     AskForRgba8(reading.png, reading.info);
-    MakeRoom(reading);
+    AllocateRows(reading);
     if (png_get_rowbytes(reading.png, reading.info) != reading.picture->Offset(0, 1))
         png_error(reading.png, "its pixels have an unknown form");
     png_read_image(reading.png, reading.rows.data());

@@ -13,7 +13,7 @@ namespace Runner
 {
 namespace
 {
-// The module's writer goes on after a short write: the file layer knows.
+// The module's writer does not notice a short write: LastWriteFailed tells.
 bool WritePng(Picture& picture, std::string part, const std::string& partPath, const std::string& path,
               std::string& why)
 {
@@ -32,7 +32,7 @@ bool WriteBmp(const Picture& picture, const std::string& path, std::string& why)
     return WriteFileAtomically(path, file.data(), file.size(), why);
 }
 
-// What follows the last point of the file's name, in small letters; with the point. Empty when there is none.
+// The extension of the file's name with its point, in small letters; empty when there is none.
 std::string ExtensionOf(const std::string& name)
 {
     const size_t point = name.rfind('.');

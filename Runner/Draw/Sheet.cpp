@@ -6,7 +6,8 @@ namespace Runner
 {
 namespace
 {
-// As near to a square as whole cells allow: a long strip of frames must not run into the device's limit.
+// Columns that make the atlas as near to a square as whole cells allow: a single row of frames could exceed the longest
+// side that the device takes.
 int ChooseColumns(int frames, int cellWidth, int cellHeight)
 {
     int columns = 1;

@@ -4,15 +4,15 @@
 
 namespace Runner
 {
-// Where a frame lies in a texture: 0..1, top left and bottom right.
+// A rectangle in texture coordinates, 0..1.
 struct TextureArea
 {
     float left, top, right, bottom;
 };
 
-// Frames of equal size, packed for a texture: each has a rim of one pixel that repeats its edge, so that a sample
-// just past a frame's edge, which rounding brings about at some rotations and zooms, still shows that frame and not its
-// neighbour. Colours are multiplied by alpha.
+// A texture atlas of frames of equal size. Each frame has a border of one pixel that repeats its edge: rounding, at
+// some rotations and zooms, samples just past the edge, which must show that frame and not its neighbour. Colours are
+// premultiplied by alpha.
 class Sheet
 {
 public:
@@ -26,7 +26,7 @@ public:
     int FrameHeight() const { return m_frameHeight; }
     const Picture& Packed() const { return m_packed; }
     TextureArea Area(int frame) const; // 0 to Frames() - 1
-    void DropPixels();                 // after the upload: the areas stay known
+    void DropPixels();                 // after the upload; Area still works
 
 private:
     void CopyFrame(const Picture& source, int sourceX, int sourceY, int frame);
@@ -45,6 +45,6 @@ inline uint8_t MultiplyByAlpha(unsigned channel, unsigned alpha)
     return static_cast<uint8_t>((channel * alpha + 127) / 255);
 }
 
-// The other way, for pictures that are read back. A pixel without alpha gets no colour.
+// Undoes the premultiplication, in a picture that was read back. A pixel of alpha 0 becomes black.
 void DivideByAlpha(Picture& picture);
 } // namespace Runner

@@ -8,8 +8,8 @@ namespace Runner
 {
 namespace
 {
-// A bit for each side of the clip volume that the point lies beyond. Points that are not numbers are beyond none.
-unsigned SidesBeyond(const kvMatrix& m, float x, float y)
+// The outcode of a point: a bit for each side of the clip volume that it lies beyond. NaN lies beyond none.
+unsigned Outcode(const kvMatrix& m, float x, float y)
 {
     const float w = x * m._14 + y * m._24 + m._44;
     const float clipX = x * m._11 + y * m._21 + m._41;
@@ -37,10 +37,10 @@ bool TileGrid::Contains(int column, int row) const
 
 void TileGrid::Set(int column, int row, int frame)
 {
-    int32_t& place = m_frames[Index(column, row)];
-    if (place == frame)
+    int32_t& cell = m_frames[Index(column, row)];
+    if (cell == frame)
         return;
-    place = frame;
+    cell = frame;
     ChunkAt(column / CHUNK, row / CHUNK).changed = true;
 }
 
@@ -75,11 +75,11 @@ void TileGrid::AddTile(int column, int row, const TextureArea& area, std::vector
     out.push_back({left, bottom, 0.0f, area.left, area.bottom, {255, 255, 255, 255}});
 }
 
-bool TileGrid::IsInSight(int chunkColumn, int chunkRow, const kvMatrix& toClip) const
+bool TileGrid::MayBeVisible(int chunkColumn, int chunkRow, const kvMatrix& toClip) const
 {
     const float left = X(chunkColumn * CHUNK), right = X(std::min((chunkColumn + 1) * CHUNK, m_columns));
     const float top = Y(chunkRow * CHUNK), bottom = Y(std::min((chunkRow + 1) * CHUNK, m_rows));
-    return (SidesBeyond(toClip, left, top) & SidesBeyond(toClip, right, top) & SidesBeyond(toClip, right, bottom) &
-            SidesBeyond(toClip, left, bottom)) == 0;
+    return (Outcode(toClip, left, top) & Outcode(toClip, right, top) & Outcode(toClip, right, bottom) &
+            Outcode(toClip, left, bottom)) == 0;
 }
 } // namespace Runner

@@ -5,9 +5,9 @@
 
 namespace Runner
 {
-// The data of a tile map, cut into square chunks so that only those in sight are drawn and only changed ones are built
-// again. Corners are computed by one formula from column and row alone: neighbouring tiles share theirs bit for bit,
-// across chunks too, so no gap can open between them.
+// The cells of a tile map, in square chunks with a mesh each: only visible chunks are drawn, only changed ones are
+// built again. One formula computes a corner from its column and row alone, so neighbouring tiles share their corners
+// bit for bit, across chunks too, and no gap can open between them.
 class TileGrid
 {
 public:
@@ -17,7 +17,7 @@ public:
 
     struct Chunk
     {
-        unsigned mesh = 0; // the device's, 0 before it is first drawn
+        unsigned mesh = 0; // the device's; 0 until it is first drawn
         int quads = 0;     // in the mesh
         bool changed = true;
     };
@@ -41,8 +41,8 @@ public:
     // Four white vertices for each tile that is not empty.
     void BuildVertices(int chunkColumn, int chunkRow, const Sheet& sheet, std::vector<Vertex>& out) const;
 
-    // False when the matrix shows nothing of the chunk for sure.
-    bool IsInSight(int chunkColumn, int chunkRow, const kvMatrix& toClip) const;
+    // False only when all corners of the chunk lie beyond the same side of the clip volume.
+    bool MayBeVisible(int chunkColumn, int chunkRow, const kvMatrix& toClip) const;
 
 private:
     size_t Index(int column, int row) const

@@ -1,4 +1,4 @@
-// Stands in for the Gl_* sources, which a build without drawing leaves out.
+// Replaces the Gl_* sources in a build without drawing.
 #ifdef RUNNER_WITHOUT_DRAWING
 
 #include "Runner/Draw/Device.h"

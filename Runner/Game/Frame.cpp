@@ -3,6 +3,7 @@
 #include "Files/Graphics/Graphics_Support.h"
 #include "Runner/Game/Game.h"
 #include "Runner/Host/Collector.h"
+#include "Runner/Host/Console.h"
 #include "Runner/Host/Graphics.h"
 #include "Runner/Lua/Self.h"
 
@@ -83,11 +84,13 @@ void Game::DrawViews(RunningRoom& room)
 
 void Game::DrawView(RunningRoom& room, int number)
 {
-    const View& view = room.views[static_cast<size_t>(number)];
+    View& view = room.views[static_cast<size_t>(number)];
     const int surface = view.surface;
+    if (!HasTarget(view, number))
+        return;
     if (surface == SCREEN_SURFACE)
         BeginTarget(PortOf(view), room.background);
-    else if (m_painter->SurfaceExists(surface) && m_painter->PushTarget(surface))
+    else if (m_painter->PushTarget(surface))
         BeginTarget({0, 0, m_painter->SurfaceWidth(surface), m_painter->SurfaceHeight(surface)}, room.background);
     else
         return;
@@ -95,6 +98,18 @@ void Game::DrawView(RunningRoom& room, int number)
     EndTarget();
     if (surface != SCREEN_SURFACE)
         m_painter->PopTarget();
+}
+
+// Whether what the view draws into exists. A missing surface is reported once, until the view has a target again.
+bool Game::HasTarget(View& view, int number) const
+{
+    const bool hasTarget = view.surface == SCREEN_SURFACE || m_painter->SurfaceExists(view.surface);
+    const int missing = hasTarget ? SCREEN_SURFACE : view.surface;
+    if (!hasTarget && view.missingSurface != missing)
+        PrintLine("view " + std::to_string(number) + " shows nothing: it draws into surface " +
+                  std::to_string(missing) + ", which does not exist");
+    view.missingSurface = missing;
+    return hasTarget;
 }
 
 void Game::DrawDefaultView(const RunningRoom& room)
@@ -172,7 +187,7 @@ void Game::DrawGui(const RunningRoom& room)
 {
     if (room.spec.scripts.drawGui == NO_SCRIPT || scripts.Failed())
         return;
-    m_painter->SetPort(0, 0, m_painter->ScreenWidth(), m_painter->ScreenHeight());
+    m_painter->SetPort({0, 0, m_painter->ScreenWidth(), m_painter->ScreenHeight()});
     SetFlatView(0.0f, 0.0f, static_cast<float>(m_screenWidth), static_cast<float>(m_screenHeight));
     scripts.Call(room.spec.scripts.drawGui);
     EndTarget();
@@ -191,7 +206,7 @@ void Game::ResetDrawingState()
 
 void Game::BeginTarget(const Port& port, unsigned background)
 {
-    m_painter->SetPort(port.x, port.y, port.width, port.height);
+    m_painter->SetPort(port);
     m_painter->Clear(background);
     ResetDrawingState();
 }
@@ -205,7 +220,7 @@ void Game::EndTarget()
 }
 
 // From the game's screen to the picture's pixels. Neighbouring ports share their edges.
-Game::Port Game::PortOf(const View& view) const
+Port Game::PortOf(const View& view) const
 {
     const double scaleX = static_cast<double>(m_painter->ScreenWidth()) / m_screenWidth;
     const double scaleY = static_cast<double>(m_painter->ScreenHeight()) / m_screenHeight;
@@ -217,7 +232,7 @@ Game::Port Game::PortOf(const View& view) const
 }
 
 // The largest port in the middle of the screen that has the shape of the rectangle; all of it for one without a shape.
-Game::Port Game::FittingPort(float width, float height) const
+Port Game::FittingPort(float width, float height) const
 {
     const double screenWidth = m_painter->ScreenWidth();
     const double screenHeight = m_painter->ScreenHeight();

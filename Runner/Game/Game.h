@@ -16,7 +16,7 @@
 #include "Runner/Game/Game_Identity.h"
 #include "Runner/Game/Trace.h"
 #include "Runner/Lua/Script_Engine.h"
-#include "Runner/World/Room.h"
+#include "Runner/World/Running_Room.h"
 #include "Runner/World/World.h"
 
 #include <memory>
@@ -127,11 +127,6 @@ private:
         const int32_t& m_where;
     };
 
-    struct Port // pixels of the target
-    {
-        int x, y, width, height;
-    };
-
     bool CheckEverything();
     void CollectHostError(int camera);
 
@@ -148,6 +143,7 @@ private:
     void Draw();
     void DrawViews(RunningRoom& room);
     void DrawView(RunningRoom& room, int number);
+    bool HasTarget(View& view, int number) const;
     void DrawDefaultView(const RunningRoom& room);
     void DrawThrough(const CameraNumber& number, int view);
     void Perform(void (CCamera::*step)(), const CameraNumber& number);

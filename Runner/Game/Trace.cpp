@@ -2,6 +2,7 @@
 
 #include "Files/Graphics_API/Graphics_API.h"
 #include "Runner/Base/Hash.h"
+#include "Runner/Base/Printable.h"
 
 #include <cerrno>
 #include <cinttypes>
@@ -58,7 +59,7 @@ bool Trace::Open(const std::string& path, std::string& why)
     m_path = path;
     m_failed = false;
     if (m_file == nullptr)
-        why = "cannot write the trace \"" + path + "\": " + std::strerror(errno);
+        why = "cannot write the trace \"" + PrintableName(path) + "\": " + std::strerror(errno);
     return m_file != nullptr;
 }
 
@@ -79,7 +80,7 @@ bool Trace::Close(std::string& why)
         m_failed = true;
     m_file = nullptr;
     if (m_failed)
-        why = "the trace \"" + m_path + "\" could not be written in full";
+        why = "the trace \"" + PrintableName(m_path) + "\" could not be written in full";
     return !m_failed;
 }
 } // namespace Runner

@@ -2,6 +2,9 @@
 
 #include "Files/IO/Debug_Console.h"
 
+#include <cerrno>
+#include <cstring>
+
 namespace
 {
 class Console final : public CDebugConsole
@@ -9,15 +12,20 @@ class Console final : public CDebugConsole
 public:
     void Output(const char* text) override
     {
-        if (m_quiet || text == nullptr)
-            return;
+        if (text != nullptr)
+            Write(text, std::strlen(text));
+    }
+
+    void Write(const char* text, size_t size)
+    {
         FILE* out = m_out != nullptr ? m_out : stderr;
-        std::fputs(text, out);
-        std::fflush(out);
+        if (std::fwrite(text, 1, size, out) != size || std::fflush(out) != 0)
+            m_fault = m_fault == 0 ? errno : m_fault;
     }
 
     FILE* m_out = nullptr;
     bool m_quiet = false;
+    int m_fault = 0; // errno of the first write that failed
 };
 
 Console s_console; // initialised at compile time, so usable before main
@@ -27,13 +35,30 @@ CDebugConsole* dbg_csol = &s_console;
 
 namespace Runner
 {
-void SetConsoleOutput(FILE* out) { s_console.m_out = out; }
+void SetConsoleOutput(FILE* out)
+{
+    s_console.m_out = out;
+    s_console.m_fault = 0;
+}
 
 void SetConsoleQuiet(bool quiet) { s_console.m_quiet = quiet; }
+
+void PrintLog(const std::string& text)
+{
+    if (!s_console.m_quiet)
+        s_console.Write(text.data(), text.size());
+}
 
 void PrintLine(const std::string& line)
 {
     if (dbg_csol != nullptr)
         dbg_csol->Output((line + "\n").c_str());
+}
+
+bool ConsoleIsGood(std::string& why)
+{
+    if (s_console.m_fault != 0)
+        why = std::string("cannot print: ") + std::strerror(s_console.m_fault);
+    return s_console.m_fault == 0;
 }
 } // namespace Runner

@@ -1,12 +1,22 @@
 #pragma once
-// The debug console. dbg_csol works from before main on and writes to the standard error output.
+// The debug console: dbg_csol listens from before main on and writes to the standard error output.
+//
+// It takes two kinds of text: what a game logs, which its user can silence, and what the host has to report, which is
+// always shown.
 
 #include <cstdio>
 #include <string>
 
 namespace Runner
 {
-void SetConsoleOutput(FILE* out); // not owned; must stay open while it is set. Null: the standard error output
-void SetConsoleQuiet(bool quiet); // true: prints nothing
-void PrintLine(const std::string& line);
+// The stream is not owned and must stay open while it is set; null: the standard error output. Earlier write faults are
+// forgotten.
+void SetConsoleOutput(FILE* out);
+
+void SetConsoleQuiet(bool quiet);        // true: what games log is not shown
+void PrintLog(const std::string& text);  // what a game logs, as it stands
+void PrintLine(const std::string& line); // what the host has to report, through dbg_csol; a line end is added
+
+// False, and why in one line, once anything could not be written.
+bool ConsoleIsGood(std::string& why);
 } // namespace Runner

@@ -3,6 +3,7 @@
 #include "Files/IO/Debug_Console.h"
 #include "Files/IO/Load_Save.h"
 #include "Runner/Base/File_Faults.h"
+#include "Runner/Base/Whole_File.h"
 #include "Runner/Base/Printable.h"
 
 #include <algorithm>
@@ -60,12 +61,28 @@ template <typename Visit> bool EachComponent(const std::string& path, Visit visi
     return true;
 }
 
-// Makes a directory and its parents; errno says why not.
-bool MakeDirectories(const std::string& path)
+// Makes one directory, unless it is there. errno says why not: the reason of mkdir, which a look at what is there must
+// not replace.
+bool MakeDirectory(const std::string& path)
 {
-    return EachComponent(
-        path, [](const std::string& directory)
-        { return IsDirectory(directory) || mkdir(directory.c_str(), DIRECTORY_MODE) == 0 || IsDirectory(directory); });
+    if (IsDirectory(path) || (!Faulty(FileOperation::MakeDirectory) && mkdir(path.c_str(), DIRECTORY_MODE) == 0))
+        return true;
+    const int reason = errno;
+    if (reason == EEXIST && IsDirectory(path)) // made by another program meanwhile
+        return true;
+    errno = reason == EEXIST ? ENOTDIR : reason;
+    return false;
+}
+
+// Makes a directory and its parents; errno says why not.
+bool MakeDirectories(const std::string& path) { return EachComponent(path, MakeDirectory); }
+
+bool MakeDirectories(const std::string& path, std::string& why)
+{
+    if (MakeDirectories(path))
+        return true;
+    why = "cannot make the directory " + PrintableName(path) + ": " + std::strerror(errno);
+    return false;
 }
 
 // ---- names in the save area ----
@@ -156,15 +173,23 @@ bool LastWriteFailed() { return s_lastWriteFailed; }
 
 bool PrepareSaveArea(std::string& why)
 {
-    if (!MakeDirectories(Area()))
-    {
-        why = "cannot make the directory " + Printable(Area(), FILENAME_MAX) + ": " + std::strerror(errno);
+    if (!MakeDirectories(Area(), why))
         return false;
-    }
     if (access(Area().c_str(), W_OK | X_OK) == 0)
         return true;
-    why = "cannot write into the directory " + Printable(Area(), FILENAME_MAX) + ": " + std::strerror(errno);
+    why = "cannot write into the directory " + PrintableName(Area()) + ": " + std::strerror(errno);
     return false;
+}
+
+bool PrepareSaveFile(const std::string& name, std::string& why)
+{
+    if (const char* refusal = RefusalOf(name))
+    {
+        why = "\"" + Printable(name) + "\": " + refusal;
+        return false;
+    }
+    const std::string path = FullPath(name);
+    return MakeDirectories(path.substr(0, path.rfind('/')), why) && TryToWriteFile(path, why);
 }
 } // namespace Runner
 

@@ -15,6 +15,10 @@ std::string SavePath(const std::string& name);
 // Makes the save area's directory and checks that files can be made in it. On failure false, and why in one line.
 bool PrepareSaveArea(std::string& why);
 
+// Makes the directories of a file in the save area, and checks that the file can be written. On failure false, and why
+// in one line; the console is told nothing.
+bool PrepareSaveFile(const std::string& name, std::string& why);
+
 // True when opening, writing or closing the file last opened for writing through LoadSave failed.
 bool LastWriteFailed();
 } // namespace Runner

@@ -3,6 +3,7 @@
 #include "Runner/Host/Graphics.h"
 
 #include "Files/Graphics/Camera.h"
+#include "Files/Graphics/Trigonometry.h"
 
 #include <algorithm>
 #include <cmath>
@@ -16,7 +17,6 @@ namespace Runner
 {
 namespace
 {
-
 constexpr kvMatrix IDENTITY = {{{1, 0, 0, 0, 0, 1, 0, 0, 0, 0, 1, 0, 0, 0, 0, 1}}};
 
 kvMatrix s_slots[3] = {IDENTITY, IDENTITY, IDENTITY}; // by eMatrix
@@ -26,8 +26,8 @@ unsigned s_version = 0;
 // on a screen whose y axis points down.
 kvMatrix Rotation(int from, int to, float degrees)
 {
-    const float sine = sinf(degrees * RADIANS_PER_DEGREE);
-    const float cosine = cosf(degrees * RADIANS_PER_DEGREE);
+    const float sine = GR_Sin(degrees * RADIANS_PER_DEGREE);
+    const float cosine = GR_Cos(degrees * RADIANS_PER_DEGREE);
     kvMatrix rotation = IDENTITY;
     rotation.m[from * 4 + from] = cosine;
     rotation.m[from * 4 + to] = -sine;
@@ -35,6 +35,7 @@ kvMatrix Rotation(int from, int to, float degrees)
     rotation.m[to * 4 + to] = cosine;
     return rotation;
 }
+
 // ---- what the matrices show ----
 
 // Whether a point's z neither moves it across the screen nor scales it: a parallel projection along z.

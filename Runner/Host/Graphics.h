@@ -1,6 +1,6 @@
 #pragma once
-// The matrix slots and the view area that Files/Graphics_API declares, for their readers: the painter, the trace, the
-// culling of instances. No painter is needed.
+// Reads the matrix slots and the view area behind Files/Graphics_API: for the painter, the trace, and the culling of
+// instances. Needs no painter.
 
 #include "Files/Graphics_API/Graphics_API.h"
 #include "Platform/Matrix.h"
@@ -11,7 +11,7 @@ namespace Runner
 const kvMatrix& CurrentMatrix(eMatrix slot); // identity until set
 kvMatrix RoomToClip();                       // the current world * view * projection
 
-// Incremented by every SetMatrix and reset: equal versions mean equal matrices.
+// A counter that every SetMatrix and reset increments: equal versions mean equal matrices.
 unsigned MatrixVersion();
 
 // The state at the start of a game: all three slots identity, the view area zeros, no render target.
@@ -24,9 +24,9 @@ void SetFlatView(float x, float y, float width, float height);
 
 kvMatrix IdentityMatrix();
 
-// Scales, then rotates about the z, the x and the y axis, in this order, then translates. Angles in degrees. A positive
-// angle about z is counter-clockwise on the screen of a flat view; about x and y the same formula holds with the axes
-// permuted cyclically.
+// A world matrix: scales, then rotates about the z, the x and the y axis, then translates. Angles in degrees. A
+// positive rotation about z is counter-clockwise on the screen of a flat view; those about x and y are the same formula
+// with the axes exchanged cyclically.
 kvMatrix BuildWorldMatrix(const kvVector3& position, const kvVector3& degrees, const kvVector3& scale);
 
 // The part of the plane z = 0 that the current matrices show: the clip square carried back into the room. The entire

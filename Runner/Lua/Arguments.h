@@ -13,37 +13,37 @@ namespace Runner
 class Instance;
 class ObjectType;
 
-// ---- single values; the error says "is a whole number, got nil", the caller puts before it what the value is of ----
+// ---- single values: an error says "is a whole number, got nil"; the caller puts the name of the value before it ----
 double NumberAt(lua_State* L, int index);
-float FloatAt(lua_State* L, int index);  // the nearest; beyond a float's range infinite
-float FiniteAt(lua_State* L, int index); // neither infinite nor NaN
-int WholeAt(lua_State* L, int index);    // of 32 bits; 3.0 counts
+float FloatAt(lua_State* L, int index);  // the nearest float; infinite beyond the range of a float
+float FiniteAt(lua_State* L, int index); // refuses infinities and NaN
+int WholeAt(lua_State* L, int index);    // 32 bits; takes 3.0 as 3
 bool FlagAt(lua_State* L, int index);    // true, false, or a number (above one half is true)
 unsigned ColourAt(lua_State* L, int index);
 std::string TextAt(lua_State* L, int index);
-int FunctionAt(lua_State* L, int index); // kept
+int FunctionAt(lua_State* L, int index); // a reference (ScriptEngine::Keep)
 void CheckTableAt(lua_State* L, int index);
 int InstanceNumberAt(lua_State* L, int index);       // a number, or the self of an instance
 std::string DescribeAt(lua_State* L, int index);     // one short line: nil, a table, the string "left", the number 5
-std::string DescribeListAt(lua_State* L, int index); // likewise, a table with its length: a table of 15
+std::string DescribeListAt(lua_State* L, int index); // the same, and a table with its length: a table of 15
 
-// A function that scripts can call, as errors and documents name it.
+// The name and the argument names of a function that scripts can call. Errors and documents take both from here.
 struct FunctionHead
 {
     static constexpr size_t ARGUMENTS_MAX = 14;
 
     const char* name;
-    int least;                            // arguments; those after them may be left out from the end
+    int least;                            // arguments that a call must have; the others are optional
     const char* arguments[ARGUMENTS_MAX]; // their names, null after the last
 
     Signature Names() const;
 };
 
-// The arguments of one call, counted from 1. An error names the function and the argument.
+// The arguments of one call, counted from 1. Each reader throws an error that names the function and the argument.
 class ScriptArguments
 {
 public:
-    // Throws when the number of arguments is wrong.
+    // Checks the number of arguments; throws when it is wrong.
     ScriptArguments(lua_State* state, const FunctionHead& function);
 
     lua_State* const L;
@@ -58,11 +58,11 @@ public:
     unsigned Colour(int i) const;
     unsigned Colour(int i, unsigned otherwise) const { return Has(i) ? Colour(i) : otherwise; }
     std::string Text(int i) const;
-    int Function(int i) const; // kept
-    void Table(int i) const;   // checks
+    int Function(int i) const; // a reference (ScriptEngine::Keep)
+    void Table(int i) const;   // checks that it is one
 
-    Instance* FindInstance(int i) const; // by number or self, null when it does not exist
-    ObjectType& Object(int i) const;     // an object that exists
+    Instance* FindInstance(int i) const; // named by its identifier or self; null when it does not exist
+    ObjectType& Object(int i) const;     // named by its index; throws when there is none
 
     int Return(double number) const;
     int Return(int number) const;
@@ -70,9 +70,10 @@ public:
     int Return(const std::string& text) const;
 
     const char* Name() const { return m_function.name; }
-    [[noreturn]] void Fail(const std::string& text) const;                        // in the function's name
-    [[noreturn]] void FailArgument(int i, const std::string& text) const;         // text: "is a number, got nil"
-    [[noreturn]] void FailEntry(int i, int entry, const std::string& text) const; // of the table that argument i is
+    [[noreturn]] void Fail(const std::string& text) const;                // throws "draw_line() - text"
+    [[noreturn]] void FailArgument(int i, const std::string& text) const; // throws "draw_line: argument 2 (y1) text"
+    [[noreturn]] void FailEntry(int i, int entry,
+                                const std::string& text) const; // names an entry of the table that is argument i
 
 private:
     template <typename T> T Checked(int i, T (*read)(lua_State*, int)) const;
@@ -80,12 +81,12 @@ private:
     const FunctionHead& m_function;
 };
 
-// The named fields of a table. Each field that is read becomes a known one; Finish refuses all others, so that a
-// misspelt name is noticed.
+// The named fields of a table. Reading a field makes its name known; Finish refuses every name that is not known, so
+// that a misspelt one is noticed.
 class Fields
 {
 public:
-    // where: before field names in errors, such as "views[0].".
+    // where: what errors put before the name of a field, such as "views[0].".
     Fields(const ScriptArguments& call, int table, std::string where = "");
 
     bool Has(const char* name);
@@ -95,15 +96,15 @@ public:
     bool Flag(const char* name, bool otherwise);
     unsigned Colour(const char* name, unsigned otherwise);
     std::string Text(const char* name, const std::string& otherwise);
-    int Function(const char* name, int otherwise); // kept
-    bool PushTable(const char* name);              // false, and nothing pushed, when it is missing
+    int Function(const char* name, int otherwise); // a reference (ScriptEngine::Keep)
+    bool PushTable(const char* name);              // false when the field is missing; nothing is pushed then
 
     void Finish() const;
     [[noreturn]] void Fail(const std::string& name, const std::string& text) const;
 
 private:
     template <typename T> T Read(const char* name, T otherwise, T (*read)(lua_State*, int));
-    template <typename T> T Checked(const char* name, T (*read)(lua_State*, int)) const; // of the value at the top
+    template <typename T> T Checked(const char* name, T (*read)(lua_State*, int)) const; // reads the value at the top
     bool Push(const char* name);
 
     const ScriptArguments& m_call;

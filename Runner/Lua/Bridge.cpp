@@ -20,11 +20,11 @@ namespace Runner
 {
 namespace
 {
-// The module's own texts: games match on them.
+// Texts of the module, which games compare with: reported here where no handler does.
 constexpr char NO_ARRAY[] = "camera_set_view_mat() - array invalid (has it been created properly?)";
 constexpr char WRONG_COUNT[] = "() - wrong number of arguments";
 
-// These handlers leave the count to the host.
+// The handlers of views and of camera_set_default do not check their argument count: the host does.
 bool CountsItsArguments(std::string_view builtin)
 {
     return builtin.substr(0, 5) != "view_" && builtin != "camera_set_default";
@@ -63,7 +63,7 @@ const char* WordsFor(eArgument kind)
     }
 }
 
-// One call of a built-in by a script. The arguments stay on the stack, at 1 to count, while it lasts.
+// One call of a built-in by a script. The arguments stay at 1 to count of the Lua stack while it runs.
 class CallFromLua : public BuiltinCall
 {
 public:
@@ -72,7 +72,7 @@ public:
     {
     }
 
-    void Check() const; // what the handlers do not: throws in the module's words
+    void Check() const; // checks what the handlers do not; throws in the module's words
     int Run();
 
     std::string Expectation(const RValue& value) const override;
@@ -94,7 +94,7 @@ private:
     const RValue* m_values = nullptr;
 };
 
-// ---- words ----
+// ---- texts of errors ----
 
 Signature CallFromLua::Names() const
 {
@@ -108,7 +108,7 @@ std::string CallFromLua::Expected(int i) const
     return Names().Argument(i) + " is " + WordsFor(isKnown ? m_arguments->arguments[i - 1].kind : eArgument_Number);
 }
 
-// Matrices alone have entries that are converted.
+// An element of an array is an entry of a matrix: the module converts the elements of no other array.
 std::string CallFromLua::Expectation(const RValue& value) const
 {
     for (int i = 0; m_values != nullptr && i < count; ++i)
@@ -133,7 +133,8 @@ std::string CallFromLua::Refusal(const CannotCross& error) const
     return Expected(i) + ", got " + (error.entry > 0 ? "a table" : error.what());
 }
 
-// The module's text, and what is known here beyond it. Both matrix setters report in the name of one of them.
+// The module's text is kept; what the bridge knows beyond it follows in brackets. The function is named there when the
+// text names another: both matrix setters report in the name of camera_set_view_mat.
 std::string CallFromLua::Explained(const std::string& error) const
 {
     if (EndsWith(error, " arguments"))
@@ -159,7 +160,7 @@ void CallFromLua::Check() const
         throw ScriptError(Explained(NO_ARRAY));
 }
 
-// A result is released like an argument, whatever becomes of the call.
+// The result of a call: a root of the collector while it runs, released afterwards, also when the call throws.
 struct Result
 {
     RValue value = MakeUndefined();

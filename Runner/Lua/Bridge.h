@@ -1,5 +1,5 @@
 #pragma once
-// The host's registered built-ins as Lua functions.
+// The bridge makes the built-ins that were registered with Function_Add callable from Lua.
 
 #include "Runner/Lua/Signature.h"
 
@@ -9,7 +9,8 @@ struct lua_State;
 
 namespace Runner
 {
-// Makes each built-in of the registry a global function. Built-ins must not be registered after that.
+// Makes each registered built-in a global function. The functions point into the registry, so nothing may be registered
+// afterwards.
 void OpenBuiltins(lua_State* L);
 
 std::vector<Signature> BuiltinSignatures(); // of the module's built-ins, in the order of its table

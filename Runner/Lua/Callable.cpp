@@ -9,7 +9,7 @@ namespace Runner
 {
 namespace
 {
-constexpr char OBJECTS[] = "runner.callables"; // registry: function -> its object. Its keys are weak
+constexpr char OBJECTS[] = "runner.callables"; // registry: function -> its object, while that lives
 
 void PushObjectTable(lua_State* L)
 {
@@ -17,10 +17,6 @@ void PushObjectTable(lua_State* L)
         return;
     lua_pop(L, 1);
     lua_newtable(L);
-    lua_createtable(L, 0, 1);
-    lua_pushliteral(L, "k");
-    lua_setfield(L, -2, "__mode");
-    lua_setmetatable(L, -2);
     lua_pushvalue(L, -1);
     lua_setfield(L, LUA_REGISTRYINDEX, OBJECTS);
 }
@@ -31,7 +27,7 @@ ScriptFunction::ScriptFunction(int reference) : KvObjectBase(0, OBJECT_VARIABLE_
     m_kind = OBJECT_KIND_SCRIPT_FUNCTION;
 }
 
-// The table's entry goes at once: until Lua's collector comes, the function could be found there with a dead object.
+// Remove the entry with the object: a later look-up would answer a dead object.
 ScriptFunction::~ScriptFunction()
 {
     ScriptEngine* engine = ScriptEngine::Current();

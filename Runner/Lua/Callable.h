@@ -1,8 +1,8 @@
 #pragma once
 // A Lua function as an object of the collector, so that a camera can hold it.
 //
-// The object holds the function; the table that finds the object of a function holds neither. While the object lives,
-// the same function gives the same object.
+// The object keeps its function alive. A table leads from a function to its object with weak references, so it keeps
+// neither alive. As long as the object lives, Of answers the same object for the same function.
 
 #include "Files/Object/Object_Base.h"
 
@@ -19,12 +19,12 @@ public:
     ScriptFunction(const ScriptFunction&) = delete;
     ScriptFunction& operator=(const ScriptFunction&) = delete;
 
-    // The object of the function at index; null when memory is refused. The collector owns it, and no root leads to it
-    // by this.
+    // The object of the function at index; null when memory is refused. The collector owns the object. It is no root:
+    // whoever stores it must make it reachable.
     static ScriptFunction* Of(lua_State* L, int index);
-    static ScriptFunction* From(KvObjectBase* object); // null when it is something else
+    static ScriptFunction* From(KvObjectBase* object); // null when the object is no script function
 
-    void Push(lua_State* L) const; // the function; nil when its Lua state is gone
+    void Push(lua_State* L) const; // pushes the function, or nil when its Lua state is closed
     int Reference() const { return m_reference; }
 
 private:

@@ -1,4 +1,4 @@
-// Files/Script and Files/Javascript: how the module runs what scripts gave it.
+// Implements Files/Script and Files/Javascript: the module runs callbacks through these.
 
 #include "Files/Javascript/Callable.h"
 #include "Files/Run/Run_Globals.h"
@@ -18,13 +18,13 @@ using Runner::ScriptEngine;
 
 struct ScriptCall
 {
-    int reference; // to the function, kept by the engine
+    int reference; // to the function (ScriptEngine::Keep)
     const RValue* args;
     int argc;
     RValue* result;
 };
 
-// The script has returned, so its file and line are no longer known: the camera tells where to look.
+// The error names the camera: the script has returned, so its file and line are no longer known.
 RValue ResultToHost(lua_State* L)
 {
     try
@@ -50,7 +50,7 @@ void PerformCall(lua_State* L, void* context)
         *call.result = ResultToHost(L);
 }
 
-// Callbacks are run by the module in the middle of its work, so errors wait in the engine until it is back.
+// An error becomes the engine's failure: the module is in the middle of its work and must not be unwound.
 void Perform(const ScriptCall& call)
 {
     ScriptEngine* engine = ScriptEngine::Current();
@@ -59,8 +59,9 @@ void Perform(const ScriptCall& call)
 }
 } // namespace
 
-// Arguments in a host array never occur: nothing in this runner makes one.
-// A callback that is no number was reported and counts as 0; script 0 is not what its camera asked for.
+// The last parameter, arguments in a host array, is always null: nothing in this runner makes one.
+// Do nothing while an error waits: a callback that is no number was reported and converted to 0, but its camera did not
+// ask for script 0.
 bool Script_Perform(int index, CInstance*, CInstance*, int, RValue* result, DynamicArrayOfRValue*)
 {
     ScriptEngine* engine = ScriptEngine::Current();
@@ -78,7 +79,7 @@ bool Script_Perform(int index, CInstance*, CInstance*, int, RValue* result, Dyna
 
 bool JS_IsCallable_Object(KvObjectBase* object) { return Runner::ScriptFunction::From(object) != nullptr; }
 
-// The callable may lose its last holder during the call.
+// The callable is made a root: the call may drop the last reference to it.
 void Call_RValue(KvObjectBase*, RValue* result, RValue* callable, int argc, RValue* args)
 {
     const bool isObject = callable != nullptr && KvKind(*callable) == VALUE_OBJECT;

@@ -1,5 +1,5 @@
 #pragma once
-// Scripts by number, as Script_Perform runs them (Files/Script/Script.h).
+// The scripts of script_add by number; Script_Perform (Files/Script/Script.h) runs them.
 
 #include <cstddef>
 #include <vector>
@@ -9,7 +9,7 @@ namespace Runner
 class NumberedScripts
 {
 public:
-    int Add(int reference);     // a Lua reference to a function; answers its number, from 0
+    int Add(int reference);     // takes a reference to a function (ScriptEngine::Keep), answers its number, from 0
     int Find(int number) const; // the reference, -1 when there is none
 
 private:

@@ -2,7 +2,10 @@
 
 #include <lua.hpp>
 
+#include <algorithm>
 #include <initializer_list>
+#include <string>
+#include <vector>
 
 namespace Runner
 {
@@ -15,7 +18,7 @@ constexpr luaL_Reg LIBRARIES[] = {
 
 constexpr const char* WITHHELD[] = {"dofile", "loadfile", "collectgarbage", "warn"};
 
-// load, for text alone: bytecode is not checked by Lua and can crash it. Upvalue 1: Lua's own.
+// load, limited to text: Lua does not verify bytecode, which can crash it. Upvalue 1: Lua's load.
 int LoadText(lua_State* L)
 {
     const int count = lua_gettop(L);
@@ -31,7 +34,8 @@ int LoadText(lua_State* L)
     return lua_gettop(L);
 }
 
-// setmetatable without finalisers and weak tables, whose moment depends on memory. Upvalue 1: Lua's own.
+// setmetatable, which refuses finalisers and weak tables: when they act would depend on when memory is collected. A
+// __mode that is written into the metatable later has no effect. Upvalue 1: Lua's setmetatable.
 int SetMetatable(lua_State* L)
 {
     for (const char* name : {"__gc", "__mode"})
@@ -63,6 +67,40 @@ void RemoveFrom(lua_State* L, const char* library, const char* name)
     lua_setfield(L, -2, name);
     lua_pop(L, 1);
 }
+
+// Makes each C function of the table on top a closure, in the order of their names. A plain C function has nothing but
+// an address to tell its place among the keys of a table; a closure has its place in the order of creation.
+void NumberFunctions(lua_State* L)
+{
+    std::vector<std::string> names;
+    for (lua_pushnil(L); lua_next(L, -2) != 0; lua_pop(L, 1))
+        if (lua_type(L, -2) == LUA_TSTRING && lua_iscfunction(L, -1) != 0 && lua_serial(L, -1) == 0)
+            names.emplace_back(lua_tostring(L, -2));
+    std::sort(names.begin(), names.end());
+    for (const std::string& name : names)
+    {
+        lua_getfield(L, -1, name.c_str());
+        const lua_CFunction function = lua_tocfunction(L, -1);
+        lua_pushnil(L);
+        lua_pushcclosure(L, function, 1);
+        lua_setfield(L, -3, name.c_str());
+        lua_pop(L, 1);
+    }
+}
+
+void NumberAllFunctions(lua_State* L)
+{
+    for (const luaL_Reg& library : LIBRARIES)
+    {
+        lua_getglobal(L, library.name);
+        NumberFunctions(L);
+        lua_pop(L, 1);
+    }
+    lua_pushliteral(L, "");
+    lua_getmetatable(L, -1); // the operators of strings
+    NumberFunctions(L);
+    lua_pop(L, 2);
+}
 } // namespace
 
 void OpenSandbox(lua_State* L, Random& random)
@@ -83,5 +121,6 @@ void OpenSandbox(lua_State* L, Random& random)
     OpenOrderedPairs(L);
     OpenSafeText(L);
     OpenSafeNumbers(L, random);
+    NumberAllFunctions(L);
 }
 } // namespace Runner

@@ -1,6 +1,6 @@
 #pragma once
-// Lua's own library as games get it: nothing that reaches files, the clock, addresses or bytecode, and nothing whose
-// answer differs between two runs of the same game.
+// The sandbox: Lua's standard library without what reaches files, the clock, addresses or bytecode, and without what
+// differs between two runs of the same game.
 
 struct lua_State;
 
@@ -13,5 +13,5 @@ void OpenSandbox(lua_State* L, Random& random);
 // ---- parts ----
 void OpenOrderedPairs(lua_State* L);                // pairs, next (Sandbox_Pairs.cpp)
 void OpenSafeText(lua_State* L);                    // tostring, print, string.format (Sandbox_Text.cpp)
-void OpenSafeNumbers(lua_State* L, Random& random); // the inexact functions of math, and its random ones
+void OpenSafeNumbers(lua_State* L, Random& random); // math: functions computed in floats, seeded random numbers
 } // namespace Runner

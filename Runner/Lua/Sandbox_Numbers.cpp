@@ -1,6 +1,8 @@
-// The mathematics of games. Doubles from the C library's sin and its like differ between machines in the last bit,
-// floats do not; and what a game computes ends in matrices and saved states.
+// The mathematics of games. C libraries differ in the last bit of these functions, and what a game computes ends in
+// matrices and saved states: so they are the module's and the Runner's own, from floats to a float.
 
+#include "Files/Graphics/Trigonometry.h"
+#include "Runner/Base/Mathematics.h"
 #include "Runner/Base/Random.h"
 #include "Runner/Host/Convert.h"
 #include "Runner/Lua/Sandbox.h"
@@ -8,38 +10,43 @@
 #include <lua.hpp>
 
 #include <climits>
-#include <cmath>
 
 namespace Runner
 {
 namespace
 {
-template <float (*function)(float)> int ByFloat(lua_State* L)
+float FloatAt(lua_State* L, int index) { return NearestFloat(luaL_checknumber(L, index)); }
+
+int PushFloat(lua_State* L, float number)
 {
-    lua_pushnumber(L, static_cast<double>(function(NearestFloat(luaL_checknumber(L, 1)))));
+    lua_pushnumber(L, static_cast<double>(number));
     return 1;
 }
 
-int ArcTangent(lua_State* L)
+template <float (*function)(float)> int ByFloat(lua_State* L) { return PushFloat(L, function(FloatAt(L, 1))); }
+
+int AngleOfPoint(lua_State* L)
 {
-    const float y = NearestFloat(luaL_checknumber(L, 1));
-    const float x = NearestFloat(luaL_optnumber(L, 2, 1.0));
-    lua_pushnumber(L, static_cast<double>(atan2f(y, x)));
-    return 1;
+    const float y = FloatAt(L, 1);
+    return PushFloat(L, ArcTangent(y, NearestFloat(luaL_optnumber(L, 2, 1.0))));
 }
 
-int Logarithm(lua_State* L)
+// To another base: the quotient of two logarithms, rounded to float.
+int LogarithmToBase(lua_State* L)
 {
-    const float natural = logf(NearestFloat(luaL_checknumber(L, 1)));
-    const bool hasBase = !lua_isnoneornil(L, 2);
-    const float base = hasBase ? logf(NearestFloat(luaL_checknumber(L, 2))) : 1.0f;
-    lua_pushnumber(L, static_cast<double>(natural / base));
+    const float natural = Logarithm(FloatAt(L, 1));
+    return PushFloat(L, lua_isnoneornil(L, 2) ? natural : natural / Logarithm(FloatAt(L, 2)));
+}
+
+int PowerOfNumbers(lua_State* L)
+{
+    lua_pushnumber(L, Power(luaL_checknumber(L, 1), luaL_checknumber(L, 2)));
     return 1;
 }
 
 Random& Generator(lua_State* L) { return *static_cast<Random*>(lua_touserdata(L, lua_upvalueindex(1))); }
 
-// As in Lua: a number in [0, 1), or a whole one in 1..n, or in m..n.
+// math.random as in Lua: a number in [0, 1), or a whole number in 1..n, or in m..n.
 int RandomNumber(lua_State* L)
 {
     const int count = lua_gettop(L);
@@ -62,10 +69,23 @@ int RandomSeed(lua_State* L)
     return 0;
 }
 
-constexpr luaL_Reg BY_FLOAT[] = {
-    {"sin", ByFloat<sinf>},   {"cos", ByFloat<cosf>},   {"tan", ByFloat<tanf>},
-    {"asin", ByFloat<asinf>}, {"acos", ByFloat<acosf>}, {"exp", ByFloat<expf>},
-    {"atan", ArcTangent},     {"log", Logarithm},       {nullptr, nullptr},
+// From atan2 on: what Lua keeps for older scripts.
+constexpr luaL_Reg INEXACT[] = {
+    {"sin", ByFloat<GR_Sin>},
+    {"cos", ByFloat<GR_Cos>},
+    {"acos", ByFloat<GR_Acos>},
+    {"tan", ByFloat<Tangent>},
+    {"asin", ByFloat<ArcSine>},
+    {"exp", ByFloat<Exponential>},
+    {"atan", AngleOfPoint},
+    {"log", LogarithmToBase},
+    {"atan2", AngleOfPoint},
+    {"log10", ByFloat<DecimalLogarithm>},
+    {"sinh", ByFloat<HyperbolicSine>},
+    {"cosh", ByFloat<HyperbolicCosine>},
+    {"tanh", ByFloat<HyperbolicTangent>},
+    {"pow", PowerOfNumbers},
+    {nullptr, nullptr},
 };
 
 constexpr luaL_Reg SEEDED[] = {{"random", RandomNumber}, {"randomseed", RandomSeed}, {nullptr, nullptr}};
@@ -74,7 +94,7 @@ constexpr luaL_Reg SEEDED[] = {{"random", RandomNumber}, {"randomseed", RandomSe
 void OpenSafeNumbers(lua_State* L, Random& random)
 {
     lua_getglobal(L, "math");
-    luaL_setfuncs(L, BY_FLOAT, 0);
+    luaL_setfuncs(L, INEXACT, 0);
     lua_pushlightuserdata(L, &random);
     luaL_setfuncs(L, SEEDED, 1);
     lua_pop(L, 1);

@@ -1,7 +1,9 @@
-// pairs and next in a promised order. Lua's own order depends on a hash seed that is new in every run.
+// pairs and next in a fixed order: numbers, strings, booleans, each ascending, instances by their numbers, other
+// objects in the order in which they were made. Lua's own order depends on hashes and on the table's past.
 
 #include "Runner/Lua/Sandbox.h"
 #include "Runner/Lua/Script_Engine.h"
+#include "Runner/Lua/Self.h"
 
 #include <lua.hpp>
 
@@ -18,22 +20,35 @@ enum Rank
     RANK_NUMBER,
     RANK_TEXT,
     RANK_FLAG,
-    RANK_OTHER, // keeps Lua's order: nothing about such a key could be compared
+    RANK_INSTANCE, // by its number, which a save keeps
+    RANK_OBJECT,
 };
 
 struct Key
 {
-    Rank rank = RANK_OTHER;
+    Rank rank = RANK_OBJECT;
     double number = 0.0;
-    lua_Integer whole = 0; // tells large integers apart that are the same double
-    std::string_view text; // Lua's: the key is in the table of keys meanwhile
-    lua_Integer place = 0; // in the table of keys
+    lua_Integer whole = 0;    // orders large integers that round to the same double, flags, instances and objects
+    std::string_view text;    // points into Lua's string, which the table of keys keeps alive
+    lua_Integer position = 0; // in the table of keys, from 1
 };
 
-Key DescribeKey(lua_State* L, int index, lua_Integer place)
+void DescribeObject(lua_State* L, int index, Key& key)
+{
+    int instance = 0;
+    if (SelfIdentifier(L, index, instance))
+    {
+        key.rank = RANK_INSTANCE;
+        key.whole = instance;
+    }
+    else
+        key.whole = static_cast<lua_Integer>(lua_serial(L, index));
+}
+
+Key DescribeKey(lua_State* L, int index, lua_Integer position)
 {
     Key key;
-    key.place = place;
+    key.position = position;
     size_t size = 0;
     switch (lua_type(L, index))
     {
@@ -51,7 +66,7 @@ Key DescribeKey(lua_State* L, int index, lua_Integer place)
         key.rank = RANK_FLAG;
         key.whole = lua_toboolean(L, index);
         break;
-    default: break;
+    default: DescribeObject(L, index, key); break;
     }
     return key;
 }
@@ -66,10 +81,10 @@ bool ComesBefore(const Key& a, const Key& b)
         return a.whole < b.whole;
     if (a.text != b.text)
         return a.text < b.text;
-    return a.place < b.place;
+    return a.position < b.position;
 }
 
-// Pushes a sequence of the table's keys, in order.
+// Pushes a list of the table's keys in the fixed order.
 void PushSortedKeys(lua_State* L, int table)
 {
     lua_newtable(L);
@@ -77,37 +92,38 @@ void PushSortedKeys(lua_State* L, int table)
     std::vector<Key> keys;
     for (lua_pushnil(L); lua_next(L, table) != 0; lua_pop(L, 1))
     {
-        const auto place = static_cast<lua_Integer>(keys.size()) + 1;
-        keys.push_back(DescribeKey(L, -2, place));
+        const auto position = static_cast<lua_Integer>(keys.size()) + 1;
+        keys.push_back(DescribeKey(L, -2, position));
         lua_pushvalue(L, -2);
-        lua_rawseti(L, unsorted, place);
+        lua_rawseti(L, unsorted, position);
     }
     std::sort(keys.begin(), keys.end(), ComesBefore);
     lua_createtable(L, static_cast<int>(std::min<size_t>(keys.size(), 1 << 24)), 0);
-    lua_Integer place = 0;
+    lua_Integer position = 0;
     for (const Key& key : keys)
     {
-        lua_rawgeti(L, unsorted, key.place);
-        lua_rawseti(L, -2, ++place);
+        lua_rawgeti(L, unsorted, key.position);
+        lua_rawseti(L, -2, ++position);
     }
     lua_remove(L, unsorted);
 }
 
-// The iterator of pairs. Upvalues: the keys, the place of the last one. Keys that are gone meanwhile are passed over.
+// The iterator of pairs. Upvalue 1: the list of keys; upvalue 2: the position of the last one. Keys that were removed
+// since are skipped.
 int NextOfKeys(lua_State* L)
 {
     luaL_checktype(L, 1, LUA_TTABLE); // a script can keep the iterator and hand it anything
-    lua_Integer place = lua_tointeger(L, lua_upvalueindex(2));
+    lua_Integer position = lua_tointeger(L, lua_upvalueindex(2));
     while (true)
     {
-        if (lua_rawgeti(L, lua_upvalueindex(1), ++place) == LUA_TNIL)
+        if (lua_rawgeti(L, lua_upvalueindex(1), ++position) == LUA_TNIL)
             return 1;
         lua_pushvalue(L, -1);
         if (lua_rawget(L, 1) != LUA_TNIL)
             break;
         lua_pop(L, 2);
     }
-    lua_pushinteger(L, place);
+    lua_pushinteger(L, position);
     lua_replace(L, lua_upvalueindex(2));
     return 2;
 }
@@ -130,24 +146,24 @@ int PairsOf(lua_State* L)
     return 3;
 }
 
-// The key after the given one, found anew each time: pairs is the quick way.
+// next: the key after the given one. Each call sorts all keys again; pairs sorts once.
 int NextOf(lua_State* L)
 {
     luaL_checktype(L, 1, LUA_TTABLE);
     lua_settop(L, 2);
     PushSortedKeys(L, 1);
-    lua_Integer place = 1;
+    lua_Integer position = 1;
     if (!lua_isnil(L, 2))
     {
-        for (; lua_rawgeti(L, 3, place) != LUA_TNIL; ++place, lua_pop(L, 1))
+        for (; lua_rawgeti(L, 3, position) != LUA_TNIL; ++position, lua_pop(L, 1))
             if (lua_rawequal(L, -1, 2) != 0)
                 break;
         if (lua_isnil(L, -1))
             return luaL_error(L, "next() - the table has no such key");
         lua_pop(L, 1);
-        ++place;
+        ++position;
     }
-    if (lua_rawgeti(L, 3, place) == LUA_TNIL)
+    if (lua_rawgeti(L, 3, position) == LUA_TNIL)
         return 1;
     lua_pushvalue(L, -1);
     lua_rawget(L, 1);

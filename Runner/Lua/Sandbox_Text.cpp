@@ -1,13 +1,13 @@
-// Text without addresses, which differ from run to run, and without the sign of a NaN, which differs from processor to
-// processor: a game could steer by them. Lua's own conversions (.. and table.concat) still show the sign.
+// tostring, print and string.format without addresses, which differ between runs: a game's decisions could depend on
+// them. The sign of a NaN, which differs between processors, is kept out of Lua's conversions themselves.
 
-#include "Files/IO/Debug_Console.h"
+#include "Runner/Host/Console.h"
 #include "Runner/Lua/Sandbox.h"
 #include "Runner/Lua/Script_Engine.h"
 
 #include <lua.hpp>
 
-#include <limits>
+#include <cstring>
 #include <string>
 #include <string_view>
 
@@ -25,20 +25,9 @@ bool ShowsAddress(lua_State* L, int index)
     return false;
 }
 
-// Replaces a NaN by the positive one; index counts from the bottom.
-void DropSignOfNan(lua_State* L, int index)
-{
-    const bool isFloat = lua_type(L, index) == LUA_TNUMBER && lua_isinteger(L, index) == 0;
-    if (!isFloat || lua_tonumber(L, index) == lua_tonumber(L, index))
-        return;
-    lua_pushnumber(L, std::numeric_limits<lua_Number>::quiet_NaN());
-    lua_replace(L, index);
-}
-
-// Pushes the value's text.
+// Pushes the text of the value.
 const char* PushTextOf(lua_State* L, int index, size_t* size)
 {
-    DropSignOfNan(L, index);
     if (!ShowsAddress(L, index))
         return luaL_tolstring(L, index, size);
     lua_pushstring(L, luaL_typename(L, index));
@@ -64,14 +53,13 @@ int PrintValues(lua_State* L)
         lua_pop(L, 1);
     }
     line += '\n';
-    if (dbg_csol != nullptr)
-        dbg_csol->Output(line.c_str());
+    PrintLog(line);
     return 0;
 }
 
 int Print(lua_State* L) { return RunForLua(L, PrintValues); }
 
-// Looks past zero bytes, as Lua's own does.
+// Whether the format has a %p, also behind a zero byte: Lua reads on there as well.
 bool AsksForAddress(std::string_view format)
 {
     for (size_t percent = format.find('%'); percent != std::string_view::npos; percent = format.find('%', percent))
@@ -85,7 +73,7 @@ bool AsksForAddress(std::string_view format)
     return false;
 }
 
-// Upvalue 1: Lua's own.
+// string.format. Upvalue 1: Lua's string.format.
 int Format(lua_State* L)
 {
     size_t size = 0;
@@ -94,7 +82,6 @@ int Format(lua_State* L)
         return luaL_error(L, "string.format() - %%p is not available to games");
     for (int i = lua_gettop(L); i > 1; --i)
     {
-        DropSignOfNan(L, i);
         if (!ShowsAddress(L, i))
             continue;
         lua_pushstring(L, luaL_typename(L, i));

@@ -6,10 +6,12 @@
 
 #include <lua.hpp>
 
+#include <algorithm>
 #include <csignal>
 #include <cstdlib>
 #include <cstring>
 #include <new>
+#include <string_view>
 #include <utility>
 #include <vector>
 
@@ -19,10 +21,13 @@ namespace
 {
 constexpr size_t MEMORY_LIMIT = size_t{1} << 30;
 constexpr int INSTRUCTIONS_BETWEEN_CHECKS = 100000;
+constexpr int CHECKS_AFTER_INTERRUPT = 100;          // ten million instructions: a frame that comes back is finished
 constexpr char INCLUDED_FILES[] = "runner.included"; // registry: name -> { result }
 
 ScriptEngine* s_current = nullptr;
 volatile std::sig_atomic_t s_interrupted = 0;
+int s_checksLeft = 0; // before a script that runs on after the signal is ended
+bool s_gaveUp = false;
 
 int PushText(lua_State* L, const std::string& text)
 {
@@ -30,7 +35,7 @@ int PushText(lua_State* L, const std::string& text)
     return 1;
 }
 
-// Whether the text has "name:12:" in it.
+// Whether the text contains a position such as "name:12:".
 bool HasPosition(const std::string& text)
 {
     for (size_t colon = text.find(':'); colon != std::string::npos; colon = text.find(':', colon + 1))
@@ -40,6 +45,18 @@ bool HasPosition(const std::string& text)
             return true;
     }
     return false;
+}
+
+// The text after a byte-order mark and after a first line for the shell (#!), whose line end stays: lines keep their
+// numbers.
+std::string_view WithoutPreamble(std::string_view text)
+{
+    constexpr std::string_view BYTE_ORDER_MARK = "\xEF\xBB\xBF";
+    if (text.substr(0, BYTE_ORDER_MARK.size()) == BYTE_ORDER_MARK)
+        text.remove_prefix(BYTE_ORDER_MARK.size());
+    if (text.substr(0, 1) == "#")
+        text.remove_prefix(std::min(text.find('\n'), text.size()));
+    return text;
 }
 
 struct ProtectedCall
@@ -59,7 +76,7 @@ int RunProtected(lua_State* L)
                      });
 }
 
-// What a failing body left behind: a message on the stack, and whether a position belongs before it.
+// False: body threw, and its message is on the stack.
 bool RunAndCatch(lua_State* L, int (*body)(lua_State*), int& results)
 {
     try
@@ -141,7 +158,7 @@ void ScriptEngine::Prepare(Random& random)
 void* ScriptEngine::Allocate(void* engine, void* block, size_t oldSize, size_t newSize)
 {
     auto* self = static_cast<ScriptEngine*>(engine);
-    const size_t held = block == nullptr ? 0 : oldSize; // for a new block oldSize tells what it is for
+    const size_t held = block == nullptr ? 0 : oldSize; // for a new block oldSize is the type of what it is for
     if (newSize == 0)
     {
         std::free(block);
@@ -160,12 +177,25 @@ void* ScriptEngine::Allocate(void* engine, void* block, size_t oldSize, size_t n
 
 void ScriptEngine::Interrupt() { s_interrupted = 1; }
 bool ScriptEngine::Interrupted() { return s_interrupted != 0; }
-void ScriptEngine::ClearInterrupt() { s_interrupted = 0; }
+bool ScriptEngine::GaveUp() { return s_gaveUp; }
 
+void ScriptEngine::ClearInterrupt()
+{
+    s_interrupted = 0;
+    s_checksLeft = CHECKS_AFTER_INTERRUPT;
+    s_gaveUp = false;
+}
+
+// The first error may be caught by the script. From then on every instruction of this coroutine is checked, so that the
+// next one comes outside of the pcall that caught it.
 void ScriptEngine::CheckInterrupt(lua_State* L, lua_Debug*)
 {
-    if (s_interrupted != 0)
-        luaL_error(L, "interrupted");
+    if (s_interrupted == 0 || s_checksLeft-- > 0)
+        return;
+    s_checksLeft = 0;
+    s_gaveUp = true;
+    lua_sethook(L, &ScriptEngine::CheckInterrupt, LUA_MASKCOUNT, 1);
+    luaL_error(L, "the script did not come back");
 }
 
 // ---- files ----
@@ -188,8 +218,8 @@ void ScriptEngine::LoadFile(lua_State* L, const std::string& path, const std::st
     m_files.Bytes(shownName.c_str(), shownName.size() + 1);
     m_files.Bytes(bytes.data(), bytes.size());
     const std::string chunk = "@" + shownName;
-    const char* text = reinterpret_cast<const char*>(bytes.data());
-    if (luaL_loadbufferx(L, text, bytes.size(), chunk.c_str(), "t") != LUA_OK)
+    const std::string_view text = WithoutPreamble({reinterpret_cast<const char*>(bytes.data()), bytes.size()});
+    if (luaL_loadbufferx(L, text.data(), text.size(), chunk.c_str(), "t") != LUA_OK)
         throw PositionedError(lua_tostring(L, -1));
 }
 
@@ -222,7 +252,9 @@ void ScriptEngine::Include(lua_State* L, const std::string& name)
         LoadFile(L, PathOf(name), name);
         lua_createtable(L, 1, 0);
         lua_pushvalue(L, -1);
-        lua_setfield(L, -4, name.c_str()); // an include of itself sees no result, and ends
+        lua_setfield(
+            L, -4,
+            name.c_str()); // stored before the file runs: a file that includes itself gets nil and does not recurse
         lua_insert(L, -2);
         lua_call(L, 0, 1);
         lua_rawseti(L, -2, 1);
@@ -240,7 +272,7 @@ int ScriptEngine::Keep(lua_State* L, int index)
     return reference;
 }
 
-// A function of a script has lines of its own.
+// Lua functions are not noted: their errors have a line.
 void ScriptEngine::NoteGiver(lua_State* L, int index, int reference)
 {
     if (lua_iscfunction(L, index) != 0)
@@ -265,7 +297,7 @@ std::string ScriptEngine::PositionOfGiver() const
     return giver == m_givers.end() ? "" : giver->second;
 }
 
-// Makes any error value a line of text, with a position as far as one is known.
+// Turns an error value of any type into a line of text, with a position where one is known.
 int ScriptEngine::DescribeError(lua_State* L)
 {
     std::string position = ScriptPosition(L);

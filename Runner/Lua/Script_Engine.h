@@ -1,8 +1,8 @@
 #pragma once
-// The Lua state of a game.
+// The script engine owns the Lua state of a game and runs its scripts.
 //
-// No C++ exception ever passes through Lua, and no Lua error through the module: scripts run inside Protect, and what
-// goes wrong there becomes the engine's failure, which stops the game. After a failure no script runs any more.
+// Scripts run inside Protect: no C++ exception passes through Lua and no Lua error through the module. An error that
+// leaves Protect becomes the engine's failure, which stops the game; no script runs after it.
 
 #include "Runner/Base/Hash.h"
 #include "Runner/Lua/Missing_Scripts.h"
@@ -21,14 +21,15 @@ namespace Runner
 class Instance;
 class Random;
 
-// What a script did wrong, without its position. Thrown by the functions that scripts call, inside Runner/Lua only.
+// An error of a script, without its position. Functions that scripts call throw it; RunForLua turns it into a Lua
+// error.
 class ScriptError : public std::runtime_error
 {
 public:
     using std::runtime_error::runtime_error;
 };
 
-// Likewise, with the position in the text already.
+// An error of a script whose text has the position already.
 class PositionedError : public ScriptError
 {
 public:
@@ -38,7 +39,7 @@ public:
 class ScriptEngine
 {
 public:
-    // random: what math.random draws from. Lives as long as the engine.
+    // random: the generator behind math.random. It must live as long as the engine.
     explicit ScriptEngine(Random& random);
     ~ScriptEngine();
     ScriptEngine(const ScriptEngine&) = delete;
@@ -47,34 +48,35 @@ public:
     static ScriptEngine* Current(); // null while there is none
     bool IsOpen() const { return m_main != nullptr; }
 
-    NumberedScripts numbered; // callbacks that scripts gave as numbers
+    NumberedScripts numbered; // the scripts of script_add
     MissingScripts missing;   // callbacks with a number that was never given
 
     lua_State* Running() const { return m_running; } // the main state, or the coroutine that runs now
 
     // ---- files; names are relative to the main file's directory ----
-    bool RunMain(const std::string& file);                   // false: see Failure
-    void Include(lua_State* L, const std::string& name);     // pushes the file's result. Throws ScriptError
-    std::string PathOf(const std::string& name) const;       // of a file that belongs to the game. Throws ScriptError
-    uint64_t Fingerprint() const { return m_files.Value(); } // of the names and texts of all files run so far
+    bool RunMain(const std::string& file);               // false: it failed, see Failure
+    void Include(lua_State* L, const std::string& name); // pushes the file's result. Throws ScriptError
+    std::string PathOf(const std::string& name) const; // throws ScriptError for a name outside of the game's directory
+    uint64_t Fingerprint() const { return m_files.Value(); } // a hash of the names and texts of all files run so far
 
     // ---- values that outlive a call ----
     int Keep(lua_State* L, int index);                      // a reference to the value
-    void NoteGiver(lua_State* L, int index, int reference); // a script hands over a value that was kept before
-    void Drop(int reference);                               // takes the ones below zero
+    void NoteGiver(lua_State* L, int index, int reference); // for a value that was kept before and is handed over again
+    void Drop(int reference);                               // ignores references below zero
     static void Push(lua_State* L, int reference);
 
     // ---- running scripts ----
-    // Calls a kept function, with self when that is given. True for a negative reference: there is nothing to run.
+    // Calls a kept function, with self if there is one. False: it failed. A negative reference runs nothing: true.
     bool Call(int reference, Instance* self = nullptr);
 
-    // Runs body inside Lua's protection. False: it failed, see Failure; or an earlier failure stands, and it did not
-    // run.
-    // called: the kept function that body calls. When that is a C function, its error names the line that gave it.
+    // Runs body and catches Lua errors. False: body failed, see Failure, or did not run because of an earlier failure.
+    // called: the reference of the function that body calls, if any. A C function has no lines of its own: its error
+    // names the line that handed it over.
     using Body = void (*)(lua_State* L, void* context);
     bool Protect(Body body, void* context, int called = -1);
 
-    // The function that Lua calls runs in the coroutine L until the guard goes.
+    // Makes L the running state until the guard is destroyed. A function that Lua calls holds one: L may be a
+    // coroutine.
     class RunningGuard
     {
     public:
@@ -97,12 +99,15 @@ public:
     // ---- failure ----
     bool Failed() const { return !m_failure.empty(); }
     const std::string& Failure() const { return m_failure; } // one line, with file and line of the script
-    void Fail(const std::string& text);                      // the first one stays
-    std::string TakeFailure();                               // and scripts may run again
+    void Fail(const std::string& text);                      // a failure that stands already is kept
+    std::string TakeFailure();                               // clears it: scripts may run again
 
-    // Makes running scripts fail soon. May be called from a signal handler.
+    // ---- interruption ----
+    // A running script gets time for a frame's work and then fails, however often it catches the error. Safe in a
+    // signal handler.
     static void Interrupt();
     static bool Interrupted();
+    static bool GaveUp(); // whether a script has been ended for not coming back
     static void ClearInterrupt();
 
 private:
@@ -112,16 +117,16 @@ private:
     void Prepare(Random& random);
     std::string PositionOfGiver() const;
 
-    // For error messages that Lua makes: runs inside Protect.
+    // The message handler of Protect.
     static int DescribeError(lua_State* L);
 
     lua_State* m_main = nullptr;
     lua_State* m_running = nullptr;
     Instance* m_self = nullptr;
-    int m_called = -1;                   // the kept function that Protect runs
+    int m_called = -1;                   // the reference that Protect was given
     std::map<int, std::string> m_givers; // reference of a C function -> the position of the call that handed it over
-    size_t m_memory = 0;                 // bytes that Lua holds
-    std::string m_directory; // of the main file, with a separator at its end; empty for the working directory
+    size_t m_memory = 0;                 // bytes allocated by Lua
+    std::string m_directory;             // of the main file, ends with a slash; empty: the working directory
     std::string m_failure;
     Hash m_files;
 };
@@ -129,7 +134,7 @@ private:
 // "file.lua:12: " of the innermost script function that is running; empty when there is none.
 std::string ScriptPosition(lua_State* L);
 
-// For functions that Lua calls: runs body, which may throw, and raises what it threw as an error with the script's
-// position. Everything that body made is gone by then.
+// Runs the body of a function that Lua calls, and raises a ScriptError or a refused allocation as a Lua error with the
+// script's position. Lua's error is raised after body's locals were destroyed.
 int RunForLua(lua_State* L, int (*body)(lua_State*));
 } // namespace Runner

@@ -17,7 +17,7 @@ constexpr char SELF_TYPE[] = "instance";
 
 struct Handle
 {
-    Instance* instance; // null once it is gone
+    Instance* instance; // null after the instance was removed
     int id;
 };
 
@@ -29,7 +29,7 @@ void Touch(Instance& instance)
         world->Touch(instance);
 }
 
-// The fields that are no plain members: what only scripts see, and the position, which the module knows too.
+// Fields that are not plain members of Instance: computed ones, and the position, a member of the module's CInstance.
 struct SpecialField
 {
     const char* name;
@@ -75,10 +75,18 @@ template <typename Whole> void PushValue(lua_State* L, Whole value) { lua_pushin
 
 void ReadValue(lua_State* L, int index, float& value) { value = FiniteAt(L, index); }
 void ReadValue(lua_State* L, int index, bool& value) { value = FlagAt(L, index); }
-void ReadValue(lua_State* L, int index, int32_t& value) { value = WholeAt(L, index); }
 void ReadValue(lua_State* L, int index, uint32_t& value) { value = ColourAt(L, index); }
 
-// A field of an instance under its name in scripts: one of the two lists holds it.
+void ReadValue(lua_State* L, int index, int32_t& value)
+{
+    const int sprite = WholeAt(L, index);
+    const World* world = World::Current();
+    if (sprite != NO_SPRITE && (world == nullptr || world->FindSpriteExtent(sprite) == nullptr))
+        throw ScriptError(NoSuchSprite(sprite));
+    value = sprite;
+}
+
+// A field of an instance as scripts name it: an entry of SPECIAL_FIELDS or of INSTANCE_FIELDS. The other is null.
 struct Field
 {
     const SpecialField* special;
@@ -114,8 +122,8 @@ Field FieldNumber(size_t number)
     return {nullptr, &INSTANCE_FIELDS[number - SPECIAL_COUNT]};
 }
 
-// The first upvalue of both accessors maps the names of fields to their numbers. Without a value: a variable of the
-// script.
+// The field that the key names; none when the key names a variable of the script. Upvalue 1 of both accessors is a
+// table from names to field numbers.
 std::optional<Field> FieldAt(lua_State* L, int key)
 {
     lua_pushvalue(L, key);
@@ -202,7 +210,7 @@ int ShowSelf(lua_State* L)
     return 1;
 }
 
-// pairs(self) goes through the script's variables.
+// __pairs: pairs(self) lists the variables of the script, not the fields of the host.
 int ListVariables(lua_State* L)
 {
     HandleAt(L, 1);
@@ -226,6 +234,11 @@ void PushFieldNames(lua_State* L)
 }
 } // namespace
 
+std::string NoSuchSprite(int sprite)
+{
+    return "must be a sprite or -1 for none, there is no sprite " + std::to_string(sprite);
+}
+
 void OpenSelves(lua_State* L)
 {
     luaL_newmetatable(L, SELF_TYPE);
@@ -240,7 +253,7 @@ void OpenSelves(lua_State* L)
     lua_pushcfunction(L, ListVariables);
     lua_setfield(L, -2, "__pairs");
     lua_pushboolean(L, 0);
-    lua_setfield(L, -2, "__metatable"); // out of the reach of scripts
+    lua_setfield(L, -2, "__metatable"); // getmetatable answers false, so scripts cannot reach the metamethods
     lua_pop(L, 1);
 }
 

@@ -18,14 +18,14 @@ namespace Runner
 namespace
 {
 constexpr lua_Integer EXACT_IN_DOUBLE = lua_Integer{1} << 53;
-constexpr lua_Unsigned ELEMENTS_MAX = 1 << 20; // of one value, in tables of all depths
+constexpr lua_Unsigned ELEMENTS_MAX = 1 << 20; // elements of one value, over all nested tables
 constexpr double WHOLE_LIMIT = 2147483648.0;
 
-// One value on its way to the host.
+// The conversion of one value to the host.
 struct Crossing
 {
     lua_State* L;
-    lua_Unsigned elements = 0; // taken so far: a table that holds another twice has its elements twice
+    lua_Unsigned elements = 0; // converted so far. A table that another holds twice is converted twice, at each depth
 };
 
 RValue ToHostAtDepth(Crossing& crossing, int index, int depth);
@@ -48,7 +48,7 @@ RValue TextToHost(lua_State* L, int index)
     return MakeString(std::string_view(text, size));
 }
 
-// An array under construction: released when an element cannot cross.
+// An array that is being filled. The destructor releases it unless Take handed it on.
 struct HeldArray
 {
     RValue value;
@@ -61,7 +61,8 @@ struct HeldArray
     }
 };
 
-// An element that cannot cross is named by its place in the outermost table.
+// Converts the elements of a table. Each level overwrites the entry in a CannotCross, so it names the outermost
+// table's.
 void TakeElements(Crossing& crossing, int table, int depth, const RefDynamicArrayOfRValue& array)
 {
     lua_State* L = crossing.L;

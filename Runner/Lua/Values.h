@@ -1,11 +1,11 @@
 #pragma once
-// Values across the border between Lua and the host.
+// Conversion of values between Lua and the host.
 //
-//   nil                undefined; null and unset values come back as nil as well
-//   number             a real; an integer beyond 53 bits an int64. Whole reals below 2^31 come back as Lua integers
-//   string, boolean    the same
-//   table              a new array of its sequence part, and back; 32 levels deep at most
-//   function           a callable object; the same function comes back
+//   nil                undefined; undefined, null and unset values become nil
+//   number             a real; an integer of more than 53 bits an int64. Whole reals below 2^31 become Lua integers
+//   string, boolean    a string, a bool
+//   table              a new array of the elements 1 to #table; an array becomes a new table. 32 levels deep at most
+//   function           a callable object, which becomes the same function again
 //   an instance's self the instance's identifier
 
 #include "Files/LLVM/RValue.h"
@@ -18,28 +18,28 @@ struct lua_State;
 
 namespace Runner
 {
-// A value that the host has no form for. Its text describes the value: "a coroutine".
+// Thrown for a value that has no host form. The text describes the value: "a coroutine".
 class CannotCross : public ScriptError
 {
 public:
     using ScriptError::ScriptError;
-    int argument = 0; // of a call, from 1; 0: not told
-    int entry = 0;    // of the table that was to cross, from 1; 0: the value itself
+    int argument = 0; // of a call, from 1; 0: the value is no argument
+    int entry = 0;    // of the table that was converted, from 1; 0: it is the value itself
 };
 
-// The value holds a reference of its own. Throws CannotCross.
+// The result holds a reference of its own: give it to Release. Throws CannotCross.
 RValue ToHost(lua_State* L, int index);
 
 void PushFromHost(lua_State* L, const RValue& value);
 
-// Argument values of one call, released with it and roots of the collector meanwhile. Padded with undefined values, so
-// that a handler may read further than the script gave.
+// The arguments of one call as host values: roots of the collector until the destructor releases them. They are padded
+// with undefined values, so that a handler may read further than the script gave.
 class HostArguments
 {
 public:
     static constexpr int AT_LEAST = 16; // values that every handler may read
 
-    // Takes the values 1 to count. Throws CannotCross, with the argument's number.
+    // Converts the stack's values 1 to count. Throws CannotCross with the number of the argument.
     HostArguments(lua_State* L, int count, int padTo);
     ~HostArguments();
     HostArguments(const HostArguments&) = delete;
@@ -51,8 +51,8 @@ private:
     void ReleaseAll();
 
     RValue m_few[AT_LEAST];
-    std::vector<RValue> m_many; // when there are more
-    RValue* m_values;           // the one or the other
+    std::vector<RValue> m_many; // used instead of m_few when there are more
+    RValue* m_values;           // m_few or the elements of m_many
     int m_size;
 };
 } // namespace Runner

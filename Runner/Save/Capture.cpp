@@ -1,4 +1,4 @@
-// The running game becomes a SavedState.
+#include "Runner/Save/Capture.h"
 
 #include "Files/Graphics/Graphics_Support.h"
 #include "Runner/Base/Printable.h"
@@ -6,7 +6,7 @@
 #include "Runner/Game/Game.h"
 #include "Runner/Host/Buffer.h"
 #include "Runner/Host/Console.h"
-#include "Runner/Save/Saved_Game.h"
+#include "Runner/Save/Save_File.h"
 #include "Runner/Save/Script_Values.h"
 #include "Runner/Save/Withheld_Callbacks.h"
 

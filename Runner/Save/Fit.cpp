@@ -1,10 +1,9 @@
-// Checks whether the running game can go on with a saved state. Changes nothing.
+#include "Runner/Save/Fit.h"
 
 #include "Runner/Base/Printable.h"
-#include "Runner/Base/Whole_File.h"
 #include "Runner/Draw/Painter.h"
 #include "Runner/Game/Game.h"
-#include "Runner/Save/Saved_Game.h"
+#include "Runner/Save/Save_File.h"
 
 #include <algorithm>
 #include <cmath>
@@ -14,12 +13,6 @@ namespace Runner
 namespace
 {
 constexpr int32_t NUMBER_LIMIT = 0x70000000; // of saved counters: room to count on
-
-bool Refuse(const std::string& path, const std::string& reason, std::string& why)
-{
-    why = "cannot load " + Printable(path, FILENAME_MAX) + ": " + reason;
-    return false;
-}
 
 // ---- the game ----
 
@@ -135,19 +128,8 @@ bool FitsGame(const Game& game, const SavedState& state, const std::string& path
                             SurfacesFit(state.surfaces) && TileMapsFit(*game.CurrentPainter(), state.tileMaps);
     if (reason.empty() && !makesSense)
         reason = "it is damaged: its content makes no sense";
-    return reason.empty() || Refuse(path, reason, why);
-}
-
-bool ReadSavedGame(const std::string& path, SavedState& state, std::string& why)
-{
-    std::vector<uint8_t> file;
-    std::string reason;
-    if (!ReadWholeFile(path, file, why))
-        return false;
-    if (file.size() > SAVE_SIZE_MAX)
-        reason = "it is too large for a saved game";
-    else
-        DecodeState(file, state, reason);
-    return reason.empty() || Refuse(path, reason, why);
+    if (!reason.empty())
+        why = CannotLoad(path, reason);
+    return reason.empty();
 }
 } // namespace Runner

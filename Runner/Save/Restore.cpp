@@ -1,9 +1,8 @@
-// A SavedState becomes the running game.
+#include "Runner/Save/Restore.h"
 
 #include "Files/Graphics/Graphics_Support.h"
 #include "Runner/Game/Game.h"
 #include "Runner/Host/Buffer.h"
-#include "Runner/Save/Saved_Game.h"
 #include "Runner/Save/Script_Values.h"
 
 namespace Runner

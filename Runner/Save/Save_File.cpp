@@ -1,9 +1,14 @@
 // The file of a saved game: a header, a table of sections, the sections.
 
+#include "Runner/Save/Save_File.h"
+
 #include "Runner/Base/Hash.h"
+#include "Runner/Base/Printable.h"
+#include "Runner/Base/Whole_File.h"
 #include "Runner/Save/Sections.h"
 
 #include <algorithm>
+#include <cstdio>
 #include <cstring>
 
 namespace Runner
@@ -134,5 +139,25 @@ bool DecodeState(const std::vector<uint8_t>& file, SavedState& state, std::strin
     else if (!ValuesAreConsistent(state))
         why = "it is damaged: its variables make no sense";
     return why.empty();
+}
+
+std::string CannotLoad(const std::string& path, const std::string& reason)
+{
+    return "cannot load " + Printable(path, FILENAME_MAX) + ": " + reason;
+}
+
+bool ReadSavedGame(const std::string& path, SavedState& state, std::string& why)
+{
+    std::vector<uint8_t> file;
+    if (!ReadWholeFile(path, file, why))
+        return false;
+    std::string reason;
+    if (file.size() > SAVE_SIZE_MAX)
+        reason = "it is too large for a saved game";
+    else
+        DecodeState(file, state, reason);
+    if (!reason.empty())
+        why = CannotLoad(path, reason);
+    return reason.empty();
 }
 } // namespace Runner

@@ -3,7 +3,10 @@
 #include "Files/IO/Load_Save.h"
 #include "Runner/Host/Console.h"
 #include "Runner/Host/Files.h"
-#include "Runner/Save/Saved_Game.h"
+#include "Runner/Save/Capture.h"
+#include "Runner/Save/Fit.h"
+#include "Runner/Save/Restore.h"
+#include "Runner/Save/Save_File.h"
 
 namespace Runner
 {

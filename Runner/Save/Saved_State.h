@@ -123,15 +123,4 @@ struct SavedState
     std::vector<SavedTileMap> tileMaps; // ascending by number
     SavedValues values;
 };
-
-// ---- as bytes ----
-
-// Docs/Saves.md describes the file. False, and why, for a state that no file can hold.
-bool EncodeState(const SavedState& state, std::vector<uint8_t>& file, std::string& why);
-
-// False, and why in a few words, for what is no undamaged file of this version. What comes out is consistent in itself:
-// every number of a table or camera names one.
-bool DecodeState(const std::vector<uint8_t>& file, SavedState& state, std::string& why);
-
-constexpr uint32_t SAVE_VERSION = 1;
 } // namespace Runner

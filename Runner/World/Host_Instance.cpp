@@ -26,14 +26,13 @@ template <> CObject* KvHash<CObject>::Find(int key) const
     return world == nullptr ? nullptr : world->FindObject(key);
 }
 
-// The world owns the instances of rooms. Helper instances belong to nobody in particular, so the collector gets them;
-// whoever needs one makes it a root.
+// A room's instances are owned by the world, helper instances by the collector: who needs one makes it a root.
 CInstance::CInstance(float startX, float startY, int id, int objectIndex, bool)
     : KvObjectBase(0, OBJECT_VARIABLE_MASK), x(startX), y(startY), m_flags(0), m_id(id), m_objectIndex(objectIndex)
 {
     m_kind = OBJECT_KIND_INSTANCE;
     if (objectIndex == g_DummyObjectIndex)
-        static_cast<void>(Runner::Collector::Place(this)); // refused: unplaced, so it is never freed, but it works
+        static_cast<void>(Runner::Collector::Place(this)); // when refused, it works and is never freed
 }
 
 void CInstance::Compute_BoundingBox(bool force)

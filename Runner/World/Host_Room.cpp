@@ -4,14 +4,14 @@
 #include "Files/Graphics/Camera_Manager.h"
 #include "Files/Room/Room.h"
 #include "Runner/Host/Value.h"
-#include "Runner/World/Room.h"
+#include "Runner/World/Running_Room.h"
 
 CRoom* Run_Room = nullptr;
 int g_DefaultCameraID = -1;
 
 namespace
 {
-// Null, and reported in the name of the built-in, when there is no such view.
+// A view of the running room. Null when there is none, which is then reported in the built-in's name.
 Runner::View* FindView(const char* builtin, int view)
 {
     const Runner::Rooms* rooms = Runner::Rooms::Current();
@@ -80,7 +80,7 @@ bool GV_ViewSurfaceID(CInstance*, int view, RValue* out)
     return Get("view_get_surface_id", &Runner::ViewFields::surface, view, out);
 }
 
-// The module keeps a list of the room's cameras; a look-up right after the assignment must find the new one there.
+// The module's list of the room's cameras is built again at once: the next look-up must find the new camera.
 bool SV_ViewCamera(CInstance*, int view, RValue* value)
 {
     Runner::View* found = FindView("view_set_camera", view);

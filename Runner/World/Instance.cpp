@@ -1,5 +1,7 @@
 #include "Runner/World/Instance.h"
 
+#include "Files/Graphics/Trigonometry.h"
+#include "Platform/Matrix.h"
 #include "Platform/Strict_Float.h"
 #include "Runner/World/World.h"
 
@@ -10,27 +12,25 @@ namespace Runner
 {
 namespace
 {
-constexpr float RADIANS = 0.017453292f;
-
-// The upright rectangle around a box that is scaled, then turned counter-clockwise about its origin.
-RoomArea TurnedBox(const RoomArea& box, const Instance& instance)
+// The axis-aligned rectangle around a box that is scaled, then rotated counter-clockwise about the origin.
+RoomArea RotatedBox(const RoomArea& box, const Instance& instance)
 {
-    const float cosine = cosf(instance.angle * RADIANS);
-    const float sine = sinf(instance.angle * RADIANS);
+    const float cosine = GR_Cos(instance.angle * RADIANS_PER_DEGREE);
+    const float sine = GR_Sin(instance.angle * RADIANS_PER_DEGREE);
     const float xs[2] = {box.left * instance.scaleX, box.right * instance.scaleX};
     const float ys[2] = {box.top * instance.scaleY, box.bottom * instance.scaleY};
-    RoomArea turned = {INFINITY, INFINITY, -INFINITY, -INFINITY};
+    RoomArea rotated = {INFINITY, INFINITY, -INFINITY, -INFINITY};
     for (const float x : xs)
         for (const float y : ys)
         {
-            const float turnedX = x * cosine + y * sine;
-            const float turnedY = y * cosine - x * sine;
-            turned.left = std::min(turned.left, turnedX);
-            turned.right = std::max(turned.right, turnedX);
-            turned.top = std::min(turned.top, turnedY);
-            turned.bottom = std::max(turned.bottom, turnedY);
+            const float rotatedX = x * cosine + y * sine;
+            const float rotatedY = y * cosine - x * sine;
+            rotated.left = std::min(rotated.left, rotatedX);
+            rotated.right = std::max(rotated.right, rotatedX);
+            rotated.top = std::min(rotated.top, rotatedY);
+            rotated.bottom = std::max(rotated.bottom, rotatedY);
         }
-    return turned;
+    return rotated;
 }
 
 RoomArea Joined(const RoomArea& a, const RoomArea& b)
@@ -38,7 +38,7 @@ RoomArea Joined(const RoomArea& a, const RoomArea& b)
     return {std::min(a.left, b.left), std::min(a.top, b.top), std::max(a.right, b.right), std::max(a.bottom, b.bottom)};
 }
 
-RoomArea Moved(const RoomArea& area, float x, float y)
+RoomArea Translated(const RoomArea& area, float x, float y)
 {
     return {area.left + x, area.top + y, area.right + x, area.bottom + y};
 }
@@ -66,12 +66,12 @@ void Instance::ComputeAreas()
     const SpriteExtent* extent = m_world.FindSpriteExtent(sprite);
     RoomArea spriteBox = {};
     if (extent != nullptr)
-        spriteBox = TurnedBox(
+        spriteBox = RotatedBox(
             {-extent->originX, -extent->originY, extent->width - extent->originX, extent->height - extent->originY},
             *this);
-    const RoomArea ownBox = type.traits.hasBox ? TurnedBox(type.traits.box, *this) : spriteBox;
-    box = Moved(ownBox, x, y);
-    drawArea = extent == nullptr ? box : Moved(Joined(ownBox, spriteBox), x, y);
+    const RoomArea ownBox = type.traits.hasBox ? RotatedBox(type.traits.box, *this) : spriteBox;
+    box = Translated(ownBox, x, y);
+    drawArea = extent == nullptr ? box : Translated(Joined(ownBox, spriteBox), x, y);
     m_flags &= ~static_cast<uint32_t>(eInstanceFlag_bbox_dirty);
 }
 } // namespace Runner

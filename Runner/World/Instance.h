@@ -7,10 +7,10 @@ namespace Runner
 {
 class World;
 
-// One thing in a room. The world owns it; the collector leaves it alone.
+// An instance in the running room. The world owns it; the collector does not free it.
 //
-// Whoever changes a field that moves it on the screen calls World::Touch, so that its boxes and its place in the grid
-// follow before they are next read.
+// World::Touch must follow every change of a field that moves or resizes the instance on the screen: its boxes and its
+// cells in the grid are then updated before they are next read.
 class Instance : public CInstance, public InstanceFields
 {
 public:
@@ -18,9 +18,9 @@ public:
 
     ObjectType& type;
 
-    // ---- where it is: current unless eInstanceFlag_bbox_dirty is set ----
-    RoomArea box = {};      // the object's box, or its sprite's, turned and scaled
-    RoomArea drawArea = {}; // box and sprite together
+    // ---- its area: current unless eInstanceFlag_bbox_dirty is set ----
+    RoomArea box = {};      // bounding box: the object's, or the sprite's, scaled and rotated
+    RoomArea drawArea = {}; // around box and sprite: what culling tests
 
     // ---- the script's side ----
     int self = NO_SCRIPT; // Lua reference of the value that events get; made with the first event
@@ -29,27 +29,28 @@ public:
     bool IsLive() const { return (m_flags & (eInstanceFlag_Marked | eInstanceFlag_Deactivated)) == 0; }
     bool IsDestroyed() const { return (m_flags & eInstanceFlag_Marked) != 0; }
 
-    // False: drawn in every view. So is an instance of whose size nothing is known.
+    // Whether a view that it does not touch leaves it out. False for an object with cull off, and without a box and a
+    // sprite, when its size is unknown.
     bool MayBeCulled() const { return type.traits.cull && (type.traits.hasBox || sprite != NO_SPRITE); }
 
-    // Null for helper instances and other objects of the collector.
+    // The instance that the object is; null for helper instances and all other kinds of objects.
     static Instance* From(KvObjectBase* object);
 
-    void ComputeAreas(); // box and drawArea from the fields above; the dirty flag goes
+    void ComputeAreas(); // computes box and drawArea from the fields above, and clears the dirty flag
 
 private:
     friend class World;
     friend class InstanceGrid;
 
     World& m_world;
-    bool m_isTouched = false; // waits in the world's list for its place in the grid
+    bool m_isTouched = false; // in the world's list of instances to put into the grid again
 
-    struct Span // of grid cells, last ones included
+    struct Span // a range of grid cells, both ends included
     {
         int left = 0, top = 0, right = -1, bottom = -1;
     };
     Span m_span;
-    bool m_isUnbounded = false; // stands in the grid's list of instances to look at always, not in cells
-    unsigned m_lastQuery = 0;   // an instance in several cells is found once
+    bool m_isUnbounded = false; // in the grid's list of instances that every query tests, and in no cell
+    unsigned m_lastQuery = 0;   // number of the query that tested it last: once a query, however many cells it is in
 };
 } // namespace Runner

@@ -8,14 +8,14 @@ namespace
 {
 constexpr float SMALLEST_CELL = 128.0f;
 constexpr int MOST_CELLS_ACROSS = 256;
-constexpr int MOST_CELLS_OF_ONE = 64; // an instance over more cells is looked at always
+constexpr int MOST_CELLS_OF_ONE = 64; // an instance over more cells is tested by every query instead
 
 void Drop(std::vector<Instance*>& from, const Instance* instance)
 {
-    const auto place = std::find(from.begin(), from.end(), instance);
-    if (place == from.end())
+    const auto found = std::find(from.begin(), from.end(), instance);
+    if (found == from.end())
         return;
-    *place = from.back();
+    *found = from.back();
     from.pop_back();
 }
 } // namespace
@@ -34,9 +34,9 @@ void InstanceGrid::Reset(int roomWidth, int roomHeight)
     m_query = 0;
 }
 
-int InstanceGrid::CellAt(float place, int count) const
+int InstanceGrid::CellAt(float position, int count) const
 {
-    const float cell = place / m_cellSize;
+    const float cell = position / m_cellSize;
     if (!(cell > 0.0f))
         return 0;
     return cell < static_cast<float>(count) ? static_cast<int>(cell) : count - 1;
@@ -57,7 +57,7 @@ std::vector<Instance*>& InstanceGrid::Cell(int column, int row)
     return m_cells[static_cast<size_t>(row) * static_cast<size_t>(m_columns) + static_cast<size_t>(column)];
 }
 
-void InstanceGrid::Place(Instance& instance)
+void InstanceGrid::Put(Instance& instance)
 {
     Remove(instance);
     const Span span = SpanOf(instance.drawArea);

@@ -1,6 +1,6 @@
 #pragma once
-// Which instances does a view touch? Asked for every view and frame, so the answer must cost what is seen and not what
-// exists: a room's instances are sorted into square cells.
+// A uniform grid over the room: each instance is listed in the square cells that its draw area overlaps. The query of
+// a view, made for every view and frame, then costs what the view shows and not what exists.
 
 #include "Runner/World/Instance.h"
 
@@ -13,10 +13,10 @@ class InstanceGrid
 public:
     InstanceGrid(); // as after Reset(1, 1)
 
-    // Empty, over a room of that size. Instances beyond its edges stand in the outermost cells.
+    // Empties the grid and lays it over a room of that size. The outermost cells reach beyond the room without end.
     void Reset(int roomWidth, int roomHeight);
 
-    void Place(Instance& instance); // at its drawArea; takes one that is placed already
+    void Put(Instance& instance); // into the cells of its drawArea, and out of those that it was in
     void Remove(Instance& instance);
 
     // Appends the instances whose draw area touches the region, and all that are never culled, in no particular order.
@@ -26,13 +26,13 @@ private:
     using Span = Instance::Span;
 
     Span SpanOf(const RoomArea& area) const;
-    int CellAt(float place, int count) const;
+    int CellAt(float position, int count) const;
     std::vector<Instance*>& Cell(int column, int row);
 
     float m_cellSize = 1.0f;
     int m_columns = 1, m_rows = 1;
     std::vector<std::vector<Instance*>> m_cells;
-    std::vector<Instance*> m_unbounded; // never culled, or larger than many cells
+    std::vector<Instance*> m_unbounded; // never culled, or over too many cells
     unsigned m_query = 0;
 };
 } // namespace Runner

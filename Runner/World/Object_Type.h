@@ -1,5 +1,5 @@
 #pragma once
-// An object as the game's scripts define it: what instances are made from.
+// Objects, which the game's scripts define: what instances are made from.
 
 #include "Files/Object/Object.h"
 #include "Runner/Base/Area.h"
@@ -20,7 +20,7 @@ constexpr int EVENT_COUNT = 4;
 
 constexpr int OBJECT_INDEX_LAST = INSTANCE_ID_FIRST - 1;
 constexpr int NO_SPRITE = -1;
-constexpr int NO_SCRIPT = -1; // in place of a Lua reference
+constexpr int NO_SCRIPT = -1; // instead of a Lua reference: no function
 
 // Defaults of new instances. A child starts from a copy of its parent's.
 struct ObjectTraits
@@ -31,14 +31,14 @@ struct ObjectTraits
     float depth = 0.0f;  // larger is further away
     bool visible = true;
     bool solid = false;
-    bool cull = true; // false: drawn also where the view does not touch it
+    bool cull = true;                                                                   // false: drawn in every view
     std::array<int, EVENT_COUNT> events = {NO_SCRIPT, NO_SCRIPT, NO_SCRIPT, NO_SCRIPT}; // Lua references
 
     int Script(Event event) const { return events[static_cast<size_t>(event)]; }
 };
 
-// The list of the base holds the instances of this object and of its children in the order of creation, destroyed ones
-// too until the world removes them.
+// An object. The base's recursive list holds the instances of this object and of its children, in the order of
+// creation; a destroyed one stays in it until the world removes it.
 class ObjectType : public CObject
 {
 public:

@@ -58,8 +58,8 @@ Instance& World::Create(ObjectType& type, float x, float y)
 
 Instance* World::Find(int id) const
 {
-    const auto place = m_byId.find(id);
-    return place == m_byId.end() ? nullptr : place->second;
+    const auto found = m_byId.find(id);
+    return found == m_byId.end() ? nullptr : found->second;
 }
 
 Instance* World::FindLive(ObjectType& type, int n) const
@@ -138,7 +138,7 @@ void World::RemoveAll(const Release& release)
     m_destroyed = 0;
 }
 
-// ---- places ----
+// ---- positions and the grid ----
 
 void World::SetRoomSize(int width, int height)
 {
@@ -176,7 +176,7 @@ void World::RefreshGrid()
     for (Instance* instance : m_touched)
     {
         instance->ComputeAreas();
-        m_grid.Place(*instance);
+        m_grid.Put(*instance);
         instance->m_isTouched = false;
     }
     m_touched.clear();

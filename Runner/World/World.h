@@ -1,12 +1,12 @@
 #pragma once
 // The objects of a game and the instances of its running room.
 //
-// W1 Instances stand in the order of creation, which is that of their identifiers.
+// W1 The instances are in the order of creation, which is that of their identifiers.
 // W2 An instance is in the recursive list of its object and of each of the object's ancestors, once, in that order.
 // W3 A destroyed instance stays in every list, flagged, until RemoveDestroyed.
 // W4 The identifier map holds exactly the instances of W1.
 //
-// One world at a time: it is what the host's instance and object maps look into.
+// There is one world at a time: the host's instance and object maps look into it.
 
 #include "Runner/World/Instance.h"
 #include "Runner/World/Instance_Grid.h"
@@ -18,7 +18,7 @@
 
 namespace Runner
 {
-// A sprite's frame, as far as the world needs it: pixels around the point that is put at x, y.
+// Size and origin of a sprite's frame, in pixels. The origin is the point of the frame that is drawn at x, y.
 struct SpriteExtent
 {
     float width = 0.0f, height = 0.0f, originX = 0.0f, originY = 0.0f;
@@ -40,7 +40,7 @@ public:
     ObjectType* FindObject(int index) const; // null when missing
     int ObjectCount() const { return static_cast<int>(m_objects.size()); }
 
-    // ---- instances; events are the caller's to run ----
+    // ---- instances: the caller runs their events ----
     Instance& Create(ObjectType& type, float x, float y);
     Instance* Find(int id) const;                      // destroyed ones too; null when missing
     Instance* FindLive(ObjectType& type, int n) const; // the n-th of the object and its children; null when missing
@@ -49,25 +49,25 @@ public:
     const std::vector<std::unique_ptr<Instance>>& Instances() const { return m_instances; }
     const std::vector<Instance*>& Steppers() const { return m_steppers; } // those with a step event, in order
 
-    // Removes what Destroy flagged. release is told of each just before it goes.
+    // Remove the instances that Destroy flagged, or all. release, unless null, is called for each just before.
     using Release = std::function<void(Instance&)>;
     void RemoveDestroyed(const Release& release);
     void RemoveAll(const Release& release);
 
-    // The identifier of the next instance. A saved game that is restored brings its own.
+    // The identifier of the next instance. Restoring a saved game sets that of the save.
     int NextId() const { return m_nextId; }
     void SetNextId(int id) { m_nextId = id; }
 
-    // ---- places ----
+    // ---- positions and the grid ----
     void SetRoomSize(int width, int height); // before the room's first instance
-    void Touch(Instance& instance);          // it moved, turned, or changed its sprite
+    void Touch(Instance& instance);          // must follow each change of position, angle, scale or sprite
     void SetSpriteExtent(int sprite, const SpriteExtent& extent);
     const SpriteExtent* FindSpriteExtent(int sprite) const;
 
     // The live, visible instances that touch the region, in the order of drawing: larger depth first, then by creation.
     void FindForDrawing(const RoomRegion& region, std::vector<Instance*>& found);
 
-    // Walks everything. False, with which of W1..W4 does not hold.
+    // Checks W1..W4 for everything there is. False, and which of them does not hold, and where.
     bool Check(std::string& why) const;
 
 private:

@@ -4,7 +4,7 @@ namespace Runner
 {
 namespace
 {
-// Whether the type is the ancestor itself or comes after it in the line of parents.
+// Whether the type is the ancestor or one of its descendants. Null is neither.
 bool Descends(const ObjectType* type, const ObjectType& ancestor)
 {
     while (type != nullptr && type != &ancestor)
@@ -13,7 +13,7 @@ bool Descends(const ObjectType* type, const ObjectType& ancestor)
 }
 } // namespace
 
-// W2 for one object: its list and the world's instances are walked side by side.
+// Checks W2 for one object: steps through its list and the world's instances side by side.
 bool World::CheckLists(const ObjectType& type, std::string& why) const
 {
     const KvListNode<CInstance>* node = type.m_Instances_Recursive.m_first;

@@ -1,17 +1,16 @@
 // One step after a target, axis by axis.
 
 #include "Tests/Support/Fixture.h"
+#include "Tests/Support/Numbers.h"
 #include "Tests/Support/Reference.h"
 
 #include <cmath>
-#include <limits>
 #include <random>
 
 using namespace Recording;
 
 namespace
 {
-constexpr float NOT_A_NUMBER = std::numeric_limits<float>::quiet_NaN();
 constexpr float UNLIMITED = -1.0f;
 constexpr int TARGET = 100000;
 constexpr int NO_ROOM = 0;

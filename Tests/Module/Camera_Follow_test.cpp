@@ -1,15 +1,14 @@
 // One update of a camera: its update callback, or one step after its target.
 
 #include "Tests/Support/Fixture.h"
+#include "Tests/Support/Numbers.h"
 
 #include <algorithm>
-#include <limits>
 
 using namespace Recording;
 
 namespace
 {
-constexpr float NOT_A_NUMBER = std::numeric_limits<float>::quiet_NaN();
 constexpr float UNLIMITED = -1.0f;
 constexpr int TARGET = 100000; // the smallest instance identifier
 } // namespace

@@ -1,6 +1,7 @@
 // The two matrix setters, what they keep beside the matrices, and the test for a flat view.
 
 #include "Tests/Support/Fixture.h"
+#include "Tests/Support/Numbers.h"
 
 #include <limits>
 
@@ -8,7 +9,6 @@ using namespace Recording;
 
 namespace
 {
-constexpr float NOT_A_NUMBER = std::numeric_limits<float>::quiet_NaN();
 
 // Two matrices of small whole numbers that do not commute: their products are exact.
 const kvMatrix A = {{{1, 2, 0, 0, 0, 1, 3, 0, 0, 0, 1, 0, 5, 6, 7, 1}}};

@@ -4,6 +4,7 @@
 
 #include "Files/Graphics/Trigonometry.h"
 #include "Tests/Support/Compare.h"
+#include "Tests/Support/Numbers.h"
 
 #include <cmath>
 #include <limits>
@@ -12,7 +13,6 @@ using namespace Recording;
 
 namespace
 {
-constexpr float NOT_A_NUMBER = std::numeric_limits<float>::quiet_NaN();
 constexpr float RADIANS = 0.017453292f;
 
 struct Rectangle

@@ -1,6 +1,7 @@
 // The record: defaults, accessors, destruction.
 
 #include "Tests/Support/Fixture.h"
+#include "Tests/Support/Numbers.h"
 
 #include <cstring>
 #include <limits>
@@ -10,7 +11,6 @@ using namespace Recording;
 
 namespace
 {
-constexpr float NOT_A_NUMBER = std::numeric_limits<float>::quiet_NaN();
 
 // Which bytes of a camera differ from an earlier copy of them.
 class Snapshot

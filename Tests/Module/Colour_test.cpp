@@ -1,4 +1,5 @@
 #include "Files/Graphics/Colour.h"
+#include "Tests/Support/Numbers.h"
 
 #include <cmath>
 #include <cstdint>
@@ -9,7 +10,6 @@
 namespace
 {
 constexpr float INFINITE = std::numeric_limits<float>::infinity();
-constexpr float NOT_A_NUMBER = std::numeric_limits<float>::quiet_NaN();
 
 float FloatOfBits(uint32_t bits)
 {

@@ -4,12 +4,11 @@
 
 #include "Files/Graphics/Matrix_Adjugate.h"
 #include "Files/Graphics/Pixel_Pack.h"
-#include "Files/Graphics/Trigonometry.h"
+#include "Tests/Support/Awkward_Numbers.h"
 #include "Tests/Support/Fixture.h"
 
 #include <cmath>
 #include <cstring>
-#include <limits>
 #include <memory>
 #include <random>
 #include <vector>
@@ -17,12 +16,6 @@
 namespace
 {
 using namespace Recording;
-
-constexpr float NOT_A_NUMBER = std::numeric_limits<float>::quiet_NaN();
-constexpr float LIMIT = 1099511627776.0f; // 2^40: from here on nothing may be left out
-constexpr int FLAT_ZEROS[] = {2, 3, 6, 7, 8, 9, 11};
-
-bool SameButForNaN(float a, float b) { return std::memcmp(&a, &b, sizeof a) == 0 || (std::isnan(a) && std::isnan(b)); }
 
 bool SameButForNaNs(const kvMatrix& a, const kvMatrix& b)
 {
@@ -43,69 +36,13 @@ bool ExpectDefinition(const kvMatrix& input)
     return regular;
 }
 
-class Source // by a fixed seed
-{
-public:
-    uint32_t Word() { return static_cast<uint32_t>(m_engine()); }
-    uint32_t Below(uint32_t end) { return Word() % end; }
-    float Between(float low, float high) { return low + (high - low) * static_cast<float>(Word() >> 8) / 16777216.0f; }
-    float Zero() { return Word() % 2 == 0 ? 0.0f : -0.0f; }
-
-    float AnyBits()
-    {
-        const uint32_t bits = Word();
-        float number;
-        std::memcpy(&number, &bits, sizeof number);
-        return number;
-    }
-
-    // What makes rounding, underflow and overflow show.
-    float Awkward()
-    {
-        static const float values[] = {0.0f,     -0.0f,     1.0f,     -1.0f,     1e-20f,      -3e-30f,
-                                       1e-42f,   -1e-45f,   0.5f,     3.0f,      -7.0f,       1e12f,
-                                       -LIMIT,   LIMIT,     1e20f,    -3e38f,    1.0f / 3.0f, -2.0f / 3.0f,
-                                       INFINITY, -INFINITY, 16000.0f, -32000.0f, NOT_A_NUMBER};
-        const float value = values[Below(sizeof values / sizeof values[0])];
-        return Below(8) == 0 ? std::nextafter(value, 0.0f) : value;
-    }
-
-    // A number of a flavour: of a camera, small whole, any magnitude, awkward.
-    float Entry(uint32_t flavour)
-    {
-        switch (flavour)
-        {
-        case 0: return Between(-2.0f, 2.0f);
-        case 1: return static_cast<float>(static_cast<int>(Below(7)) - 3);
-        case 2: return std::ldexp(Between(-2.0f, 2.0f), static_cast<int>(Below(160)) - 110); // up to 2^50
-        default: return Awkward();
-        }
-    }
-
-    kvMatrix Flat()
-    {
-        const uint32_t flavour = Below(4);
-        kvMatrix matrix;
-        for (float& entry : matrix.m)
-            entry = Entry(flavour);
-        for (int zero : FLAT_ZEROS)
-            matrix.m[zero] = Zero();
-        matrix._44 = 1.0f;
-        if (Below(3) == 0) // upright
-            matrix._12 = matrix._21 = Zero();
-        return matrix;
-    }
-
-private:
-    std::mt19937 m_engine{417};
-};
 } // namespace
 
 // ---- the inverse ----
 
 TEST(FastPaths, FlatMatricesInvertByTheDefinition)
 {
-    Source source;
+    AwkwardNumbers source;
     int singular = 0;
     for (int i = 0; i < 1000000 && !testing::Test::HasFailure(); ++i)
         singular += ExpectDefinition(source.Flat()) ? 0 : 1;
@@ -114,7 +51,7 @@ TEST(FastPaths, FlatMatricesInvertByTheDefinition)
 
 TEST(FastPaths, AlmostFlatMatricesInvertByTheDefinition)
 {
-    Source source;
+    AwkwardNumbers source;
     for (int i = 0; i < 500000 && !testing::Test::HasFailure(); ++i)
     {
         kvMatrix matrix = source.Flat();
@@ -128,7 +65,7 @@ TEST(FastPaths, AlmostFlatMatricesInvertByTheDefinition)
 
 TEST(FastPaths, MatricesOfAnyBitsInvertByTheDefinition)
 {
-    Source source;
+    AwkwardNumbers source;
     for (int i = 0; i < 500000 && !testing::Test::HasFailure(); ++i)
     {
         kvMatrix matrix;
@@ -147,7 +84,8 @@ TEST(FastPaths, MatricesOfAnyBitsInvertByTheDefinition)
 
 TEST(FastPaths, MagnitudesAroundTheLimitInvertByTheDefinition)
 {
-    const float values[] = {std::nextafter(LIMIT, 0.0f), LIMIT, std::nextafter(LIMIT, INFINITY), 1e25f, 1.0f};
+    const float values[] = {std::nextafter(FLAT_LIMIT, 0.0f), FLAT_LIMIT, std::nextafter(FLAT_LIMIT, INFINITY), 1e25f,
+                            1.0f};
     for (int entry : {0, 1, 4, 5, 10, 12, 13, 14})
         for (float value : values)
             for (float other : values)
@@ -207,83 +145,6 @@ TEST_F(FastPathsCamera, IsFlatToTheEyeExactlyWhenNineElementsCompareEqualToZero)
         }
 }
 
-// ---- the visible area ----
-
-namespace
-{
-kvVector3 Map(const kvMatrix& m, float x, float y, float z)
-{
-    return {x * m._11 + y * m._21 + z * m._31 + m._41, x * m._12 + y * m._22 + z * m._32 + m._42,
-            x * m._13 + y * m._23 + z * m._33 + m._43};
-}
-
-float Length(const kvVector3& a, const kvVector3& b)
-{
-    const float x = a.x - b.x, y = a.y - b.y, z = a.z - b.z;
-    const float square = x * x + y * y + z * z;
-    return square > 0.0f ? sqrtf(square) : 0.0f;
-}
-
-void ExpectArea(const CCamera& camera)
-{
-    const kvMatrix& m = camera.m_invViewProjMat;
-    const float w = Length(Map(m, 1, 0, 0), Map(m, -1, 0, 0));
-    const kvVector3 bottom = Map(m, 0, 1, 0), top = Map(m, 0, -1, 0);
-    const float h = Length(bottom, top);
-    float cosine = (bottom.y - top.y) / h;
-    cosine = cosine <= -1.0f ? -1.0f : cosine >= 1.0f ? 1.0f : cosine;
-    float angle = GR_Acos(cosine);
-    if ((bottom.x - top.x) / h < 0.0f)
-        angle = 6.2831855f - angle;
-    const float expected[] = {camera.m_invViewMat._41 - w * 0.5f, camera.m_invViewMat._42 - h * 0.5f, w, h,
-                              angle / 6.2831855f * 360.0f};
-    const float actual[] = {g_ViewAreaX, g_ViewAreaY, g_ViewAreaW, g_ViewAreaH, g_ViewAreaA};
-    for (int i = 0; i < 5; ++i)
-        ASSERT_TRUE(SameButForNaN(actual[i], expected[i]))
-            << i << ": " << actual[i] << " instead of " << expected[i] << testing::PrintToString(m);
-}
-} // namespace
-
-TEST_F(FastPathsCamera, TheVisibleAreaIsThatOfTheMappedPoints)
-{
-    Source source;
-    for (int i = 0; i < 20000 && !HasFatalFailure(); ++i)
-    {
-        CCamera camera;
-        kvMatrix view = source.Flat(), projection = source.Flat();
-        if (i % 2 == 0)
-            for (kvMatrix* matrix : {&view, &projection})
-                for (float& entry : matrix->m)
-                    entry = i % 4 == 0 ? source.AnyBits() : source.Awkward();
-        projection._34 = source.Zero(); // parallel
-        camera.SetViewMat(view);
-        camera.SetProjMat(projection);
-        camera.ApplyMatrices();
-        ExpectArea(camera);
-    }
-}
-
-TEST_F(FastPathsCamera, TheVisibleAreaOfAnUprightViewIsThatOfTheMappedPointsAtEveryMagnitude)
-{
-    Source source;
-    for (int exponent = -149; exponent <= 127; ++exponent)
-        for (int i = 0; i < 50 && !HasFatalFailure(); ++i)
-        {
-            const auto length = [&]
-            { return std::ldexp(source.Between(1.0f, 2.0f), exponent) * (source.Below(4) == 0 ? -1.0f : 1.0f); };
-            const auto other = [&] { return source.Below(16) == 0 ? source.Awkward() : source.Zero(); };
-            CCamera camera;
-            camera.m_invViewProjMat = {{{length(), other(), other(), other(),          //
-                                         other(), length(), other(), other(),          //
-                                         source.Zero(), source.Zero(), 16000.0f, 0.0f, //
-                                         i % 2 == 0 ? 0.0f : length(), 0.0f, 0.5f, 1.0f}}};
-            camera.m_invViewMat._41 = source.Between(-1000.0f, 1000.0f);
-            camera.m_invViewMat._42 = source.Between(-1000.0f, 1000.0f);
-            camera.ApplyMatrices();
-            ExpectArea(camera);
-        }
-}
-
 // ---- images ----
 
 namespace
@@ -292,7 +153,7 @@ namespace
 class HeapPicture
 {
 public:
-    HeapPicture(Source& source, int width, int height, int bytesPerPixel, size_t offset = 0)
+    HeapPicture(AwkwardNumbers& source, int width, int height, int bytesPerPixel, size_t offset = 0)
         : m_width(width), m_height(height), m_bytesPerPixel(bytesPerPixel), m_offset(offset)
     {
         const size_t size = offset + static_cast<size_t>(width * height * bytesPerPixel);
@@ -343,7 +204,7 @@ std::vector<uint8_t> PackedBy(Packer packer, const HeapPicture& picture, size_t 
 
 TEST_F(FastPathsCamera, EveryWidthAndPixelDistanceStoresThreeBytesOfEachPixel)
 {
-    Source source;
+    AwkwardNumbers source;
     for (int bytesPerPixel : {3, 4, 5, 8})
         for (int width = 1; width <= 200; ++width)
         {
@@ -359,7 +220,7 @@ TEST_F(FastPathsCamera, EveryWidthAndPixelDistanceStoresThreeBytesOfEachPixel)
 
 TEST(FastPaths, EveryPackerStoresThreeBytesOfEachPixelFromAnyAddress)
 {
-    Source source;
+    AwkwardNumbers source;
     for (int bytesPerPixel : {3, 4, 5, 8})
         for (int width = 1; width <= 200; ++width)
             for (size_t offset = 0; offset < 16 && !testing::Test::HasFailure(); ++offset)

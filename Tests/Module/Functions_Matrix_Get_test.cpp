@@ -1,4 +1,5 @@
 #include "Tests/Module/Matrix_Builtin_Fixture.h"
+#include "Tests/Support/Numbers.h"
 
 #include <cmath>
 #include <limits>
@@ -10,7 +11,6 @@ using testing::ElementsAre;
 using testing::IsEmpty;
 
 constexpr double INF = std::numeric_limits<double>::infinity();
-constexpr double NOT_A_NUMBER = std::numeric_limits<double>::quiet_NaN();
 
 struct Getter
 {
@@ -66,7 +66,7 @@ TEST_P(MatrixGetter, WidensWhateverAnElementIs)
     odd[1] = -INF;
     odd[2] = -0.0;
     odd[3] = 1e-45; // the smallest float, somewhat more than this double
-    odd[4] = NOT_A_NUMBER;
+    odd[4] = NOT_A_NUMBER_64;
     Store(MatrixOf(odd));
     const std::vector<double> read = Elements(Get());
     EXPECT_EQ(read[0], INF);

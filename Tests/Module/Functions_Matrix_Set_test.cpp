@@ -1,4 +1,5 @@
 #include "Tests/Module/Matrix_Builtin_Fixture.h"
+#include "Tests/Support/Numbers.h"
 
 #include <algorithm>
 #include <cstdint>
@@ -11,7 +12,6 @@ using testing::ElementsAre;
 using testing::IsEmpty;
 
 constexpr double INF = std::numeric_limits<double>::infinity();
-constexpr double NOT_A_NUMBER = std::numeric_limits<double>::quiet_NaN();
 
 struct Setter
 {
@@ -99,7 +99,7 @@ TEST_P(MatrixSetter, TakesNumbersThatAreNotFinite)
 {
     std::vector<double> odd = Widened(Identity());
     odd[0] = INF;
-    odd[5] = NOT_A_NUMBER;
+    odd[5] = NOT_A_NUMBER_64;
     odd[12] = 1e300; // beyond a float
     Owned array(OfArray(NewArray(odd)));
     EXPECT_EQ(Set(array), "real -1");
@@ -131,7 +131,7 @@ TEST_P(MatrixSetter, RefusesWordsThatCannotBeARecord)
 // As a number's low word is 0 on a 32-bit target, and its high word not looked at.
 TEST_P(MatrixSetter, RefusesNumbers)
 {
-    for (double number : {1.0, -1.0, 0.1, 1e300, -1e-300, NOT_A_NUMBER})
+    for (double number : {1.0, -1.0, 0.1, 1e300, -1e-300, NOT_A_NUMBER_64})
         ExpectRefused(Real(number), NOT_AN_ARRAY);
 }
 #endif

@@ -103,7 +103,8 @@ TEST(Headers, UmbrellaBringsEveryInterface)
 
 TEST(Headers, UmbrellaBringsThePublicHeadersOfTheModule)
 {
-    for (const char* name : {"Camera", "Camera_GCProxy", "Camera_Manager", "Colour", "Functions", "Image_Writers"})
+    for (const char* name :
+         {"Camera", "Camera_GCProxy", "Camera_Manager", "Colour", "Function_Arguments", "Functions", "Image_Writers"})
         EXPECT_THAT(IncludedByUmbrella(), Contains("Files/Graphics/" + std::string(name) + ".h"));
 }
 } // namespace

@@ -1,6 +1,7 @@
 #include "Platform/Strict_Float.h"
 
 #include "Tests/Support/Compare.h"
+#include "Tests/Support/Numbers.h"
 
 #include <cmath>
 #include <limits>
@@ -10,7 +11,6 @@ using namespace Recording;
 
 namespace
 {
-constexpr float NOT_A_NUMBER = std::numeric_limits<float>::quiet_NaN();
 
 kvMatrix Diagonal(float a, float b, float c, float d)
 {

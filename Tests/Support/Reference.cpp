@@ -205,28 +205,12 @@ Frame Deep(double x, double y, double width, double height, double degrees)
     return {LookAt({at.x, at.y, -width}, at, UpOf(degrees)), Perspective(1.0, -height / width, 1.0, FAR_PLANE)};
 }
 
-Area Visible(const Matrix& view, const Matrix& projection)
+double AngleSlack(double degrees, double slack)
 {
-    const Matrix clipToRoom = Inverse(Product(view, projection));
-    const Matrix viewToRoom = Inverse(view);
-    const Vector across = Minus(Map(clipToRoom, {1, 0, 0}), Map(clipToRoom, {-1, 0, 0}));
-    const Vector down = Minus(Map(clipToRoom, {0, 1, 0}), Map(clipToRoom, {0, -1, 0}));
-    Area area = {};
-    area.width = Length(across);
-    area.height = Length(down);
-    area.x = viewToRoom.m[3][0] - area.width / 2;
-    area.y = viewToRoom.m[3][1] - area.height / 2;
-    area.cosine = std::clamp(down.y / area.height, -1.0, 1.0);
-    const double degrees = std::acos(area.cosine) / RADIANS;
-    area.degrees = down.x < 0 ? 360.0 - degrees : degrees;
-    return area;
-}
-
-double AngleSlack(double cosine, double slack)
-{
-    const double middle = std::acos(std::clamp(cosine, -1.0, 1.0));
-    const double low = std::acos(std::clamp(cosine - slack, -1.0, 1.0));
-    const double high = std::acos(std::clamp(cosine + slack, -1.0, 1.0));
+    const double cosine = std::cos(degrees * RADIANS);
+    const double middle = std::acos(cosine);
+    const double low = std::acos(std::max(cosine - slack, -1.0));
+    const double high = std::acos(std::min(cosine + slack, 1.0));
     return std::max(std::fabs(low - middle), std::fabs(high - middle)) / RADIANS;
 }
 
@@ -236,18 +220,12 @@ double Turn(double a, double b)
     return std::min(apart, 360.0 - apart);
 }
 
-// The edge that keeps the target off the borders, then inside the room, then within one step.
+// The target stays in the dead zone when the edge lies between two bounds; each wish after that is a clamp.
 double Follow(const Axis& axis)
 {
     const double target = std::floor(axis.target);
-    double wanted = axis.edge;
-    if (2 * axis.border >= axis.size)
-        wanted = target - axis.size / 2;
-    else if (target - axis.border < axis.edge)
-        wanted = target - axis.border;
-    else if (target + axis.border > axis.edge + axis.size)
-        wanted = target + axis.border - axis.size;
-
+    const double lowest = target + axis.border - axis.size, highest = target - axis.border;
+    double wanted = lowest < highest ? std::clamp(axis.edge, lowest, highest) : target - axis.size / 2;
     wanted = std::max(wanted, 0.0);
     if (axis.hasRoom)
         wanted = std::min(wanted, axis.roomSize - axis.size);

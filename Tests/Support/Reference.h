@@ -43,15 +43,8 @@ struct Frame
 Frame Flat(double x, double y, double width, double height, double degrees);
 Frame Deep(double x, double y, double width, double height, double degrees);
 
-// The visible part of the room for a parallel projection. cosine is that of the angle, before acos.
-struct Area
-{
-    double x, y, width, height, degrees, cosine;
-};
-Area Visible(const Matrix& view, const Matrix& projection);
-
-// How far acos, in degrees, can be off when its argument is off by slack.
-double AngleSlack(double cosine, double slack);
+// How far an angle can be off, in degrees, that is the arc cosine of its cosine, when that cosine is off by slack.
+double AngleSlack(double degrees, double slack);
 // The distance of two angles in degrees, the short way round.
 double Turn(double a, double b);
 

@@ -126,7 +126,7 @@ INSTANTIATE_TEST_SUITE_P(
                 "instance_destroy: argument 1 (instance) is an instance, got the string \"x\""},
         Mistake{"script_add(5)", "script_add: argument 1 (function) is a function, got the number 5"},
         Mistake{"room_add(5)", "room_add: argument 1 (fields) is a table, got the number 5"},
-        Mistake{"log(nil)", "log: argument 1 (text) is a string, got nil"},
+        Mistake{"log(nil)", "log: argument 1 (text) is a string or a number, got nil"},
         Mistake{"screenshot('a', 'gif')", "screenshot: argument 2 (format) is \"bmp\" or \"png\", got the string "
                                           "\"gif\""}));
 

@@ -2,6 +2,9 @@
 
 #include "Tests/Runner/Support/Game_Support.h"
 
+#include "Runner/Api/Api.h"
+#include "Runner/Lua/Bridge.h"
+
 #include <set>
 
 namespace
@@ -29,47 +32,59 @@ protected:
     }
 };
 
-bool IsOfName(char c) { return (c >= 'a' && c <= 'z') || (c >= '0' && c <= '9') || c == '_'; }
-
-// In the tables' rows: the names before an opening bracket. Those after dots are abbreviations of others.
-std::set<std::string> DocumentedFunctions(const std::string& page)
+std::string FirstCell(const std::string& line)
 {
-    std::set<std::string> names;
+    return line.rfind("| ", 0) == 0 ? line.substr(2, line.find(" |", 2) - 2) : "";
+}
+
+// In the first column of the page's tables: what stands in backticks and has brackets, up to its result.
+std::set<std::string> DocumentedSignatures(const std::string& page)
+{
+    std::set<std::string> signatures;
     std::istringstream lines(page);
     for (std::string line; std::getline(lines, line);)
     {
-        for (size_t end = line.find_first_of("({"); line[0] == '|' && end != std::string::npos;
-             end = line.find_first_of("({", end + 1))
-        {
-            size_t start = end;
-            while (start > 0 && IsOfName(line[start - 1]))
-                --start;
-            if (start < end && line[start - 1] != '.')
-                names.insert(line.substr(start, end - start));
-        }
+        std::istringstream spans(FirstCell(line));
+        int number = 0;
+        for (std::string span; std::getline(spans, span, '`'); ++number)
+            if (number % 2 == 1 && span.find_first_of("({") != std::string::npos)
+                signatures.insert(span.substr(0, span.find(" -> ")));
     }
-    for (const char* event : {"step", "draw", "draw_gui", "create", "destroy"})
-        names.erase(event);
-    return names;
+    return signatures;
 }
 
-TEST_F(ScriptApi, EveryDocumentedFunctionExists)
+TEST_F(ScriptApi, ThePageShowsEveryFunctionWithTheArgumentsOfItsTable)
 {
-    const std::set<std::string> names = DocumentedFunctions(Page());
-    ASSERT_GT(names.size(), 60u);
-    for (const std::string& name : names)
-        EXPECT_EQ(Run("assert(type(" + name + ") == 'function')"), "") << name;
+    std::set<std::string> signatures = {"print(...)"}; // Lua's own
+    for (const auto& table : {Runner::BuiltinSignatures(), Runner::ApiSignatures()})
+        for (const Runner::Signature& signature : table)
+            EXPECT_TRUE(signatures.insert(signature.Text()).second) << signature.Text();
+    EXPECT_EQ(signatures.size(), 1u + 47u + 71u);
+    EXPECT_EQ(DocumentedSignatures(Page()), signatures);
 }
 
-TEST_F(ScriptApi, EveryFunctionOfTheRunnerIsDocumented)
+TEST_F(ScriptApi, EveryGlobalFunctionStandsOnThePage)
 {
     ASSERT_EQ(Run("for name, v in pairs(_G) do if type(v) == 'function' then print(name) end end"), "");
     const std::string page = Page();
     std::istringstream names(Log());
     for (std::string name; std::getline(names, name);)
+        EXPECT_NE(page.find(name), std::string::npos) << name;
+}
+
+TEST_F(ScriptApi, TheErrorsOfThePageComeAsShown)
+{
+    const std::pair<int, const char*> statements[] = {
+        {1, "camera_set_view_pos(0, 'left', 2)"},
+        {3, "camera_set_view_pos(0, 2)"},
+        {7, "local m = matrix_identity() m[7] = nil m[16] = 1 camera_set_view_mat(0, m)"},
+    };
+    const std::string page = Page();
+    for (const auto& [line, statement] : statements)
     {
-        const bool abbreviated = name.rfind("camera_", 0) == 0 || name.rfind("view_", 0) == 0;
-        EXPECT_TRUE(abbreviated || page.find(name) != std::string::npos) << name;
+        const std::string failure = Play(std::string(static_cast<size_t>(line) - 1, '\n') + statement);
+        ASSERT_EQ(failure.rfind("main.lua:", 0), 0u) << failure;
+        EXPECT_NE(page.find("\ngame" + failure.substr(4) + "\n"), std::string::npos) << failure;
     }
 }
 
@@ -111,6 +126,38 @@ TEST_F(ScriptApi, MatricesMultiplyAsTheirPageSays)
             "local o = matrix_ortho(4, 2, 0, 10) assert(o[1] == 0.5 and o[6] == 1)\n"
             "assert(same(matrix_perspective_fov(90, 2, 1, 10), matrix_perspective(4, 2, 1, 10)))"),
         "");
+}
+
+TEST_F(ScriptApi, MatrixBuildScalesThenRotatesAboutZThenXThenYThenMoves)
+{
+    EXPECT_EQ(Run("local parts = matrix_build\n"
+                  "local expected = matrix_build(0, 0, 0, 0, 0, 0, 2, 3, 4)\n"
+                  "for _, part in ipairs{ parts(0, 0, 0, 0, 0, 40, 1, 1, 1), parts(0, 0, 0, 20, 0, 0, 1, 1, 1),\n"
+                  "    parts(0, 0, 0, 0, 30, 0, 1, 1, 1), parts(5, 6, 7, 0, 0, 0, 1, 1, 1) } do\n"
+                  "  expected = matrix_multiply(expected, part) end\n"
+                  "local built = matrix_build(5, 6, 7, 20, 30, 40, 2, 3, 4)\n"
+                  "for i = 1, 16 do assert(math.abs(built[i] - expected[i]) < 1e-5, i) end"),
+              "");
+}
+
+// Half of the room's plane is red: the half that lies in the direction which the view calls down.
+TEST_F(ScriptApi, TheLastDirectionOfMatrixLookAtIsDownOnTheScreen)
+{
+    options.draw = true;
+    options.width = options.height = 32;
+    for (const int down : {1, -1})
+    {
+        ASSERT_EQ(Play("room_add{ views = { [0] = {} }, draw = function()\n"
+                       "draw_set_colour(colours.red) draw_rectangle(-10, 0, 10, 10) end, create = function()\n"
+                       "local c = view_get_camera(0)\n"
+                       "camera_set_view_mat(c, matrix_look_at(0, 0, -10, 0, 0, 0, 0, " +
+                       std::to_string(down) + ", 0))\ncamera_set_proj_mat(c, matrix_ortho(20, 20, 1, 100)) end }"),
+                  "");
+        const Runner::Picture screen = game->Screen();
+        const auto redAt = [&](int row) { return screen.rgba[screen.Offset(16, row)]; };
+        EXPECT_EQ(redAt(8), down > 0 ? 0 : 255) << down;
+        EXPECT_EQ(redAt(24), down > 0 ? 255 : 0) << down;
+    }
 }
 
 TEST_F(ScriptApi, ColoursHaveRedInTheLowestByte)

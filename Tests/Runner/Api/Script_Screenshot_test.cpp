@@ -1,5 +1,6 @@
 // screenshot(): the format follows the name, and a script hears of every picture that was not written.
 
+#include "Runner/Base/File_Faults.h"
 #include "Runner/Host/Files.h"
 #include "Tests/Runner/Support/Game_Support.h"
 
@@ -64,7 +65,8 @@ TEST_F(ScriptScreenshot, ANameThatContradictsTheFormatIsRefused)
 
 TEST_F(ScriptScreenshot, AnUnknownFormatIsAnError)
 {
-    EXPECT_EQ(Run("screenshot('a', 'jpg')"), "main.lua:2: screenshot() - argument 2 must be \"bmp\" or \"png\"");
+    EXPECT_EQ(Run("screenshot('a', 'jpg')"),
+              "main.lua:2: screenshot: argument 2 (format) is \"bmp\" or \"png\", got the string \"jpg\"");
 }
 
 TEST_F(ScriptScreenshot, WithoutDrawingThereIsNoPicture)

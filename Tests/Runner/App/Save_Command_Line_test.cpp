@@ -48,8 +48,26 @@ TEST_F(SaveOptions, AnotherSeedThatWasAskedForIsRefused)
 
 TEST_F(SaveOptions, AFrameThatIsNeverReachedIsAnError)
 {
-    EXPECT_EQ(Run(game + " --quiet --frames 2 --save-at 3 " + save), 1);
-    EXPECT_EQ(Said(), "runner: --save-at 3: the game has stopped after 2 frames\n");
+    EXPECT_EQ(Run(game + " --frames 2 --save-at 3 " + save), 1);
+    EXPECT_EQ(Said(), "runner: --save-at 3: the run ends after 2 frames\n");
+}
+
+TEST_F(SaveOptions, AFrameThatTheGameDoesNotReachIsAnError)
+{
+    const std::string ending = directory.Write("ending.lua", "room_add{ step = game_end }");
+    EXPECT_EQ(Run(ending + " --save-at 3 " + save), 1);
+    EXPECT_EQ(Said(), "runner: --save-at 3: the game has stopped after 1 frame\n");
+}
+
+TEST_F(SaveOptions, AFrameBeforeTheLoadedOnesIsAnError)
+{
+    ASSERT_EQ(Run(game + " --frames 4 --save-at 4 " + save), 0);
+    for (const char* frame : {"2", "4"})
+    {
+        EXPECT_EQ(Run(game + " --load " + save + " --frames 2 --save-at " + frame + " " + save), 1);
+        EXPECT_EQ(Said(),
+                  "runner: --save-at " + std::string(frame) + ": the loaded game has played 4 frames already\n");
+    }
 }
 
 TEST_F(SaveOptions, AFileThatCannotBeWrittenIsAnError)

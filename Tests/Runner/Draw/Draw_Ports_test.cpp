@@ -8,7 +8,7 @@ class Ports : public Screen
 
 TEST_F(Ports, NothingIsDrawnOutsideOfThePort)
 {
-    Paint().SetPort(8, 16, 20, 10);
+    Paint().SetPort({8, 16, 20, 10});
     Fill(RED, -1000, -1000, 1000, 1000);
     EXPECT_EQ(CountPixels(Shown(), RED, 8, 16, 28, 26), 20 * 10);
     EXPECT_EQ(CountPixels(Shown(), BLACK), 64 * 64 - 200);
@@ -16,7 +16,7 @@ TEST_F(Ports, NothingIsDrawnOutsideOfThePort)
 
 TEST_F(Ports, AWideLineDoesNotSpillEither)
 {
-    Paint().SetPort(8, 16, 20, 10);
+    Paint().SetPort({8, 16, 20, 10});
     Paint().SetLineWidth(30);
     Paint().Line(0, 0, 64, 64);
     EXPECT_EQ(CountPixels(Shown(), WHITE), CountPixels(Shown(), WHITE, 8, 16, 28, 26));
@@ -29,7 +29,7 @@ TEST_F(Ports, FourPortsShowFourViewsSideBySide)
     for (int i = 0; i < 4; i++) // port i shows quarter i of the sprite
     {
         const int x = i % 2 * 32, y = i / 2 * 32;
-        Paint().SetPort(x, y, 32, 32);
+        Paint().SetPort({x, y, 32, 32});
         LookAt(static_cast<float>(x), static_cast<float>(y), 32, 32);
         Paint().Sprite(sprite, 0, 0, 0);
     }
@@ -38,7 +38,7 @@ TEST_F(Ports, FourPortsShowFourViewsSideBySide)
 
 TEST_F(Ports, ClearKeepsToThePort)
 {
-    Paint().SetPort(0, 0, 64, 10);
+    Paint().SetPort({0, 0, 64, 10});
     Paint().Clear(Colour(GREEN));
     EXPECT_EQ(CountPixels(Shown(), GREEN, 0, 0, 64, 10), 640);
     EXPECT_EQ(CountPixels(Shown(), GREEN), 640);
@@ -47,9 +47,9 @@ TEST_F(Ports, ClearKeepsToThePort)
 TEST_F(Ports, APortMayReachBeyondTheScreen)
 {
     const int sprite = FourCornerSprite(64);
-    Paint().SetPort(-32, -32, 64, 64);
+    Paint().SetPort({-32, -32, 64, 64});
     Paint().Sprite(sprite, 0, 0, 0);
-    Paint().SetPort(32, 32, 64, 64);
+    Paint().SetPort({32, 32, 64, 64});
     Paint().Sprite(sprite, 0, 0, 0);
     const Runner::Picture shown = Shown();
     EXPECT_EQ(CountPixels(shown, YELLOW, 0, 0, 32, 32), 32 * 32);
@@ -62,7 +62,7 @@ TEST_F(Ports, PortsWithoutPixelsShowNothing)
                             {64, 0, 10, 10}, {0, -70, 10, 10}, {-2147483647, -2147483647, 2147483647, 2147483647}};
     for (const auto& port : ports)
     {
-        Paint().SetPort(port[0], port[1], port[2], port[3]);
+        Paint().SetPort({port[0], port[1], port[2], port[3]});
         Paint().Clear(Colour(RED));
         Fill(RED, -1000, -1000, 1000, 1000);
     }
@@ -71,7 +71,7 @@ TEST_F(Ports, PortsWithoutPixelsShowNothing)
 
 TEST_F(Ports, AFrameBeginsWithTheWholeScreenAndFreshState)
 {
-    Paint().SetPort(5, 5, 5, 5);
+    Paint().SetPort({5, 5, 5, 5});
     Paint().SetAlpha(0.1f);
     Paint().SetColour(5);
     Paint().SetDepthTest(true);

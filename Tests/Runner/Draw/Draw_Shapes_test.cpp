@@ -221,7 +221,7 @@ TEST_F(Shapes, EachChangeOfStateIsANewBatchAndNoChangeIsNone)
     Paint().Rectangle(0, 0, 10, 10); // other matrices
     LookAt(0, 0, 32, 32);
     Paint().Rectangle(0, 0, 10, 10); // the same again
-    Paint().SetPort(0, 0, 32, 32);
+    Paint().SetPort({0, 0, 32, 32});
     Paint().Rectangle(0, 0, 10, 10); // another port
     Paint().Sprite(sprite, 0, 0, 0); // another texture
     Paint().Sprite(sprite, 0, 9, 9);

@@ -87,9 +87,9 @@ TEST_F(Space, ClearForgetsDepthsInThePortAlone)
 {
     Paint().SetDepthTest(true);
     Square(GREEN, -10);
-    Paint().SetPort(0, 0, 32, 64);
+    Paint().SetPort({0, 0, 32, 64});
     Paint().Clear(0);
-    Paint().SetPort(0, 0, 64, 64);
+    Paint().SetPort({0, 0, 64, 64});
     Square(RED, 0);
     const Runner::Picture shown = Shown();
     EXPECT_EQ(CountPixels(shown, RED, 0, 0, 32, 64), 32 * 64);

@@ -69,7 +69,7 @@ TEST_F(Surfaces, HalfTransparentDrawingKeepsItsColourInASurface)
 TEST_F(Surfaces, PopBringsBackMatricesPortAndViewArea)
 {
     LookAt(10, 20, 32, 32, 45);
-    Paint().SetPort(1, 2, 30, 40);
+    Paint().SetPort({1, 2, 30, 40});
     kvMatrix world = Runner::BuildWorldMatrix({1, 2, 3}, {0, 0, 0}, {1, 1, 1});
     Graphics::SetMatrix(eM_World, world.m);
     const kvMatrix before = Runner::RoomToClip();

@@ -159,7 +159,7 @@ TEST_F(Tiles, MisuseIsRefusedWithOneLine)
 
     const int map = Paint().CreateTileMap(sheet, 4, 4, 8, 8);
     EXPECT_FALSE(Paint().SetTile(map, 4, 0, 0));
-    EXPECT_EQ(Paint().TakeError(), "tile map 0 has no place 4, 0");
+    EXPECT_EQ(Paint().TakeError(), "tile map 0 has no cell 4, 0");
     EXPECT_FALSE(Paint().SetTile(map, 0, 0, 9));
     EXPECT_EQ(Paint().TakeError(), "sprite 0 has no frame 9 for a tile");
     EXPECT_FALSE(Paint().FreeSprite(sheet));

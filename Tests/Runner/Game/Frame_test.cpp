@@ -123,7 +123,7 @@ TEST_F(FrameTest, AViewOfAFreedSurfaceIsSkipped)
                    "  local s = surface_create(64, 32) view_set_surface_id(0, s) surface_free(s) end,\n"
                    "  draw = function() print('draw') end }"),
               "");
-    EXPECT_EQ(Log(), "");
+    EXPECT_EQ(Log(), "view 0 shows nothing: it draws into surface 0, which does not exist\n");
 }
 
 TEST_F(FrameTest, ATargetThatAScriptForgetsIsTakenBackAtTheEndOfTheView)

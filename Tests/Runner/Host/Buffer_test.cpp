@@ -4,6 +4,7 @@
 #include "Runner/Host/Convert.h"
 #include "Runner/Host/Memory.h"
 #include "Runner/Host/Value.h"
+#include "Tests/Support/Numbers.h"
 
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
@@ -21,7 +22,6 @@ using namespace Runner;
 using testing::ElementsAre;
 
 const double INF = std::numeric_limits<double>::infinity();
-const double NOT_A_NUMBER = std::numeric_limits<double>::quiet_NaN();
 
 std::vector<int> Bytes(const TypedBuffer& buffer) { return {buffer.Data(), buffer.Data() + buffer.Size()}; }
 
@@ -70,8 +70,8 @@ TEST(HostBuffer, IntegersStayInRangeAndNotANumberIsZero)
                           {eBuffer_U32, -1, 0},
                           {eBuffer_S32, INF, 2147483647.0},
                           {eBuffer_S32, -INF, -2147483648.0},
-                          {eBuffer_S32, NOT_A_NUMBER, 0},
-                          {eBuffer_U8, NOT_A_NUMBER, 0},
+                          {eBuffer_S32, NOT_A_NUMBER_64, 0},
+                          {eBuffer_U8, NOT_A_NUMBER_64, 0},
                           {eBuffer_S32, -7.9, -7},
                           {eBuffer_Bool, 0.5, 0},
                           {eBuffer_Bool, 0.6, 1}};

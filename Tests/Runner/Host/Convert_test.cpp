@@ -1,6 +1,7 @@
 #include "Runner/Host/Code.h"
 #include "Runner/Host/Convert.h"
 #include "Runner/Host/Value.h"
+#include "Tests/Support/Numbers.h"
 
 #include <gtest/gtest.h>
 
@@ -13,7 +14,6 @@ namespace
 using namespace Runner;
 
 const double INF = std::numeric_limits<double>::infinity();
-const double NOT_A_NUMBER = std::numeric_limits<double>::quiet_NaN();
 
 RValue Int32(int32_t number)
 {
@@ -43,7 +43,7 @@ TEST(HostConvert, WholeNumbersOfRealsAreCutAndKeptInRange)
     const std::pair<double, int32_t> cases[] = {{0.0, 0},
                                                 {2.9, 2},
                                                 {-2.9, -2},
-                                                {NOT_A_NUMBER, 0},
+                                                {NOT_A_NUMBER_64, 0},
                                                 {INF, INT_MAX},
                                                 {-INF, INT_MIN},
                                                 {1e300, INT_MAX},
@@ -78,7 +78,7 @@ TEST(HostConvert, EveryIntegerTypeKeepsItsRange)
     EXPECT_EQ(NearestInteger<int64_t>(0x1p62), int64_t{1} << 62);
     EXPECT_EQ(NearestInteger<uint64_t>(0x1p63), uint64_t{1} << 63);
     EXPECT_EQ(NearestInteger<uint64_t>(0x1p64), UINT64_MAX);
-    EXPECT_EQ(NearestInteger<uint64_t>(NOT_A_NUMBER), 0u);
+    EXPECT_EQ(NearestInteger<uint64_t>(NOT_A_NUMBER_64), 0u);
 }
 
 TEST(HostConvert, FloatsRoundAndBecomeInfiniteBeyondTheirRange)
@@ -94,13 +94,13 @@ TEST(HostConvert, FloatsRoundAndBecomeInfiniteBeyondTheirRange)
     EXPECT_EQ(NearestFloat(1.0 + 0x1p-24), 1.0f); // a tie, to even
     EXPECT_EQ(NearestFloat(1.0 + 0x1p-24 + 0x1p-50), 1.0f + FLT_EPSILON);
     EXPECT_EQ(NearestFloat(0x1p-149), FLT_TRUE_MIN);
-    EXPECT_TRUE(std::isnan(NearestFloat(NOT_A_NUMBER)));
+    EXPECT_TRUE(std::isnan(NearestFloat(NOT_A_NUMBER_64)));
     EXPECT_TRUE(std::signbit(NearestFloat(-0.0)));
 }
 
 TEST(HostConvert, NotANumberAsAnArgumentIsZero)
 {
-    const RValue value = MakeReal(NOT_A_NUMBER);
+    const RValue value = MakeReal(NOT_A_NUMBER_64);
     EXPECT_EQ(KvGetInt32(&value, 0), 0);
     EXPECT_EQ(KvGetFloat(&value, 0), 0.0f);
     EXPECT_EQ(KvGetReal(&value, 0), 0.0);

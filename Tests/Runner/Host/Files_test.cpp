@@ -41,7 +41,7 @@ protected:
 
     void TearDown() override
     {
-        for (int kind = 0; kind < 6; ++kind)
+        for (int kind = 0; kind <= static_cast<int>(FileOperation::MakeDirectory); ++kind)
             FailFileOperation(static_cast<FileOperation>(kind), -1);
         dbg_csol = m_console;
         SetSaveArea(".");
@@ -208,7 +208,26 @@ TEST_F(HostFiles, PreparingTheSaveAreaMakesItOrSaysWhyNot)
     Put(m_root + "/file", "");
     SetSaveArea(m_root + "/file");
     EXPECT_FALSE(PrepareSaveArea(why));
-    EXPECT_THAT(why, HasSubstr("cannot make the directory " + m_root + "/file: "));
+    EXPECT_EQ(why, "cannot make the directory " + m_root + "/file: Not a directory");
+}
+
+TEST_F(HostFiles, ADirectoryThatCannotBeMadeIsToldWithTheReasonOfTheSystem)
+{
+    std::string why;
+    SetSaveArea(m_root + "/p");
+    FailFileOperation(FileOperation::MakeDirectory, 0); // as a full disk does
+    EXPECT_FALSE(PrepareSaveArea(why));
+    EXPECT_EQ(why, "cannot make the directory " + m_root + "/p: No space left on device");
+}
+
+TEST_F(HostFiles, ATryToWriteLeavesNothingBehind)
+{
+    std::string why;
+    EXPECT_TRUE(PrepareSaveFile("a/b.png", why)) << why;
+    EXPECT_TRUE(fs::is_empty(m_area + "/a"));
+    EXPECT_FALSE(PrepareSaveFile("../b.png", why));
+    EXPECT_EQ(why, "\"../b.png\": the name leads out of the save area through \"..\"");
+    EXPECT_EQ(m_listener.heard, "");
 }
 
 // ---- open files ----
@@ -320,7 +339,7 @@ TEST_F(HostFiles, ADirectoryInTheWayIsRefused)
     fs::create_directory(m_area + "/save");
     std::string why;
     EXPECT_FALSE(WriteFileAtomically(m_area + "/save", "new", 3, why));
-    EXPECT_THAT(why, HasSubstr("cannot put in place"));
+    EXPECT_THAT(why, HasSubstr("it is no ordinary file"));
     EXPECT_FALSE(WriteFileAtomically(m_area + "/none/save", "new", 3, why));
     EXPECT_THAT(why, HasSubstr("cannot make"));
     EXPECT_THAT(Listing(), testing::ElementsAre("save"));

@@ -2,8 +2,6 @@
 
 #include "Tests/Runner/Support/Game_Support.h"
 
-#include <cmath>
-
 namespace
 {
 using RunnerTest::GameTest;
@@ -59,18 +57,6 @@ TEST_F(SandboxTest, NoTextShowsAnAddress)
             "assert(string.format('100%% %5.1f %s', 2, 'p') == '100%   2.0 p')\n"
             "assert(tostring(setmetatable({}, { __tostring = function() return 'mine' end })) == 'mine')"),
         "");
-}
-
-TEST_F(SandboxTest, InexactMathematicsIsComputedInFloats)
-{
-    ASSERT_EQ(Run("for _, f in ipairs{'sin', 'cos', 'tan', 'atan', 'exp'} do vars[f] = math[f](0.7) end\n"
-                  "print(string.format('%.17g %.17g %.17g %.17g', vars.sin, vars.cos, vars.exp, math.log(8, 2)))"),
-              "");
-    char expected[120];
-    std::snprintf(expected, sizeof(expected), "%.17g %.17g %.17g %.17g\n", static_cast<double>(sinf(0.7f)),
-                  static_cast<double>(cosf(0.7f)), static_cast<double>(expf(0.7f)),
-                  static_cast<double>(logf(8.0f) / logf(2.0f)));
-    EXPECT_EQ(Log(), expected);
 }
 
 TEST_F(SandboxTest, RandomNumbersAreInTheirRanges)

@@ -98,7 +98,9 @@ TEST_F(SavedPiece, SelvesAreKeptWhileTheirInstanceExists)
 
 TEST_F(SavedPiece, EveryFieldOfAnInstance)
 {
-    Expect("local p = instance_get(instance_create(1.5, 2.5, probe)) vars.id = p.id "
+    std::filesystem::copy_file(std::string(GAMES_DIR) + "/canyon/tiles.png", directory.Path("tiles.png"));
+    Expect("for i = 0, 3 do sprite_add('tiles.png') end "
+           "local p = instance_get(instance_create(1.5, 2.5, probe)) vars.id = p.id "
            "p.sprite, p.frame, p.angle, p.xscale, p.yscale = 3, 4.5, 30, -2, 0.25 "
            "p.colour, p.alpha, p.depth, p.visible, p.solid = 0x123456, 0.5, -7, false, true p.name = 'it'",
            "local p = instance_get(vars.id) p.x = 0 p.sprite = -1 p.name = nil p.solid = false",

@@ -1,7 +1,10 @@
 #pragma once
 // Games that are saved and loaded inside the test.
 
-#include "Runner/Save/Saved_Game.h"
+#include "Runner/Save/Capture.h"
+#include "Runner/Save/Fit.h"
+#include "Runner/Save/Restore.h"
+#include "Runner/Save/Save_File.h"
 #include "Tests/Runner/Support/Game_Support.h"
 
 #include <cstdlib>

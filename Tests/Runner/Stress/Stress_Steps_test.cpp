@@ -123,7 +123,8 @@ private:
     // The Runner's own words about callbacks whose number has no script. The hash is of what the scripts print.
     static bool IsOfRunner(const std::string& line) { return line.find(" script_add never gave") != std::string::npos; }
 
-    // Lines "steps hash" of the frames, then "built-in, answered, refused" of a game that has ended by itself.
+    // Lines "steps hash" of the frames, then "built-in, answered, refused" of a game that has ended by itself. Between
+    // them, what the Runner says of views whose surface was freed.
     static void TakeLog(const std::string& text, Outcome& outcome)
     {
         long steps = 0;
@@ -142,7 +143,7 @@ private:
                 outcome.calls[name].answered += calls.answered;
                 outcome.calls[name].refused += calls.refused;
             }
-            else
+            else if (line.rfind("view ", 0) != 0)
                 steps = std::atol(line.c_str());
         }
         outcome.steps += steps;
@@ -180,7 +181,7 @@ TEST_F(StressSteps, LeaveNothingBehindAndGiveTheSameResultsTwice)
 TEST_F(StressSteps, GiveTheKeptResultOnEveryTarget)
 {
     constexpr long STEPS = 30000;
-    constexpr uint64_t KEPT = 0x9C78318275E8CE33u;
+    constexpr uint64_t KEPT = 0x9A6F534B755563CCu;
     EXPECT_EQ(TakeSteps(STEPS, false).hash.Value(), KEPT);
 }
 

@@ -4,7 +4,8 @@ local values = { special = {} }
 
 -- ---- choosing ----
 
-local function below(n) return irandom(n - 1) end
+-- Of nothing, a number of -1 and 0: a pick from an empty list gives nil.
+local function below(n) return n > 0 and irandom(n - 1) or irandom(1) - 1 end
 local function chance(n) return below(n) == 0 end
 local function pick(list) return list[1 + below(#list)] end
 

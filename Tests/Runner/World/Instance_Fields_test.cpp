@@ -69,10 +69,12 @@ TEST(InstanceFields, StandInTheDocumentOfTheSaveFileInTheirOrder)
 
 TEST_F(InstanceFieldList, EachFieldCanBeSetAndReadByAScriptAndSurvivesASave)
 {
+    std::filesystem::copy_file(std::string(GAMES_DIR) + "/canyon/tiles.png", directory.Path("tiles.png"));
     for (const InstanceField& field : INSTANCE_FIELDS)
     {
         const std::string name = field.name, value = UnusualValue(field);
-        ASSERT_EQ(Run("local it = instance_get(instance_create(0, 0, object_add{}))\n"
+        ASSERT_EQ(Run("for i = 0, 7 do sprite_add('tiles.png') end\n"
+                      "local it = instance_get(instance_create(0, 0, object_add{}))\n"
                       "it." +
                       name + " = " + value + "\nassert(it." + name + " == " + value + ")"),
                   "")

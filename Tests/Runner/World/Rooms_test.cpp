@@ -1,6 +1,6 @@
 // Rooms: their start, their end, and which cameras live how long.
 
-#include "Runner/World/Room.h"
+#include "Runner/World/Running_Room.h"
 
 #include "Tests/Runner/Support/Game_Support.h"
 

@@ -1,9 +1,8 @@
 #pragma once
-// Rooms as scripts describe them, the one that runs, and its views.
+// The rooms of a game as scripts describe them, the running one, and its views.
 //
-// Between rooms Run_Room is null and the module's room list is empty. While a room runs, each view that the room's
-// description lists began with a camera of its own; scripts may exchange or destroy it. What is left of these cameras
-// goes when the room has ended.
+// A room starts with a camera for each view of its description; scripts may exchange or destroy these cameras. Those
+// that are left are destroyed when the room ends. Between rooms, Run_Room is null and the module's room list is empty.
 
 #include "Files/Graphics/Camera_Handle.h"
 #include "Files/Room/Room.h"
@@ -21,12 +20,13 @@ constexpr int NO_ROOM = -1;
 constexpr int NO_CAMERA = -1;
 constexpr int ROOM_SIDE_LIMIT = 1000000;
 
-// The room's functions, as Lua references.
+// The room's functions, as Lua references; -1 for none.
 struct RoomScripts
 {
     int create = -1, load = -1, step = -1, draw = -1, drawGui = -1;
 };
 
+// An instance that the room starts with.
 struct RoomPlacement
 {
     int object;
@@ -45,6 +45,8 @@ struct RoomSpec
 
 class View : public CViewGM, public ViewFields
 {
+public:
+    int missingSurface = SCREEN_SURFACE; // a surface that was reported as missing; SCREEN_SURFACE for none
 };
 
 class RunningRoom : public CRoom
@@ -78,14 +80,13 @@ public:
 
     RunningRoom* Running() const { return m_running.get(); } // null between rooms
 
-    // Makes the room the running one, with cameras for its views, and tells the module. Its instances are the caller's
-    // to make. The index must exist, and no room may be running.
+    // Makes the room the running one, with cameras for its views, and tells the module. The caller creates the room's
+    // instances. The index must exist, and no room may be running.
     RunningRoom& Start(int index);
-    void End(); // the view cameras go; nothing when no room runs
+    void End(); // destroys the view cameras that are left, and the room; nothing happens when no room runs
 
-    // The cameras made for views that are left, by number; and the same after a saved game has brought them back.
-    std::vector<int> OwnCameras() const;
-    void AdoptCameras(const std::vector<int>& ids);
+    std::vector<int> OwnCameras() const;            // identifiers of the cameras made for views that still exist
+    void AdoptCameras(const std::vector<int>& ids); // these are made for views: a saved game has brought them back
 
 private:
     void MakeCameras(RunningRoom& room);

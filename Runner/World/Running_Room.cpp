@@ -1,4 +1,4 @@
-#include "Runner/World/Room.h"
+#include "Runner/World/Running_Room.h"
 
 #include "Files/Graphics/Graphics_Support.h"
 #include "Files/Object/Object_Base.h"
@@ -110,8 +110,8 @@ void Rooms::AdoptCameras(const std::vector<int>& ids)
             m_ownCameras.emplace_back(camera);
 }
 
-// EndRoom empties the module's room list, but destroying a camera fills it again while a room is running. So the view
-// cameras go last, when no room is.
+// The view cameras are destroyed last, when no room runs: while one runs, each destruction builds the module's room
+// list again, which EndRoom has emptied.
 void Rooms::End()
 {
     if (m_running == nullptr)
@@ -124,7 +124,7 @@ void Rooms::End()
     m_running.reset();
 }
 
-// Runs at the end of a game too, where nobody could be told that memory is refused: so it takes none.
+// Allocates nothing: it also runs at the end of a game, when there is nobody to report a refusal to.
 void Rooms::DestroyCameras()
 {
     for (const CCameraHandle& own : m_ownCameras)

@@ -1,0 +1,52 @@
+#pragma once
+
+#include "Runner/App/Album.h"
+#include "Runner/App/Options.h"
+
+#include <string>
+
+namespace Runner
+{
+struct SavedState;
+
+// How a run ended: the line to show, empty when all went well, and the exit status.
+struct Outcome
+{
+    std::string line;
+    int status = EXIT_DONE;
+};
+
+// One run of a game: its frames, and what is written after them.
+class Session
+{
+public:
+    // All are kept, not copied. err: where the progress is shown.
+    Session(Game& game, const RunOptions& options, FILE* err)
+        : m_game(game), m_options(options), m_err(err), m_album(options)
+    {
+    }
+
+    // saved: what to go on from, null for a new game. A signal ends it after the frame, and a script that does not come
+    // back is ended; either way what was asked for at the end is written.
+    Outcome Play(const SavedState* saved);
+
+private:
+    bool Start(const SavedState* saved);
+    bool SaveIsAhead();
+    bool PlayFrames();
+    bool PlayFrame(int frame);
+    bool GoesOn(int frame) const;
+    void WriteTheEnd(bool isWhole);
+    void Note(const std::string& fault);
+    std::string InterruptedText(const std::string& failure) const;
+
+    Game& m_game;
+    const RunOptions& m_options;
+    FILE* m_err;
+    Album m_album;
+    bool m_isStarted = false; // the first frame can be played
+    bool m_isSaved = false;   // what --save-at asks for
+    int m_whole = 0;          // frames of the game that were played whole
+    std::string m_faults;     // of this run's own files, in the order in which they came, with "; " between
+};
+} // namespace Runner

@@ -1,0 +1,14 @@
+#pragma once
+// The running game, saved whole. It is called between two frames (Game::Frame).
+
+#include <string>
+
+namespace Runner
+{
+class Game;
+
+// Writes the game into a file by an atomic rename: the path holds the old save or the new one, whatever happens. The
+// game itself does not change. On failure false, and why in one line.
+// A callback that is neither a function nor a number is saved as no script; one line on the console tells which.
+bool SaveGame(Game& game, const std::string& path, std::string& why);
+} // namespace Runner

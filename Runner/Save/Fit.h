@@ -1,0 +1,15 @@
+#pragma once
+// Whether a game can go on with a saved state.
+
+#include "Runner/Save/Saved_State.h"
+
+#include <string>
+
+namespace Runner
+{
+class Game;
+
+// True when the state is of this game, which has started a room, and everything that it names exists. path is for the
+// message. Otherwise false, and why in one line. Changes nothing.
+bool FitsGame(const Game& game, const SavedState& state, const std::string& path, std::string& why);
+} // namespace Runner

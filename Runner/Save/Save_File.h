@@ -1,0 +1,28 @@
+#pragma once
+// The file of a saved game, described in Docs/Saves.md.
+
+#include "Runner/Save/Saved_State.h"
+
+#include <cstddef>
+#include <cstdint>
+#include <string>
+#include <vector>
+
+namespace Runner
+{
+constexpr uint32_t SAVE_VERSION = 1;
+constexpr size_t SAVE_SIZE_MAX = size_t{1} << 28; // bytes
+
+// Reads a file and decodes it. False, and why in one line.
+bool ReadSavedGame(const std::string& path, SavedState& state, std::string& why);
+
+// The line that says why a save is refused.
+std::string CannotLoad(const std::string& path, const std::string& reason);
+
+// The content of the file. False, and why in a few words, when the state does not fit into a file.
+bool EncodeState(const SavedState& state, std::vector<uint8_t>& file, std::string& why);
+
+// False, and why in a few words, when the content is damaged or of another version. A decoded state is consistent in
+// itself: every number of a table or camera names one.
+bool DecodeState(const std::vector<uint8_t>& file, SavedState& state, std::string& why);
+} // namespace Runner

@@ -1,0 +1,190 @@
+// The proof that the Runner's inexact functions give the nearest float to the exact result, for all 2^32 floats, and a
+// comparison of those with two arguments across machines.
+//
+//   mathematics_proof floats [THREADS] [FUNCTION]  compares each function, or one, with the exact results
+//   mathematics_proof golden                       prints the hash of the exact results over every 65521st float
+//   mathematics_proof pairs [MILLIONS]             prints a hash for each million pairs: the same lines on every
+//   machine
+//
+// Exit status 1 where anything differs. Exact results come from MPFR. As that takes hours for all floats, "floats" asks
+// the C library's long double first: its results are within 2^-62, so where all that lies within 2^-58 rounds to one
+// float, that is the nearest; the rest, and every 4093rd float anyway, are MPFR's. Both need a long double of 64 bits.
+#include "Platform/Strict_Float.h"
+
+#include "Tests/Support/Mathematics_Sample.h"
+
+#include <algorithm>
+#include <atomic>
+#include <cfloat>
+#include <chrono>
+#include <cinttypes>
+#include <cmath>
+#include <cstdio>
+#include <cstdlib>
+#include <string>
+#include <thread>
+#include <vector>
+
+#ifdef CAMERA_HAS_MPFR
+#include <mpfr.h>
+#endif
+
+using namespace MathematicsSample;
+
+namespace
+{
+constexpr uint32_t BLOCK_SIZE = 1u << 20, BLOCKS = 1u << 12;
+
+// Calls work(block) for each block below count, in as many threads.
+template <typename Work> void InThreads(unsigned threads, uint32_t count, Work work)
+{
+    std::atomic<uint32_t> next{0};
+    const auto take = [&]
+    {
+        for (uint32_t block; (block = next++) < count;)
+            work(block);
+    };
+    std::vector<std::thread> others;
+    for (unsigned i = 1; i < threads; ++i)
+        others.emplace_back(take);
+    take();
+    for (std::thread& other : others)
+        other.join();
+}
+
+#if defined(CAMERA_HAS_MPFR) && LDBL_MANT_DIG == 64
+using Exact = int (*)(mpfr_t, const mpfr_t, mpfr_rnd_t);
+using Long = long double (*)(long double);
+
+struct References
+{
+    Exact exact;
+    Long quick;
+};
+
+// In the order of FUNCTIONS.
+constexpr References REFERENCES[] = {
+    {mpfr_tan, tanl},     {mpfr_asin, asinl}, {mpfr_atan, atanl}, {mpfr_exp, expl},   {mpfr_log, logl},
+    {mpfr_log10, log10l}, {mpfr_sinh, sinhl}, {mpfr_cosh, coshl}, {mpfr_tanh, tanhl},
+};
+static_assert(std::size(REFERENCES) == std::size(FUNCTIONS), "one for each function");
+
+// Correctly rounded, also where the result is denormal or beyond the largest float.
+float ExactResult(const References& reference, float x)
+{
+    thread_local struct Numbers
+    {
+        mpfr_t in, out;
+        Numbers()
+        {
+            mpfr_set_emin(-148);
+            mpfr_set_emax(128);
+            mpfr_init2(in, 24);
+            mpfr_init2(out, 24);
+        }
+    } numbers;
+    mpfr_set_flt(numbers.in, x, MPFR_RNDN);
+    const int inexact = reference.exact(numbers.out, numbers.in, MPFR_RNDN);
+    mpfr_subnormalize(numbers.out, inexact, MPFR_RNDN);
+    return mpfr_get_flt(numbers.out, MPFR_RNDN);
+}
+
+float NearestResult(const References& reference, float x, uint64_t& asked)
+{
+    constexpr long double error = 0x1p-58L;
+    const long double quick = reference.quick(static_cast<long double>(x));
+    const auto least = static_cast<float>(quick - quick * error);
+    const auto most = static_cast<float>(quick + quick * error);
+    if ((least == most || quick != quick) && BitsOf(x) % 4093 != 0)
+        return least;
+    ++asked;
+    return ExactResult(reference, x);
+}
+
+bool CompareAll(size_t which, unsigned threads)
+{
+    const auto start = std::chrono::steady_clock::now();
+    std::atomic<uint64_t> wrong{0}, asked{0};
+    InThreads(threads, BLOCKS,
+              [&](uint32_t block)
+              {
+                  uint64_t wrongHere = 0, askedHere = 0;
+                  for (uint32_t i = 0; i < BLOCK_SIZE; ++i)
+                  {
+                      const float x = FromBits(block * BLOCK_SIZE + i);
+                      const float ours = FUNCTIONS[which].function(x);
+                      const float nearest = NearestResult(REFERENCES[which], x, askedHere);
+                      if (BitsOf(ours) == BitsOf(nearest))
+                          continue;
+                      if (++wrongHere == 1)
+                          std::fprintf(stderr, "%s(%a) is %a, not %a\n", FUNCTIONS[which].name, static_cast<double>(x),
+                                       static_cast<double>(ours), static_cast<double>(nearest));
+                  }
+                  wrong += wrongHere;
+                  asked += askedHere;
+              });
+    const double seconds = std::chrono::duration<double>(std::chrono::steady_clock::now() - start).count();
+    std::printf("%s: %" PRIu64 " floats, %" PRIu64 " differ, %" PRIu64 " asked of MPFR, %.0f s\n",
+                FUNCTIONS[which].name, uint64_t{BLOCKS} * BLOCK_SIZE, wrong.load(), asked.load(), seconds);
+    std::fflush(stdout);
+    return wrong == 0;
+}
+
+int Floats(unsigned threads, const std::string& only)
+{
+    bool equal = true;
+    for (size_t i = 0; i < std::size(FUNCTIONS); ++i)
+        if (only.empty() || only == FUNCTIONS[i].name)
+            equal &= CompareAll(i, threads);
+    return equal ? 0 : 1;
+}
+
+int Golden()
+{
+    for (size_t i = 0; i < std::size(FUNCTIONS); ++i)
+    {
+        const uint64_t hash = HashOfSample([i](float x) { return ExactResult(REFERENCES[i], x); });
+        std::printf("%s 0x%016" PRIX64 "\n", FUNCTIONS[i].name, hash);
+    }
+    return 0;
+}
+#else
+int Floats(unsigned, const std::string&)
+{
+    std::fprintf(stderr, "mathematics_proof: the exact results need MPFR (libmpfr-dev) and an x86 processor\n");
+    return 2;
+}
+int Golden() { return Floats(0, ""); }
+#endif
+
+int Pairs(uint32_t millions)
+{
+    for (uint32_t block = 0; block < millions; ++block)
+    {
+        const PairHashes hashes = HashesOfPairs(block, 1000000);
+        std::printf("%u %016" PRIx64 " %016" PRIx64 " %016" PRIx64 "\n", block, hashes.angle, hashes.logarithm,
+                    hashes.power);
+        std::fflush(stdout);
+    }
+    return 0;
+}
+
+unsigned NumberAt(int argc, char** argv, int index, unsigned otherwise)
+{
+    const int asked = argc > index ? std::atoi(argv[index]) : static_cast<int>(otherwise);
+    return static_cast<unsigned>(std::clamp(asked, 1, 100000));
+}
+} // namespace
+
+int main(int argc, char** argv)
+{
+    const std::string verb = argc > 1 ? argv[1] : "";
+    if (verb == "floats")
+        return Floats(NumberAt(argc, argv, 2, std::thread::hardware_concurrency()), argc > 3 ? argv[3] : "");
+    if (verb == "golden")
+        return Golden();
+    if (verb == "pairs")
+        return Pairs(NumberAt(argc, argv, 2, 100));
+    std::fprintf(stderr, "usage: mathematics_proof floats [THREADS] [FUNCTION] | golden | pairs [MILLIONS]\n");
+    return 2;
+}
