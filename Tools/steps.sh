@@ -59,10 +59,12 @@ prepare_armhf() {
     (need $ARM_PACKAGES) && (quietly build/sysroot.log Tools/sysroot.sh armhf build/sysroot-armhf)
 }
 
+# build PRESET [TARGET...]
 build() {
     local preset=$1
+    shift
     Tools/lua_source.sh
-    step "Building ($preset)"
+    step "Building ($preset${*:+: $*})"
     quietly "build/$preset-configure.log" cmake --preset "$preset"
-    quietly "build/$preset-build.log" cmake --build --preset "$preset"
+    quietly "build/$preset-build.log" cmake --build --preset "$preset" ${1:+--target} "$@"
 }

@@ -12,7 +12,7 @@
 #include <cstddef>
 #include <cstdint>
 #include <cstdlib>
-#include <cstring>
+#include <type_traits>
 
 #include <png.h>
 
@@ -27,12 +27,13 @@ constexpr int BMP_LINE = 189; // fixed by the hosts' tracking of allocations, wh
 constexpr int BMP_HEADER = 54;
 constexpr int BMP_PIXEL = PixelPack::STORED;
 
-static_assert(__BYTE_ORDER__ == __ORDER_LITTLE_ENDIAN__, "the header's numbers are stored as they stand in memory");
-
+// The lowest byte first, whatever the processor's own order is.
 template <typename Number> unsigned char* PutNumber(unsigned char* out, Number value)
 {
-    memcpy(out, &value, sizeof value);
-    return out + sizeof value;
+    const std::make_unsigned_t<Number> bits = static_cast<std::make_unsigned_t<Number>>(value);
+    for (size_t byte = 0; byte < sizeof value; ++byte)
+        *out++ = static_cast<unsigned char>(bits >> (CHAR_BIT * byte));
+    return out;
 }
 
 void PutHeader(unsigned char* out, int fileSize, int width, int height)

@@ -1,7 +1,8 @@
 // One hash for each subject of the module: what its arithmetic gives over wide sweeps, bit by bit.
 //
-//   result_hash            prints the hashes, a line each
-//   result_hash FILE       compares them with the lines of a file; exit status 1 when any differs
+//   result_hash                  prints the hashes, a line each
+//   result_hash FILE             compares them with the lines of a file; exit status 1 when any differs
+//   result_hash --keep FOLDER    prints them, and leaves the images and saved cameras in the folder, which must exist
 //
 // Two builds that print the same lines compute the same, whatever their compiler, optimisation or processor. golden.txt
 // holds what an unoptimised build prints. What a NaN looks like differs between processors: every NaN counts as one.
@@ -9,6 +10,7 @@
 #include "Tests/Support/Recording_Host.h"
 
 #include <cstdio>
+#include <cstdlib>
 #include <cstring>
 #include <fstream>
 #include <iterator>
@@ -16,6 +18,13 @@
 namespace
 {
 std::string s_report;
+std::string s_folder; // where images and saved cameras are left; empty when nobody asked for them
+
+[[noreturn]] void Fail(const std::string& text)
+{
+    fprintf(stderr, "error: %s\n", text.c_str());
+    exit(2);
+}
 
 class Hash
 {
@@ -220,21 +229,53 @@ void Colours()
     hash.Report("colours");
 }
 
+void Keep(const std::string& name, const uint8_t* bytes, size_t count)
+{
+    if (s_folder.empty())
+        return;
+    std::ofstream file(s_folder + "/" + name, std::ios::binary);
+    file.write(reinterpret_cast<const char*>(bytes), static_cast<std::streamsize>(count));
+    if (!file.flush())
+        Fail("cannot write " + name + " in " + s_folder);
+}
+
+constexpr int WIDTH = 33;
+constexpr int HEIGHT = 17;
+
+std::vector<uint8_t> RandomPixels()
+{
+    Random random;
+    std::vector<uint8_t> pixels(WIDTH * HEIGHT * 4);
+    for (uint8_t& byte : pixels)
+        byte = static_cast<uint8_t>(random.Word() >> 24);
+    return pixels;
+}
+
 void Bitmap()
 {
     Hash hash;
-    Random random;
-    std::vector<uint8_t> pixels(33 * 17 * 4);
-    for (uint8_t& byte : pixels)
-        byte = static_cast<uint8_t>(random.Word() >> 24);
+    std::vector<uint8_t> pixels = RandomPixels();
     for (int distance : {1, 3, 4})
     {
         int size = 0;
-        void* const image = CreateBMP(pixels.data(), 33, 17, &size, distance);
-        hash.Bytes(static_cast<const uint8_t*>(image), static_cast<size_t>(size));
+        uint8_t* const image = static_cast<uint8_t*>(CreateBMP(pixels.data(), WIDTH, HEIGHT, &size, distance));
+        hash.Bytes(image, static_cast<size_t>(size));
+        Keep("bitmap_" + std::to_string(distance) + ".bmp", image, static_cast<size_t>(size));
         MemoryManager::Free(image);
     }
     hash.Report("bitmap");
+}
+
+// Without a hash, as the bytes also depend on the version of zlib. Builds with the same one make the same file.
+void Picture()
+{
+    char name[] = "picture.png";
+    std::vector<uint8_t> pixels = RandomPixels();
+    if (WritePNG32(name, pixels.data(), WIDTH, HEIGHT) != 1)
+        Fail("the PNG was not written");
+    std::ifstream file(Recording::SaveArea() + "/" + name, std::ios::binary);
+    const std::string bytes((std::istreambuf_iterator<char>(file)), std::istreambuf_iterator<char>());
+    Keep(name, reinterpret_cast<const uint8_t*>(bytes.data()), bytes.size());
 }
 
 // The cameras that the subjects before have left, with a few more, saved; then loaded and saved again.
@@ -255,6 +296,7 @@ void Stream()
         Hash hash;
         hash.Bytes(buffer.bytes.data(), buffer.bytes.size());
         hash.Report(subject);
+        Keep(subject + std::string(".state"), buffer.bytes.data(), buffer.bytes.size());
         g_CM.DeSerialize(&buffer);
     }
 }
@@ -266,6 +308,8 @@ void RunSubjects()
     Inverses();
     Colours();
     Bitmap();
+    if (!s_folder.empty())
+        Picture();
     g_CM.DestroyCamera(0); // the sweeps ended with views without size: their NaNs stay out of the stream
     g_CM.DestroyCamera(1);
     Stream();
@@ -284,10 +328,12 @@ int Compare(const char* path)
 
 int main(int argc, char** argv)
 {
+    if (argc == 3 && std::string(argv[1]) == "--keep")
+        s_folder = argv[2];
     Recording::Reset();
     Recording::Listen(0);
     RunSubjects();
-    if (argc > 1)
+    if (argc == 2)
         return Compare(argv[1]);
     fputs(s_report.c_str(), stdout);
     return 0;

@@ -1,0 +1,66 @@
+#!/usr/bin/env bash
+# Plays the example games on x86-64 and, under its emulator, on another target, and compares them byte for byte: the
+# whole trace, a save, and how each goes on from the save that the other wrote.
+#
+#   Tools/compare_runners.sh PRESET      armhf or arm64, whose libraries Tools/sysroot.sh has fetched
+#
+# Builds the Runner where that is missing, and prints "same/compared" games.
+source "$(dirname "$0")/steps.sh"
+
+preset=${1:-}
+case "$preset" in
+armhf | arm64) ;;
+*) fail "usage: Tools/compare_runners.sh armhf|arm64" ;;
+esac
+GAMES="canyon shake orbit"
+FRAMES=600
+SAVED_AT=500
+GOLDEN_LINES=100 # of a golden trace; its last line is a hash of the rest
+WORK=build/compare-$preset
+HOME_RUNNER=build/dev/Runner/runner
+OTHER_RUNNER=build/$preset/Tests/emulated_runner
+
+# play RUNNER NAME OPTION...: leaves NAME.trace
+play() {
+    local runner=$1 name=$2
+    shift 2
+    quietly "$WORK/$name.log" "$runner" "Games/$game/$game.lua" --quiet --no-draw --out "$WORK/$name-out" \
+        --trace "$WORK/$name.trace" "$@"
+}
+
+# The first trace is the end of the second.
+is_end_of() { tail -c "$(stat -c %s "$WORK/$1.trace")" "$WORK/$2.trace" | cmp - "$WORK/$1.trace"; }
+
+is_golden() {
+    head -n $GOLDEN_LINES "$WORK/$1.trace" | cmp - <(head -n $GOLDEN_LINES "Tests/Golden/${game}_trace.txt")
+}
+
+# What was played after a load must be something: nothing is the end of every trace.
+same_game() {
+    play $HOME_RUNNER "$game-home" --frames $FRAMES --save-at $SAVED_AT "$WORK/$game-home.sav"
+    play "$OTHER_RUNNER" "$game-other" --frames $FRAMES --save-at $SAVED_AT "$WORK/$game-other.sav"
+    play $HOME_RUNNER "$game-home-goes-on" --frames $((FRAMES - SAVED_AT)) --load "$WORK/$game-other.sav"
+    play "$OTHER_RUNNER" "$game-other-goes-on" --frames $((FRAMES - SAVED_AT)) --load "$WORK/$game-home.sav"
+    is_golden "$game-home" && cmp "$WORK/$game-home.trace" "$WORK/$game-other.trace" &&
+        cmp "$WORK/$game-home.sav" "$WORK/$game-other.sav" &&
+        [ -s "$WORK/$game-home-goes-on.trace" ] && [ -s "$WORK/$game-other-goes-on.trace" ] &&
+        is_end_of "$game-home-goes-on" "$game-home" && is_end_of "$game-other-goes-on" "$game-home"
+}
+
+build dev runner >&2
+build "$preset" runner >&2
+rm -rf "$WORK"
+mkdir -p "$WORK"
+running=()
+for game in $GAMES; do
+    same_game >&2 &
+    running+=($!)
+done
+same=0
+for pid in "${running[@]}"; do
+    if wait "$pid"; then
+        same=$((same + 1))
+    fi
+done
+echo "$same/${#running[@]}"
+[ "$same" = ${#running[@]} ]

@@ -1,0 +1,15 @@
+# Linux on x86-64 with musl, statically linked: clang compiles with musl's headers, and Debian's musl-gcc links.
+# The C++ library must come from the project: Debian has none for musl.
+set(CMAKE_SYSTEM_NAME Linux)
+set(CMAKE_SYSTEM_PROCESSOR x86_64)
+set(CMAKE_C_COMPILER clang)
+set(CMAKE_CXX_COMPILER clang++)
+set(CMAKE_C_COMPILER_TARGET x86_64-linux-musl)
+set(CMAKE_CXX_COMPILER_TARGET x86_64-linux-musl)
+set(CMAKE_TRY_COMPILE_TARGET_TYPE STATIC_LIBRARY)
+execute_process(COMMAND clang -print-resource-dir OUTPUT_VARIABLE resources OUTPUT_STRIP_TRAILING_WHITESPACE)
+foreach(language C CXX)
+    set(CMAKE_${language}_FLAGS_INIT "-nostdinc")
+    set(CMAKE_${language}_STANDARD_INCLUDE_DIRECTORIES "${resources}/include" /usr/include/x86_64-linux-musl)
+    set(CMAKE_${language}_LINK_EXECUTABLE "musl-gcc -static <OBJECTS> -o <TARGET> <LINK_LIBRARIES>")
+endforeach()
