@@ -5,6 +5,7 @@
 #include "Runner/Base/File_Faults.h"
 #include "Runner/Base/Whole_File.h"
 #include "Runner/Base/Printable.h"
+#include "Runner/Base/Whole_File.h"
 
 #include <algorithm>
 #include <cerrno>
