@@ -1,4 +1,4 @@
-# Each header compiles alone: one generated source per header, each including nothing else.
+# Checks that each header compiles alone: generates one source per header, which includes nothing else.
 file(GLOB_RECURSE headers CONFIGURE_DEPENDS RELATIVE "${PROJECT_SOURCE_DIR}"
     "${PROJECT_SOURCE_DIR}/Platform/*.h" "${PROJECT_SOURCE_DIR}/Files/*.h")
 set(header_sources)

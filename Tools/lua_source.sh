@@ -1,7 +1,7 @@
 #!/usr/bin/env bash
 # Fetches the source of Lua, as Debian's source package, and applies the Runner's patches to it.
 #
-#   Tools/lua_source.sh [FOLDER]      FOLDER is taken from the project's root; build/lua unless given
+#   Tools/lua_source.sh [FOLDER]      a relative FOLDER starts at the project's root; build/lua unless given
 #
 # The machine's package lists stay as they are: apt-get works on a copy of its package sources, with deb-src, and on
 # lists of its own. Only one version is taken, known by its checksum. A machine without a connection uses the archive
@@ -47,7 +47,7 @@ fetch() {
         fail "cannot fetch the source of Lua, see $folder/fetch.log; or put $ARCHIVE into $folder"
 }
 
-# A source that is half made has no stamp.
+# The stamp is written after this: a source that is half made is not taken for complete.
 unpack() {
     local patch
     rm -rf "$folder/source" "$folder/complete" "$folder/unpacked"

@@ -1,9 +1,11 @@
-# Shared by ./demo, ./check and ./bench. Sourced, not run.
+# Shell functions for ./demo, ./check, ./bench and Tools/*.sh. Sourced, not run; the working directory is the project's
+# root afterwards.
 #
-# step TEXT            says what is done now
-# fail TEXT            one line, and the end
-# quietly LOG COMMAND  runs a command with its output in a file, and shows the file's end when it fails
-# need PACKAGE...      installs the packages that are missing
+# step TEXT            prints a headline
+# fail TEXT            prints one line of error and exits with status 1
+# quietly LOG COMMAND  runs a command with its output in a file; when it fails, prints the file's end and exits
+# need PACKAGE...      installs the Debian packages that are missing
+# build PRESET         configures and builds a preset
 
 set -euo pipefail
 cd "$(dirname "${BASH_SOURCE[0]}")/.."
@@ -54,7 +56,7 @@ BENCH_PACKAGES="libbenchmark-dev libglm-dev libcglm-dev libeigen3-dev libyuv-dev
     libstb-dev valgrind python3 util-linux"
 ARM_PACKAGES="g++-arm-linux-gnueabihf qemu-user googletest"
 
-# Answers whether this machine builds for 32-bit ARM; one that cannot does everything else.
+# Installs what builds for 32-bit ARM need. Status 1 when this machine cannot have it.
 prepare_armhf() {
     (need $ARM_PACKAGES) && (quietly build/sysroot.log Tools/sysroot.sh armhf build/sysroot-armhf)
 }

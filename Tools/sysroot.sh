@@ -1,11 +1,11 @@
 #!/usr/bin/env bash
-# Fetches what a cross build links with, as Debian's packages of the target, and unpacks it into a folder.
+# Downloads the target's libraries for a cross build, as Debian packages, and unpacks them into a folder.
 #
-#   Tools/sysroot.sh armhf|arm64 FOLDER      FOLDER is taken from the project's root
+#   Tools/sysroot.sh armhf|arm64 FOLDER      a relative FOLDER starts at the project's root
 #
-# The machine's own packages and architectures stay as they are: apt-get works on lists, a cache and a status file of
-# its own inside the folder, and takes from the machine only its package sources. GoogleTest comes as sources and is
-# built for the target. Safe to run again: a folder that is complete is left alone.
+# The machine's own packages and architectures do not change: apt-get works on lists, a cache and a status file inside
+# the folder, and uses only the machine's package sources. GoogleTest is downloaded as sources and built for the target.
+# A folder that is complete is left alone, so a second call costs nothing.
 source "$(dirname "$0")/steps.sh"
 
 architecture=${1:-}
@@ -19,7 +19,7 @@ esac
 mkdir -p "$folder"
 folder=$(cd "$folder" && pwd)
 
-# libc, libgcc and libstdc++ are the cross compiler's own.
+# libc, libgcc and libstdc++ are not listed: they come with the cross compiler.
 PACKAGES="libpng-dev libpng16-16 zlib1g-dev zlib1g googletest
     libbenchmark-dev libbenchmark1debian libglm-dev libcglm-dev libeigen3-dev libyuv-dev libyuv0 libjpeg62-turbo
     libspng-dev libspng0 liblodepng-dev liblodepng0 libstb-dev"
@@ -37,7 +37,7 @@ private_apt() {
 
 fetch() {
     step "Fetching the $architecture libraries"
-    # One stale list of a mirror is no reason to stop: what cannot be had at all fails at the download.
+    # A list that cannot be fetched is no failure yet: packages that are missing fail at the download.
     private_apt update >"$folder/update.log" 2>&1 || echo "some package lists are missing: see $folder/update.log"
     mkdir -p "$folder/packages"
     # shellcheck disable=SC2086
@@ -58,7 +58,7 @@ build_googletest() {
     rm -rf "$folder/googletest"
 }
 
-# The stamp holds the list, so that a longer list is fetched anew.
+# The stamp file holds the list of packages: when the list changes, everything is fetched again.
 stamp=$folder/complete
 [ "$(cat "$stamp" 2>/dev/null)" = "$PACKAGES" ] && exit 0
 fetch

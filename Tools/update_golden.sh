@@ -1,5 +1,5 @@
 #!/usr/bin/env bash
-# Writes the golden traces and pictures anew, from the dev build. Look at the pictures before they are kept.
+# Replaces the golden traces and pictures by what the dev build makes now. Look at the pictures before you commit them.
 source "$(dirname "$0")/steps.sh"
 
 build dev

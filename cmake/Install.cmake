@@ -1,4 +1,4 @@
-# Another runner takes the module with find_package(CameraModule) and links CameraModule::camera.
+# The installed package: another runner calls find_package(CameraModule) and links CameraModule::camera.
 include(CMakePackageConfigHelpers)
 
 install(TARGETS camera host_interface EXPORT CameraModuleTargets ARCHIVE DESTINATION ${CMAKE_INSTALL_LIBDIR})

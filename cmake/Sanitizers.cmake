@@ -1,4 +1,4 @@
-# CAMERA_SANITIZE holds the list for -fsanitize, for example "address,undefined". It applies to everything that is built.
+# CAMERA_SANITIZE is the list for -fsanitize, for example "address,undefined". It applies to every target.
 set(CAMERA_SANITIZE "" CACHE STRING "Sanitizers to build with")
 if(CAMERA_SANITIZE)
     # vptr checks need run-time type information, which the module is built without.

@@ -1,4 +1,4 @@
-# After each build of the module, the size of its code and data in bytes, object by object and in total.
+# Prints the size of the module's code and data in bytes, by object and in total, after each build of the module.
 option(CAMERA_SIZE_REPORT "Print the module's size when it has been built" OFF)
 if(CAMERA_SIZE_REPORT)
     find_program(CAMERA_SIZE NAMES ${CAMERA_TRIPLE}-size size REQUIRED)

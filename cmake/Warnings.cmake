@@ -1,8 +1,8 @@
-# Every warning is an error: a warning that is left standing hides the next one.
+# Every warning is an error, because a warning that is tolerated hides the next one.
 function(camera_strict target)
     target_compile_options(${target} PRIVATE
         -Wall -Wextra -Wpedantic -Werror
-        -Wshadow              # a name that hides another is read wrongly
+        -Wshadow              # readers mistake a name that hides another
         -Wconversion          # a silent narrowing loses data
         -Wdouble-promotion    # doubles must not slip into float arithmetic
         -Wcast-align          # misaligned access faults on ARM
@@ -11,7 +11,7 @@ function(camera_strict target)
         -Wformat=2)
     if(CMAKE_CXX_COMPILER_ID STREQUAL "GNU")
         target_compile_options(${target} PRIVATE -Wduplicated-cond -Wlogical-op)
-        if(CAMERA_SANITIZE) # the checks that the sanitizers add confuse this one; other builds keep it
+        if(CAMERA_SANITIZE) # false reports in the code that sanitizers add
             target_compile_options(${target} PRIVATE -Wno-maybe-uninitialized)
         endif()
     endif()

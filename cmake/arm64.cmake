@@ -1,4 +1,4 @@
-# 64-bit ARM Linux, as Debian's arm64.
+# Toolchain for 64-bit ARM Linux (Debian's arm64).
 set(CMAKE_SYSTEM_PROCESSOR arm64)
 set(CAMERA_TRIPLE aarch64-linux-gnu)
 set(CAMERA_EMULATOR qemu-aarch64)

@@ -35,7 +35,7 @@ Picture EmptySheet(Size thumb)
     return sheet;
 }
 
-// The mean of the pixels that a small pixel stands for.
+// Writes the mean of the pixels in the rectangle, which one pixel of the sheet stands for.
 void Shrink(const Picture& from, int left, int top, int right, int bottom, uint8_t* out)
 {
     unsigned sums[4] = {};
@@ -59,7 +59,7 @@ void PutThumb(const Picture& from, Picture& sheet, int left, int top, Size thumb
 }
 } // namespace
 
-// Frame f is wanted when it is the first of its twelfth of the run.
+// The run is divided into twelve equal parts; the first frame of each is wanted.
 bool ContactSheet::Wants(int frame) const
 {
     const auto part = [this](int64_t number) { return number * FRAMES / m_frames; };

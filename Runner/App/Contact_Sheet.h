@@ -4,7 +4,8 @@
 
 namespace Runner
 {
-// Twelve frames of a run, evenly spread, small, in one picture: four columns, three rows, in reading order.
+// A contact sheet: one picture of twelve frames, evenly spread over a run and made smaller, in four columns and three
+// rows, in reading order.
 class ContactSheet
 {
 public:

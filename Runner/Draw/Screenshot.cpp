@@ -21,7 +21,7 @@ bool WritePng(Picture& picture, std::string part, const std::string& partPath, c
     if (written == 1 && !LastWriteFailed())
         return PutFileInPlace(partPath, path, why);
     std::remove(partPath.c_str());
-    why = "cannot write " + Printable(path, FILENAME_MAX);
+    why = "cannot write " + PrintableName(path);
     return false;
 }
 

@@ -158,11 +158,11 @@ bool SaveGame(Game& game, const std::string& path, std::string& why)
     if (CaptureState(game, state, missing, reason) && EncodeState(state, file, reason) && file.size() > SAVE_SIZE_MAX)
         reason = "there is too much to save";
     if (!reason.empty())
-        why = "cannot save " + Printable(path, FILENAME_MAX) + ": " + reason;
+        why = "cannot save " + PrintableName(path) + ": " + reason;
     if (!reason.empty() || !WriteFileAtomically(path, file.data(), file.size(), why))
         return false;
     if (!missing.empty())
-        PrintLine("saved " + Printable(path, FILENAME_MAX) + ", but " + missing);
+        PrintLine("saved " + PrintableName(path) + ", but " + missing);
     return true;
 }
 } // namespace Runner

@@ -143,7 +143,7 @@ bool DecodeState(const std::vector<uint8_t>& file, SavedState& state, std::strin
 
 std::string CannotLoad(const std::string& path, const std::string& reason)
 {
-    return "cannot load " + Printable(path, FILENAME_MAX) + ": " + reason;
+    return "cannot load " + PrintableName(path) + ": " + reason;
 }
 
 bool ReadSavedGame(const std::string& path, SavedState& state, std::string& why)

@@ -1,0 +1,87 @@
+# The steps of ./check, a function each. Sourced after Tools/steps.sh, not run.
+#
+# To add a step, write check_NAME here (or in a file of its own that is sourced here) and one run_check line in ./check.
+# A step fails through fail, adds what it has tested to $passed, and says with leave_out what this machine cannot do.
+#
+# run_check TITLE FUNCTION [ARGUMENT...]   runs a step and keeps its time
+# leave_out WHAT WHY                       a suite that this machine cannot run; the closing lines name it
+# close_checks                             prints the times, what was left out, and the number of tests
+
+passed=0
+check_times=()
+check_left_out=()
+
+run_check() {
+    local title=$1 start=$SECONDS
+    shift
+    "$@"
+    check_times+=("$(printf '%5d s   %s' $((SECONDS - start)) "$title")")
+}
+
+leave_out() { check_left_out+=("$1: $2"); }
+
+# The number of tests stands alone in the last line.
+close_checks() {
+    step "Times"
+    printf '%s\n' "${check_times[@]}"
+    [ ${#check_left_out[@]} = 0 ] || printf 'left out: %s\n' "${check_left_out[@]}"
+    echo
+    echo "$passed passed, 0 failed"
+}
+
+check_format() {
+    step "Checking the format"
+    quietly build/format.log bash -c 'git ls-files -z "*.cpp" "*.h" | xargs -0 clang-format --dry-run --Werror'
+}
+
+# Builds a preset and runs its tests. A program of tests (NAME_tests, in shares) counts by its content, every other
+# entry of ctest as one.
+check_suite() {
+    local preset=$1 log=build/$1-tests.log programs others
+    build "$preset"
+    step "Testing ($preset)"
+    if ! ctest --preset "$preset" -j "$(nproc)" >"$log" 2>&1; then
+        tail -n 60 "$log" >&2
+        fail "tests failed; their whole output is in $log"
+    fi
+    grep '^100% tests passed' "$log" || fail "no test ran; see $log"
+    programs=$(awk '/^\[==========\] [0-9]+ tests? from .* ran\./ { n += $2 } END { print n + 0 }' \
+        "build/$preset/Testing/Temporary/LastTest.log")
+    others=$(ctest --preset "$preset" -N | grep -E 'Test +#[0-9]+: ' | grep -vcE ': [a-z]+_tests(\.Share[0-9]+)?$' || true)
+    passed=$((passed + programs + others))
+}
+
+# Reads the compile commands of the sanitizer build.
+check_lint() {
+    step "Checking with clang-tidy"
+    quietly build/tidy.log bash -c \
+        'git ls-files -z "Files/*.cpp" "Runner/*.cpp" | xargs -0 -P "$(nproc)" -n 4 clang-tidy --quiet --extra-arg=-Wno-unknown-warning-option -p build/dev'
+}
+
+# A machine that cannot build for ARM still checks everything else.
+check_armhf() {
+    if ! prepare_armhf; then
+        leave_out "32-bit ARM" "its compiler, emulator or libraries cannot be installed, see the lines above"
+        return
+    fi
+    check_suite armhf
+    build armhf-size
+    step "Size of the module on 32-bit ARM: text, data, bss, all of it in bytes"
+    grep -h '(TOTALS)' build/armhf-size-build.log || echo "as before: nothing was built anew"
+}
+
+# The random runs at many times their usual length. PROGRAM FILTER VARIABLE=NUMBER
+long_run() {
+    local log=build/night-${3%%=*}.log
+    step "$3"
+    quietly "$log" env "$3" "build/dev/Tests/$1" --gtest_filter="$2"
+    grep -E '^\[  PASSED  \] [1-9]' "$log" || fail "no test ran; see $log"
+    passed=$((passed + $(awk '/^\[  PASSED  \]/ { print $4 }' "$log")))
+}
+
+check_long_runs() {
+    build dev
+    long_run module_tests 'HostileState.Random*' HOSTILE_STREAMS=10000000
+    long_run runner_tests 'StressSteps.*' STRESS_STEPS=1000000
+    long_run runner_tests 'HostileSave.Random*' SAVE_MUTATIONS=100000
+}
