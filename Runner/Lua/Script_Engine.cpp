@@ -1,5 +1,6 @@
 #include "Runner/Lua/Script_Engine.h"
 
+#include "Runner/Base/Printable.h"
 #include "Runner/Base/Whole_File.h"
 #include "Runner/Lua/Sandbox.h"
 #include "Runner/Lua/Self.h"
@@ -205,7 +206,8 @@ std::string ScriptEngine::PathOf(const std::string& name) const
     const bool climbs = name == ".." || name.rfind("../", 0) == 0 || name.find("/../") != std::string::npos ||
                         (name.size() >= 3 && name.compare(name.size() - 3, 3, "/..") == 0);
     if (name.empty() || name[0] == '/' || climbs || name.find('\0') != std::string::npos)
-        throw ScriptError("\"" + name + "\" is no file of the game: give a name relative to the game's file");
+        throw ScriptError("\"" + Printable(name) +
+                          "\" is no file of the game: give a name relative to the game's file");
     return m_directory + name;
 }
 

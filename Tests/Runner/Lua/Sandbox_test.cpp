@@ -124,6 +124,13 @@ TEST_F(SandboxTest, IncludeStaysInTheGamesDirectory)
             << name << ": " << game->Failure();
 }
 
+TEST_F(SandboxTest, ANameThatIsRefusedIsShownAsOneShortLine)
+{
+    const std::string failure = Run("include('/' .. ('x\\n'):rep(35000))");
+    EXPECT_LT(failure.size(), 200u) << failure;
+    EXPECT_EQ(failure.find('\n'), std::string::npos) << failure;
+}
+
 TEST_F(SandboxTest, TooMuchMemoryIsAnErrorAndNoCrash)
 {
     EXPECT_EQ(Run("local s = string.rep('x', 1 << 28) local t = {} for i = 1, 100 do t[i] = s .. i end"),
