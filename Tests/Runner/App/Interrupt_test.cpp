@@ -35,6 +35,12 @@ protected:
             Become(more, ends);
         close(ends[1]);
         ReadLines(ends[0], lines);
+        if (child <= 0)
+        {
+            ADD_FAILURE() << "no process could be started"; // kill(-1) would reach every process of the user
+            close(ends[0]);
+            return -1;
+        }
         kill(child, signal);
         ReadRest(ends[0]);
         close(ends[0]);
