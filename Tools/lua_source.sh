@@ -3,10 +3,10 @@
 #
 #   Tools/lua_source.sh [FOLDER]      a relative FOLDER starts at the project's root; build/lua unless given
 #
-# The machine's package lists stay as they are: apt-get works on a copy of its package sources, with deb-src, and on
-# lists of its own. Only one version is taken, known by its checksum. A machine without a connection uses the archive
+# Only one version is taken, known by its checksum. A machine without a connection uses the archive
 # that somebody has put into the folder. Safe to run again: a source that is complete is left alone.
 source "$(dirname "$0")/steps.sh"
+source Tools/debian_sources.sh
 
 ARCHIVE=lua5.4_5.4.4.orig.tar.gz
 CHECKSUM=164c7849653b80ae67bec4b7473b884bf5cc8d2dca05653475ec2ed27b9ebf61
@@ -16,35 +16,11 @@ folder=${1:-build/lua}
 mkdir -p "$folder"
 folder=$(cd "$folder" && pwd)
 
-# Copies the machine's package sources, in both of their notations, as sources of source packages.
-copy_package_sources() {
-    local file
-    mkdir -p "$1"
-    for file in /etc/apt/sources.list /etc/apt/sources.list.d/*; do
-        [ -f "$file" ] || continue
-        case "$file" in
-        *.list) sed -nE 's/^[[:space:]]*deb[[:space:]]/deb-src /p' "$file" >"$1/$(basename "$file")" ;;
-        *.sources) sed -E 's/^Types:.*/Types: deb-src/' "$file" >"$1/$(basename "$file")" ;;
-        esac
-    done
-}
-
-private_apt() {
-    apt-get -o Dir::Etc::sourcelist=/dev/null -o Dir::Etc::sourceparts="$folder/apt/sources" \
-        -o Dir::State::lists="$folder/apt/lists" -o Dir::Cache::pkgcache= -o Dir::Cache::srcpkgcache= \
-        -o Debug::NoLocking=true -o APT::Sandbox::User=root -o Acquire::Languages=none "$@"
-}
-
 fetch() {
     step "Fetching the source of Lua"
-    mkdir -p "$folder/apt/lists/partial"
-    copy_package_sources "$folder/apt/sources"
-    # One package source that cannot be read is no reason to stop: what cannot be had at all is missing afterwards.
-    private_apt update >"$folder/fetch.log" 2>&1 || true
-    (cd "$folder" && private_apt source --download-only --tar-only lua5.4) >>"$folder/fetch.log" 2>&1 || true
-    rm -rf "$folder/apt"
+    download_sources "$folder" lua5.4
     [ -f "$folder/$ARCHIVE" ] ||
-        fail "cannot fetch the source of Lua, see $folder/fetch.log; or put $ARCHIVE into $folder"
+        fail "cannot fetch the source of Lua, see $folder/download.log; or put $ARCHIVE into $folder"
 }
 
 # The stamp is written after this: a source that is half made is not taken for complete.
