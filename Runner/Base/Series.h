@@ -5,6 +5,7 @@
 #include "Runner/Base/Double_Double.h"
 
 #include <array>
+#include <cmath>
 
 namespace Runner::Series
 {
@@ -92,7 +93,7 @@ constexpr std::array<DoubleDouble, LOG_COUNT> MakeLogarithms()
 template <typename Real> Real Log(double mantissa, int exponent)
 {
     static constexpr auto logarithms = MakeLogarithms();
-    const int nearest = static_cast<int>(mantissa * LOG_STEPS + 0.5);
+    const int nearest = static_cast<int>(std::floor(mantissa * LOG_STEPS + 0.5));
     const double centre = static_cast<double>(nearest) / LOG_STEPS;
     const Real ratio = Real(mantissa - centre) / (Real(mantissa) + Real(centre));
     return Real(exponent) * As<Real>(LN_2) +
@@ -156,7 +157,7 @@ constexpr std::array<DoubleDouble, ATAN_STEPS + 1> MakeArcs()
     std::array<DoubleDouble, ATAN_STEPS + 1> made = {};
     for (size_t i = 1; i <= ATAN_STEPS; ++i)
     {
-        const auto between = static_cast<double>(ATAN_STEPS * ATAN_STEPS + i * (i - 1));
+        const auto between = static_cast<double>(size_t{ATAN_STEPS} * ATAN_STEPS + i * (i - 1));
         made[i] = made[i - 1] + AtanOfSmall(DoubleDouble(ATAN_STEPS) / DoubleDouble(between));
     }
     return made;
@@ -166,7 +167,7 @@ constexpr std::array<DoubleDouble, ATAN_STEPS + 1> MakeArcs()
 template <typename Real> Real AtanUpToOne(Real x)
 {
     static constexpr auto arcs = MakeArcs();
-    const int nearest = static_cast<int>(HighOf(x) * ATAN_STEPS + 0.5);
+    const int nearest = static_cast<int>(std::floor(HighOf(x) * ATAN_STEPS + 0.5));
     const Real centre = static_cast<double>(nearest) / ATAN_STEPS;
     return As<Real>(arcs[static_cast<size_t>(nearest)]) + AtanOfSmall((x - centre) / (Real(1.0) + x * centre));
 }

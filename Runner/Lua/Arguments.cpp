@@ -254,7 +254,7 @@ template <typename T> T Fields::Read(const char* name, T otherwise, T (*read)(lu
 {
     if (!Push(name))
         return otherwise;
-    const T value = Checked(name, read);
+    T value = Checked(name, read);
     lua_pop(m_call.L, 1);
     return value;
 }
