@@ -11,6 +11,7 @@
 nm=$1
 archive=$2
 table=$("$nm" -C "$archive") || exit 2
+table=$(printf '%s\n' "$table" | sed -n 's/^[0-9a-f ]* \([A-Za-z]\) /\1 /p') # LETTER NAME
 failures=0
 
 complain()
@@ -20,7 +21,7 @@ complain()
 }
 
 # has LETTERS NAME: a symbol of one of these nm letters that is NAME or a function NAME(...).
-has() { printf '%s\n' "$table" | grep -E "^[0-9a-f ]* ($1) " | sed 's/^[0-9a-f ]* [A-Za-z] //' | grep -qE "^$2(\(.*)?$"; }
+has() { printf '%s\n' "$table" | grep -qE "^($1) $2(\(.*)?$"; }
 
 DEFINED='[A-TV-Zuv]|[a-tw-z]' # every letter but U and the weak undefined w
 
@@ -67,7 +68,7 @@ unlisted=$(paste "$mangled" "$demangled" | grep -vE "^($standard)" | cut -f 2 | 
 [ -z "$unlisted" ] || complain "defines names that are not listed:
 $unlisted"
 
-handlers=$(printf '%s\n' "$table" | grep -cE ' T F_(Camera|View)[A-Za-z]*\(')
+handlers=$(printf '%s\n' "$table" | grep -cE '^T F_(Camera|View)[A-Za-z]*\(')
 [ "$handlers" -eq 48 ] || complain "has $handlers handlers, not 48"
 for name in __cxa_throw __gxx_personality_v0 __dynamic_cast; do
     has U "$name" && complain "uses $name: exceptions or run-time types"
