@@ -95,8 +95,8 @@ float NearestResult(const References& reference, float x, uint64_t& asked)
     const long double quick = reference.quick(static_cast<long double>(x));
     const auto least = static_cast<float>(quick - quick * error);
     const auto most = static_cast<float>(quick + quick * error);
-    if ((least == most || quick != quick) && BitsOf(x) % 4093 != 0)
-        return least;
+    if ((least == most || !std::isfinite(quick)) && BitsOf(x) % 4093 != 0)
+        return static_cast<float>(quick);
     ++asked;
     return ExactResult(reference, x);
 }
