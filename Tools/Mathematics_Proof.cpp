@@ -1,4 +1,4 @@
-// The proof that the Runner's inexact functions give the nearest float to the exact result, for all 2^32 floats, and a
+// Compares the results of the Runner's inexact functions with the nearest float, for all 2^32 inputs, and offers a
 // comparison of those with two arguments across machines.
 //
 //   mathematics_proof floats [THREADS] [FUNCTION]  compares each function, or one, with the exact results

@@ -3,8 +3,8 @@
 // plain operations of doubles and give the same bits on every machine. Sine, cosine and arc cosine are the module's:
 // Files/Graphics/Trigonometry.h.
 //
-// Results of one float are the exact ones, correctly rounded: Tools/Mathematics_Proof.cpp compares all 2^32. A NaN
-// gives a NaN.
+// Results of one float are made to be the exact ones, correctly rounded; Tools/Mathematics_Proof.cpp compares them, and
+// Docs/Targets.md says for how many inputs it has. A NaN gives a NaN.
 
 namespace Runner
 {
