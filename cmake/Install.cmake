@@ -12,6 +12,9 @@ install(DIRECTORY Platform Files DESTINATION ${CMAKE_INSTALL_INCLUDEDIR}/camera_
     PATTERN "Files/Graphics" EXCLUDE PATTERN "Platform/Lanes.h" EXCLUDE)
 install(FILES ${camera_public_headers} DESTINATION ${CMAKE_INSTALL_INCLUDEDIR}/camera_module/Files/Graphics)
 
+# Hosts to copy and start from.
+install(DIRECTORY Examples/starter_host DESTINATION ${CMAKE_INSTALL_DATADIR}/camera_module/examples)
+
 configure_package_config_file(cmake/CameraModuleConfig.cmake.in CameraModuleConfig.cmake
     INSTALL_DESTINATION ${CMAKE_INSTALL_LIBDIR}/cmake/CameraModule)
 write_basic_package_version_file(CameraModuleConfigVersion.cmake COMPATIBILITY SameMajorVersion)
