@@ -193,16 +193,49 @@ CInstance* RValue::asObject() const
 // Called before a camera reads x and y of an instance that moved. This host's instances have no boxes.
 void CInstance::Compute_BoundingBox(bool) { m_flags &= ~eInstanceFlag_bbox_dirty; }
 
-// An object lists its instances in the order of their making: the first active one is what a camera follows.
+// An object lists its instances, and those of its children, in the order of their making: the first active one is what
+// a camera follows.
+static std::map<int, int> s_parents; // by the child's index
+
+static int ParentOf(int objectIndex)
+{
+    const auto found = s_parents.find(objectIndex);
+    return found != s_parents.end() ? found->second : -1;
+}
+
+static void Append(KvList<CInstance>& list, CInstance* instance)
+{
+    KvListNode<CInstance>** link = &list.m_first;
+    while (*link != nullptr)
+        link = &(*link)->m_next;
+    *link = new KvListNode<CInstance>{nullptr, instance};
+}
+
+static void Remove(KvList<CInstance>& list, const CInstance* instance)
+{
+    KvListNode<CInstance>** link = &list.m_first;
+    while (*link != nullptr && (*link)->m_obj != instance)
+        link = &(*link)->m_next;
+    KvListNode<CInstance>* const node = *link;
+    if (node != nullptr)
+        *link = node->m_next;
+    delete node;
+}
+
+void DeriveObject(int objectIndex, int parent)
+{
+    s_parents[objectIndex] = parent;
+    s_objects[objectIndex]; // both are there from now on, without an instance, too
+    s_objects[parent];
+}
+
 CInstance* NewInstance(float x, float y, int objectIndex)
 {
     static int s_nextId = INSTANCE_ID_FIRST;
     CInstance* const instance = new CInstance(x, y, s_nextId++, objectIndex, false);
-    KvListNode<CInstance>** end = &s_objects[objectIndex].m_Instances_Recursive.m_first;
-    while (*end != nullptr)
-        end = &(*end)->m_next;
-    *end = new KvListNode<CInstance>{nullptr, instance};
     s_instances[instance->m_id] = instance;
+    for (int object = objectIndex; object != -1; object = ParentOf(object))
+        Append(s_objects[object].m_Instances_Recursive, instance);
     return instance;
 }
 
@@ -210,12 +243,8 @@ void DestroyInstance(CInstance* instance)
 {
     if (instance == nullptr)
         return;
-    KvListNode<CInstance>** link = &s_objects[instance->m_objectIndex].m_Instances_Recursive.m_first;
-    while ((*link)->m_obj != instance)
-        link = &(*link)->m_next;
-    KvListNode<CInstance>* const node = *link;
-    *link = node->m_next;
-    delete node;
+    for (int object = instance->m_objectIndex; object != -1; object = ParentOf(object))
+        Remove(s_objects[object].m_Instances_Recursive, instance);
     s_instances.erase(instance->m_id);
     delete instance;
 }

@@ -6,9 +6,10 @@
 #include <cstdint>
 #include <vector>
 
-// ---- world: instances live until they are destroyed or the room is closed ----
+// ---- world: objects are numbers from 0; instances live until they are destroyed or the room is closed ----
 CInstance* NewInstance(float x, float y, int objectIndex); // takes the next identifier
 void DestroyInstance(CInstance* instance);                 // takes null; the pointer is stale afterwards
+void DeriveObject(int objectIndex, int parent); // before its instances, which are the parent's, too; never in a circle
 
 // ---- room: its views have no camera at first ----
 void OpenRoom(int width, int height); // room units; Run_Room points at it until CloseRoom

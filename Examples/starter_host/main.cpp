@@ -7,14 +7,14 @@
 
 namespace
 {
-constexpr int WALKER = 0; // an object of this game
+constexpr int FIGURE = 0, WALKER = 1; // objects of this game: a walker is a figure, and figures are followed
 constexpr int VIEWS = 2;
 const char* const VIEW_NAMES[VIEWS] = {"left", "right"};
 
 // As game data describes views: visible; the room's rectangle; the screen's; borders; speeds; what to follow.
 constexpr KvRoomView VIEW_RECORDS[VIEWS] = {
-    {1, 0, 0, 320, 240, 0, 0, 320, 240, 100, 60, -1, -1, WALKER},
-    {1, 40, 180, 160, 120, 320, 0, 320, 240, 80, 60, 6, 6, WALKER},
+    {1, 0, 0, 320, 240, 0, 0, 320, 240, 100, 60, -1, -1, FIGURE},
+    {1, 40, 180, 160, 120, 320, 0, 320, 240, 80, 60, 6, 6, FIGURE},
 };
 
 struct Area
@@ -112,6 +112,7 @@ bool AreEqual(const Shown& a, const Shown& b)
 int main()
 {
     g_CM.SetInitialLoadHighPoint(); // the game is loaded; it has no cameras outside of its rooms
+    DeriveObject(WALKER, FIGURE);
     StartRoom();
     CInstance* const walker = NewInstance(200.0f, 300.0f, WALKER);
     Print("ten frames", PlayTenFrames(*walker));
