@@ -66,9 +66,9 @@ void* MemoryManager::Alloc(size_t size, const char*, int, bool clear)
     return clear ? std::calloc(AtLeastOne(size), 1) : std::malloc(AtLeastOne(size));
 }
 
-void* MemoryManager::ReAlloc(void* block, size_t size, const char*, int, bool)
+void* MemoryManager::ReAlloc(void* block, size_t size, const char* file, int line, bool clear)
 {
-    return std::realloc(block, AtLeastOne(size));
+    return block == nullptr ? Alloc(size, file, line, clear) : std::realloc(block, AtLeastOne(size));
 }
 
 void MemoryManager::Free(void* block) { std::free(block); }
