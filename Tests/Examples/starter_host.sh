@@ -18,7 +18,7 @@ fail() {
 rm -rf "$work"
 mkdir -p "$work"
 "$cmake" --install "$build" --prefix "$work/installed" >"$work/log"
-cp -r "$work/installed/share/camera_module/examples/starter_host" "$work/host"
+cp -r "$work/installed/share/doc/libcamera-module-dev/examples/starter_host" "$work/host"
 cd "$work/host"
 
 # Calls of the module in main.cpp, by statements.
