@@ -12,12 +12,12 @@ install(DIRECTORY Platform Files DESTINATION ${CMAKE_INSTALL_INCLUDEDIR}/camera_
     PATTERN "Files/Graphics" EXCLUDE PATTERN "Platform/Lanes.h" EXCLUDE)
 install(FILES ${camera_public_headers} DESTINATION ${CMAKE_INSTALL_INCLUDEDIR}/camera_module/Files/Graphics)
 
-# Hosts to copy. Each folder is a project of its own that finds the installed package.
-install(DIRECTORY Examples/ DESTINATION ${CMAKE_INSTALL_DATAROOTDIR}/doc/libcamera-module-dev/examples)
-
 configure_package_config_file(cmake/CameraModuleConfig.cmake.in CameraModuleConfig.cmake
     INSTALL_DESTINATION ${CMAKE_INSTALL_LIBDIR}/cmake/CameraModule)
 write_basic_package_version_file(CameraModuleConfigVersion.cmake COMPATIBILITY SameMajorVersion)
 install(FILES
     ${CMAKE_CURRENT_BINARY_DIR}/CameraModuleConfig.cmake ${CMAKE_CURRENT_BINARY_DIR}/CameraModuleConfigVersion.cmake
     DESTINATION ${CMAKE_INSTALL_LIBDIR}/cmake/CameraModule)
+
+# Hosts to copy. Each folder is a project of its own that finds the installed package.
+install(DIRECTORY Examples/ DESTINATION ${CMAKE_INSTALL_DATAROOTDIR}/doc/libcamera-module-dev/examples)
