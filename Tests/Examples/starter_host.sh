@@ -28,6 +28,8 @@ calls=$(sed 's,//.*,,' main.cpp | tr '\n' ' ' | grep -oE '[^;{}]*(g_CM\.|camera-
 CMAKE_PREFIX_PATH=$work/installed "$cmake" -B build -G Ninja -DCMAKE_BUILD_TYPE=Debug "-DCMAKE_CXX_FLAGS=$flags" \
     "-DCMAKE_CXX_COMPILER=$compiler" >"$work/log" 2>&1 || { cat "$work/log" >&2; fail "it cannot be configured"; }
 "$cmake" --build build >"$work/log" 2>&1 || { cat "$work/log" >&2; fail "it cannot be built"; }
+[ ! -e build/starter_host_check ] || build/starter_host_check --level follow --same-bits >"$work/log" 2>&1 ||
+    { cat "$work/log" >&2; fail "it breaks a promise of the level follow"; }
 build/starter_host >"$work/output" || fail "status $?: $(cat "$work/output")"
 
 # The same ten and ten frames by the definition, in whole numbers. One axis: the edge follows so far that the target is

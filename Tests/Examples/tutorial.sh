@@ -59,14 +59,23 @@ cd "$work"
 . "$work/steps.sh"
 [ "$programs" -eq 5 ] || fail "$programs programs were compared with what they print, not 5"
 
-# Its other claims: projections and stubs.
-cp "$source/Tests/Examples/claims_test.cpp" .
+# Its other claims: projections and stubs; and where the package has the host check, every
+# promise of the interfaces.
+cp "$source/Tests/Examples/claims_test.cpp" "$source/Tests/Examples/tutorial_hooks.cpp" .
+cp "$source/Examples/starter_host/check_hooks.cpp" .
 cat >>CMakeLists.txt <<'END'
 add_executable(claims_test claims_test.cpp host.cpp stubs.cpp)
 target_link_libraries(claims_test PRIVATE CameraModule::camera)
+if(TARGET CameraModule::host_check)
+    add_executable(my_runner_check tutorial_hooks.cpp host.cpp stubs.cpp built_ins.cpp callbacks.cpp collector.cpp images.cpp)
+    target_link_libraries(my_runner_check PRIVATE CameraModule::host_check)
+    target_compile_definitions(my_runner_check PRIVATE $<TARGET_PROPERTY:my_runner,COMPILE_DEFINITIONS>)
+endif()
 END
-"$cmake" --build build >"$work/log" 2>&1 || { cat "$work/log" >&2; fail "projection.h cannot be built"; }
+"$cmake" --build build >"$work/log" 2>&1 || { cat "$work/log" >&2; fail "the tests of its claims cannot be built"; }
 build/claims_test >&2 || fail "it claims something else"
+[ ! -e build/my_runner_check ] || build/my_runner_check --level images --same-bits >"$work/log" 2>&1 ||
+    { cat "$work/log" >&2; fail "its host breaks a promise"; }
 
 for file in host.cpp host.h stubs.cpp; do
     diff "$source/Examples/starter_host/$file" "$file" >&2 || fail "its $file is not the starter host's"
