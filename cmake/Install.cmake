@@ -18,3 +18,6 @@ write_basic_package_version_file(CameraModuleConfigVersion.cmake COMPATIBILITY S
 install(FILES
     ${CMAKE_CURRENT_BINARY_DIR}/CameraModuleConfig.cmake ${CMAKE_CURRENT_BINARY_DIR}/CameraModuleConfigVersion.cmake
     DESTINATION ${CMAKE_INSTALL_LIBDIR}/cmake/CameraModule)
+
+# Hosts to copy. Each folder is a project of its own that finds the installed package.
+install(DIRECTORY Examples/ DESTINATION ${CMAKE_INSTALL_DATAROOTDIR}/doc/libcamera-module-dev/examples)
