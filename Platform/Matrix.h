@@ -23,6 +23,9 @@ struct kvMatrix
 #if defined(__GNUC__)
 #pragma GCC diagnostic push
 #pragma GCC diagnostic ignored "-Wpedantic" // a nameless struct: every compiler that we know takes it
+#elif defined(_MSC_VER)
+#pragma warning(push)
+#pragma warning(disable : 4201)
 #endif
     union
     {
@@ -38,6 +41,8 @@ struct kvMatrix
     };
 #if defined(__GNUC__)
 #pragma GCC diagnostic pop
+#elif defined(_MSC_VER)
+#pragma warning(pop)
 #endif
 
     // out = a * b; out may be a or b. Host.

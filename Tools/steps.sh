@@ -54,6 +54,7 @@ BUILD_PACKAGES="g++ cmake ninja-build pkg-config patch libpng-dev libegl-dev lib
 TEST_PACKAGES="libgtest-dev libgmock-dev liblodepng-dev clang clang-format clang-tidy"
 BENCH_PACKAGES="libbenchmark-dev libglm-dev libcglm-dev libeigen3-dev libyuv-dev libspng-dev liblodepng-dev
     libstb-dev valgrind python3 util-linux"
+PACKAGE_PACKAGES="lintian fakeroot dpkg-dev file gzip clang-16 lld libsfml-dev xvfb xauth"
 ARM_PACKAGES="g++-arm-linux-gnueabihf qemu-user googletest"
 
 # Installs what builds for 32-bit ARM need. Status 1 when this machine cannot have it.

@@ -2,6 +2,7 @@
 // The registry of built-ins, the conversions of their arguments, and the error report.
 
 #include "Files/LLVM/RValue.h"
+#include "Platform/Compiler.h"
 
 #include <cstdint>
 
@@ -14,10 +15,7 @@ typedef void (*TFunction)(RValue& result, CInstance* self, CInstance* other, int
 void Function_Add(const char* name, TFunction handler, int argc, bool flag);
 
 // Reports a script error. Returns: the handler goes on, and the host raises the error once the handler is back.
-#if defined(__GNUC__)
-__attribute__((format(printf, 1, 2)))
-#endif
-void KvError(const char* format, ...);
+CAMERA_PRINTF(1, 2) void KvError(const char* format, ...);
 
 // Conversions of args[index], whatever its kind. NaN gives 0, a number out of range the nearest in range.
 int32_t KvGetInt32(const RValue* args, int index);

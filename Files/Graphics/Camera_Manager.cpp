@@ -3,6 +3,7 @@
 
 #include "Files/Graphics/Fatal.h"
 #include "Files/Graphics/Memory_Tag.h"
+#include "Platform/Compiler.h"
 #include "Platform/Memory_Manager.h"
 
 #include <algorithm>
@@ -262,10 +263,10 @@ void CCameraManager::FreeCamera(CCamera* camera)
 
 // ---- events of the host: a host may bring its own functions ----
 
-__attribute__((weak)) void CCameraManager::SetInitialLoadHighPoint()
+CAMERA_WEAK_FUNCTION void CCameraManager::SetInitialLoadHighPoint()
 {
     const auto free = std::count(m_cameras, m_cameras + m_cameraListSize, nullptr);
     m_InitialLoadHighPoint = m_cameraListSize - static_cast<int32_t>(free);
 }
 
-__attribute__((weak)) CInstance* CCameraManager::GetScriptInstance() { return m_pScriptInstance; }
+CAMERA_WEAK_FUNCTION CInstance* CCameraManager::GetScriptInstance() { return m_pScriptInstance; }

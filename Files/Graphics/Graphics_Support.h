@@ -33,6 +33,7 @@
 #include "Files/Graphics/Function_Arguments.h"
 #include "Files/Graphics/Functions.h"
 #include "Files/Graphics/Image_Writers.h"
+#include "Files/Graphics/Version.h"
 // The matrix reader and writer below serve other parts of the runner.
 
 void SerializeMatrix(kvMatrix* matrix, IBuffer* buffer);   // sixteen floats, 64 bytes, in memory order
