@@ -13,8 +13,7 @@ namespace
 constexpr char HEADER[] = "Files/LLVM/Arrays.h";
 constexpr char RECORD[] = "Files/LLVM/RValue.h";
 constexpr char NEW_AND_EMPTY[] = "new and empty, one reference; null when memory is refused";
-constexpr char FREED[] =
-    "A record whose last reference went is freed with its elements once Array_SetOwner is back.";
+constexpr char FREED[] = "A record whose last reference went is freed with its elements once Array_SetOwner is back.";
 
 // Says in its destructor that it was deleted.
 class Owned : public COwnedObject
@@ -76,10 +75,12 @@ void CountsGoUpAndDown(Trial& trial)
         return;
     Array_IncRef(array);
     Array_SetOwner(array);
-    trial.Expect(array->m_refCount == 2, "after Array_IncRef an array has %d references", static_cast<int>(array->m_refCount));
+    trial.Expect(array->m_refCount == 2, "after Array_IncRef an array has %d references",
+                 static_cast<int>(array->m_refCount));
     Array_DecRef(array);
     Array_SetOwner(array);
-    trial.Expect(array->m_refCount == 1, "after Array_DecRef an array has %d references", static_cast<int>(array->m_refCount));
+    trial.Expect(array->m_refCount == 1, "after Array_DecRef an array has %d references",
+                 static_cast<int>(array->m_refCount));
     Release(array);
 }
 
@@ -188,16 +189,20 @@ void NoContextIsNull(Trial& trial)
     trial.Expect(GetContextStackTop() == nullptr, "GetContextStackTop is not null although nothing was pushed");
 }
 
-constexpr char STACK[] = "The stack of objects in whose name values are being stored; entries may be null, an empty stack "
-                         "answers null.";
+constexpr char STACK[] =
+    "The stack of objects in whose name values are being stored; entries may be null, an empty stack "
+    "answers null.";
 
 constexpr Check CHECKS[] = {
     {"array.new", Level::BuiltIns, HEADER, NEW_AND_EMPTY, Need_Nothing, NewArraysAreEmpty},
     {"array.refused", Level::BuiltIns, HEADER, NEW_AND_EMPTY, Need_Refusal, RefusedArraysAreNull},
-    {"array.count", Level::BuiltIns, HEADER, "Array_IncRef and Array_DecRef change m_refCount by one.", Need_Nothing, CountsGoUpAndDown},
+    {"array.count", Level::BuiltIns, HEADER, "Array_IncRef and Array_DecRef change m_refCount by one.", Need_Nothing,
+     CountsGoUpAndDown},
     {"array.freed", Level::BuiltIns, HEADER, FREED, Need_Nothing, TheLastReferenceFrees},
     {"array.shared", Level::BuiltIns, HEADER, FREED, Need_Nothing, SharedArraysStay},
-    {"array.nested", Level::BuiltIns, HEADER, FREED, Need_Nothing, NestedArraysAreFreed},
+    {"array.nested", Level::BuiltIns, RECORD,
+     "The host makes, counts and frees it (Arrays.h); the module reads and fills elements.", Need_Nothing,
+     NestedArraysAreFreed},
     {"array.empty", Level::BuiltIns, RECORD, "m_length elements from MemoryManager; null when empty", Need_Nothing,
      EmptyArraysHaveNoElements},
     {"array.owner", Level::Callbacks, HEADER, "re-evaluates the owner; called after every change of the count",

@@ -248,8 +248,9 @@ void CamerasComeBack(Trial& trial)
     camera = g_CM.GetCamera(id);
     if (!trial.Expect(camera != nullptr, "a saved camera %d is not there after loading", id))
         return;
-    trial.Expect(camera->m_viewX == x && camera->m_viewWidth == width, "a camera saved at x %g with width %g has %g and %g",
-                 static_cast<double>(x), static_cast<double>(width), static_cast<double>(camera->m_viewX),
+    trial.Expect(camera->m_viewX == x && camera->m_viewWidth == width,
+                 "a camera saved at x %g with width %g has %g and %g", static_cast<double>(x),
+                 static_cast<double>(width), static_cast<double>(camera->m_viewX),
                  static_cast<double>(camera->m_viewWidth));
     g_CM.DestroyCamera(id);
 }

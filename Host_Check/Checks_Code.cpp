@@ -10,7 +10,8 @@ namespace
 {
 
 constexpr char HEADER[] = "Files/Code/Function.h";
-constexpr char ERROR_RETURNS[] = "Returns: the handler goes on, and the host raises the error once the handler is back.";
+constexpr char ERROR_RETURNS[] =
+    "Returns: the handler goes on, and the host raises the error once the handler is back.";
 
 void FirstHandler(RValue&, CInstance*, CInstance*, int, RValue*) {}
 void SecondHandler(RValue& result, CInstance*, CInstance*, int, RValue*) { result = Real(2); }
@@ -54,7 +55,8 @@ void ErrorsAreReported(Trial& trial)
 {
     char text[120] = "";
     ForgetErrors(trial);
-    trial.Expect(!trial.hooks.takeError(text, sizeof text), "an error is reported although there was none: %.80s", text);
+    trial.Expect(!trial.hooks.takeError(text, sizeof text), "an error is reported although there was none: %.80s",
+                 text);
     KvError("host check: %s() - wrong number of arguments: %d", "camera_probe", 41);
     if (trial.Expect(trial.hooks.takeError(text, sizeof text), "KvError reports nothing"))
         trial.Expect(std::strstr(text, "camera_probe() - wrong number of arguments: 41") != nullptr,
@@ -81,8 +83,8 @@ constexpr Check CHECKS[] = {
     {"error.reported", Level::BuiltIns, HEADER, "Reports a script error.", Need_Error, ErrorsAreReported},
     {"builtin.found", Level::BuiltIns, HEADER, "From then on scripts call the handler by that name.", Need_Function,
      BuiltInsAreFound},
-    {"builtin.whole_name", Level::BuiltIns, HEADER, "From then on scripts call the handler by that name.", Need_Function,
-     NamesAreWhole},
+    {"builtin.whole_name", Level::BuiltIns, HEADER, "From then on scripts call the handler by that name.",
+     Need_Function, NamesAreWhole},
     {"builtin.of_the_module", Level::BuiltIns, HEADER, "argc: the count that the script language shows.", Need_Function,
      TheModulesBuiltInsAreFound},
 };

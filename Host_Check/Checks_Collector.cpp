@@ -13,8 +13,9 @@ constexpr char ARRAYS[] = "Files/LLVM/Arrays.h";
 constexpr char ROOT[] = "a root until removed";
 constexpr char ALIVE[] = "while marking: what the value refers to is alive";
 constexpr char SWEPT[] = "slots [start, end) are being swept now: nothing may be placed there";
-constexpr char OF_THE_GAME[] = "A null owner is the game as a whole: an array that it holds stays alive, with what is in "
-                               "it, as long as it has a reference.";
+constexpr char OF_THE_GAME[] =
+    "A null owner is the game as a whole: an array that it holds stays alive, with what is in "
+    "it, as long as it has a reference.";
 
 void NoBody(KvObjectBase*, RValue*, int, RValue*) {}
 
@@ -288,7 +289,8 @@ constexpr Check CHECKS[] = {
     {"collector.frees", Level::Callbacks, HEADER, ROOT, Need_Collect, UnreachableIsFreed},
     {"collector.root_stays", Level::Callbacks, HEADER, ROOT, Need_Collect, RootsStay},
     {"collector.root_removed", Level::Callbacks, HEADER, ROOT, Need_Collect, RemovedRootsAreFreed},
-    {"collector.held_object", Level::Callbacks, HEADER, ALIVE, Need_Collect, HeldObjectsStay},
+    {"collector.held_object", Level::Callbacks, ARRAYS,
+     "Tells the collector that owner now refers to the object or array.", Need_Collect, HeldObjectsStay},
     {"collector.held_array", Level::Callbacks, HEADER, ALIVE, Need_Collect, HeldArraysKeepTheirObjects},
     {"collector.marked_once", Level::Callbacks, HEADER, "False: already marked, or outside.", Need_Collect,
      ObjectsAreMarkedOnce},

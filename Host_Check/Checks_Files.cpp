@@ -12,8 +12,9 @@ namespace
 
 constexpr char HEADER[] = "Files/IO/Load_Save.h";
 constexpr char CONSOLE[] = "Files/IO/Debug_Console.h";
-constexpr char REFUSED[] = "A name that would leave the area or not fit is refused: out is then the empty string, which no "
-                           "fopen opens.";
+constexpr char REFUSED[] =
+    "A name that would leave the area or not fit is refused: out is then the empty string, which no "
+    "fopen opens.";
 constexpr char NAME[] = "host_check_probe.tmp";
 constexpr int PATH_MAX_SIZE = 1024;
 

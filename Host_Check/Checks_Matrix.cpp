@@ -77,8 +77,9 @@ void ExpectClose(Trial& trial, const kvMatrix& got, const Exact& exact, const ch
     {
         const double entry = static_cast<double>(got.m[i]);
         const double allowed = exact.largest[i] == 0.0 ? 0.0 : UNITS * LastPlace(exact.largest[i]);
-        if (!trial.Expect(std::fabs(entry - exact.entry[i]) <= allowed, "%s, case %d: _%d%d is %.9g, its definition %.9g",
-                          what, number, i / 4 + 1, i % 4 + 1, entry, exact.entry[i]))
+        if (!trial.Expect(std::fabs(entry - exact.entry[i]) <= allowed,
+                          "%s, case %d: _%d%d is %.9g, its definition %.9g", what, number, i / 4 + 1, i % 4 + 1, entry,
+                          exact.entry[i]))
             return;
     }
 }
@@ -86,10 +87,10 @@ void ExpectClose(Trial& trial, const kvMatrix& got, const Exact& exact, const ch
 void ExpectSameBits(Trial& trial, const kvMatrix& got, const kvMatrix& reference, const char* what, int number)
 {
     for (int i = 0; i < 16; ++i)
-        if (!trial.Expect(got.u[i] == reference.u[i], "%s, case %d: _%d%d is %.9g (0x%08x), the reference %.9g (0x%08x)",
-                          what, number, i / 4 + 1, i % 4 + 1, static_cast<double>(got.m[i]),
-                          static_cast<unsigned>(got.u[i]), static_cast<double>(reference.m[i]),
-                          static_cast<unsigned>(reference.u[i])))
+        if (!trial.Expect(got.u[i] == reference.u[i],
+                          "%s, case %d: _%d%d is %.9g (0x%08x), the reference %.9g (0x%08x)", what, number, i / 4 + 1,
+                          i % 4 + 1, static_cast<double>(got.m[i]), static_cast<unsigned>(got.u[i]),
+                          static_cast<double>(reference.m[i]), static_cast<unsigned>(reference.u[i])))
             return;
 }
 
@@ -145,7 +146,8 @@ void LookAtIsClose(Trial& trial)
 kvVector3 Carry(const kvVector3& p, const kvMatrix& m)
 {
     const float w = p.x * m._14 + p.y * m._24 + p.z * m._34 + m._44;
-    return {(p.x * m._11 + p.y * m._21 + p.z * m._31 + m._41) / w, (p.x * m._12 + p.y * m._22 + p.z * m._32 + m._42) / w,
+    return {(p.x * m._11 + p.y * m._21 + p.z * m._31 + m._41) / w,
+            (p.x * m._12 + p.y * m._22 + p.z * m._32 + m._42) / w,
             (p.x * m._13 + p.y * m._23 + p.z * m._33 + m._43) / w};
 }
 
@@ -219,7 +221,8 @@ void PerspectiveIsClose(Trial& trial)
         kvMatrix out;
         std::memset(&out, 0xA5, sizeof out);
         kvMatrix::PerspectiveLH(out, box.width, box.height, box.zNear, box.zFar);
-        ExpectClose(trial, out, ExactPerspective(box.width, box.height, box.zNear, box.zFar), "PerspectiveLH", number++);
+        ExpectClose(trial, out, ExactPerspective(box.width, box.height, box.zNear, box.zFar), "PerspectiveLH",
+                    number++);
     }
 }
 
@@ -278,11 +281,11 @@ constexpr Check CHECKS[] = {
     {"matrix.perspective_near_plane", Level::Follow, HEADER,
      "Perspective projection; width and height are those of the near plane.", Need_Nothing,
      PerspectiveMeasuresTheNearPlane},
-    {"matrix.perspective", Level::Follow, HEADER, "Host. _11 = 2n/w, _22 = 2n/h, _33 = f/(f-n), _34 = 1, _43 = nf/(n-f).",
-     Need_Nothing, PerspectiveIsClose},
+    {"matrix.perspective", Level::Follow, HEADER,
+     "Host. _11 = 2n/w, _22 = 2n/h, _33 = f/(f-n), _34 = 1, _43 = nf/(n-f).", Need_Nothing, PerspectiveIsClose},
     {"matrix.same_bits", Level::Follow, HEADER,
-     "A host whose saves and traces shall agree with other machines keeps the reference's bits as well...", Need_Nothing,
-     BuildersHaveTheReferencesBits},
+     "A host whose saves and traces shall agree with other machines keeps the reference's bits as well...",
+     Need_Nothing, BuildersHaveTheReferencesBits},
 };
 
 } // namespace

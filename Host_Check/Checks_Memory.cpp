@@ -38,8 +38,8 @@ void Number(unsigned char* block, size_t size)
 void ExpectNumbered(Trial& trial, const unsigned char* block, size_t size, const char* what)
 {
     for (size_t i = 0; i < size; ++i)
-        if (!trial.Expect(block[i] == static_cast<unsigned char>(i + 1), "byte %zu of %s is 0x%02x, not 0x%02x", i, what,
-                          static_cast<unsigned>(block[i]), static_cast<unsigned>((i + 1) & 0xFF)))
+        if (!trial.Expect(block[i] == static_cast<unsigned char>(i + 1), "byte %zu of %s is 0x%02x, not 0x%02x", i,
+                          what, static_cast<unsigned>(block[i]), static_cast<unsigned>((i + 1) & 0xFF)))
             return;
 }
 
@@ -203,10 +203,7 @@ struct Witness
 };
 const Witness s_witness;
 
-void AliveBeforeMain(Trial& trial)
-{
-    trial.Expect(s_witness.block != nullptr, "a request before main answered null");
-}
+void AliveBeforeMain(Trial& trial) { trial.Expect(s_witness.block != nullptr, "a request before main answered null"); }
 
 void LockIsReEntrant(Trial&)
 {
@@ -240,11 +237,13 @@ constexpr Check CHECKS[] = {
      "Grows a table to count entries; null when refused, the table is then as before.", Need_Nothing, TablesGrow},
     {"memory.kvfree_null", Level::BuiltIns, HEADER, "KvFree takes null.", Need_Nothing, KvFreeTakesNull},
     {"memory.kvrealloc", Level::BuiltIns, HEADER,
-     "KvRealloc takes null for a new block and keeps the bytes of an old one; a refused request answers null and leaves "
+     "KvRealloc takes null for a new block and keeps the bytes of an old one; a refused request answers null and "
+     "leaves "
      "the old block as it was.",
      Need_Nothing, ValueStorageKeepsTheBytes},
     {"memory.kvrealloc_refused", Level::BuiltIns, HEADER,
-     "KvRealloc takes null for a new block and keeps the bytes of an old one; a refused request answers null and leaves "
+     "KvRealloc takes null for a new block and keeps the bytes of an old one; a refused request answers null and "
+     "leaves "
      "the old block as it was.",
      Need_Refusal, RefusedValueStorageKeepsTheBlock},
     {"lock.reentrant", Level::BuiltIns, "Platform/Lock.h",

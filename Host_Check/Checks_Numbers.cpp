@@ -16,8 +16,9 @@ namespace
 constexpr char HEADER[] = "Files/Code/Function.h";
 constexpr char VALUE_HEADER[] = "Files/LLVM/RValue.h";
 constexpr char WHATEVER[] = "Conversions of args[index], whatever its kind.";
-constexpr char NEAREST[] = "NaN gives 0, a number out of range the nearest in range; for a float that is the largest one "
-                           "or an infinity, of the number's sign.";
+constexpr char NEAREST[] =
+    "NaN gives 0, a number out of range the nearest in range; for a float that is the largest one "
+    "or an infinity, of the number's sign.";
 
 constexpr double NOT_A_NUMBER = std::numeric_limits<double>::quiet_NaN();
 constexpr double UNBOUNDED = std::numeric_limits<double>::infinity();
@@ -153,9 +154,14 @@ void IntegersSaturate(Trial& trial)
     {
         RValue value;
         int32_t nearest;
-    } const samples[] = {{Real(2147483648.0), INT32_MAX}, {Real(1e30), INT32_MAX},   {Real(UNBOUNDED), INT32_MAX},
-                         {Real(-1e30), INT32_MIN},        {Real(-UNBOUNDED), INT32_MIN}, {Real(-2147483649.0), INT32_MIN},
-                         {Integer64(int64_t{1} << 40), INT32_MAX}, {Integer64(-(int64_t{1} << 40)), INT32_MIN},
+    } const samples[] = {{Real(2147483648.0), INT32_MAX},
+                         {Real(1e30), INT32_MAX},
+                         {Real(UNBOUNDED), INT32_MAX},
+                         {Real(-1e30), INT32_MIN},
+                         {Real(-UNBOUNDED), INT32_MIN},
+                         {Real(-2147483649.0), INT32_MIN},
+                         {Integer64(int64_t{1} << 40), INT32_MAX},
+                         {Integer64(-(int64_t{1} << 40)), INT32_MIN},
                          {Integer64(INT64_MAX), INT32_MAX}};
     for (const auto& sample : samples)
     {
@@ -187,8 +193,9 @@ void ValueAsReal(Trial& trial)
 {
     if (HostCheck_AsReal == nullptr)
         return trial.NotTested(LEFT_OUT);
-    for (const Sample& sample : {Sample{"the real 2.5", Real(2.5), 2.5}, Sample{"the 32-bit integer -5", Integer32(-5), -5},
-                                 Sample{"the 64-bit integer 9", Integer64(9), 9}, Sample{"true", Truth(true), 1}})
+    for (const Sample& sample :
+         {Sample{"the real 2.5", Real(2.5), 2.5}, Sample{"the 32-bit integer -5", Integer32(-5), -5},
+          Sample{"the 64-bit integer 9", Integer64(9), 9}, Sample{"true", Truth(true), 1}})
         trial.Expect(HostCheck_AsReal(&sample.value) == sample.number, "asReal makes %.17g of %s",
                      HostCheck_AsReal(&sample.value), sample.what);
 }

@@ -145,8 +145,8 @@ void CallablesMayHaveNoArguments(Trial& trial)
         return;
     RValue result = OfKind(VALUE_UNSET);
     Call_RValue(nullptr, &result, &callable, 0, nullptr);
-    trial.Expect(s_seen.calls == 1 && s_seen.argc == 0, "called without arguments, it ran %d times with %d", s_seen.calls,
-                 s_seen.argc);
+    trial.Expect(s_seen.calls == 1 && s_seen.argc == 0, "called without arguments, it ran %d times with %d",
+                 s_seen.calls, s_seen.argc);
 }
 
 // The camera that runs the callback is told to hold another, and a collection follows: nothing but the running call
@@ -177,20 +177,28 @@ void CallablesOutliveTheirCall(Trial& trial)
     g_CM.DestroyCamera(camera->GetID());
 }
 
+// Scripts by number run in the cameras' script instance, which is there while a room runs.
 void CamerasRunTheirCallbacks(Trial& trial)
 {
     RValue number;
+    const OpenRoom room(trial);
     CCamera* camera = g_CM.CreateCamera();
-    if (camera == nullptr || !Make(trial, NoteCall, false, number))
+    if (!room.IsOpen() || camera == nullptr || !Make(trial, NoteCall, false, number))
         return;
+    const bool starts = g_CM.m_pScriptInstance == nullptr; // the hook may have told the module, or not
+    if (starts)
+        g_CM.StartRoom();
     const int before = Current_Object;
     camera->SetUpdateScript(&number);
     camera->CameraUpdate();
     trial.Expect(s_seen.calls == 1, "a camera's update script ran %d times", s_seen.calls);
     trial.Expect(s_seen.calls != 1 || s_seen.currentObject == camera->GetID(),
                  "Current_Object is %d during the callback of camera %d", s_seen.currentObject, camera->GetID());
-    trial.Expect(Current_Object == before, "Current_Object is %d after the callback, %d before", Current_Object, before);
+    trial.Expect(Current_Object == before, "Current_Object is %d after the callback, %d before", Current_Object,
+                 before);
     g_CM.DestroyCamera(camera->GetID());
+    if (starts)
+        g_CM.EndRoom();
 }
 
 constexpr Check CHECKS[] = {
@@ -200,16 +208,19 @@ constexpr Check CHECKS[] = {
     {"script.error", Level::Callbacks, SCRIPT, "False when there is none; errors inside it are the host's to report.",
      Need_Script, ErrorsOfScriptsStayInside},
     {"script.current_object", Level::Callbacks, RUN, "who runs now: an object, or a camera during its callbacks",
-     Need_Script, CamerasRunTheirCallbacks},
+     Need_Script | Need_Room, CamerasRunTheirCallbacks},
     {"callable.null", Level::Callbacks, CALLABLE, "takes null: not callable", Need_Nothing, NullIsNotCallable},
-    {"callable.is_callable", Level::Callbacks, CALLABLE, "Calls a callable object with argc arguments; it may write the "
-                                                         "result.",
+    {"callable.is_callable", Level::Callbacks, CALLABLE,
+     "Calls a callable object with argc arguments; it may write the "
+     "result.",
      Need_Script, CallablesAreCallable},
-    {"callable.arguments", Level::Callbacks, CALLABLE, "Calls a callable object with argc arguments; it may write the "
-                                                       "result.",
+    {"callable.arguments", Level::Callbacks, CALLABLE,
+     "Calls a callable object with argc arguments; it may write the "
+     "result.",
      Need_Script, CallablesGetTheirArguments},
-    {"callable.no_arguments", Level::Callbacks, CALLABLE, "Calls a callable object with argc arguments; it may write the "
-                                                          "result.",
+    {"callable.no_arguments", Level::Callbacks, CALLABLE,
+     "Calls a callable object with argc arguments; it may write the "
+     "result.",
      Need_Script, CallablesMayHaveNoArguments},
     {"callable.stays_alive", Level::Callbacks, CALLABLE,
      "The callable stays alive until the call is back, whatever the script does to its holder.",

@@ -41,8 +41,8 @@ void NewObjectsHaveNoVariables(Trial& trial)
     if (object == nullptr)
         return;
     for (const int variable : {0, 5, OBJECT_VARIABLE_MASK})
-        trial.Expect(object->InternalGetKvVarRef(variable) == nullptr, "an object without variables has the variable %d",
-                     variable);
+        trial.Expect(object->InternalGetKvVarRef(variable) == nullptr,
+                     "an object without variables has the variable %d", variable);
     KvObjectBase::FreeVars(object, true, nullptr);
     trial.Expect(!isDeleted, "FreeVars has deleted the object");
     if (!isDeleted)
@@ -88,9 +88,21 @@ void DeletedObjectsLeave(Trial& trial)
     const int slot = probe->m_slot;
     const int count = g_slotObjects.m_nCount;
     probe->Discard();
-    trial.Expect(EntryAt(slot) == nullptr, "the entry of slot %d is not null after its object was deleted", slot);
+    trial.Expect(EntryAt(slot) != probe, "the entry of slot %d still points at its object, which was deleted", slot);
     trial.Expect(g_slotObjects.m_nCount == count - 1, "m_nCount is %d before and %d after an object was deleted", count,
                  g_slotObjects.m_nCount);
+}
+
+void FreeEntriesAreNull(Trial& trial)
+{
+    Probe::Fate fates[2];
+    Probe* probes[2] = {Probe::Make(fates[0]), Probe::Make(fates[1])};
+    if (probes[0] == nullptr || probes[1] == nullptr)
+        return;
+    const int slot = probes[0]->m_slot;
+    probes[0]->Discard();
+    trial.Expect(EntryAt(slot) == nullptr, "the entry of slot %d is not null after its object was deleted", slot);
+    probes[1]->Discard();
 }
 
 void EntriesAreCounted(Trial& trial)
@@ -99,6 +111,9 @@ void EntriesAreCounted(Trial& trial)
     Probe* probes[3];
     for (int i = 0; i < 3; ++i)
         probes[i] = Probe::Make(fates[i]);
+    if (probes[1] != nullptr)
+        probes[1]->Discard();
+    probes[1] = nullptr;
     int inUse = 0;
     for (int slot = 0; slot < g_slotObjects.m_nCapacity; ++slot)
         inUse += g_slotObjects.m_ppEntries[slot] != nullptr ? 1 : 0;
@@ -116,7 +131,8 @@ void TheFreeListFits(Trial& trial)
     if (probe != nullptr)
         probe->Discard();
     trial.Expect(g_slotObjects.m_slotStackSize >= 0 && g_slotObjects.m_slotStackSize <= g_slotObjects.m_nCapacity,
-                 "the free list has %d entries, the table %d", g_slotObjects.m_slotStackSize, g_slotObjects.m_nCapacity);
+                 "the free list has %d entries, the table %d", g_slotObjects.m_slotStackSize,
+                 g_slotObjects.m_nCapacity);
 }
 
 void FreeSlotsExist(Trial& trial)
@@ -131,8 +147,8 @@ void FreeSlotsExist(Trial& trial)
     for (int i = 0; i < g_slotObjects.m_slotStackSize && i < g_slotObjects.m_nCapacity; ++i)
     {
         const int slot = g_slotObjects.m_freeSlotStack[i];
-        trial.Expect(slot >= 0 && slot < g_slotObjects.m_nCapacity, "entry %d of the free list is slot %d of %d", i, slot,
-                     g_slotObjects.m_nCapacity);
+        trial.Expect(slot >= 0 && slot < g_slotObjects.m_nCapacity, "entry %d of the free list is slot %d of %d", i,
+                     slot, g_slotObjects.m_nCapacity);
     }
 }
 
@@ -176,8 +192,8 @@ void SpansWiden(Trial& trial)
     {
         span.UpdateRange(step.slot);
         trial.Expect(span.m_rangeStart <= step.start && span.m_rangeEnd >= step.end,
-                     "UpdateRange(%d) leaves the span [%d, %d), which leaves out [%d, %d)", step.slot, span.m_rangeStart,
-                     span.m_rangeEnd, step.start, step.end);
+                     "UpdateRange(%d) leaves the span [%d, %d), which leaves out [%d, %d)", step.slot,
+                     span.m_rangeStart, span.m_rangeEnd, step.start, step.end);
     }
 }
 
@@ -223,8 +239,9 @@ void SurvivorsAreInASpan(Trial& trial)
     if (trial.Expect(!fate.isDeleted, "a root was freed"))
     {
         if (trial.Expect(probe->m_gcGen >= 0, "the generation of an object that survived is %d", probe->m_gcGen))
-            trial.Expect(IsInItsSpan(*probe), "slot %d of an object that survived lies outside the span of its generation %d",
-                         probe->m_slot, probe->m_gcGen);
+            trial.Expect(IsInItsSpan(*probe),
+                         "slot %d of an object that survived lies outside the span of its generation %d", probe->m_slot,
+                         probe->m_gcGen);
         RemoveGlobalObject(probe);
         probe->Discard();
     }
@@ -253,6 +270,7 @@ constexpr Check CHECKS[] = {
     {"slot.placed", Level::Callbacks, BASE, "index in g_slotObjects, -1 until placed", Need_Script,
      PlacedObjectsAreInTheirSlot},
     {"slot.given_back", Level::Callbacks, BASE, "gives its slot back", Need_Nothing, DeletedObjectsLeave},
+    {"slot.free_is_null", Level::Callbacks, TABLE, "A free entry is null.", Need_Nothing, FreeEntriesAreNull},
     {"slot.count", Level::Callbacks, TABLE, "entries in use", Need_Nothing, EntriesAreCounted},
     {"slot.free_list", Level::Callbacks, TABLE, "length of the free list", Need_Nothing, TheFreeListFits},
     {"slot.free_slots", Level::Callbacks, TABLE,

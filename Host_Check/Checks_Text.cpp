@@ -38,6 +38,19 @@ void TextsHaveOneReference(Trial& trial)
     FREE_RValue__Pre(&text);
 }
 
+// The records of two values go at different times: an allocator that is not the general heap's fails in the deletion.
+void TextsLiveUntilTheLastValue(Trial& trial)
+{
+    RValue text, copy = {};
+    if (!MakeText(trial, "until the last", text))
+        return;
+    KvAssign(copy, text);
+    FREE_RValue__Pre(&text);
+    trial.Expect(std::strcmp(copy.pRefString->m_thing, "until the last") == 0,
+                 "a text that a value refers to is \"%.40s\"", copy.pRefString->m_thing);
+    FREE_RValue__Pre(&copy);
+}
+
 void TextsHaveTheirLength(Trial& trial)
 {
     for (const char* sample : {"camera", "", "a b"})
@@ -59,7 +72,8 @@ void TextsComeFromTheValueAllocator(Trial& trial)
         RValue text;
         if (!MakeText(trial, "a text that is long enough to lie in a block of its own", text))
             return;
-        trial.Expect(std::strcmp(text.pRefString->m_thing, "a text that is long enough to lie in a block of its own") == 0,
+        trial.Expect(std::strcmp(text.pRefString->m_thing, "a text that is long enough to lie in a block of its own") ==
+                         0,
                      "m_thing is \"%.40s\"", text.pRefString->m_thing);
         FREE_RValue__Pre(&text);
         trial.Expect(text.pRefString == nullptr, "a released value still points at its text");
@@ -149,6 +163,9 @@ constexpr char THE_TEXT[] = "the text of a string, else \"\"";
 
 constexpr Check CHECKS[] = {
     {"text.references", Level::BuiltIns, HEADER, "values that refer to this record", Need_Text, TextsHaveOneReference},
+    {"text.lives", Level::BuiltIns, HEADER,
+     "Lives on the general heap, from the value that first refers to it until its count drops to zero.", Need_Text,
+     TextsLiveUntilTheLastValue},
     {"text.length", Level::BuiltIns, HEADER, "length of a text, without its end mark", Need_Text, TextsHaveTheirLength},
     {"text.allocator", Level::BuiltIns, HEADER, "owned; texts come from the value allocator (KvFree)", Need_Text,
      TextsComeFromTheValueAllocator},

@@ -18,9 +18,12 @@ struct Property
 };
 // No surface is bound: -1. The camera is set to none, since any host knows it.
 constexpr Property PROPERTIES[] = {
-    {"Camera", GV_ViewCamera, SV_ViewCamera, -1},   {"Visible", GV_ViewVisible, SV_ViewVisible, 1},
-    {"Xport", GV_ViewXport, SV_ViewXport, 11},      {"Yport", GV_ViewYport, SV_ViewYport, 22},
-    {"Wport", GV_ViewWport, SV_ViewWport, 333},     {"Hport", GV_ViewHport, SV_ViewHport, 244},
+    {"Camera", GV_ViewCamera, SV_ViewCamera, -1},
+    {"Visible", GV_ViewVisible, SV_ViewVisible, 1},
+    {"Xport", GV_ViewXport, SV_ViewXport, 11},
+    {"Yport", GV_ViewYport, SV_ViewYport, 22},
+    {"Wport", GV_ViewWport, SV_ViewWport, 333},
+    {"Hport", GV_ViewHport, SV_ViewHport, 244},
     {"SurfaceID", GV_ViewSurfaceID, SV_ViewSurfaceID, -1},
 };
 constexpr int VIEW = 3;
@@ -76,8 +79,9 @@ void CameraIsTheViewsOwn(Trial& trial)
         return;
     RValue value = Real(camera->GetID());
     SV_ViewCamera(nullptr, VIEW, &value);
-    trial.Expect(Run_Room->r_view[VIEW]->cameraID == camera->GetID(), "cameraID of a view is %d after SV_ViewCamera(%d)",
-                 static_cast<int>(Run_Room->r_view[VIEW]->cameraID), camera->GetID());
+    trial.Expect(Run_Room->r_view[VIEW]->cameraID == camera->GetID(),
+                 "cameraID of a view is %d after SV_ViewCamera(%d)", static_cast<int>(Run_Room->r_view[VIEW]->cameraID),
+                 camera->GetID());
     RValue none = Real(-1);
     SV_ViewCamera(nullptr, VIEW, &none);
     g_CM.DestroyCamera(camera->GetID());
@@ -92,8 +96,10 @@ void NoSuchViewIsFalse(Trial& trial)
         for (const Property& property : PROPERTIES)
         {
             RValue value = Real(property.sample);
-            trial.Expect(!property.get(nullptr, view, &value), "GV_View%s of view %d answers true", property.name, view);
-            trial.Expect(!property.set(nullptr, view, &value), "SV_View%s of view %d answers true", property.name, view);
+            trial.Expect(!property.get(nullptr, view, &value), "GV_View%s of view %d answers true", property.name,
+                         view);
+            trial.Expect(!property.set(nullptr, view, &value), "SV_View%s of view %d answers true", property.name,
+                         view);
         }
     ForgetErrors(trial);
 }

@@ -126,10 +126,10 @@ void ListsKeepTheirOrder(Trial& trial)
     MakeInstance(trial, room.Parent());
     for (int i = 0; i < COUNT; ++i)
         for (int j = 0; j < i; ++j)
-            trial.Expect((before[i] < before[j]) == (PlaceInList(room.Parent(), instances[i]) <
-                                                     PlaceInList(room.Parent(), instances[j])),
-                         "a new instance has turned the order of instances %d and %d", static_cast<int>(instances[j]->m_id),
-                         static_cast<int>(instances[i]->m_id));
+            trial.Expect((before[i] < before[j]) ==
+                             (PlaceInList(room.Parent(), instances[i]) < PlaceInList(room.Parent(), instances[j])),
+                         "a new instance has turned the order of instances %d and %d",
+                         static_cast<int>(instances[j]->m_id), static_cast<int>(instances[i]->m_id));
 }
 
 void ListsEnd(Trial& trial)
@@ -173,7 +173,8 @@ void NumbersAreApart(Trial& trial)
     const CInstance* instance = room.IsOpen() ? MakeInstance(trial, room.Parent()) : nullptr;
     if (instance == nullptr)
         return;
-    trial.Expect(instance->m_id >= INSTANCE_ID_FIRST, "an instance has the number %d", static_cast<int>(instance->m_id));
+    trial.Expect(instance->m_id >= INSTANCE_ID_FIRST, "an instance has the number %d",
+                 static_cast<int>(instance->m_id));
     for (const int index : {room.Parent(), room.Child(), room.Childless()})
         trial.Expect(index < INSTANCE_ID_FIRST, "an object has the index %d", index);
 }
@@ -312,8 +313,9 @@ void ViewsHaveCameras(Trial& trial)
 {
     const OpenRoom room(trial);
     for (int i = 0; i < ROOM_VIEWS && room.IsOpen() && Run_Room != nullptr && Run_Room->r_view[i] != nullptr; ++i)
-        trial.Expect(IsNoneOrACamera(Run_Room->r_view[i]->cameraID), "view %d of a new room has the camera %d, which is none",
-                     i, static_cast<int>(Run_Room->r_view[i]->cameraID));
+        trial.Expect(IsNoneOrACamera(Run_Room->r_view[i]->cameraID),
+                     "view %d of a new room has the camera %d, which is none", i,
+                     static_cast<int>(Run_Room->r_view[i]->cameraID));
 }
 
 void DefaultCameraExists(Trial& trial)
@@ -363,8 +365,7 @@ constexpr Check CHECKS[] = {
      ViewsHaveCameras},
     {"room.default_camera", Level::Follow, ROOM, "draws rooms that use no views; -1 for none", Need_Nothing,
      DefaultCameraExists},
-    {"run.global_instance", Level::Follow, RUN, "scripts run in the global instance instead of the cameras' own",
-     Need_Nothing, GlobalInstanceExists},
+    {"run.global_instance", Level::Follow, RUN, "the global instance", Need_Nothing, GlobalInstanceExists},
 };
 
 } // namespace

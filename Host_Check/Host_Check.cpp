@@ -14,9 +14,9 @@ constexpr const char* LEVEL_NAMES[LEVELS] = {"follow", "built-ins", "callbacks",
 constexpr char SAME_BITS[] = "matrix.same_bits";
 
 using TableOf = Checks (*)();
-constexpr TableOf TABLES[] = {MemoryChecks, MatrixChecks,    NumberChecks, WorldChecks, GraphicsChecks,
-                              ArrayChecks,  TextChecks,      CodeChecks,   ViewChecks,              ScriptChecks,
-                              SlotChecks,   MarkChecks,      CollectorChecks, BufferChecks,         FileChecks};
+constexpr TableOf TABLES[] = {MemoryChecks, MatrixChecks, NumberChecks,    WorldChecks,  GraphicsChecks,
+                              ArrayChecks,  TextChecks,   CodeChecks,      ViewChecks,   ScriptChecks,
+                              SlotChecks,   MarkChecks,   CollectorChecks, BufferChecks, FileChecks};
 
 // The name of the first hook that the check needs and does not have; null when it has all.
 const char* MissingHook(const Hooks& hooks, unsigned needs)
@@ -110,14 +110,16 @@ Totals Run(const Hooks& hooks, const Options& options, Listener listener, void* 
 {
     Totals totals = {};
     for (int level = 0; level <= static_cast<int>(options.level); ++level)
-        EachCheckOf(static_cast<Level>(level), [&](const Check& check) {
-            if (options.only != nullptr && std::strcmp(options.only, check.name) != 0)
-                return;
-            Trial trial(hooks);
-            RunOne(check, options, trial);
-            Count(totals, trial.verdict);
-            listener(OutcomeOf(check, trial.verdict, trial.saw), context);
-        });
+        EachCheckOf(static_cast<Level>(level),
+                    [&](const Check& check)
+                    {
+                        if (options.only != nullptr && std::strcmp(options.only, check.name) != 0)
+                            return;
+                        Trial trial(hooks);
+                        RunOne(check, options, trial);
+                        Count(totals, trial.verdict);
+                        listener(OutcomeOf(check, trial.verdict, trial.saw), context);
+                    });
     return totals;
 }
 

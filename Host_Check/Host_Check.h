@@ -2,8 +2,8 @@
 // The host check: tests on a runner's own host what the interface headers promise the module.
 //
 // Link CameraModule::host_check with the host's sources and nothing else: the library brings a main. It calls
-// HostCheckHooks for what the interface alone cannot do; the library has one that hands over nothing. Docs/Host_Check.md
-// tells how to write one, what each level asks for, and what is not tested.
+// HostCheckHooks for what the interface alone cannot do; the library has one that hands over nothing.
+// Docs/Host_Check.md tells how to write one, what each level asks for, and what is not tested.
 //
 // Plain C++17, no dependency: for hosts with and without exceptions and run-time type information.
 
@@ -77,14 +77,14 @@ enum class Level
     Images,    // files in the save area, the console
 };
 constexpr int LEVELS = 5;
-const char* NameOf(Level level);                   // follow, built-ins, callbacks, saves, images
-bool FindLevel(const char* name, Level& level);    // false when there is no such level
+const char* NameOf(Level level);                // follow, built-ins, callbacks, saves, images
+bool FindLevel(const char* name, Level& level); // false when there is no such level
 
 enum class Verdict
 {
     Holds,
     Broken,
-    NotTested, // a hook is missing, or the host leaves out what it may leave out
+    NotTested,  // a hook is missing, or the host leaves out what it may leave out
     NotCounted, // broken, but only told: the same bits, where they were not asked for
 };
 

@@ -74,8 +74,7 @@ Exact ExactProduct(const kvMatrix& a, const kvMatrix& b)
             double sum = 0.0, largest = 0.0;
             for (int k = 0; k < 4; ++k)
             {
-                const double term =
-                    static_cast<double>(a.m[4 * row + k]) * static_cast<double>(b.m[4 * k + column]);
+                const double term = static_cast<double>(a.m[4 * row + k]) * static_cast<double>(b.m[4 * k + column]);
                 sum += term;
                 largest = std::fmax(largest, std::fabs(term));
             }

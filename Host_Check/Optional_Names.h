@@ -5,7 +5,8 @@
 #include "Files/LLVM/RValue.h"
 
 #if defined(__ELF__) && defined(__GNUC__)
-#define HOST_OPTIONAL(result, name, linkerName, ...) extern "C" result name(__VA_ARGS__) __asm__(linkerName) __attribute__((weak));
+#define HOST_OPTIONAL(result, name, linkerName, ...)                                                                   \
+    extern "C" result name(__VA_ARGS__) __asm__(linkerName) __attribute__((weak));
 #else
 #define HOST_OPTIONAL(result, name, linkerName, ...) static result (*const name)(__VA_ARGS__) = nullptr;
 #endif

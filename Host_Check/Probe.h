@@ -40,8 +40,8 @@ private:
     WhenFreed m_whenFreed = nullptr;
 };
 
-RValue ObjectValue(KvObjectBase* object);           // object may be null
-RValue ArrayValue(RefDynamicArrayOfRValue* array);  // does not count; array may be null
-RefDynamicArrayOfRValue* NewArray(int32_t length);  // of zero reals, as the module makes them; null without memory
+RValue ObjectValue(KvObjectBase* object);          // object may be null
+RValue ArrayValue(RefDynamicArrayOfRValue* array); // does not count; array may be null
+RefDynamicArrayOfRValue* NewArray(int32_t length); // of zero reals, as the module makes them; null without memory
 
 } // namespace HostCheck

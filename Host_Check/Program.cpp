@@ -44,7 +44,8 @@ bool Take(CommandLine& line, int argc, char** argv, int& index)
     index += takesValue ? 1 : 0;
     if (std::strcmp(word, "--level") == 0 && !FindLevel(value, line.options.level))
     {
-        std::fprintf(stderr, "host_check: there is no level %s; levels are follow, built-ins, callbacks, saves, images\n",
+        std::fprintf(stderr,
+                     "host_check: there is no level %s; levels are follow, built-ins, callbacks, saves, images\n",
                      value);
         return false;
     }

@@ -173,9 +173,9 @@ bool ReadMatrix(eMatrix slot, float out[16])
 
 const HostCheck::Hooks& HostCheckHooks()
 {
-    static constexpr HostCheck::Hooks HOOKS = {OpenRoom,   MakeInstance, ChangeInstance, MakeScript,
-                                               MakeText,   CollectAll,   ReadFile,       StepBuffer,
-                                               RefuseMemory, TakeErrorText, FindFunction, ReadMatrix};
+    static constexpr HostCheck::Hooks HOOKS = {OpenRoom,     MakeInstance,  ChangeInstance, MakeScript,
+                                               MakeText,     CollectAll,    ReadFile,       StepBuffer,
+                                               RefuseMemory, TakeErrorText, FindFunction,   ReadMatrix};
     TheStage();
     return HOOKS;
 }
