@@ -12,6 +12,12 @@ install(DIRECTORY Platform Files DESTINATION ${CMAKE_INSTALL_INCLUDEDIR}/camera_
     PATTERN "Files/Graphics" EXCLUDE PATTERN "Platform/Lanes.h" EXCLUDE)
 install(FILES ${camera_public_headers} DESTINATION ${CMAKE_INSTALL_INCLUDEDIR}/camera_module/Files/Graphics)
 
+# The host check, which a host links for its tests.
+if(CAMERA_HOST_CHECK)
+    install(TARGETS host_check EXPORT CameraModuleTargets ARCHIVE DESTINATION ${CMAKE_INSTALL_LIBDIR})
+    install(FILES Host_Check/Host_Check.h DESTINATION ${CMAKE_INSTALL_INCLUDEDIR}/camera_host_check/Host_Check)
+endif()
+
 configure_package_config_file(cmake/CameraModuleConfig.cmake.in CameraModuleConfig.cmake
     INSTALL_DESTINATION ${CMAKE_INSTALL_LIBDIR}/cmake/CameraModule)
 write_basic_package_version_file(CameraModuleConfigVersion.cmake COMPATIBILITY SameMajorVersion)
