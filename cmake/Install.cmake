@@ -23,6 +23,14 @@ foreach(header IN LISTS camera_installed_headers)
     install(FILES ${header} DESTINATION ${CMAKE_INSTALL_INCLUDEDIR}/camera_module/${folder} COMPONENT dev)
 endforeach()
 
+# The host check, which a host links for its tests.
+if(CAMERA_HOST_CHECK)
+    add_dependencies(package_contents host_check)
+    install(TARGETS host_check EXPORT CameraModuleTargets ARCHIVE DESTINATION ${CMAKE_INSTALL_LIBDIR} COMPONENT dev)
+    install(FILES Host_Check/Host_Check.h DESTINATION ${CMAKE_INSTALL_INCLUDEDIR}/camera_host_check/Host_Check
+        COMPONENT dev)
+endif()
+
 configure_package_config_file(cmake/CameraModuleConfig.cmake.in CameraModuleConfig.cmake
     INSTALL_DESTINATION ${camera_cmake_folder})
 write_basic_package_version_file(CameraModuleConfigVersion.cmake COMPATIBILITY SameMajorVersion)
