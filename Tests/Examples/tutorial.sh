@@ -64,12 +64,12 @@ cd "$work"
 cp "$source/Tests/Examples/claims_test.cpp" "$source/Tests/Examples/tutorial_hooks.cpp" .
 cp "$source/Examples/starter_host/check_hooks.cpp" .
 cat >>CMakeLists.txt <<'END'
-add_executable(claims_test claims_test.cpp host.cpp stubs.cpp)
+set(objects $<TARGET_OBJECTS:my_runner>)
+add_executable(claims_test claims_test.cpp stubs.cpp $<FILTER:${objects},INCLUDE,host.cpp>)
 target_link_libraries(claims_test PRIVATE CameraModule::camera)
 if(TARGET CameraModule::host_check)
-    add_executable(my_runner_check tutorial_hooks.cpp host.cpp stubs.cpp built_ins.cpp callbacks.cpp collector.cpp images.cpp)
+    add_executable(my_runner_check tutorial_hooks.cpp $<FILTER:${objects},EXCLUDE,main.cpp>)
     target_link_libraries(my_runner_check PRIVATE CameraModule::host_check)
-    target_compile_definitions(my_runner_check PRIVATE $<TARGET_PROPERTY:my_runner,COMPILE_DEFINITIONS>)
 endif()
 END
 "$cmake" --build build >"$work/log" 2>&1 || { cat "$work/log" >&2; fail "the tests of its claims cannot be built"; }
