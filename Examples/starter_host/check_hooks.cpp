@@ -6,7 +6,8 @@
 
 namespace
 {
-using namespace HostCheck;
+using HostCheck::BufferStep;
+using HostCheck::InstanceChange;
 
 // Three objects that nobody has seen before: a parent, its child, and another child that gets no instance.
 bool OpenAnyRoom(int width, int height, int objects[3])
@@ -61,9 +62,9 @@ bool ReadMatrix(eMatrix slot, float out[16])
 } // namespace
 
 // An entry that stays null skips the checks that need it.
-const Hooks& HostCheckHooks()
+const HostCheck::Hooks& HostCheckHooks()
 {
-    static Hooks s_hooks = {};
+    static HostCheck::Hooks s_hooks = {};
     s_hooks.openRoom = OpenAnyRoom;
     s_hooks.makeInstance = MakeInstance;
     s_hooks.changeInstance = ChangeInstance;

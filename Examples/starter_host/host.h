@@ -19,7 +19,7 @@ void CloseRoom();                     // destroys the instances, too
 const kvMatrix& MatrixOf(eMatrix slot);
 
 // ---- saves: items of four bytes, lowest byte first; what the module writes and reads is of these two types ----
-class SaveBuffer : public IBuffer
+class SaveBuffer final : public IBuffer
 {
 public:
     int WriteTyped(eBuffer_Type type, RValue& value) override; // at the end; 1 for a type that is not kept

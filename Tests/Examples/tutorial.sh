@@ -6,8 +6,9 @@
 # BUILD: the module's build tree. WORK: a folder of the test's own. SOURCE_DIR: the project, of which only the document
 # and the starter host, for the comparison at the end, are read.
 #
-# A block is appended to the file that its first line names; main.cpp begins anew after each heading. Blocks headed sh
-# are run as they stand, with the package's folder in place of /usr. A block headed text is what a program has printed.
+# A block is appended to the file that its first line names, which is also the file that the text has named last, since
+# readers see only that; main.cpp begins anew after each heading. Blocks headed sh are run as they stand, with the package's
+# folder in place of /usr. A block headed text is what a program has printed.
 set -eu
 cmake=$1 build=$2 work=$3 compiler=$4 source=$5
 document=$source/Docs/Your_Engine.md
@@ -38,7 +39,12 @@ failed() {
 
 awk -v prefix="$work/installed" -v work="$work" '
 /^## / { heading = $2; sub(/:$/, "", heading); fresh = 1 }
+!inFile && !inCommands {
+    for (rest = $0; match(rest, /`[A-Za-z_]+\.(cpp|h|txt)`/); rest = substr(rest, RSTART + RLENGTH))
+        named = substr(rest, RSTART + 1, RLENGTH - 2)
+}
 /^```[a-z]+ [A-Za-z_]+\.[a-z]+$/ {
+    if ($2 != named) print "fail \"line " NR " appends to " $2 ", but the text names " named "\""
     if ($2 == "main.cpp" && fresh) { print "rm -f main.cpp"; fresh = 0 }
     print "put " $2 " <<\"END_OF_BLOCK\""; inFile = 1; next
 }
@@ -64,12 +70,12 @@ cd "$work"
 cp "$source/Tests/Examples/claims_test.cpp" "$source/Tests/Examples/tutorial_hooks.cpp" .
 cp "$source/Examples/starter_host/check_hooks.cpp" .
 cat >>CMakeLists.txt <<'END'
-add_executable(claims_test claims_test.cpp host.cpp stubs.cpp)
+set(objects $<TARGET_OBJECTS:my_runner>)
+add_executable(claims_test claims_test.cpp stubs.cpp $<FILTER:${objects},INCLUDE,host.cpp>)
 target_link_libraries(claims_test PRIVATE CameraModule::camera)
 if(TARGET CameraModule::host_check)
-    add_executable(my_runner_check tutorial_hooks.cpp host.cpp stubs.cpp built_ins.cpp callbacks.cpp collector.cpp images.cpp)
+    add_executable(my_runner_check tutorial_hooks.cpp $<FILTER:${objects},EXCLUDE,main.cpp>)
     target_link_libraries(my_runner_check PRIVATE CameraModule::host_check)
-    target_compile_definitions(my_runner_check PRIVATE $<TARGET_PROPERTY:my_runner,COMPILE_DEFINITIONS>)
 endif()
 END
 "$cmake" --build build >"$work/log" 2>&1 || { cat "$work/log" >&2; fail "the tests of its claims cannot be built"; }
