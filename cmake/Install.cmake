@@ -14,13 +14,8 @@ install(FILES ${camera_public_headers} DESTINATION ${CMAKE_INSTALL_INCLUDEDIR}/c
 
 # The host check, which a host links for its tests.
 if(CAMERA_HOST_CHECK)
-    install(TARGETS camera_host_check EXPORT CameraModuleTargets
-        ARCHIVE DESTINATION ${CMAKE_INSTALL_LIBDIR} COMPONENT dev)
-    install(FILES Host_Check/Host_Check.h DESTINATION ${CMAKE_INSTALL_INCLUDEDIR}/camera_host_check/Host_Check
-        COMPONENT dev)
-    if(TARGET package_contents)
-        add_dependencies(package_contents camera_host_check)
-    endif()
+    install(TARGETS host_check EXPORT CameraModuleTargets ARCHIVE DESTINATION ${CMAKE_INSTALL_LIBDIR})
+    install(FILES Host_Check/Host_Check.h DESTINATION ${CMAKE_INSTALL_INCLUDEDIR}/camera_host_check/Host_Check)
 endif()
 
 configure_package_config_file(cmake/CameraModuleConfig.cmake.in CameraModuleConfig.cmake
