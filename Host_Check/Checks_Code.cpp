@@ -85,7 +85,8 @@ constexpr Check CHECKS[] = {
      BuiltInsAreFound},
     {"builtin.whole_name", Level::BuiltIns, HEADER, "From then on scripts call the handler by that name.",
      Need_Function, NamesAreWhole},
-    {"builtin.of_the_module", Level::BuiltIns, HEADER, "argc: the count that the script language shows.", Need_Function,
+    {"builtin.of_the_module", Level::BuiltIns, HEADER,
+     "The registry of built-ins, the conversions of their arguments, and the error report.", Need_Function,
      TheModulesBuiltInsAreFound},
 };
 

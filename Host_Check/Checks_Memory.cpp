@@ -28,6 +28,14 @@ unsigned char* ReAlloc(void* block, size_t size, bool clear)
 
 bool IsAligned(const void* block) { return reinterpret_cast<uintptr_t>(block) % 8 == 0; }
 
+// A new block, expected to be there.
+unsigned char* Given(Trial& trial, size_t size)
+{
+    unsigned char* block = Alloc(size, false);
+    trial.Expect(block != nullptr, "%zu bytes were refused", size);
+    return block;
+}
+
 // The bytes 1, 2, 3... by which a block is known again.
 void Number(unsigned char* block, size_t size)
 {
@@ -86,7 +94,9 @@ void NewBlocksAreCleared(Trial& trial)
 
 void GrowthKeepsTheBytes(Trial& trial)
 {
-    unsigned char* block = Alloc(24, false);
+    unsigned char* block = Given(trial, 24);
+    if (block == nullptr)
+        return;
     Number(block, 24);
     block = ReAlloc(block, 4000, false);
     if (!trial.Expect(block != nullptr, "a growth from 24 to 4000 bytes was refused"))
@@ -101,7 +111,9 @@ void GrowthKeepsTheBytes(Trial& trial)
 
 void ReAllocOfNullIsAlloc(Trial& trial)
 {
-    unsigned char* used = Alloc(64, false);
+    unsigned char* used = Given(trial, 64);
+    if (used == nullptr)
+        return;
     std::memset(used, 0xA5, 64);
     MemoryManager::Free(used);
     unsigned char* block = ReAlloc(nullptr, 64, true);
@@ -131,7 +143,9 @@ void RefusedAllocIsNull(Trial& trial)
 
 void RefusedGrowthKeepsTheBlock(Trial& trial)
 {
-    unsigned char* block = Alloc(24, false);
+    unsigned char* block = Given(trial, 24);
+    if (block == nullptr)
+        return;
     Number(block, 24);
     trial.hooks.refuseMemory(true);
     unsigned char* const moved = ReAlloc(block, 100000, false);
@@ -161,6 +175,8 @@ void ValueStorageKeepsTheBytes(Trial& trial)
 void RefusedValueStorageKeepsTheBlock(Trial& trial)
 {
     unsigned char* block = static_cast<unsigned char*>(KvRealloc(nullptr, 24));
+    if (!trial.Expect(block != nullptr, "KvRealloc(null, 24) answered null"))
+        return;
     Number(block, 24);
     trial.hooks.refuseMemory(true);
     void* const moved = KvRealloc(block, 100000);

@@ -3,6 +3,7 @@
 #include "Host_Check/Check.h"
 #include "Host_Check/Contained.h"
 
+#include <cstdio>
 #include <cstring>
 
 namespace HostCheck
@@ -50,9 +51,8 @@ void RunOne(const Check& check, const Options& options, Trial& trial)
 {
     if (const char* hook = MissingHook(trial.hooks, check.needs))
     {
-        char why[80] = "the hook ";
-        std::strcat(why, hook);
-        std::strcat(why, " is null");
+        char why[80];
+        std::snprintf(why, sizeof why, "the hook %s is null", hook);
         return trial.NotTested(why);
     }
     if (options.contained)

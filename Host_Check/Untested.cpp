@@ -17,8 +17,7 @@ constexpr char GAME_DATA[] = "a field of the game's data, which the host hands o
 constexpr Untested UNTESTED[] = {
     {"Files/Buffer/Buffer.h", "All operations are the host's.", THE_HEADER},
     {"Files/Buffer/Buffer.h", "nobody deletes a buffer through this interface", THE_HEADER},
-    {"Files/Code/Function.h", "The registry of built-ins, the conversions of their arguments, and the error report.",
-     EXPLAINS},
+    {"Files/Code/Function.h", "argc: the count that the script language shows.", EXPLAINS},
     {"Files/Code/Function.h",
      "A built-in. result: the caller's, holds whatever the caller left there. args: at least argc values.",
      "the host's calls of built-ins, which the check cannot make in its place"},

@@ -64,9 +64,10 @@ TEST_P(BrokenHost, IsCaughtByName)
     HostCheck::Options options;
     options.sameBits = true;
     options.only = GetParam().check;
-    options.seconds = 1;
     EXPECT_EQ(RunWith(options).broken, "") << "the check fails on the host that keeps its promises";
     g_broken = GetParam().breakage;
+    if (g_broken == Breakage::TheLockBlocksItsOwner)
+        options.seconds = 1; // it never comes back
     const Heard heard = RunWith(options);
     EXPECT_EQ(heard.names.count(GetParam().check), 1u) << "nothing was noticed; not tested: " << heard.notTested;
 }

@@ -190,6 +190,8 @@ CInstance::CInstance(float atX, float atY, int id, int objectIndex, bool)
       m_objectIndex(objectIndex)
 {
     m_kind = OBJECT_KIND_INSTANCE;
+    if (objectIndex == NEVER_MADE) // the cameras' script instance: the module leaves it to the collector
+        Place(this);
 }
 
 void CInstance::Compute_BoundingBox(bool)
