@@ -98,6 +98,7 @@ constexpr Untested UNTESTED[] = {
     {"Files/Room/Room.h", "largest step when following, negative for no limit", GAME_DATA},
     {"Files/Room/Room.h", "what the view follows: an object or an instance, -1 for nothing", GAME_DATA},
     {"Files/Run/Run_Globals.h", "scripts run in the global instance instead of the cameras' own", THE_MODULE},
+    {"Platform/Compiler.h", "*", "compilers' spellings; no promise of a host"},
     {"Platform/Containers.h", "The host's maps and lists, as far as the module reads them.", EXPLAINS},
     {"Platform/Containers.h",
      "How it stores them is the host's business: the host specialises Find for each T that it keeps (CInstance, "
