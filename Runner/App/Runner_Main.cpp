@@ -47,7 +47,8 @@ Outcome LoadAndPlay(const RunOptions& options, FILE* err)
     if (isLoading && !options.isSeedGiven)
         gameOptions.seed = saved.game.identity.seed;
     Game game(gameOptions, OpenApi);
-    return Session(game, options, err).Play(isLoading ? &saved : nullptr);
+    NoInput nobody;
+    return Session(game, options, nobody, err).Play(isLoading ? &saved : nullptr);
 }
 
 int PlayAndCheck(const RunOptions& options, FILE* err)

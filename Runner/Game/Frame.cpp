@@ -12,8 +12,9 @@
 
 namespace Runner
 {
-bool Game::Frame()
+bool Game::Frame(const InputFrame& seen)
 {
+    input.BeginFrame(seen);
     Step();
     ChangeRoom();
     Draw();
