@@ -68,8 +68,12 @@ struct Option
 };
 
 constexpr Option OPTIONS[] = {
-    {"--frames", "COUNT", "frames to play, 60 unless given",
-     [](RunOptions& options, const Values& values) { return ReadCount(values[0], options.frames); }},
+    {"--frames", "COUNT", "frames to play; 60, or all of a recording, unless given",
+     [](RunOptions& options, const Values& values)
+     {
+         options.isFramesGiven = true;
+         return ReadCount(values[0], options.frames);
+     }},
     {"--size", "WIDTHxHEIGHT", "size of the pictures, the game's screen unless given",
      [](RunOptions& options, const Values& values)
      { return ReadSize(values[0], options.game.width, options.game.height); }},
@@ -99,6 +103,18 @@ constexpr Option OPTIONS[] = {
      }},
     {"--load", "FILE", "go on from a saved game, with its seed unless --seed is given",
      [](RunOptions& options, const Values& values) { return ReadName(values[0], options.load); }},
+    {"--record", "FILE", "keep in this file what enters the game: input, saves that it loads",
+     [](RunOptions& options, const Values& values) { return ReadName(values[0], options.record); }},
+    {"--replay", "FILE", "play a recording: the same frames again, and nothing is saved",
+     [](RunOptions& options, const Values& values) { return ReadName(values[0], options.replay); }},
+    {"--anyway", "", "replay a game that has changed since it was recorded",
+     [](RunOptions& options, const Values&)
+     {
+         options.anyway = true;
+         return std::string();
+     }},
+    {"--input", "FILE", "keys, mouse and gamepads from a text (Docs/Recordings.md)",
+     [](RunOptions& options, const Values& values) { return ReadName(values[0], options.input); }},
     {"--seed", "NUMBER", "of the random numbers, 1 unless given",
      [](RunOptions& options, const Values& values)
      {
@@ -231,7 +247,10 @@ private:
         const std::pair<const char*, bool> pictures[] = {{"--every", m_options.every > 0},
                                                          {"--screenshot", !m_options.screenshot.empty()},
                                                          {"--contact-sheet", !m_options.contactSheet.empty()}};
-        bool any = false;
+        CheckReplay();
+        if (m_result == ParseResult::Wrong)
+            return;
+        bool any = !m_options.replay.empty();
         for (const auto& [name, isWanted] : pictures)
         {
             any = any || isWanted;
@@ -240,6 +259,20 @@ private:
         }
         if (!any && m_options.game.draw)
             m_options.screenshot = "last_frame.png";
+    }
+
+    // A recording brings with it what the run starts from.
+    void CheckReplay()
+    {
+        const std::pair<const char*, bool> others[] = {{"--load", !m_options.load.empty()},
+                                                       {"--seed", m_options.isSeedGiven},
+                                                       {"--input", !m_options.input.empty()},
+                                                       {"--record", !m_options.record.empty()}};
+        for (const auto& [name, isGiven] : others)
+            if (isGiven && !m_options.replay.empty())
+                return Refuse(std::string(name) + " and --replay: a recording has its own, leave one of them out");
+        if (m_options.anyway && m_options.replay.empty())
+            Refuse("--anyway is for --replay");
     }
 
     const std::vector<std::string> m_arguments;

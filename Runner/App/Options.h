@@ -18,17 +18,24 @@ enum ExitStatus : int
 struct RunOptions
 {
     GameOptions game;
-    int frames = 60;          // to play, unless the game ends earlier
-    int every = 0;            // frames from one picture to the next; 0 for no such pictures
-    std::string out = "out";  // directory of the pictures, and the game's save area
-    std::string screenshot;   // picture of the last frame, in that directory; empty for none
-    std::string contactSheet; // picture of twelve frames of the run, in that directory; empty for none
+    int frames = 60;            // to play, unless the game ends earlier
+    bool isFramesGiven = false; // false: a replay plays all that was recorded
+    int every = 0;              // frames from one picture to the next; 0 for no such pictures
+    std::string out = "out";    // directory of the pictures, and the game's save area
+    std::string screenshot;     // picture of the last frame, in that directory; empty for none
+    std::string contactSheet;   // picture of twelve frames of the run, in that directory; empty for none
     bool quiet = false;
 
     // ---- saved games: paths, empty for none ----
     std::string load;                   // the saved game to go on from
     bool isSeedGiven = false;           // false: a loaded game brings its own
     std::pair<int, std::string> saveAt; // the file, once so many frames of the game have been played
+
+    // ---- input: paths, empty for none ----
+    std::string input;   // a text of what is pressed and moved
+    std::string record;  // where to keep what enters the game
+    std::string replay;  // what to play again
+    bool anyway = false; // replays a game that has changed since
 };
 
 enum class ParseResult

@@ -81,6 +81,14 @@ Painter::~Painter()
 
 bool Painter::Draws() const { return m_parts->device != nullptr; }
 
+void Painter::SetShown(bool shown)
+{
+    m_parts->batch.Flush();
+    m_parts->isShown = shown;
+}
+
+void Painter::AbandonDevice() { m_parts->device.release(); }
+
 std::string Painter::Driver() const { return Draws() ? m_parts->device->Driver() : "none"; }
 
 int Painter::ScreenWidth() const { return m_parts->width; }
@@ -120,7 +128,7 @@ void Painter::EndFrame()
     while (!m_parts->saved.empty())
         PopTarget();
     m_parts->batch.Flush();
-    if (m_parts->device == nullptr)
+    if (m_parts->device == nullptr || !m_parts->isShown)
         return;
     m_parts->device->Finish();
     std::string problem = m_parts->device->TakeError();
@@ -156,7 +164,7 @@ unsigned Painter::Parts::CurrentTarget() const { return surface < 0 ? 0 : surfac
 
 const DrawState* Painter::Parts::Prepare(unsigned texture)
 {
-    if (device == nullptr || port.width <= 0 || port.height <= 0)
+    if (device == nullptr || !isShown || port.width <= 0 || port.height <= 0)
         return nullptr;
     if (preparedVersion != MatrixVersion())
     {
@@ -181,7 +189,7 @@ void Painter::SetPort(const Port& port)
 void Painter::Clear(unsigned colour, float alpha)
 {
     Parts& parts = *m_parts;
-    if (parts.device == nullptr)
+    if (parts.device == nullptr || !parts.isShown)
         return;
     parts.batch.Flush();
     const Ink ink = MixInk(colour, parts.surface < 0 ? 1.0f : alpha);

@@ -73,7 +73,9 @@ public:
     std::string Driver() const; // name of the graphics driver: only equal drivers give equal pictures, bit for bit
     int ScreenWidth() const;
     int ScreenHeight() const;
-    std::string TakeError(); // the first error since the last call; empty for none
+    void SetShown(bool shown); // false: drawing has no effect on any picture until it is true again. True at first
+    void AbandonDevice();      // in a forked process: the device is its parent's, so it is neither used nor freed
+    std::string TakeError();   // the first error since the last call; empty for none
 
     // ---- frame ----
     void BeginFrame(); // resets target and port to the whole screen, the drawing state, and the counts

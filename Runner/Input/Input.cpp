@@ -39,6 +39,13 @@ constexpr auto HELD = [](const auto& switches) { return switches.held; };
 constexpr auto PRESSED = [](const auto& switches) { return switches.pressed; };
 constexpr auto RELEASED = [](const auto& switches) { return switches.released; };
 
+// A place as scripts see it: finite, and as exact as a recording keeps in few bytes.
+float RoundedPointer(float place)
+{
+    const float near = place == place ? std::clamp(place, -POINTER_FAR, POINTER_FAR) : 0.0f;
+    return std::floor(near / POINTER_STEP + 0.5f) * POINTER_STEP;
+}
+
 bool IsOnPad(const Binding& part) { return part.part == InputPart::PadButton || part.part == InputPart::PadAxis; }
 } // namespace
 
@@ -46,6 +53,8 @@ void Input::BeginFrame(const InputFrame& frame)
 {
     m_before = m_now;
     m_now = frame;
+    m_now.mouse.x = RoundedPointer(frame.mouse.x);
+    m_now.mouse.y = RoundedPointer(frame.mouse.y);
 }
 
 // ---- one part ----

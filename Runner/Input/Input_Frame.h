@@ -18,7 +18,9 @@ constexpr int MOUSE_BUTTON_COUNT = 5;
 constexpr int PAD_COUNT = 8;
 constexpr int PAD_AXIS_COUNT = 6;
 constexpr int PAD_BUTTON_COUNT = 21;
-constexpr size_t TEXT_BYTES_LIMIT = 256; // of one frame; what is typed beyond it is dropped
+constexpr float POINTER_STEP = 0.0625f;   // scripts see the pointer at multiples of it (Input::BeginFrame)
+constexpr float POINTER_FAR = 1048576.0f; // and at most so far from the screen's corner
+constexpr size_t TEXT_BYTES_LIMIT = 256;  // of one frame; what is typed beyond it is dropped
 
 // What a set of switches did in one frame. A switch that was pressed and released within the frame is in both sets and
 // not held.

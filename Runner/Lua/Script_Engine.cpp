@@ -215,7 +215,9 @@ void ScriptEngine::LoadFile(lua_State* L, const std::string& path, const std::st
 {
     std::vector<uint8_t> bytes;
     std::string why;
-    if (!ReadWholeFile(path, bytes, why))
+    const bool isRead = ReadWholeFile(path, bytes, why);
+    m_read.push_back({shownName, isRead ? HashBytes(bytes.data(), bytes.size()) : 0});
+    if (!isRead)
         throw ScriptError(why);
     m_files.Bytes(shownName.c_str(), shownName.size() + 1);
     m_files.Bytes(bytes.data(), bytes.size());
@@ -223,6 +225,14 @@ void ScriptEngine::LoadFile(lua_State* L, const std::string& path, const std::st
     const std::string_view text = WithoutPreamble({reinterpret_cast<const char*>(bytes.data()), bytes.size()});
     if (luaL_loadbufferx(L, text.data(), text.size(), chunk.c_str(), "t") != LUA_OK)
         throw PositionedError(lua_tostring(L, -1));
+}
+
+void ScriptEngine::NoteFile(const std::string& name)
+{
+    std::vector<uint8_t> bytes;
+    std::string ignored;
+    const bool isRead = ReadWholeFile(m_directory + name, bytes, ignored);
+    m_read.push_back({name, isRead ? HashBytes(bytes.data(), bytes.size()) : 0});
 }
 
 bool ScriptEngine::RunMain(const std::string& file)

@@ -12,6 +12,7 @@
 #include <map>
 #include <stdexcept>
 #include <string>
+#include <vector>
 
 struct lua_Debug;
 struct lua_State;
@@ -36,6 +37,13 @@ public:
     using ScriptError::ScriptError;
 };
 
+// A file that a game has read.
+struct GameFile
+{
+    std::string name;  // relative to the main file's directory
+    uint64_t hash = 0; // of its content; 0 when it could not be read
+};
+
 class ScriptEngine
 {
 public:
@@ -57,6 +65,8 @@ public:
     bool RunMain(const std::string& file);               // false: it failed, see Failure
     void Include(lua_State* L, const std::string& name); // pushes the file's result. Throws ScriptError
     std::string PathOf(const std::string& name) const; // throws ScriptError for a name outside of the game's directory
+    const std::vector<GameFile>& Files() const { return m_read; } // all files read so far, in their order
+    void NoteFile(const std::string& name); // a file other than a script that the game has read, such as a picture
     uint64_t Fingerprint() const { return m_files.Value(); } // a hash of the names and texts of all files run so far
 
     // ---- values that outlive a call ----
@@ -129,6 +139,7 @@ private:
     std::string m_directory;             // of the main file, ends with a slash; empty: the working directory
     std::string m_failure;
     Hash m_files;
+    std::vector<GameFile> m_read;
 };
 
 // "file.lua:12: " of the innermost script function that is running; empty when there is none.
