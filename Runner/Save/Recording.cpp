@@ -6,7 +6,6 @@
 #include "Runner/Save/Input_Coding.h"
 
 #include <algorithm>
-#include <cstring>
 #include <utility>
 
 namespace Runner
@@ -93,9 +92,9 @@ bool DecodeFrames(const std::vector<uint8_t>& content, std::vector<RecordedFrame
 
 // ---- blocks of the file: tag, length, checksum of both and of the content, content ----
 
-constexpr uint8_t MAGIC[8] = {0x89, 'R', 'P',  'L',
-                              'A',  'Y', '\r', '\n'}; // a transfer as text would change the first or the last bytes
-constexpr size_t PREAMBLE_SIZE = sizeof(MAGIC) + 4;   // with the version
+// 89 "RPLAY" 0D 0A: a transfer as text would change the first or the last bytes.
+constexpr uint64_t MAGIC = 0x0A0D59414C505289;
+constexpr size_t PREAMBLE_SIZE = 12; // with the version
 constexpr size_t BLOCK_HEAD_SIZE = 16;
 
 enum Tag : uint32_t
@@ -203,7 +202,7 @@ bool ReadPreamble(const std::vector<uint8_t>& file, std::string& why)
     ByteReader io(file.data(), file.size());
     io(magic);
     io(version);
-    if (file.size() < sizeof(MAGIC) || std::memcmp(file.data(), MAGIC, sizeof(MAGIC)) != 0)
+    if (magic != MAGIC)
         why = "it is no recording";
     else if (io.Failed())
         why = "it is damaged: it ends early";
@@ -342,9 +341,9 @@ std::vector<uint8_t> EncodeRecordingHead(const RecordingHead& head)
     io.Count(head.answers.size());
     for (const RecordedAnswer& answer : head.answers)
         WriteAnswer(io, answer);
+    preamble(MAGIC);
     preamble(RECORDING_VERSION);
-    std::vector<uint8_t> bytes(std::begin(MAGIC), std::end(MAGIC));
-    bytes.insert(bytes.end(), preamble.Bytes().begin(), preamble.Bytes().end());
+    std::vector<uint8_t> bytes = preamble.Bytes();
     const std::vector<uint8_t> block = EncodeBlock(TAG_HEAD, io.Bytes());
     bytes.insert(bytes.end(), block.begin(), block.end());
     return bytes;
