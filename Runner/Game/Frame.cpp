@@ -15,6 +15,7 @@ namespace Runner
 bool Game::Frame(const InputFrame& seen)
 {
     input.BeginFrame(seen);
+    scripts.RenewInstructions();
     Step();
     ChangeRoom();
     Draw();

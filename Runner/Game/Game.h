@@ -42,6 +42,8 @@ struct GameOptions
     bool check = false;    // walk all structures after each frame
     bool gcStress = false; // collect wherever a collection may happen
     std::string trace;     // file; empty for none
+    ScriptLimits limits;
+    DeviceOpener openDevice; // what it draws with; null: the device without a window
 };
 
 class Game;
