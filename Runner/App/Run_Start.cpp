@@ -11,8 +11,6 @@ namespace Runner
 {
 bool RunStart::Open(RunOptions& options, std::string& why)
 {
-    m_ownInput = std::make_unique<NoInput>();
-    m_input = m_ownInput.get();
     if (!OpenReplay(options, why) || !OpenInput(options.input, why) || !OpenSave(options, why))
         return false;
     if (!options.record.empty())
@@ -35,15 +33,16 @@ bool RunStart::OpenReplay(RunOptions& options, std::string& why)
     if (!left.empty())
         m_notice = "replay " + PrintableName(m_replayed) + ": " + left + "; its first " + std::to_string(frames) +
                    " frames are played";
-    options.frames = options.isFramesGiven ? std::min(options.frames, std::max(frames, 1)) : std::max(frames, 1);
+    options.frames = std::max(1, options.isFramesGiven ? std::min(options.frames, frames) : frames);
     options.game.seed = m_recording.head.identity.seed;
+    options.game.limits.instructions = m_recording.head.instructions;
     if (options.game.width == 0)
     {
         options.game.width = m_recording.head.width;
         options.game.height = m_recording.head.height;
     }
     m_replay = std::make_unique<Replay>(m_recording);
-    m_input = m_replay.get();
+    m_player = m_replay.get();
     options.game.journal = m_replay.get();
     return true;
 }
@@ -56,8 +55,8 @@ bool RunStart::OpenInput(const std::string& path, std::string& why)
     auto script = std::make_unique<InputScript>();
     if (!ReadWholeFile(path, bytes, why) || !script->Read({bytes.begin(), bytes.end()}, path, why))
         return false;
-    m_ownInput = std::move(script);
-    m_input = m_ownInput.get();
+    m_text = std::move(script);
+    m_player = m_text.get();
     return true;
 }
 
@@ -89,6 +88,12 @@ bool RunStart::FitsGame(const Game& game, std::string& why)
     else
         m_notice += (m_notice.empty() ? "replay " + PrintableName(m_replayed) : "") + ": " + difference;
     return why.empty();
+}
+
+void RunStart::ShowNotice(FILE* err) const
+{
+    if (!m_notice.empty())
+        std::fprintf(err, "runner: %s\n", m_notice.c_str());
 }
 
 bool RunStart::Finish(const Game& game, std::string& why)

@@ -17,8 +17,8 @@ public:
     bool Open(RunOptions& options, std::string& why);
 
     const SavedState* Saved() const { return m_saved.get(); } // null for a new game
-    InputSource& Input() { return *m_input; }
-    const std::string& Notice() const { return m_notice; } // a line for the user; empty for none
+    InputSource* Player() { return m_player; }                // of a recording or a text; null: the user, or nobody
+    void ShowNotice(FILE* err) const;                         // a line for the user, if there is one
 
     // Before the first frame: whether the game is the one that was recorded. False, and why in one line; true with a
     // notice when the user goes on anyway.
@@ -37,8 +37,8 @@ private:
     Recording m_recording; // that is replayed
     std::unique_ptr<Replay> m_replay;
     std::unique_ptr<Recorder> m_recorder;
-    std::unique_ptr<InputSource> m_ownInput;
-    InputSource* m_input = nullptr;
+    std::unique_ptr<InputSource> m_text;
+    InputSource* m_player = nullptr;
     std::string m_notice;
     std::string m_replayed; // path
     bool m_goesOnAnyway = false;

@@ -6,6 +6,7 @@
 #include "Runner/App/Run_Start.h"
 #include "Runner/App/Session.h"
 #include "Runner/App/Targets.h"
+#include "Runner/App/Window_Run.h"
 #include "Runner/Host/Console.h"
 #include "Runner/Host/Files.h"
 #include "Runner/Host/Memory.h"
@@ -43,9 +44,10 @@ Outcome StartAndPlay(const RunOptions& asked, FILE* err)
     if (!start.Open(options, why))
         return {why, EXIT_GAME_ERROR};
     Game game(options.game, OpenApi);
-    const Outcome outcome = Session(game, options, start, start.Input(), err).Play();
-    if (!start.Notice().empty())
-        std::fprintf(err, "runner: %s\n", start.Notice().c_str());
+    NoInput nobody;
+    const Outcome outcome =
+        Session(game, options, start, start.Player() != nullptr ? *start.Player() : nobody, err).Play();
+    start.ShowNotice(err);
     return outcome;
 }
 
@@ -53,9 +55,11 @@ int PlayAndCheck(const RunOptions& options, FILE* err)
 {
     const size_t blocksBefore = CurrentMemoryUse().blocks;
     const InterruptHandler interruptHandler;
-    const Outcome outcome = StartAndPlay(options, err);
+    const Outcome outcome = options.window ? PlayInWindow(options, err) : StartAndPlay(options, err);
     if (!outcome.line.empty())
         return Complain(err, outcome.line, outcome.status);
+    if (outcome.status != EXIT_DONE)
+        return outcome.status;
     const bool clean = LeaksNothing(blocksBefore, err);
     return clean || !options.game.check ? EXIT_DONE : EXIT_GAME_ERROR;
 }

@@ -77,7 +77,7 @@ bool Session::PlayFrame(int frame, const InputFrame& seen)
 
 bool Session::PlayFrames()
 {
-    Progress progress(m_err, m_options.frames, m_options.quiet);
+    Progress progress(m_err, m_options.frames, m_options.quiet || m_options.window);
     InputFrame seen;
     for (int frame = 0; GoesOn(frame) && m_input.Next(seen); ++frame)
     {

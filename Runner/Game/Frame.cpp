@@ -25,6 +25,7 @@ bool Game::Frame(const InputFrame& seen)
 
 void Game::PlayFrame()
 {
+    scripts.RenewInstructions();
     Step();
     ChangeRoom();
     Draw();

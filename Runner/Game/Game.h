@@ -39,10 +39,12 @@ struct GameOptions
     int width = 0;    // of the picture, pixels; 0: the game's screen
     int height = 0;
     uint64_t seed = 1;
-    bool draw = true;           // false: everything runs, nothing is drawn
-    bool check = false;         // walk all structures after each frame
-    bool gcStress = false;      // collect wherever a collection may happen
-    std::string trace;          // file; empty for none
+    bool draw = true;      // false: everything runs, nothing is drawn
+    bool check = false;    // walk all structures after each frame
+    bool gcStress = false; // collect wherever a collection may happen
+    std::string trace;     // file; empty for none
+    ScriptLimits limits;
+    DeviceOpener openDevice;    // what it draws with; null: the device without a window
     Journal* journal = nullptr; // of what the game learns of files, not owned; null: nothing is kept
 };
 

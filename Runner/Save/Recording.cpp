@@ -175,6 +175,7 @@ template <typename Io, typename Head> void TransferPlain(Io& io, Head& head)
     io(head.identity.usesSeed);
     io(head.width);
     io(head.height);
+    io(head.instructions);
     io(head.save);
 }
 
@@ -191,7 +192,7 @@ bool DecodeHead(const std::vector<uint8_t>& content, RecordingHead& head)
     for (size_t left = io.Count(); left > 0 && !io.Failed(); --left)
         ReadAnswer(io, head.answers.emplace_back());
     const bool isSize = head.width >= 0 && head.height >= 0 && (head.width == 0) == (head.height == 0) &&
-                        head.width <= PICTURE_SIDE_LIMIT && head.height <= PICTURE_SIDE_LIMIT;
+                        head.width <= PICTURE_SIDE_LIMIT && head.height <= PICTURE_SIDE_LIMIT && head.instructions >= 0;
     return !io.Failed() && io.Left() == 0 && isSize;
 }
 

@@ -20,13 +20,14 @@ const std::map<std::string, std::set<std::string>> FLOORS_BELOW = {
     {"Base", {}},
     {"Input", {"Base"}},
     {"Host", {"Base"}},
+    {"Window", {"Draw", "Input", "Host", "Base"}},
     {"World", {"Host", "Base"}},
     {"Lua", {"World", "Host", "Base"}},
     {"Draw", {"Host", "Base"}},
     {"Game", {"Input", "Lua", "World", "Draw", "Host", "Base"}},
     {"Save", {"Game", "Input", "Lua", "World", "Draw", "Host", "Base"}},
     {"Api", {"Save", "Game", "Input", "Lua", "World", "Draw", "Host", "Base"}},
-    {"App", {"Api", "Save", "Game", "Input", "Lua", "World", "Draw", "Host", "Base"}},
+    {"App", {"Window", "Api", "Save", "Game", "Input", "Lua", "World", "Draw", "Host", "Base"}},
 };
 
 // The folder in "Runner/FOLDER/...", empty for a file that stands elsewhere.

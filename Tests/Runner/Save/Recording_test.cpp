@@ -207,6 +207,7 @@ TEST(RecordingFile, GivesBackEverything)
     recording.head.files = {{"game.lua", 7}, {"a.png", 8}};
     recording.head.width = 64;
     recording.head.height = 48;
+    recording.head.instructions = 5;
     recording.head.save = {1, 2, 3};
     recording.head.answers = {{Question::Load, {false, "no such file", {}}}};
     recording.Add({InputFrame(), {{Question::Screenshot, {true, "", {}}}, {Question::Load, {true, "", {9, 8}}}}}, 5);
@@ -225,6 +226,7 @@ TEST(RecordingFile, GivesBackEverything)
     EXPECT_EQ(read.head.files.at(1).name, "a.png");
     EXPECT_EQ(read.head.files.at(1).hash, 8u);
     EXPECT_EQ(std::pair(read.head.width, read.head.height), std::pair(64, 48));
+    EXPECT_EQ(read.head.instructions, 5);
     EXPECT_EQ(read.head.save, (std::vector<uint8_t>{1, 2, 3}));
     EXPECT_EQ(read.head.answers.at(0).answer.why, "no such file");
     for (const int number : {0, 59, 60, 129})
