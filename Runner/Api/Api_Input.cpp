@@ -155,27 +155,33 @@ int ActionAdd(Arguments& call)
     return 0;
 }
 
-const Action& ActionArgument(const Arguments& call)
+// What is asked of an action: both arguments are read before the action is looked up.
+struct ActionCall
+{
+    const Action& action;
+    int pad;
+};
+
+ActionCall ReadActionCall(const Arguments& call)
 {
     const std::string name = call.Text(1);
+    const int pad = call.Has(2) ? PadArgument(call, 2) : ANY_PAD;
     const Action* const action = call.game.input.actions.Find(name);
     if (action == nullptr)
         call.FailArgument(1, "is an action that action_add has made, got " + DescribeAt(call.L, 1));
-    return *action;
+    return {*action, pad};
 }
-
-int PadOrAny(const Arguments& call) { return call.Has(2) ? PadArgument(call, 2) : ANY_PAD; }
 
 template <ActionQuestion question> int AskAction(Arguments& call)
 {
-    const Action& action = ActionArgument(call);
-    return call.Return((call.game.input.*question)(action, PadOrAny(call)));
+    const ActionCall asked = ReadActionCall(call);
+    return call.Return((call.game.input.*question)(asked.action, asked.pad));
 }
 
 int ActionValue(Arguments& call)
 {
-    const Action& action = ActionArgument(call);
-    return call.Return(static_cast<double>(call.game.input.Value(action, PadOrAny(call))));
+    const ActionCall asked = ReadActionCall(call);
+    return call.Return(static_cast<double>(call.game.input.Value(asked.action, asked.pad)));
 }
 
 constexpr ApiFunction FUNCTIONS[] = {
