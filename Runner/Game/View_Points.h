@@ -19,7 +19,8 @@ bool ClipToPlane(const kvMatrix& roomToClip, PlanePoint clip, double z, PlanePoi
 bool PlaneToClip(const kvMatrix& roomToClip, PlanePoint room, double z, PlanePoint& clip);
 
 // The same for a view of the running room (0 to 7). screen: units of the game's screen; for a view that draws into a
-// surface, pixels of the surface. False also for a view without a camera, and for a camera whose matrices were never made.
+// surface, pixels of the surface. False also for a view without a camera, and for a camera whose matrices were never
+// made.
 bool ViewToRoom(const Game& game, int view, PlanePoint screen, double z, PlanePoint& room);
 bool RoomToView(const Game& game, int view, PlanePoint room, double z, PlanePoint& screen);
 
