@@ -17,10 +17,19 @@ int ReturnSprite(const Arguments& call, const Painter& painter, int sprite)
     return call.Return(sprite);
 }
 
+// The path of the file that the first argument names, noted as one that the game has read.
+std::string PictureFile(const Arguments& call)
+{
+    const std::string name = call.Text(1);
+    std::string path = call.game.scripts.PathOf(name);
+    call.game.scripts.NoteFile(name);
+    return path;
+}
+
 int SpriteAdd(Arguments& call)
 {
     Painter& painter = OpenedPainter(call);
-    const std::string file = call.game.scripts.PathOf(call.Text(1));
+    const std::string file = PictureFile(call);
     const int frames = call.Whole(2, 1);
     const float originX = call.Float(3, 0.0f);
     const float originY = call.Float(4, 0.0f);
@@ -30,7 +39,7 @@ int SpriteAdd(Arguments& call)
 int SpriteAddSheet(Arguments& call)
 {
     Painter& painter = OpenedPainter(call);
-    const std::string file = call.game.scripts.PathOf(call.Text(1));
+    const std::string file = PictureFile(call);
     const int frameWidth = call.Whole(2);
     const int frameHeight = call.Whole(3);
     const float originX = call.Float(4, 0.0f);

@@ -66,12 +66,25 @@ int CollectAll(Arguments& call)
     return 0;
 }
 
-// Returns `done` to the script. The reason of a failure goes to the console, and the game goes on.
-int ReturnTold(const Arguments& call, bool done, const std::string& why)
+// Returns to the script whether it was done. The reason of a failure goes to the console, and the game goes on.
+int ReturnTold(const Arguments& call, const Answer& answer)
 {
-    if (!done && !why.empty())
-        PrintLine(std::string(call.Name()) + "() - " + why);
-    return call.Return(done);
+    if (!answer.done && !answer.why.empty())
+        PrintLine(std::string(call.Name()) + "() - " + answer.why);
+    return call.Return(answer.done);
+}
+
+Answer TakeScreenshot(Game& game, const std::string& name, const std::string& format)
+{
+    const Painter* painter = game.CurrentPainter();
+    Answer answer;
+    if (painter == nullptr)
+        answer.why = "nothing has been drawn yet";
+    else if (!painter->Draws())
+        answer.why = "nothing is drawn with --no-draw, so there is no picture";
+    else
+        answer.done = WriteScreenshot(game.Screen(), name, format, answer.why);
+    return answer;
 }
 
 int Screenshot(Arguments& call)
@@ -80,26 +93,13 @@ int Screenshot(Arguments& call)
     const std::string format = call.Has(2) ? call.Text(2) : "";
     if (call.Has(2) && format != "bmp" && format != "png")
         call.FailArgument(2, "is \"bmp\" or \"png\", got " + DescribeAt(call.L, 2));
-    const Painter* painter = call.game.CurrentPainter();
-    std::string why;
-    if (painter == nullptr)
-        why = "nothing has been drawn yet";
-    else if (!painter->Draws())
-        why = "nothing is drawn with --no-draw, so there is no picture";
-    return ReturnTold(call, why.empty() && WriteScreenshot(call.game.Screen(), name, format, why), why);
+    return ReturnTold(call,
+                      call.game.Ask(Question::Screenshot, [&] { return TakeScreenshot(call.game, name, format); }));
 }
 
-int GameSave(Arguments& call)
-{
-    std::string why;
-    return ReturnTold(call, SaveRequest::Of(call.game).AskSave(call.Text(1), why), why);
-}
+int GameSave(Arguments& call) { return ReturnTold(call, SaveRequest::Of(call.game).AskSave(call.game, call.Text(1))); }
 
-int GameLoad(Arguments& call)
-{
-    std::string why;
-    return ReturnTold(call, SaveRequest::Of(call.game).AskLoad(call.game, call.Text(1), why), why);
-}
+int GameLoad(Arguments& call) { return ReturnTold(call, SaveRequest::Of(call.game).AskLoad(call.game, call.Text(1))); }
 
 int GameEnd(Arguments& call)
 {

@@ -3,12 +3,13 @@
 #include "Runner/Api/Api.h"
 #include "Runner/App/Interrupt.h"
 #include "Runner/App/Options.h"
+#include "Runner/App/Run_Start.h"
 #include "Runner/App/Session.h"
 #include "Runner/App/Targets.h"
+#include "Runner/App/Window_Run.h"
 #include "Runner/Host/Console.h"
 #include "Runner/Host/Files.h"
 #include "Runner/Host/Memory.h"
-#include "Runner/Save/Save_File.h"
 
 #include <algorithm>
 #include <new>
@@ -35,28 +36,30 @@ bool LeaksNothing(size_t blocksBefore, FILE* err)
     return false;
 }
 
-// The numbers that the main file draws must be those of then, so the seed comes from the saved game.
-Outcome LoadAndPlay(const RunOptions& options, FILE* err)
+Outcome StartAndPlay(const RunOptions& asked, FILE* err)
 {
-    GameOptions gameOptions = options.game;
-    SavedState saved;
+    RunOptions options = asked;
+    RunStart start;
     std::string why;
-    const bool isLoading = !options.load.empty();
-    if (isLoading && !ReadSavedGame(options.load, saved, why))
+    if (!start.Open(options, why))
         return {why, EXIT_GAME_ERROR};
-    if (isLoading && !options.isSeedGiven)
-        gameOptions.seed = saved.game.identity.seed;
-    Game game(gameOptions, OpenApi);
-    return Session(game, options, err).Play(isLoading ? &saved : nullptr);
+    Game game(options.game, OpenApi);
+    NoInput nobody;
+    const Outcome outcome =
+        Session(game, options, start, start.Player() != nullptr ? *start.Player() : nobody, err).Play();
+    start.ShowNotice(err);
+    return outcome;
 }
 
 int PlayAndCheck(const RunOptions& options, FILE* err)
 {
     const size_t blocksBefore = CurrentMemoryUse().blocks;
     const InterruptHandler interruptHandler;
-    const Outcome outcome = LoadAndPlay(options, err);
+    const Outcome outcome = options.window ? PlayInWindow(options, err) : StartAndPlay(options, err);
     if (!outcome.line.empty())
         return Complain(err, outcome.line, outcome.status);
+    if (outcome.status != EXIT_DONE)
+        return outcome.status;
     const bool clean = LeaksNothing(blocksBefore, err);
     return clean || !options.game.check ? EXIT_DONE : EXIT_GAME_ERROR;
 }

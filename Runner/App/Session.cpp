@@ -24,8 +24,9 @@ void Session::Note(const std::string& fault) { m_faults = Joined(m_faults, fault
 
 // ---- before the first frame ----
 
-bool Session::Start(const SavedState* saved)
+bool Session::Start()
 {
+    const SavedState* saved = m_start.Saved();
     std::string why;
     if (!m_game.Load())
         return false;
@@ -33,8 +34,10 @@ bool Session::Start(const SavedState* saved)
     Note(why);
     if (!isGood || (saved != nullptr && !RestoreGame(m_game, *saved)))
         return false;
+    if (!m_start.FitsGame(m_game, why))
+        Note(why);
     m_whole = m_game.FrameNumber();
-    return SaveIsAhead();
+    return m_faults.empty() && SaveIsAhead();
 }
 
 // A frame that can never come is known before a long run.
@@ -58,9 +61,9 @@ bool Session::GoesOn(int frame) const
     return frame < m_options.frames && !m_game.HasEnded() && !ScriptEngine::Interrupted();
 }
 
-bool Session::PlayFrame(int frame)
+bool Session::PlayFrame(int frame, const InputFrame& seen)
 {
-    if (!m_game.Frame())
+    if (!m_game.Frame(seen))
         return false;
     ++m_whole;
     std::string why;
@@ -74,11 +77,12 @@ bool Session::PlayFrame(int frame)
 
 bool Session::PlayFrames()
 {
-    Progress progress(m_err, m_options.frames, m_options.quiet);
-    for (int frame = 0; GoesOn(frame); ++frame)
+    Progress progress(m_err, m_options.frames, m_options.quiet || m_options.window);
+    InputFrame seen;
+    for (int frame = 0; GoesOn(frame) && m_input.Next(seen); ++frame)
     {
         progress.Show(frame);
-        if (!PlayFrame(frame))
+        if (!PlayFrame(frame, seen))
             return false;
     }
     return true;
@@ -110,14 +114,17 @@ std::string Session::InterruptedText(const std::string& failure) const
     return word + (m_isStarted ? " in frame " + std::to_string(m_whole) : " before the first frame") + ": " + failure;
 }
 
-Outcome Session::Play(const SavedState* saved)
+Outcome Session::Play()
 {
-    m_isStarted = Start(saved);
+    m_isStarted = Start();
     const bool isPlayed = m_isStarted && PlayFrames();
     const std::string failure = m_game.Failure();
     const bool isStuck = !failure.empty() && ScriptEngine::GaveUp();
     const bool isInterrupted = ScriptEngine::Interrupted() && m_faults.empty() && (isStuck || failure.empty());
     WriteTheEnd(isPlayed || isInterrupted);
+    std::string why;
+    if (m_isStarted && !m_start.Finish(m_game, why))
+        Note(why);
     if (!m_game.Finish() && failure.empty())
         Note(m_game.Failure());
     const std::string line = Joined(isInterrupted ? InterruptedText(failure) : failure, m_faults);

@@ -2,13 +2,13 @@
 
 #include "Runner/App/Album.h"
 #include "Runner/App/Options.h"
+#include "Runner/App/Run_Start.h"
+#include "Runner/Input/Input_Source.h"
 
 #include <string>
 
 namespace Runner
 {
-struct SavedState;
-
 // How a run ended: the line to show, empty when all went well, and the exit status.
 struct Outcome
 {
@@ -20,21 +20,23 @@ struct Outcome
 class Session
 {
 public:
-    // All are kept, not copied. err: where the progress is shown.
-    Session(Game& game, const RunOptions& options, FILE* err)
-        : m_game(game), m_options(options), m_err(err), m_album(options)
+    // All are kept, not copied. start: what the run starts from and what is kept of it. input: asked before each frame,
+    // so a window keeps the time of the run there, shows the frame before, and ends the run. err: where the progress is
+    // shown.
+    Session(Game& game, const RunOptions& options, RunStart& start, InputSource& input, FILE* err)
+        : m_game(game), m_options(options), m_start(start), m_input(input), m_err(err), m_album(options)
     {
     }
 
-    // saved: what to go on from, null for a new game. A signal ends it after the frame, and a script that does not come
+    // A signal ends it after the frame, and a script that does not come
     // back is ended; either way what was asked for at the end is written.
-    Outcome Play(const SavedState* saved);
+    Outcome Play();
 
 private:
-    bool Start(const SavedState* saved);
+    bool Start();
     bool SaveIsAhead();
     bool PlayFrames();
-    bool PlayFrame(int frame);
+    bool PlayFrame(int frame, const InputFrame& seen);
     bool GoesOn(int frame) const;
     void WriteTheEnd(bool isWhole);
     void Note(const std::string& fault);
@@ -42,6 +44,8 @@ private:
 
     Game& m_game;
     const RunOptions& m_options;
+    RunStart& m_start;
+    InputSource& m_input;
     FILE* m_err;
     Album m_album;
     bool m_isStarted = false; // the first frame can be played

@@ -44,6 +44,9 @@ bool AreDistinct(const RunOptions& options, std::string& why)
         {"--trace", options.game.trace},
         {"--save-at", options.saveAt.second},
         {"--load", options.load},
+        {"--record", options.record},
+        {"--replay", options.replay},
+        {"--input", options.input},
         {"--contact-sheet", PicturePath(options, options.contactSheet)},
         {"--screenshot", PicturePath(options, options.screenshot)},
     };
@@ -73,7 +76,9 @@ bool PictureIsGood(const char* option, const std::string& name, std::string& why
 bool TargetsAreGood(const RunOptions& options, std::string& why)
 {
     const std::string& save = options.saveAt.second;
+    const std::string& record = options.record;
     return AreDistinct(options, why) && PictureIsGood("--contact-sheet", options.contactSheet, why) &&
-           PictureIsGood("--screenshot", options.screenshot, why) && (save.empty() || TryToWriteFile(save, why));
+           PictureIsGood("--screenshot", options.screenshot, why) && (save.empty() || TryToWriteFile(save, why)) &&
+           (record.empty() || TryToWriteFile(record, why));
 }
 } // namespace Runner

@@ -53,7 +53,8 @@ Painter::Parts::Parts(int screenWidth, int screenHeight, std::unique_ptr<Device>
 
 Painter::Parts::~Parts() = default;
 
-std::unique_ptr<Painter> Painter::Open(int width, int height, bool draw, std::string& error)
+std::unique_ptr<Painter> Painter::Open(int width, int height, bool draw, std::string& error,
+                                       const DeviceOpener& openDevice)
 {
     if (width < 1 || height < 1 || width > PICTURE_SIDE_LIMIT || height > PICTURE_SIDE_LIMIT)
     {
@@ -62,7 +63,8 @@ std::unique_ptr<Painter> Painter::Open(int width, int height, bool draw, std::st
         return nullptr;
     }
     std::unique_ptr<Device> device;
-    if (draw && (device = OpenDevice(width, height, error)) == nullptr)
+    const DeviceOpener& opener = openDevice != nullptr ? openDevice : OpenDevice;
+    if (draw && (device = opener(width, height, error)) == nullptr)
         return nullptr;
     std::unique_ptr<Painter> painter(new Painter(std::make_unique<Parts>(width, height, std::move(device))));
     painter->BeginFrame();
@@ -80,6 +82,14 @@ Painter::~Painter()
 }
 
 bool Painter::Draws() const { return m_parts->device != nullptr; }
+
+void Painter::SetShown(bool shown)
+{
+    m_parts->batch.Flush();
+    m_parts->isShown = shown;
+}
+
+void Painter::AbandonDevice() { m_parts->device.release(); }
 
 std::string Painter::Driver() const { return Draws() ? m_parts->device->Driver() : "none"; }
 
@@ -120,12 +130,18 @@ void Painter::EndFrame()
     while (!m_parts->saved.empty())
         PopTarget();
     m_parts->batch.Flush();
-    if (m_parts->device == nullptr)
+    if (m_parts->device == nullptr || !m_parts->isShown)
         return;
     m_parts->device->Finish();
     std::string problem = m_parts->device->TakeError();
     if (!problem.empty())
         m_parts->Fail(std::move(problem));
+}
+
+void Painter::Show(const Showing& showing)
+{
+    if (Draws())
+        m_parts->device->Show(showing);
 }
 
 FrameCounts Painter::Counts() const { return {m_parts->batch.Draws(), m_parts->batch.Vertices()}; }
@@ -156,7 +172,7 @@ unsigned Painter::Parts::CurrentTarget() const { return surface < 0 ? 0 : surfac
 
 const DrawState* Painter::Parts::Prepare(unsigned texture)
 {
-    if (device == nullptr || port.width <= 0 || port.height <= 0)
+    if (device == nullptr || !isShown || port.width <= 0 || port.height <= 0)
         return nullptr;
     if (preparedVersion != MatrixVersion())
     {
@@ -181,7 +197,7 @@ void Painter::SetPort(const Port& port)
 void Painter::Clear(unsigned colour, float alpha)
 {
     Parts& parts = *m_parts;
-    if (parts.device == nullptr)
+    if (parts.device == nullptr || !parts.isShown)
         return;
     parts.batch.Flush();
     const Ink ink = MixInk(colour, parts.surface < 0 ? 1.0f : alpha);

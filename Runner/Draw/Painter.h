@@ -18,6 +18,7 @@
 #include "Runner/Draw/Picture.h"
 #include "Runner/Draw/Port.h"
 
+#include <functional>
 #include <memory>
 #include <string>
 #include <string_view>
@@ -55,6 +56,10 @@ struct TileMapInfo
     float tileWidth = 0.0f, tileHeight = 0.0f; // room units
 };
 
+class Device;
+struct Showing;
+using DeviceOpener = std::function<std::unique_ptr<Device>(int width, int height, std::string& error)>;
+
 constexpr int64_t SURFACE_PIXELS_LIMIT = 1 << 26; // of all surfaces together
 constexpr int SURFACE_NUMBERS_LIMIT = 1 << 16;    // surfaces have smaller numbers
 
@@ -64,7 +69,9 @@ public:
     // ---- life ----
     // The screen's size in pixels, 1 to PICTURE_SIDE_LIMIT. draw false: a painter that draws nothing.
     // Null, and one line in error, when it cannot draw.
-    static std::unique_ptr<Painter> Open(int width, int height, bool draw, std::string& error);
+    // openDevice: what it draws with, called for a painter that draws; the device without a window unless given.
+    static std::unique_ptr<Painter> Open(int width, int height, bool draw, std::string& error,
+                                         const DeviceOpener& openDevice = nullptr);
     ~Painter();
     Painter(const Painter&) = delete;
     Painter& operator=(const Painter&) = delete;
@@ -73,12 +80,15 @@ public:
     std::string Driver() const; // name of the graphics driver: only equal drivers give equal pictures, bit for bit
     int ScreenWidth() const;
     int ScreenHeight() const;
-    std::string TakeError(); // the first error since the last call; empty for none
+    void SetShown(bool shown); // false: drawing has no effect on any picture until it is true again. True at first
+    void AbandonDevice();      // in a forked process: the device is its parent's, so it is neither used nor freed
+    std::string TakeError();   // the first error since the last call; empty for none
 
     // ---- frame ----
     void BeginFrame(); // resets target and port to the whole screen, the drawing state, and the counts
     void EndFrame();   // flushes the batch, and pops the targets that are still pushed
     FrameCounts Counts() const;
+    void Show(const Showing& showing); // the screen in a window; nothing for a painter that draws nothing
 
     // ---- drawing state: white, 1, 0, 1, off after BeginFrame ----
     void SetColour(unsigned colour);

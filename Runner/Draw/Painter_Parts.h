@@ -85,6 +85,7 @@ struct Painter::Parts
 
     const int width, height; // of the screen
     std::unique_ptr<Device> device;
+    bool isShown = true;
     Batch batch;
     std::string error;
 

@@ -12,18 +12,44 @@
 
 namespace Runner
 {
-bool Game::Frame()
+bool Game::Frame(const InputFrame& seen)
 {
+    input.BeginFrame(seen);
+    if (options.journal != nullptr)
+        options.journal->BeginFrame(*this);
+    PlayFrame();
+    if (options.journal != nullptr)
+        options.journal->EndFrame(*this);
+    return !scripts.Failed();
+}
+
+void Game::PlayFrame()
+{
+    scripts.RenewInstructions();
     Step();
     ChangeRoom();
     Draw();
     Collector::Safepoint();
     ++m_frame;
+    SumFrame();
     if (!scripts.Failed() && afterFrame != nullptr)
         afterFrame->Perform(*this);
     if (options.check && !scripts.Failed())
         CheckEverything();
-    return !scripts.Failed();
+}
+
+// A hash of what the frame's views showed and of the random numbers afterwards: a run that parts from another one is
+// noticed at once, or as soon as it shows.
+void Game::SumFrame()
+{
+    const Random::State state = random.GetState();
+    Hash hash;
+    for (const uint64_t number : {m_trace.TakeSum(), state.position, state.increment})
+    {
+        hash.U32(static_cast<uint32_t>(number));
+        hash.U32(static_cast<uint32_t>(number >> 32));
+    }
+    m_frameSum = hash.Value();
 }
 
 // ---- the step ----

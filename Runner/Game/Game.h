@@ -14,7 +14,9 @@
 #include "Runner/Base/Random.h"
 #include "Runner/Draw/Painter.h"
 #include "Runner/Game/Game_Identity.h"
+#include "Runner/Game/Journal.h"
 #include "Runner/Game/Trace.h"
+#include "Runner/Input/Input.h"
 #include "Runner/Lua/Script_Engine.h"
 #include "Runner/World/Running_Room.h"
 #include "Runner/World/World.h"
@@ -41,6 +43,9 @@ struct GameOptions
     bool check = false;    // walk all structures after each frame
     bool gcStress = false; // collect wherever a collection may happen
     std::string trace;     // file; empty for none
+    ScriptLimits limits;
+    DeviceOpener openDevice;    // what it draws with; null: the device without a window
+    Journal* journal = nullptr; // of what the game learns of files, not owned; null: nothing is kept
 };
 
 class Game;
@@ -68,14 +73,17 @@ public:
 
     // ---- playing; false: the game has failed, see Failure ----
     bool Load();   // runs the main file and starts the first room. Once, before all else
-    bool Frame();  // one frame (Frame.cpp)
     bool Finish(); // closes what was written
+    // Plays one frame (Frame.cpp), in which the devices do what `seen` says; nobody touches anything unless it is
+    // given.
+    bool Frame(const InputFrame& seen = InputFrame());
 
     bool HasEnded() const { return m_hasEnded; }
     const std::string& Failure() const { return scripts.Failure(); }
     int FrameNumber() const { return m_frame; }                 // frames played so far
     Picture Screen();                                           // what the last frame drew
     const GameIdentity& Identity() const { return m_identity; } // since Load
+    uint64_t FrameSum() const { return m_frameSum; }            // equal frames have equal ones: see SumFrame
 
     // ---- what scripts ask for ----
     Instance* CreateInstance(ObjectType& type, float x, float y); // null: its create event failed
@@ -86,6 +94,12 @@ public:
     void AdoptDefaultCamera(int id); // the Runner's own one, after a saved game has brought it back; -1 for none
     int OwnDefaultCamera() const;    // its number, -1 when a script destroyed it
     void SetFrameNumber(int frame) { m_frame = frame; } // of a saved game that goes on
+
+    // What is outside of the game and its input is asked through here, so that a replay gets the same answer.
+    Answer Ask(Question question, const std::function<Answer()>& ask) const
+    {
+        return options.journal != nullptr ? options.journal->Ask(question, ask) : ask();
+    }
 
     // ---- the screen ----
     bool SetScreenSize(int width, int height); // false once something was made for the old size
@@ -109,6 +123,7 @@ public:
     ScriptEngine scripts;
     World world;
     Rooms rooms;
+    Input input;                            // of the running frame; no part of a saved game
     std::unique_ptr<AfterFrame> afterFrame; // null: nothing waits
 
 private:
@@ -138,6 +153,8 @@ private:
     void Identify();
 
     // Frame.cpp
+    void PlayFrame();
+    void SumFrame();
     void Step();
     void ChangeRoom();
     void Draw();
@@ -164,6 +181,7 @@ private:
     int m_screenWidth = SCREEN_WIDTH_UNLESS_SET;
     int m_screenHeight = SCREEN_HEIGHT_UNLESS_SET;
     int m_frame = 0;
+    uint64_t m_frameSum = 0;
     int m_nextRoom = NO_ROOM;
     CCameraHandle m_ownDefaultCamera; // its number may have gone to another camera
     int m_pushedTargets = 0;          // by scripts

@@ -1,12 +1,13 @@
 #include "Runner/Game/Trace.h"
 
 #include "Files/Graphics_API/Graphics_API.h"
-#include "Runner/Base/Hash.h"
 #include "Runner/Base/Printable.h"
 
+#include <array>
 #include <cerrno>
 #include <cinttypes>
 #include <cstring>
+#include <utility>
 
 namespace Runner
 {
@@ -27,6 +28,13 @@ void Add(Hash& hash, const kvMatrix& matrix)
         hash.Float(element);
 }
 
+// The numbers of a line.
+std::array<float, 10> NumbersOf(const CCamera& camera)
+{
+    return {camera.m_viewX, camera.m_viewY, camera.m_viewWidth, camera.m_viewHeight, camera.m_viewAngle,
+            g_ViewAreaX,    g_ViewAreaY,    g_ViewAreaW,        g_ViewAreaH,         g_ViewAreaA};
+}
+
 std::string HashText(const CCamera& camera)
 {
     Hash hash;
@@ -41,8 +49,7 @@ std::string HashText(const CCamera& camera)
 std::string TraceLine(int frame, int view, const CCamera& camera)
 {
     std::string line = std::to_string(frame) + " " + std::to_string(view) + " " + std::to_string(camera.GetID());
-    for (const float number : {camera.m_viewX, camera.m_viewY, camera.m_viewWidth, camera.m_viewHeight,
-                               camera.m_viewAngle, g_ViewAreaX, g_ViewAreaY, g_ViewAreaW, g_ViewAreaH, g_ViewAreaA})
+    for (const float number : NumbersOf(camera))
         Append(line, number);
     return line + " " + HashText(camera);
 }
@@ -65,12 +72,20 @@ bool Trace::Open(const std::string& path, std::string& why)
 
 void Trace::Write(int frame, int view, const CCamera& camera)
 {
+    m_sum.U32(static_cast<uint32_t>(view));
+    m_sum.U32(static_cast<uint32_t>(camera.GetID()));
+    for (const float number : NumbersOf(camera))
+        m_sum.Float(number);
+    Add(m_sum, camera.m_viewMat);
+    Add(m_sum, camera.m_projMat);
     if (m_file == nullptr)
         return;
     const std::string line = TraceLine(frame, view, camera) + "\n";
     if (std::fwrite(line.data(), 1, line.size(), m_file) != line.size())
         m_failed = true;
 }
+
+uint64_t Trace::TakeSum() { return std::exchange(m_sum, Hash()).Value(); }
 
 bool Trace::Close(std::string& why)
 {

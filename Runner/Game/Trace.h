@@ -2,6 +2,7 @@
 // What every view showed, as text: two runs of a game are compared with diff.
 
 #include "Files/Graphics/Camera.h"
+#include "Runner/Base/Hash.h"
 
 #include <cstdio>
 #include <string>
@@ -23,11 +24,13 @@ public:
 
     bool Open(const std::string& path, std::string& why); // empties the file
     bool IsOpen() const { return m_file != nullptr; }
-    void Write(int frame, int view, const CCamera& camera); // nothing while closed
-    bool Close(std::string& why);                           // false when anything was not written
+    void Write(int frame, int view, const CCamera& camera); // while closed, only into the sum
+    uint64_t TakeSum();           // a hash of the content of the lines since it was last taken, closed or not
+    bool Close(std::string& why); // false when anything was not written
 
 private:
     FILE* m_file = nullptr;
+    Hash m_sum;
     std::string m_path;
     bool m_failed = false;
 };

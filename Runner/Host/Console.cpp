@@ -18,6 +18,8 @@ public:
 
     void Write(const char* text, size_t size)
     {
+        if (m_silences > 0)
+            return;
         FILE* out = m_out != nullptr ? m_out : stderr;
         if (std::fwrite(text, 1, size, out) != size || std::fflush(out) != 0)
             m_fault = m_fault == 0 ? errno : m_fault;
@@ -25,7 +27,8 @@ public:
 
     FILE* m_out = nullptr;
     bool m_quiet = false;
-    int m_fault = 0; // errno of the first write that failed
+    int m_silences = 0; // that are alive
+    int m_fault = 0;    // errno of the first write that failed
 };
 
 Console s_console; // initialised at compile time, so usable before main
@@ -42,6 +45,10 @@ void SetConsoleOutput(FILE* out)
 }
 
 void SetConsoleQuiet(bool quiet) { s_console.m_quiet = quiet; }
+
+ConsoleSilence::ConsoleSilence() { ++s_console.m_silences; }
+
+ConsoleSilence::~ConsoleSilence() { --s_console.m_silences; }
 
 void PrintLog(const std::string& text)
 {

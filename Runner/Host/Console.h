@@ -13,7 +13,18 @@ namespace Runner
 // forgotten.
 void SetConsoleOutput(FILE* out);
 
-void SetConsoleQuiet(bool quiet);        // true: what games log is not shown
+void SetConsoleQuiet(bool quiet); // true: what games log is not shown
+
+// While one lives, nothing is shown at all: what is played again has been told before.
+class ConsoleSilence
+{
+public:
+    ConsoleSilence();
+    ~ConsoleSilence();
+    ConsoleSilence(const ConsoleSilence&) = delete;
+    ConsoleSilence& operator=(const ConsoleSilence&) = delete;
+};
+
 void PrintLog(const std::string& text);  // what a game logs, as it stands
 void PrintLine(const std::string& line); // what the host has to report, through dbg_csol; a line end is added
 

@@ -39,6 +39,13 @@ void ByteWriter::operator()(const std::vector<uint8_t>& block)
     Append(block.data(), block.size());
 }
 
+void ByteWriter::Varint(uint64_t value)
+{
+    for (; value >= 0x80; value >>= 7)
+        m_bytes.push_back(static_cast<uint8_t>(value | 0x80));
+    m_bytes.push_back(static_cast<uint8_t>(value));
+}
+
 // ---- reading ----
 
 void ByteReader::Fail()
@@ -70,6 +77,20 @@ uint64_t ByteReader::Take(size_t size)
 }
 
 size_t ByteReader::Count() { return static_cast<size_t>(Take(4)); }
+
+uint64_t ByteReader::Varint()
+{
+    uint64_t value = 0;
+    for (int shift = 0; shift < 64; shift += 7)
+    {
+        const uint64_t byte = Take(1);
+        value |= (byte & 0x7F) << shift;
+        if (byte < 0x80)
+            return value;
+    }
+    Fail();
+    return 0;
+}
 
 void ByteReader::operator()(bool& value)
 {

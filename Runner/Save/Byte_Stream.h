@@ -23,6 +23,13 @@ public:
     void operator()(const std::string& text);
     void operator()(const std::vector<uint8_t>& block); // after its length (U32)
     void Count(size_t count);                           // the number of items that follow
+    void Varint(uint64_t value); // seven bits a byte, the lowest first; the top bit says that another one follows
+
+    // A signed number for Varint: small ones of either sign become small (0, -1, 1, -2, 2 become 0, 1, 2, 3, 4).
+    static uint64_t Folded(int64_t number)
+    {
+        return static_cast<uint64_t>(number) << 1 ^ (number < 0 ? ~uint64_t{0} : 0);
+    }
 
     const std::vector<uint8_t>& Bytes() const { return m_bytes; }
     bool TooLong() const { return m_tooLong; } // a text, block or list had more than 2^32 - 1 items
@@ -51,6 +58,12 @@ public:
     void operator()(std::string& text);
     void operator()(std::vector<uint8_t>& block);
     size_t Count(); // not checked against what is left: reserve no memory for so many items
+    uint64_t Varint();
+
+    static int64_t Unfolded(uint64_t folded)
+    {
+        return static_cast<int64_t>(folded >> 1 ^ ((folded & 1) != 0 ? ~uint64_t{0} : 0));
+    }
 
     size_t Left() const { return m_left; }
     bool Failed() const { return m_failed; } // something was read past the end, or was out of range

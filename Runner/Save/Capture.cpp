@@ -16,7 +16,7 @@ namespace Runner
 {
 namespace
 {
-void CaptureGame(const Game& game, SavedGame& saved)
+void CaptureHead(const Game& game, SavedGame& saved)
 {
     const Random::State random = game.random.GetState();
     saved.identity = game.Identity();
@@ -139,7 +139,7 @@ bool CaptureScripts(Game& game, SavedState& state, std::string& why)
 // missing: one line about callbacks that cannot be saved; empty when there are none.
 bool CaptureState(Game& game, SavedState& state, std::string& missing, std::string& why)
 {
-    CaptureGame(game, state.game);
+    CaptureHead(game, state.game);
     CaptureViews(*game.rooms.Running(), state.views);
     CaptureWorld(game.world, state.world);
     CaptureSurfaces(*game.CurrentPainter(), state.surfaces);
@@ -150,14 +150,19 @@ bool CaptureState(Game& game, SavedState& state, std::string& missing, std::stri
 }
 } // namespace
 
-bool SaveGame(Game& game, const std::string& path, std::string& why)
+bool CaptureGame(Game& game, std::vector<uint8_t>& file, std::string& missing, std::string& why)
 {
     SavedState state;
+    if (CaptureState(game, state, missing, why) && EncodeState(state, file, why) && file.size() > SAVE_SIZE_MAX)
+        why = "there is too much to save";
+    return why.empty();
+}
+
+bool SaveGame(Game& game, const std::string& path, std::string& why)
+{
     std::vector<uint8_t> file;
     std::string missing, reason;
-    if (CaptureState(game, state, missing, reason) && EncodeState(state, file, reason) && file.size() > SAVE_SIZE_MAX)
-        reason = "there is too much to save";
-    if (!reason.empty())
+    if (!CaptureGame(game, file, missing, reason))
         why = "cannot save " + PrintableName(path) + ": " + reason;
     if (!reason.empty() || !WriteFileAtomically(path, file.data(), file.size(), why))
         return false;

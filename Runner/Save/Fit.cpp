@@ -10,13 +10,6 @@
 
 namespace Runner
 {
-namespace
-{
-constexpr int32_t NUMBER_LIMIT = 0x70000000; // of saved counters: room to count on
-
-// ---- the game ----
-
-// Why the save is not of this game; empty when it is.
 std::string DifferenceOf(const GameIdentity& here, const GameIdentity& saved)
 {
     if (saved.files != here.files && saved.name != here.name)
@@ -28,6 +21,12 @@ std::string DifferenceOf(const GameIdentity& here, const GameIdentity& saved)
                std::to_string(here.seed);
     return "";
 }
+
+namespace
+{
+constexpr int32_t NUMBER_LIMIT = 0x70000000; // of saved counters: room to count on
+
+// ---- the game ----
 
 bool GameFits(const Game& game, const SavedGame& saved)
 {

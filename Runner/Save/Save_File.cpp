@@ -149,13 +149,16 @@ std::string CannotLoad(const std::string& path, const std::string& reason)
 bool ReadSavedGame(const std::string& path, SavedState& state, std::string& why)
 {
     std::vector<uint8_t> file;
-    if (!ReadWholeFile(path, file, why))
-        return false;
+    return ReadWholeFile(path, file, why) && ReadSavedGame(path, file, state, why);
+}
+
+bool ReadSavedGame(const std::string& path, const std::vector<uint8_t>& content, SavedState& state, std::string& why)
+{
     std::string reason;
-    if (file.size() > SAVE_SIZE_MAX)
+    if (content.size() > SAVE_SIZE_MAX)
         reason = "it is too large for a saved game";
     else
-        DecodeState(file, state, reason);
+        DecodeState(content, state, reason);
     if (!reason.empty())
         why = CannotLoad(path, reason);
     return reason.empty();

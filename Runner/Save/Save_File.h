@@ -16,6 +16,9 @@ constexpr size_t SAVE_SIZE_MAX = size_t{1} << 28; // bytes
 // Reads a file and decodes it. False, and why in one line.
 bool ReadSavedGame(const std::string& path, SavedState& state, std::string& why);
 
+// Decodes the content of a file that was read before. path: what the line names.
+bool ReadSavedGame(const std::string& path, const std::vector<uint8_t>& content, SavedState& state, std::string& why);
+
 // The line that says why a save is refused.
 std::string CannotLoad(const std::string& path, const std::string& reason);
 

@@ -1,6 +1,7 @@
 #include "Runner/Save/Save_Request.h"
 
 #include "Files/IO/Load_Save.h"
+#include "Runner/Base/Whole_File.h"
 #include "Runner/Host/Console.h"
 #include "Runner/Host/Files.h"
 #include "Runner/Save/Capture.h"
@@ -25,24 +26,40 @@ bool SaveRequest::IsFree(std::string& why) const
     return isFree;
 }
 
-bool SaveRequest::AskSave(const std::string& name, std::string& why)
+Answer SaveRequest::PrepareSave(const std::string& name)
 {
-    const std::string path = IsFree(why) ? SavePath(name) : "";
-    if (path.empty())
-        return false;
-    EnsureDirectoryIsCreated(path.c_str());
-    m_savePath = path;
-    return true;
+    Answer answer;
+    const std::string path = IsFree(answer.why) ? SavePath(name) : "";
+    answer.done = !path.empty();
+    if (answer.done)
+        EnsureDirectoryIsCreated(path.c_str());
+    m_savePath = path.empty() ? m_savePath : path;
+    return answer;
 }
 
-bool SaveRequest::AskLoad(const Game& game, const std::string& name, std::string& why)
+Answer SaveRequest::AskSave(const Game& game, const std::string& name)
 {
-    const std::string path = IsFree(why) ? SavePath(name) : "";
+    return game.Ask(Question::Save, [&] { return PrepareSave(name); });
+}
+
+Answer SaveRequest::ReadSave(const std::string& name) const
+{
+    Answer answer;
+    const std::string path = IsFree(answer.why) ? SavePath(name) : "";
+    answer.done = !path.empty() && ReadWholeFile(path, answer.content, answer.why);
+    return answer;
+}
+
+Answer SaveRequest::AskLoad(const Game& game, const std::string& name)
+{
+    Answer answer = game.Ask(Question::Load, [&] { return ReadSave(name); });
+    const std::string path = SaveArea() + "/" + name;
     auto state = std::make_unique<SavedState>();
-    if (path.empty() || !ReadSavedGame(path, *state, why) || !FitsGame(game, *state, path, why))
-        return false;
-    m_load = std::move(state);
-    return true;
+    answer.done = answer.done && ReadSavedGame(path, answer.content, *state, answer.why) &&
+                  FitsGame(game, *state, path, answer.why);
+    if (answer.done)
+        m_load = std::move(state);
+    return answer;
 }
 
 void SaveRequest::Perform(Game& game)

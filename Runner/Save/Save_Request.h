@@ -14,16 +14,18 @@ class SaveRequest final : public AfterFrame
 public:
     static SaveRequest& Of(Game& game); // the game's one, made when it is first asked for
 
-    // Names are those of files in the save area. False when the request was not taken: why tells in one line, or is
-    // empty for a name that the save area has refused on the console.
-    bool AskSave(const std::string& name, std::string& why);
-    bool AskLoad(const Game& game, const std::string& name, std::string& why); // reads and checks the file already
+    // Names are those of files in the save area. Not done: the request was not taken, and why tells in one line, or is
+    // empty for a name that the save area has refused on the console. The file system is asked through the journal.
+    Answer AskSave(const Game& game, const std::string& name);
+    Answer AskLoad(const Game& game, const std::string& name); // reads and checks the file already
 
     // Between two frames. A save that fails is told on the console, and the game goes on.
     void Perform(Game& game) override;
 
 private:
     bool IsFree(std::string& why) const;
+    Answer PrepareSave(const std::string& name);
+    Answer ReadSave(const std::string& name) const;
 
     std::string m_savePath;             // empty: no save was asked for
     std::unique_ptr<SavedState> m_load; // null: no load was

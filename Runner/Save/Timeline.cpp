@@ -1,0 +1,180 @@
+#include "Runner/Save/Timeline.h"
+
+#include "Runner/Host/Console.h"
+#include "Runner/Save/Capture.h"
+#include "Runner/Save/Fit.h"
+#include "Runner/Save/Restore.h"
+#include "Runner/Save/Save_File.h"
+
+#include <algorithm>
+
+namespace Runner
+{
+namespace
+{
+constexpr int FRAMES_BETWEEN_REPORTS = 60;
+} // namespace
+
+// ---- the game ----
+
+Timeline::Timeline(GameOptions options, ScriptOpener openScripts, const std::string& record, std::vector<uint8_t> save)
+    : m_options(std::move(options)), m_openScripts(openScripts), m_recorder(record, save)
+{
+    m_first.save = std::move(save);
+}
+
+Timeline::~Timeline() { StopCheck(); }
+
+bool Timeline::MakeGame(const KeptState& from, Journal& journal, bool draw)
+{
+    GameOptions options = m_options;
+    options.draw = options.draw && draw;
+    options.journal = &m_switch;
+    if (m_recorder.Recorded().Frames() > 0) // the trace tells what was played first
+        options.trace.clear();
+    m_switch.to = &journal;
+    m_game.reset();
+    m_game = std::make_unique<Game>(options, m_openScripts);
+    m_position = from.frame;
+    m_hasParted = false;
+    if (!m_game->Load())
+        return false;
+    SavedState state;
+    std::string why;
+    const bool isRestored =
+        from.save.empty() || (DecodeState(from.save, state, why) && FitsGame(*m_game, state, "the saved game", why) &&
+                              RestoreGame(*m_game, state));
+    if (!isRestored && !m_game->scripts.Failed())
+        m_game->scripts.Fail(why);
+    if (isRestored && from.frame > 0)
+        m_game->input.BeginFrame(Recorded().Frame(from.frame - 1).input); // what the next frame finds as the one before
+    return isRestored;
+}
+
+bool Timeline::Start(std::string& why)
+{
+    if (!MakeGame(m_first, m_recorder, true))
+        why = m_game->Failure();
+    return why.empty();
+}
+
+bool Timeline::Play(const InputFrame& seen)
+{
+    if (m_position < Frames())
+    {
+        DropStates(m_position);
+        m_sums.resize(static_cast<size_t>(m_position));
+        m_recorder.Cut(m_position, m_sums);
+    }
+    const bool isGood = m_game->Frame(seen);
+    ++m_position;
+    TakeFrame(isGood);
+    TakeCheck(false);
+    BeginCheck();
+    return isGood;
+}
+
+// Notes how a frame went that this game, as its files are now, has played for the first time.
+void Timeline::TakeFrame(bool isGood)
+{
+    m_sums.push_back(m_game->FrameSum());
+    if (isGood && m_position % m_keepEvery == 0)
+        KeepState();
+}
+
+// ---- going to a frame ----
+
+// The state from which a frame is reached soonest. The last frames of the way are painted, so it lies before them.
+const Timeline::KeptState& Timeline::StartOf(int frame) const
+{
+    const KeptState* start = &m_first;
+    for (size_t i = 0; i < m_checked && m_isExact; ++i)
+        if (m_kept[i].frame <= frame - PAINTED_FRAMES)
+            start = &m_kept[i];
+    return *start;
+}
+
+// Whether the running game gets there as soon as one that is made anew.
+bool Timeline::LeadsOn(int frame) const
+{
+    const bool isAlive = m_game->Failure().empty() && (!m_game->HasEnded() || m_position == frame);
+    return isAlive && !m_hasParted && m_position <= frame && StartOf(frame).frame - m_position < KEEP_EVERY;
+}
+
+Timeline::Arrival Timeline::GoTo(int frame, const Progress& progress)
+{
+    const ConsoleSilence silence;
+    const int wanted = std::clamp(frame, 0, Frames());
+    TakeCheck(false);
+    if (LeadsOn(wanted))
+    {
+        Replay replay(Recorded(), m_position);
+        return PlayOn(wanted, replay, progress);
+    }
+    const KeptState& start = StartOf(wanted);
+    const bool isKept = &start != &m_first;
+    const Arrival arrival = GoFrom(start, wanted, progress);
+    if (!isKept || !m_hasParted)
+        return arrival;
+    m_isExact = false; // the check was too short to see it
+    DropStates(0);
+    return GoFrom(m_first, wanted, progress);
+}
+
+Timeline::Arrival Timeline::GoFrom(const KeptState& from, int frame, const Progress& progress)
+{
+    const bool isKept = &from != &m_first;
+    Replay replay(Recorded(), from.frame);
+    const bool isMade = MakeGame(from, replay, true);
+    m_hasParted = m_hasParted || (isKept && !isMade);
+    const Arrival arrival = isMade ? PlayOn(frame, replay, progress) : Arrival::Failed;
+    m_switch.to = &m_recorder;
+    return arrival;
+}
+
+bool Timeline::PlayAgain(Replay& replay)
+{
+    InputFrame seen;
+    replay.Next(seen);
+    const bool isGood = m_game->Frame(seen);
+    const auto number = static_cast<size_t>(m_position++);
+    if (number < m_sums.size())
+        m_hasParted = m_hasParted || m_game->FrameSum() != m_sums[number];
+    else
+        TakeFrame(isGood);
+    return isGood;
+}
+
+// A way that is cancelled ends with some painted frames, too.
+Timeline::Arrival Timeline::PlayOn(int frame, Replay& replay, const Progress& progress)
+{
+    const int first = m_position;
+    int last = frame;
+    bool isGood = true;
+    m_switch.to = &replay;
+    for (; isGood && m_position < last && !m_game->HasEnded(); isGood = PlayAgain(replay))
+    {
+        const int done = m_position - first;
+        m_game->CurrentPainter()->SetShown(last - m_position <= PAINTED_FRAMES);
+        if (last == frame && done % FRAMES_BETWEEN_REPORTS == 0 && progress && !progress(done, frame - first))
+            last = std::min(frame, m_position + PAINTED_FRAMES);
+    }
+    m_game->CurrentPainter()->SetShown(true);
+    m_switch.to = &m_recorder;
+    if (!isGood)
+        return Arrival::Failed;
+    return last == frame ? Arrival::There : Arrival::Cancelled;
+}
+
+Timeline::Arrival Timeline::Reload(int frame, const Progress& progress)
+{
+    const ConsoleSilence silence;
+    DropStates(0);
+    m_isExact = true;
+    m_keepEvery = KEEP_EVERY;
+    m_sums.clear();
+    const Arrival arrival = GoFrom(m_first, std::clamp(frame, 0, Frames()), progress);
+    m_recorder.Adopt(*m_game, m_sums);
+    return arrival;
+}
+} // namespace Runner
