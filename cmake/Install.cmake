@@ -5,7 +5,7 @@ install(TARGETS camera host_interface EXPORT CameraModuleTargets ARCHIVE DESTINA
 install(EXPORT CameraModuleTargets NAMESPACE CameraModule:: DESTINATION ${CMAKE_INSTALL_LIBDIR}/cmake/CameraModule)
 
 # The headers that a host needs: every interface, and of the module what Graphics_Support.h brings.
-set(camera_public_headers Camera Camera_GCProxy Camera_Handle Camera_Manager Colour Function_Arguments Functions Graphics_Support
+set(camera_public_headers Camera Camera_Follow Camera_GCProxy Camera_Handle Camera_Manager Colour Function_Arguments Functions Graphics_Support
     Image_Writers)
 list(TRANSFORM camera_public_headers REPLACE "(.+)" "Files/Graphics/\\1.h")
 install(DIRECTORY Platform Files DESTINATION ${CMAKE_INSTALL_INCLUDEDIR}/camera_module FILES_MATCHING PATTERN "*.h"
