@@ -23,9 +23,10 @@ const std::map<std::string, std::set<std::string>> FLOORS_BELOW = {
     {"Lua", {"World", "Host", "Base"}},
     {"Draw", {"Host", "Base"}},
     {"Game", {"Lua", "World", "Draw", "Host", "Base"}},
+    {"Inspect", {"Game", "Lua", "World", "Draw", "Host", "Base"}},
     {"Save", {"Game", "Lua", "World", "Draw", "Host", "Base"}},
     {"Api", {"Save", "Game", "Lua", "World", "Draw", "Host", "Base"}},
-    {"App", {"Api", "Save", "Game", "Lua", "World", "Draw", "Host", "Base"}},
+    {"App", {"Api", "Save", "Inspect", "Game", "Lua", "World", "Draw", "Host", "Base"}},
 };
 
 // The folder in "Runner/FOLDER/...", empty for a file that stands elsewhere.
