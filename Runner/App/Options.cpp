@@ -83,6 +83,12 @@ constexpr Option OPTIONS[] = {
      "write the last frame under this name, .png or .bmp; without any wish\n"
      "for pictures the last frame becomes last_frame.png",
      [](RunOptions& options, const Values& values) { return ReadName(values[0], options.screenshot); }},
+    {"--inspect", "", "the pictures show the camera inspector over the views and beside them",
+     [](RunOptions& options, const Values&)
+     {
+         options.inspect = true;
+         return std::string();
+     }},
     {"--no-draw", "", "play without drawing and without pictures",
      [](RunOptions& options, const Values&)
      {
@@ -231,6 +237,8 @@ private:
         const std::pair<const char*, bool> pictures[] = {{"--every", m_options.every > 0},
                                                          {"--screenshot", !m_options.screenshot.empty()},
                                                          {"--contact-sheet", !m_options.contactSheet.empty()}};
+        if (m_options.inspect && !m_options.game.draw)
+            return Refuse("--inspect draws over pictures, and --no-draw makes none: leave one of them out");
         bool any = false;
         for (const auto& [name, isWanted] : pictures)
         {

@@ -24,6 +24,7 @@ struct RunOptions
     std::string screenshot;   // picture of the last frame, in that directory; empty for none
     std::string contactSheet; // picture of twelve frames of the run, in that directory; empty for none
     bool quiet = false;
+    bool inspect = false; // pictures show the camera inspector, too
 
     // ---- saved games: paths, empty for none ----
     std::string load;                   // the saved game to go on from

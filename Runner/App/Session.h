@@ -22,7 +22,7 @@ class Session
 public:
     // All are kept, not copied. err: where the progress is shown.
     Session(Game& game, const RunOptions& options, FILE* err)
-        : m_game(game), m_options(options), m_err(err), m_album(options)
+        : m_game(game), m_options(options), m_err(err), m_album(options, game)
     {
     }
 

@@ -18,6 +18,7 @@
 #include "Runner/Draw/Picture.h"
 #include "Runner/Draw/Port.h"
 
+#include <functional>
 #include <memory>
 #include <string>
 #include <string_view>
@@ -162,6 +163,13 @@ public:
     // ---- read-back: from a painter that draws nothing, the screen is black and surfaces are transparent ----
     Picture ReadScreen();
     bool ReadSurface(int surface, Picture& out);
+
+    // ---- aside: between two frames, for who shows something besides the game ----
+    // Draws into an opaque black picture of that size, one room unit a pixel, and answers it. Afterwards the painter is
+    // as it was: drawing state, surfaces, matrices, view area and counts. Empty without a device; empty, and one line
+    // in error, when it cannot be done.
+    Picture DrawAside(int width, int height, const std::function<void()>& draw, std::string& error);
+    void Pixels(const Picture& picture, float x, float y); // its alpha premultiplied; pictures on a screen are opaque
 
 private:
     struct Parts;
