@@ -14,12 +14,6 @@ std::string FrameName(int frame)
 }
 } // namespace
 
-Album::Album(const RunOptions& options, Game& game)
-    : m_options(options), m_game(game), m_inspector(options.inspect ? std::make_unique<Inspector>(game) : nullptr),
-      m_sheet(options.frames)
-{
-}
-
 // Empty before there is a screen, and when it cannot be shown: why tells.
 Picture Album::Screen(std::string& why) const
 {

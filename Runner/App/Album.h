@@ -4,16 +4,17 @@
 #include "Runner/App/Options.h"
 #include "Runner/Inspect/Inspector.h"
 
-#include <memory>
-
 namespace Runner
 {
 // The pictures of a run: every so many frames, twelve of them on a sheet, and the last one. All go into the save area.
 class Album
 {
 public:
-    // options and game: kept, not copied. With --inspect, an inspector watches the game while the album lives.
-    Album(const RunOptions& options, Game& game);
+    // All are kept, not copied. inspector: of the game; null for pictures of the game alone.
+    Album(const RunOptions& options, Game& game, Inspector* inspector)
+        : m_options(options), m_game(game), m_inspector(inspector), m_sheet(options.frames)
+    {
+    }
 
     // Takes what is wanted of a frame that has just been played; frame counts those of this run from 0. False, and why.
     bool Take(int frame, std::string& why);
@@ -29,7 +30,7 @@ private:
 
     const RunOptions& m_options;
     Game& m_game;
-    std::unique_ptr<Inspector> m_inspector; // null without --inspect
+    Inspector* const m_inspector;
     ContactSheet m_sheet;
 };
 } // namespace Runner

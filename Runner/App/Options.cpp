@@ -89,6 +89,8 @@ constexpr Option OPTIONS[] = {
          options.inspect = true;
          return std::string();
      }},
+    {"--profile", "FILE", "write where the time of the last 300 frames went to this file",
+     [](RunOptions& options, const Values& values) { return ReadName(values[0], options.profile); }},
     {"--no-draw", "", "play without drawing and without pictures",
      [](RunOptions& options, const Values&)
      {

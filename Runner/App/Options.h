@@ -25,6 +25,7 @@ struct RunOptions
     std::string contactSheet; // picture of twelve frames of the run, in that directory; empty for none
     bool quiet = false;
     bool inspect = false; // pictures show the camera inspector, too
+    std::string profile;  // file for where the frames' time went; empty for none
 
     // ---- saved games: paths, empty for none ----
     std::string load;                   // the saved game to go on from

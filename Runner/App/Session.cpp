@@ -93,6 +93,9 @@ void Session::WriteTheEnd(bool isWhole)
     if (!m_album.WriteSheet(why))
         Note(why);
     why.clear();
+    if (!m_watching.WriteProfile(why))
+        Note(why);
+    why.clear();
     if (isWhole && !m_album.WriteLastFrame(why))
         Note(why);
     const std::string wanted = "--save-at " + std::to_string(m_options.saveAt.first);

@@ -2,6 +2,7 @@
 
 #include "Runner/App/Album.h"
 #include "Runner/App/Options.h"
+#include "Runner/App/Watching.h"
 
 #include <string>
 
@@ -22,7 +23,8 @@ class Session
 public:
     // All are kept, not copied. err: where the progress is shown.
     Session(Game& game, const RunOptions& options, FILE* err)
-        : m_game(game), m_options(options), m_err(err), m_album(options, game)
+        : m_game(game), m_options(options), m_err(err), m_watching(options, game),
+          m_album(options, game, m_watching.PictureInspector())
     {
     }
 
@@ -43,6 +45,7 @@ private:
     Game& m_game;
     const RunOptions& m_options;
     FILE* m_err;
+    Watching m_watching;
     Album m_album;
     bool m_isStarted = false; // the first frame can be played
     bool m_isSaved = false;   // what --save-at asks for

@@ -42,6 +42,7 @@ bool AreDistinct(const RunOptions& options, std::string& why)
     const NamedFile files[] = {
         {nullptr, options.game.file},
         {"--trace", options.game.trace},
+        {"--profile", options.profile},
         {"--save-at", options.saveAt.second},
         {"--load", options.load},
         {"--contact-sheet", PicturePath(options, options.contactSheet)},
@@ -74,6 +75,7 @@ bool TargetsAreGood(const RunOptions& options, std::string& why)
 {
     const std::string& save = options.saveAt.second;
     return AreDistinct(options, why) && PictureIsGood("--contact-sheet", options.contactSheet, why) &&
-           PictureIsGood("--screenshot", options.screenshot, why) && (save.empty() || TryToWriteFile(save, why));
+           PictureIsGood("--screenshot", options.screenshot, why) && (save.empty() || TryToWriteFile(save, why)) &&
+           (options.profile.empty() || TryToWriteFile(options.profile, why));
 }
 } // namespace Runner

@@ -6,10 +6,6 @@
 
 namespace Runner
 {
-Inspector::Inspector(Game& game) : m_game(game) { m_game.observer = &m_notes; }
-
-Inspector::~Inspector() { m_game.observer = nullptr; }
-
 Picture Inspector::Show(std::string& why)
 {
     Painter* painter = m_game.CurrentPainter();

@@ -21,15 +21,15 @@ constexpr int PANEL_WIDTH = 850;
 void PaintPanel(const PanelContent& content, float left, float height, Painter& painter);
 int PanelHeight(const PanelContent& content); // pixels that it takes
 
-// Watches a game while it lives. The game must live as long.
+// Of a game, which must live as long and be watched by the inspector's observer.
 class Inspector
 {
 public:
-    explicit Inspector(Game& game);
-    ~Inspector();
+    explicit Inspector(Game& game) : m_game(game) {}
     Inspector(const Inspector&) = delete;
     Inspector& operator=(const Inspector&) = delete;
 
+    FrameObserver& Observer() { return m_notes; }
     void Select(int camera) { m_selected = camera; } // as for DescribePanel
     PanelContent Content() const { return DescribePanel(m_game, m_notes, m_selected); }
     const FrameNotes& Notes() const { return m_notes; }

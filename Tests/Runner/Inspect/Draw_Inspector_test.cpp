@@ -53,6 +53,7 @@ TEST_F(DrawInspector, ShowsTheGameAndLeavesItsScreenAlone)
     ASSERT_EQ(Play("screen_set_size(64, 48) room_add{ background = colours.red }"), "");
     const Runner::Picture before = game->Screen();
     Runner::Inspector inspector(*game);
+    game->observer = &inspector.Observer();
     ASSERT_EQ(PlayOn(1), "");
     std::string why;
     const Runner::Picture shown = inspector.Show(why);
