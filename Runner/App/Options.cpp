@@ -14,11 +14,21 @@ namespace Runner
 namespace
 {
 constexpr int FRAMES_LIMIT = 100000000;
+constexpr int SCALE_LIMIT = 16;
+constexpr int MILLIONS_LIMIT = 1000000;
+constexpr int MEGABYTES_LIMIT = 2048;
+constexpr int MILLIONS_IN_A_WINDOW = 200;
 constexpr size_t HELP_COLUMN = 28; // where the meaning of an option starts
 
 std::string Quoted(std::string_view text) { return "\"" + Printable(text) + "\""; }
 
 // ---- values: each reader answers what is wrong with the text, empty when nothing is ----
+
+std::string SetFlag(bool& flag)
+{
+    flag = true;
+    return "";
+}
 
 // A decimal number, whatever zeros stand in front of it.
 template <typename Number> std::string ReadWhole(const std::string& text, Number low, Number high, Number& number)
@@ -69,7 +79,11 @@ struct Option
 
 constexpr Option OPTIONS[] = {
     {"--frames", "COUNT", "frames to play, 60 unless given",
-     [](RunOptions& options, const Values& values) { return ReadCount(values[0], options.frames); }},
+     [](RunOptions& options, const Values& values)
+     {
+         options.isFramesGiven = true;
+         return ReadCount(values[0], options.frames);
+     }},
     {"--size", "WIDTHxHEIGHT", "size of the pictures, the game's screen unless given",
      [](RunOptions& options, const Values& values)
      { return ReadSize(values[0], options.game.width, options.game.height); }},
@@ -91,6 +105,29 @@ constexpr Option OPTIONS[] = {
      }},
     {"--profile", "FILE", "write where the time of the last 300 frames went to this file",
      [](RunOptions& options, const Values& values) { return ReadName(values[0], options.profile); }},
+    {"--window", "", "play in a window, by keyboard, mouse and gamepads, until it is closed",
+     [](RunOptions& options, const Values&) { return SetFlag(options.window); }},
+    {"--menu", "DIRECTORY", "instead of a game, in a window: choose one of DIRECTORY/NAME/NAME.lua",
+     [](RunOptions& options, const Values& values) { return ReadName(values[0], options.menu); }},
+    {"--scale", "COUNT", "pixels of the display for one of the game, as many as fit unless given",
+     [](RunOptions& options, const Values& values) { return ReadWhole(values[0], 1, SCALE_LIMIT, options.scale); }},
+    {"--fullscreen", "", "fill the display",
+     [](RunOptions& options, const Values&) { return SetFlag(options.fullscreen); }},
+    {"--keys", "NAME=KEY,...", "move the keys that the window keeps for itself; F12 shows them",
+     [](RunOptions& options, const Values& values) { return options.keys.Move(values[0]); }},
+    {"--instructions", "MILLIONS",
+     "end a game whose scripts run more instructions of Lua in one frame;\n"
+     "200 in a window, about two seconds, and no limit without one; 0: none",
+     [](RunOptions& options, const Values& values)
+     { return ReadWhole(values[0], 0, MILLIONS_LIMIT, options.instructionMillions); }},
+    {"--memory", "MEGABYTES", "what scripts may use, 1024 unless given",
+     [](RunOptions& options, const Values& values)
+     {
+         int megabytes = 0;
+         const std::string wrong = ReadWhole(values[0], 1, MEGABYTES_LIMIT, megabytes);
+         options.game.limits.memory = static_cast<size_t>(megabytes) << 20;
+         return wrong;
+     }},
     {"--no-draw", "", "play without drawing and without pictures",
      [](RunOptions& options, const Values&)
      {
@@ -234,8 +271,13 @@ private:
 
     void CheckTogether()
     {
-        if (!m_hasGame)
+        if (!m_options.menu.empty() && m_hasGame)
+            return Refuse("--menu takes the place of GAME: leave one of them out");
+        if (m_options.menu.empty() && !m_hasGame)
             return Refuse("GAME is required");
+        FitToWindow();
+        if (m_result != ParseResult::Play)
+            return;
         const std::pair<const char*, bool> pictures[] = {{"--every", m_options.every > 0},
                                                          {"--screenshot", !m_options.screenshot.empty()},
                                                          {"--contact-sheet", !m_options.contactSheet.empty()}};
@@ -248,8 +290,24 @@ private:
             if (isWanted && !m_options.game.draw)
                 return Refuse(std::string(name) + " makes a picture, and --no-draw makes none: leave one of them out");
         }
-        if (!any && m_options.game.draw)
+        if (!any && m_options.game.draw && !m_options.window)
             m_options.screenshot = "last_frame.png";
+    }
+
+    // A window ends when it is closed, and a script in it must come back.
+    void FitToWindow()
+    {
+        m_options.window = m_options.window || !m_options.menu.empty();
+        const bool needsWindow = m_options.fullscreen || m_options.scale > 0;
+        if (needsWindow && !m_options.window)
+            return Refuse("--scale and --fullscreen need --window");
+        if (m_options.window && !m_options.game.draw)
+            return Refuse("--window shows pictures, and --no-draw makes none: leave one of them out");
+        if (m_options.window && !m_options.isFramesGiven)
+            m_options.frames = FRAMES_LIMIT;
+        if (m_options.instructionMillions < 0)
+            m_options.instructionMillions = m_options.window ? MILLIONS_IN_A_WINDOW : 0;
+        m_options.game.limits.instructions = int64_t{m_options.instructionMillions} * 1000000;
     }
 
     const std::vector<std::string> m_arguments;

@@ -2,6 +2,7 @@
 // The runner as a program, callable from tests.
 
 #include "Runner/Game/Game.h"
+#include "Runner/Window/Runner_Keys.h"
 
 #include <cstdio>
 
@@ -18,14 +19,23 @@ enum ExitStatus : int
 struct RunOptions
 {
     GameOptions game;
-    int frames = 60;          // to play, unless the game ends earlier
-    int every = 0;            // frames from one picture to the next; 0 for no such pictures
-    std::string out = "out";  // directory of the pictures, and the game's save area
-    std::string screenshot;   // picture of the last frame, in that directory; empty for none
-    std::string contactSheet; // picture of twelve frames of the run, in that directory; empty for none
+    int frames = 60; // to play, unless the game ends earlier
+    bool isFramesGiven = false;
+    int instructionMillions = -1; // of Lua in one frame; -1: not given
+    int every = 0;                // frames from one picture to the next; 0 for no such pictures
+    std::string out = "out";      // directory of the pictures, and the game's save area
+    std::string screenshot;       // picture of the last frame, in that directory; empty for none
+    std::string contactSheet;     // picture of twelve frames of the run, in that directory; empty for none
     bool quiet = false;
     bool inspect = false; // pictures show the camera inspector, too
     std::string profile;  // file for where the frames' time went; empty for none
+
+    // ---- the window ----
+    bool window = false;
+    bool fullscreen = false;
+    int scale = 0; // pixels of the display for one of the game; 0: as many as fit
+    RunnerKeys keys;
+    std::string menu; // directory of the games to choose from; empty: the game is given
 
     // ---- saved games: paths, empty for none ----
     std::string load;                   // the saved game to go on from

@@ -5,6 +5,7 @@
 #include "Runner/App/Options.h"
 #include "Runner/App/Session.h"
 #include "Runner/App/Targets.h"
+#include "Runner/App/Window_Run.h"
 #include "Runner/Host/Console.h"
 #include "Runner/Host/Files.h"
 #include "Runner/Host/Memory.h"
@@ -47,16 +48,19 @@ Outcome LoadAndPlay(const RunOptions& options, FILE* err)
     if (isLoading && !options.isSeedGiven)
         gameOptions.seed = saved.game.identity.seed;
     Game game(gameOptions, OpenApi);
-    return Session(game, options, err).Play(isLoading ? &saved : nullptr);
+    NoInput nobody;
+    return Session(game, options, nobody, err).Play(isLoading ? &saved : nullptr);
 }
 
 int PlayAndCheck(const RunOptions& options, FILE* err)
 {
     const size_t blocksBefore = CurrentMemoryUse().blocks;
     const InterruptHandler interruptHandler;
-    const Outcome outcome = LoadAndPlay(options, err);
+    const Outcome outcome = options.window ? PlayInWindow(options, err) : LoadAndPlay(options, err);
     if (!outcome.line.empty())
         return Complain(err, outcome.line, outcome.status);
+    if (outcome.status != EXIT_DONE)
+        return outcome.status;
     const bool clean = LeaksNothing(blocksBefore, err);
     return clean || !options.game.check ? EXIT_DONE : EXIT_GAME_ERROR;
 }

@@ -58,9 +58,9 @@ bool Session::GoesOn(int frame) const
     return frame < m_options.frames && !m_game.HasEnded() && !ScriptEngine::Interrupted();
 }
 
-bool Session::PlayFrame(int frame)
+bool Session::PlayFrame(int frame, const InputFrame& seen)
 {
-    if (!m_game.Frame())
+    if (!m_game.Frame(seen))
         return false;
     ++m_whole;
     std::string why;
@@ -74,11 +74,12 @@ bool Session::PlayFrame(int frame)
 
 bool Session::PlayFrames()
 {
-    Progress progress(m_err, m_options.frames, m_options.quiet);
-    for (int frame = 0; GoesOn(frame); ++frame)
+    Progress progress(m_err, m_options.frames, m_options.quiet || m_options.window);
+    InputFrame seen;
+    for (int frame = 0; GoesOn(frame) && m_input.Next(seen); ++frame)
     {
         progress.Show(frame);
-        if (!PlayFrame(frame))
+        if (!PlayFrame(frame, seen))
             return false;
     }
     return true;

@@ -3,6 +3,7 @@
 #include "Runner/App/Album.h"
 #include "Runner/App/Options.h"
 #include "Runner/App/Watching.h"
+#include "Runner/Input/Input_Source.h"
 
 #include <string>
 
@@ -21,9 +22,10 @@ struct Outcome
 class Session
 {
 public:
-    // All are kept, not copied. err: where the progress is shown.
-    Session(Game& game, const RunOptions& options, FILE* err)
-        : m_game(game), m_options(options), m_err(err), m_watching(options, game),
+    // All are kept, not copied. input: asked before each frame, so a window keeps the time of the run there, shows the
+    // frame before, and ends the run. err: where the progress is shown.
+    Session(Game& game, const RunOptions& options, InputSource& input, FILE* err)
+        : m_game(game), m_options(options), m_input(input), m_err(err), m_watching(options, game),
           m_album(options, game, m_watching.PictureInspector())
     {
     }
@@ -36,7 +38,7 @@ private:
     bool Start(const SavedState* saved);
     bool SaveIsAhead();
     bool PlayFrames();
-    bool PlayFrame(int frame);
+    bool PlayFrame(int frame, const InputFrame& seen);
     bool GoesOn(int frame) const;
     void WriteTheEnd(bool isWhole);
     void Note(const std::string& fault);
@@ -44,6 +46,7 @@ private:
 
     Game& m_game;
     const RunOptions& m_options;
+    InputSource& m_input;
     FILE* m_err;
     Watching m_watching;
     Album m_album;

@@ -33,6 +33,15 @@ struct DrawState
     bool operator==(const DrawState& other) const;
 };
 
+// How the screen is shown in a window.
+struct Showing
+{
+    Port where; // pixels of the window
+    int windowWidth = 0, windowHeight = 0;
+    bool smooth = false; // pixels are interpolated
+    bool isAlone = true; // black around it; false: over what the window shows already
+};
+
 class Device
 {
 public:
@@ -59,6 +68,7 @@ public:
     virtual void DrawMesh(const DrawState& state, unsigned mesh, int quads) = 0;
 
     virtual void Finish() = 0;
+    virtual void Show(const Showing& showing) = 0; // in the window that the device was made for
     virtual void Read(unsigned target, int width, int height, uint8_t* rgba) = 0; // top row first
 
     virtual std::string Driver() const = 0; // its name and version
@@ -68,6 +78,6 @@ public:
 // A mesh holds at most this many quads: the indices of their vertices fit in 16 bits.
 constexpr int MESH_QUADS_LIMIT = 16384;
 
-// The device of this build; null and one line in error when there is none.
+// The device of this build, without a window; null and one line in error when there is none.
 std::unique_ptr<Device> OpenDevice(int width, int height, std::string& error);
 } // namespace Runner

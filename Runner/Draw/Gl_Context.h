@@ -1,23 +1,37 @@
 #pragma once
 
-#include <string>
-
 namespace Runner
 {
-// An OpenGL ES 2 context without a window, display or GPU. It draws into framebuffer objects only.
+// An OpenGL ES 2 context. Destroying it frees everything that was made in it.
 class GlContext
 {
 public:
+    virtual ~GlContext() { Forget(); }
+
+    // Costs nothing when it is current.
+    void MakeCurrent()
+    {
+        if (s_current == this)
+            return;
+        Activate();
+        s_current = this;
+    }
+
+protected:
     GlContext() = default;
-    ~GlContext();
     GlContext(const GlContext&) = delete;
     GlContext& operator=(const GlContext&) = delete;
 
-    bool Open(std::string& error); // once; makes it current
-    void MakeCurrent();            // costs nothing when it is current
+    virtual void Activate() = 0;
+
+    bool IsCurrent() const { return s_current == this; }
+    void Forget() // before the context is destroyed
+    {
+        if (s_current == this)
+            s_current = nullptr;
+    }
 
 private:
-    void* m_display = nullptr;
-    void* m_context = nullptr;
+    inline static const GlContext* s_current = nullptr;
 };
 } // namespace Runner

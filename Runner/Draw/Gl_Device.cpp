@@ -1,5 +1,7 @@
 #include "Runner/Draw/Gl_Device.h"
 
+#include "Runner/Draw/Gl_Surfaceless.h"
+
 #include <GLES2/gl2ext.h>
 
 #include <algorithm>
@@ -52,7 +54,8 @@ void FlipRows(uint8_t* rgba, size_t rowBytes, int height)
 
 bool GlDevice::Open(int width, int height, std::string& error)
 {
-    if (!m_context.Open(error) || !m_flat.Build(false, error) || !m_solid.Build(true, error))
+    m_context->MakeCurrent();
+    if (!m_flat.Build(false, error) || !m_solid.Build(true, error))
         return false;
     glGetIntegerv(GL_MAX_TEXTURE_SIZE, &m_largestTexture);
     if (HasExtension("GL_OES_depth24"))
@@ -78,7 +81,7 @@ bool GlDevice::Open(int width, int height, std::string& error)
 
 GlDevice::~GlDevice()
 {
-    m_context.MakeCurrent();
+    m_context->MakeCurrent();
     while (!m_targets.empty())
         GlDevice::DeleteTarget(m_targets.begin()->first);
     const GLuint buffers[] = {m_vertices, m_indices, m_quadIndices};
@@ -89,7 +92,7 @@ GlDevice::~GlDevice()
 
 unsigned GlDevice::CreateTexture(int width, int height, const uint8_t* rgba)
 {
-    m_context.MakeCurrent();
+    m_context->MakeCurrent();
     GLuint texture = 0;
     glGenTextures(1, &texture);
     glBindTexture(GL_TEXTURE_2D, texture);
@@ -103,7 +106,7 @@ unsigned GlDevice::CreateTexture(int width, int height, const uint8_t* rgba)
 
 void GlDevice::DeleteTexture(unsigned texture)
 {
-    m_context.MakeCurrent();
+    m_context->MakeCurrent();
     glDeleteTextures(1, &texture);
 }
 
@@ -133,7 +136,7 @@ unsigned GlDevice::MakeTarget(int width, int height)
 
 unsigned GlDevice::CreateTarget(int width, int height, unsigned& texture)
 {
-    m_context.MakeCurrent();
+    m_context->MakeCurrent();
     const unsigned target = MakeTarget(width, height);
     texture = target == 0 ? 0 : m_targets[target].texture;
     return target;
@@ -141,7 +144,7 @@ unsigned GlDevice::CreateTarget(int width, int height, unsigned& texture)
 
 void GlDevice::DeleteTarget(unsigned target)
 {
-    m_context.MakeCurrent();
+    m_context->MakeCurrent();
     const auto found = m_targets.find(target);
     if (found == m_targets.end())
         return;
@@ -153,7 +156,7 @@ void GlDevice::DeleteTarget(unsigned target)
 
 GlDevice::Target& GlDevice::Bind(unsigned target)
 {
-    m_context.MakeCurrent();
+    m_context->MakeCurrent();
     const GLuint framebuffer = target == 0 ? m_screen : target;
     glBindFramebuffer(GL_FRAMEBUFFER, framebuffer);
     return m_targets[framebuffer];
@@ -173,7 +176,7 @@ void GlDevice::AddDepth(Target& target)
 
 unsigned GlDevice::CreateMesh()
 {
-    m_context.MakeCurrent();
+    m_context->MakeCurrent();
     GLuint mesh = 0;
     glGenBuffers(1, &mesh);
     return mesh;
@@ -181,7 +184,7 @@ unsigned GlDevice::CreateMesh()
 
 void GlDevice::SetMesh(unsigned mesh, const std::vector<Vertex>& vertices)
 {
-    m_context.MakeCurrent();
+    m_context->MakeCurrent();
     glBindBuffer(GL_ARRAY_BUFFER, mesh);
     glBufferData(GL_ARRAY_BUFFER, ByteCount(vertices.size(), sizeof(Vertex)), vertices.data(), GL_STATIC_DRAW);
     NoteError("a mesh's upload");
@@ -189,7 +192,7 @@ void GlDevice::SetMesh(unsigned mesh, const std::vector<Vertex>& vertices)
 
 void GlDevice::DeleteMesh(unsigned mesh)
 {
-    m_context.MakeCurrent();
+    m_context->MakeCurrent();
     glDeleteBuffers(1, &mesh);
 }
 
@@ -270,9 +273,42 @@ void GlDevice::DrawMesh(const DrawState& state, unsigned mesh, int quads)
 
 void GlDevice::Finish()
 {
-    m_context.MakeCurrent();
+    m_context->MakeCurrent();
     glFinish();
     NoteError("the frame");
+}
+
+// The screen's texture on two triangles that fill the viewport. The program negates clip y, and the screen's first row
+// in memory is its bottom one, so a corner's clip y and v run against each other.
+void GlDevice::Show(const Showing& showing)
+{
+    m_context->MakeCurrent();
+    glBindFramebuffer(GL_FRAMEBUFFER, 0);
+    glDisable(GL_SCISSOR_TEST);
+    glDisable(GL_BLEND);
+    glClearColor(0.0f, 0.0f, 0.0f, 1.0f);
+    if (showing.isAlone)
+        glClear(GL_COLOR_BUFFER_BIT);
+    const Port& where = showing.where;
+    glViewport(where.x, showing.windowHeight - where.y - where.height, where.width, where.height);
+    DrawState state;
+    state.texture = m_targets[m_screen].texture;
+    state.toClip = {{{1, 0, 0, 0, 0, 1, 0, 0, 0, 0, 1, 0, 0, 0, 0, 1}}};
+    const Vertex corners[] = {{-1, -1, 0, 0, 1, {255, 255, 255, 255}},
+                              {1, -1, 0, 1, 1, {255, 255, 255, 255}},
+                              {1, 1, 0, 1, 0, {255, 255, 255, 255}},
+                              {-1, 1, 0, 0, 0, {255, 255, 255, 255}}};
+    glBindTexture(GL_TEXTURE_2D, state.texture);
+    const GLint filter = showing.smooth ? GL_LINEAR : GL_NEAREST;
+    glTexParameteri(GL_TEXTURE_2D, GL_TEXTURE_MAG_FILTER, filter);
+    glTexParameteri(GL_TEXTURE_2D, GL_TEXTURE_MIN_FILTER, filter);
+    glBindBuffer(GL_ARRAY_BUFFER, m_vertices);
+    glBufferData(GL_ARRAY_BUFFER, sizeof corners, corners, GL_STREAM_DRAW);
+    glBindBuffer(GL_ELEMENT_ARRAY_BUFFER, m_quadIndices);
+    Draw(state, 6);
+    glEnable(GL_BLEND);
+    glEnable(GL_SCISSOR_TEST);
+    NoteError("showing the screen");
 }
 
 void GlDevice::Read(unsigned target, int width, int height, uint8_t* rgba)
@@ -324,7 +360,10 @@ std::string GlDevice::TakeError()
 
 std::unique_ptr<Device> OpenDevice(int width, int height, std::string& error)
 {
-    auto device = std::make_unique<GlDevice>();
+    auto context = std::make_unique<SurfacelessContext>();
+    if (!context->Open(error))
+        return nullptr;
+    auto device = std::make_unique<GlDevice>(std::move(context));
     if (!device->Open(width, height, error))
         return nullptr;
     return device;

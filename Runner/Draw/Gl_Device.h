@@ -14,7 +14,7 @@ namespace Runner
 class GlDevice : public Device
 {
 public:
-    GlDevice() = default;
+    explicit GlDevice(std::unique_ptr<GlContext> context) : m_context(std::move(context)) {} // an open one
     ~GlDevice() override;
 
     bool Open(int width, int height, std::string& error); // once, first
@@ -32,6 +32,7 @@ public:
                        const std::vector<uint16_t>& indices) override;
     void DrawMesh(const DrawState& state, unsigned mesh, int quads) override;
     void Finish() override;
+    void Show(const Showing& showing) override;
     void Read(unsigned target, int width, int height, uint8_t* rgba) override;
     std::string Driver() const override;
     std::string TakeError() override;
@@ -53,7 +54,7 @@ private:
     void NoteError(const char* during);
     void NoteErrorInDebug(const char* during);
 
-    GlContext m_context; // declared first, so that it is destroyed last
+    const std::unique_ptr<GlContext> m_context; // declared first, so that it is destroyed last
     GlProgram m_flat;
     GlProgram m_solid; // discards transparent pixels: for the depth test
     GLuint m_screen = 0;

@@ -53,7 +53,8 @@ Painter::Parts::Parts(int screenWidth, int screenHeight, std::unique_ptr<Device>
 
 Painter::Parts::~Parts() = default;
 
-std::unique_ptr<Painter> Painter::Open(int width, int height, bool draw, std::string& error)
+std::unique_ptr<Painter> Painter::Open(int width, int height, bool draw, std::string& error,
+                                       const DeviceOpener& openDevice)
 {
     if (width < 1 || height < 1 || width > PICTURE_SIDE_LIMIT || height > PICTURE_SIDE_LIMIT)
     {
@@ -62,7 +63,8 @@ std::unique_ptr<Painter> Painter::Open(int width, int height, bool draw, std::st
         return nullptr;
     }
     std::unique_ptr<Device> device;
-    if (draw && (device = OpenDevice(width, height, error)) == nullptr)
+    const DeviceOpener& opener = openDevice != nullptr ? openDevice : OpenDevice;
+    if (draw && (device = opener(width, height, error)) == nullptr)
         return nullptr;
     std::unique_ptr<Painter> painter(new Painter(std::make_unique<Parts>(width, height, std::move(device))));
     painter->BeginFrame();
@@ -126,6 +128,12 @@ void Painter::EndFrame()
     std::string problem = m_parts->device->TakeError();
     if (!problem.empty())
         m_parts->Fail(std::move(problem));
+}
+
+void Painter::Show(const Showing& showing)
+{
+    if (Draws())
+        m_parts->device->Show(showing);
 }
 
 FrameCounts Painter::Counts() const { return {m_parts->batch.Draws(), m_parts->batch.Vertices()}; }

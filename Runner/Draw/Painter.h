@@ -56,6 +56,10 @@ struct TileMapInfo
     float tileWidth = 0.0f, tileHeight = 0.0f; // room units
 };
 
+class Device;
+struct Showing;
+using DeviceOpener = std::function<std::unique_ptr<Device>(int width, int height, std::string& error)>;
+
 constexpr int64_t SURFACE_PIXELS_LIMIT = 1 << 26; // of all surfaces together
 constexpr int SURFACE_NUMBERS_LIMIT = 1 << 16;    // surfaces have smaller numbers
 
@@ -65,7 +69,9 @@ public:
     // ---- life ----
     // The screen's size in pixels, 1 to PICTURE_SIDE_LIMIT. draw false: a painter that draws nothing.
     // Null, and one line in error, when it cannot draw.
-    static std::unique_ptr<Painter> Open(int width, int height, bool draw, std::string& error);
+    // openDevice: what it draws with, called for a painter that draws; the device without a window unless given.
+    static std::unique_ptr<Painter> Open(int width, int height, bool draw, std::string& error,
+                                         const DeviceOpener& openDevice = nullptr);
     ~Painter();
     Painter(const Painter&) = delete;
     Painter& operator=(const Painter&) = delete;
@@ -80,6 +86,7 @@ public:
     void BeginFrame(); // resets target and port to the whole screen, the drawing state, and the counts
     void EndFrame();   // flushes the batch, and pops the targets that are still pushed
     FrameCounts Counts() const;
+    void Show(const Showing& showing); // the screen in a window; nothing for a painter that draws nothing
 
     // ---- drawing state: white, 1, 0, 1, off after BeginFrame ----
     void SetColour(unsigned colour);

@@ -12,8 +12,10 @@
 
 namespace Runner
 {
-bool Game::Frame()
+bool Game::Frame(const InputFrame& seen)
 {
+    input.BeginFrame(seen);
+    scripts.RenewInstructions();
     if (observer != nullptr)
         observer->FrameBegins(*this);
     {

@@ -21,6 +21,7 @@ Game::Game(const GameOptions& gameOptions, ScriptOpener openScripts)
     : options(gameOptions), random(gameOptions.seed), scripts(random), m_openScripts(openScripts)
 {
     s_current = this;
+    scripts.SetLimits(options.limits);
     ResetGraphics();
     TakeError();
     Collector::SetStress(options.gcStress);
@@ -147,7 +148,7 @@ Painter* Game::OpenPainter()
     const int width = options.width > 0 ? options.width : m_screenWidth;
     const int height = options.height > 0 ? options.height : m_screenHeight;
     std::string why;
-    m_painter = Painter::Open(width, height, options.draw, why);
+    m_painter = Painter::Open(width, height, options.draw, why, options.openDevice);
     if (m_painter == nullptr)
         scripts.Fail(why);
     return m_painter.get();

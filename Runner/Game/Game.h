@@ -16,6 +16,7 @@
 #include "Runner/Game/Frame_Observer.h"
 #include "Runner/Game/Game_Identity.h"
 #include "Runner/Game/Trace.h"
+#include "Runner/Input/Input.h"
 #include "Runner/Lua/Script_Engine.h"
 #include "Runner/World/Running_Room.h"
 #include "Runner/World/World.h"
@@ -42,6 +43,8 @@ struct GameOptions
     bool check = false;    // walk all structures after each frame
     bool gcStress = false; // collect wherever a collection may happen
     std::string trace;     // file; empty for none
+    ScriptLimits limits;
+    DeviceOpener openDevice; // what it draws with; null: the device without a window
 };
 
 class Game;
@@ -69,8 +72,10 @@ public:
 
     // ---- playing; false: the game has failed, see Failure ----
     bool Load();   // runs the main file and starts the first room. Once, before all else
-    bool Frame();  // one frame (Frame.cpp)
     bool Finish(); // closes what was written
+    // Plays one frame (Frame.cpp), in which the devices do what `seen` says; nobody touches anything unless it is
+    // given.
+    bool Frame(const InputFrame& seen = InputFrame());
 
     bool HasEnded() const { return m_hasEnded; }
     const std::string& Failure() const { return scripts.Failure(); }
@@ -110,6 +115,7 @@ public:
     ScriptEngine scripts;
     World world;
     Rooms rooms;
+    Input input;                            // of the running frame; no part of a saved game
     std::unique_ptr<AfterFrame> afterFrame; // null: nothing waits
     FrameObserver* observer = nullptr;      // who watches; not owned, null for nobody
 

@@ -94,6 +94,20 @@ void ResetWorldMatrix()
     s_version++;
 }
 
+GraphicsKeeper::GraphicsKeeper()
+    : m_area{g_ViewAreaX, g_ViewAreaY, g_ViewAreaW, g_ViewAreaH, g_ViewAreaA}, m_target(g_RenderTargetActive)
+{
+    std::copy(std::begin(s_slots), std::end(s_slots), std::begin(m_slots));
+}
+
+GraphicsKeeper::~GraphicsKeeper()
+{
+    std::copy(std::begin(m_slots), std::end(m_slots), std::begin(s_slots));
+    s_version++;
+    g_RenderTargetActive = m_target;
+    SetViewExtents(m_area[0], m_area[1], m_area[2], m_area[3], m_area[4]);
+}
+
 void SetFlatView(float x, float y, float width, float height)
 {
     CCamera camera; // not registered: only its arithmetic is used, so that both ways give the same pixels

@@ -18,6 +18,22 @@ unsigned MatrixVersion();
 void ResetGraphics();
 void ResetWorldMatrix();
 
+// Puts the matrices, the view area and the render target back as they were when it was made: for what is drawn beside
+// a game, which must not see it.
+class GraphicsKeeper
+{
+public:
+    GraphicsKeeper();
+    ~GraphicsKeeper();
+    GraphicsKeeper(const GraphicsKeeper&) = delete;
+    GraphicsKeeper& operator=(const GraphicsKeeper&) = delete;
+
+private:
+    kvMatrix m_slots[3];
+    float m_area[5];
+    int m_target;
+};
+
 // Sets view and projection for a flat, unrotated view of the rectangle, as a camera's 2D build makes them, flipped
 // vertically while a render target is bound. Publishes the view area, too.
 void SetFlatView(float x, float y, float width, float height);

@@ -1,9 +1,11 @@
 #include "Runner/Lua/Script_Engine.h"
 
+#include "Files/Run/Run_Globals.h"
 #include "Runner/Base/Printable.h"
 #include "Runner/Base/Whole_File.h"
 #include "Runner/Lua/Sandbox.h"
 #include "Runner/Lua/Self.h"
+#include "Runner/World/Instance.h"
 
 #include <lua.hpp>
 
@@ -20,9 +22,8 @@ namespace Runner
 {
 namespace
 {
-constexpr size_t MEMORY_LIMIT = size_t{1} << 30;
-constexpr int INSTRUCTIONS_BETWEEN_CHECKS = 100000;
-constexpr int CHECKS_AFTER_INTERRUPT = 100;          // ten million instructions: a frame that comes back is finished
+constexpr int INSTRUCTIONS_BETWEEN_CHECKS = 10000;
+constexpr int CHECKS_AFTER_INTERRUPT = 1000;         // ten million instructions: a frame that comes back is finished
 constexpr char INCLUDED_FILES[] = "runner.included"; // registry: name -> { result }
 
 ScriptEngine* s_current = nullptr;
@@ -166,8 +167,15 @@ void* ScriptEngine::Allocate(void* engine, void* block, size_t oldSize, size_t n
         self->m_memory -= held;
         return nullptr;
     }
-    if (newSize > held && newSize - held > MEMORY_LIMIT - self->m_memory)
+    // Each coroutine counts its instructions from nothing, so making one costs as many as it may run unseen.
+    if (block == nullptr && oldSize == LUA_TTHREAD)
+        self->m_instructions += INSTRUCTIONS_BETWEEN_CHECKS;
+    if (newSize > held && newSize - held > self->m_limits.memory - std::min(self->m_memory, self->m_limits.memory))
+    {
+        if (self->m_running != nullptr)
+            self->m_refusedAt = ScriptPosition(self->m_running);
         return nullptr;
+    }
     void* moved = std::realloc(block, newSize);
     if (moved != nullptr)
         self->m_memory = self->m_memory - held + newSize;
@@ -191,6 +199,14 @@ void ScriptEngine::ClearInterrupt()
 // next one comes outside of the pcall that caught it.
 void ScriptEngine::CheckInterrupt(lua_State* L, lua_Debug*)
 {
+    ScriptEngine& engine = *s_current;
+    engine.m_instructions += INSTRUCTIONS_BETWEEN_CHECKS;
+    if (engine.HasSpentInstructions())
+    {
+        lua_sethook(L, &ScriptEngine::CheckInterrupt, LUA_MASKCOUNT, 1);
+        luaL_error(L, "the script did not come back: it has run %d million instructions in one frame",
+                   static_cast<int>(engine.m_limits.instructions / 1000000));
+    }
     if (s_interrupted == 0 || s_checksLeft-- > 0)
         return;
     s_checksLeft = 0;
@@ -264,6 +280,16 @@ void ScriptEngine::Include(lua_State* L, const std::string& name)
     lua_rawgeti(L, -1, 1);
 }
 
+// ---- limits ----
+
+void ScriptEngine::SetLimits(const ScriptLimits& limits) { m_limits = limits; }
+
+// Lua's own message for a refused allocation has no position, and no message handler runs.
+std::string ScriptEngine::MemoryFailure() const
+{
+    return m_refusedAt + "not enough memory: scripts may use " + std::to_string(m_limits.memory >> 20) + " MiB";
+}
+
 // ---- references ----
 
 int ScriptEngine::Keep(lua_State* L, int index)
@@ -299,9 +325,32 @@ std::string ScriptEngine::PositionOfGiver() const
     return giver == m_givers.end() ? "" : giver->second;
 }
 
+// Nothing is pushed: the stack may be full.
+void ScriptEngine::NoteTrouble(lua_State* L)
+{
+    constexpr int DEEPEST = 24;
+    m_trouble = ScriptTrouble();
+    m_trouble.object = m_self != nullptr ? m_self->type.name : "";
+    m_trouble.camera = Current_Object;
+    lua_Debug frame;
+    for (int level = 0; level < DEEPEST && lua_getstack(L, level, &frame) != 0; ++level)
+    {
+        lua_getinfo(L, "nSl", &frame);
+        if (frame.currentline <= 0)
+            continue;
+        m_trouble.stack += std::string(frame.short_src) + ":" + std::to_string(frame.currentline) + ": in ";
+        m_trouble.stack += frame.name != nullptr ? frame.name
+                           : *frame.what == 'm'  ? "the file"
+                                                 : "a function of line " + std::to_string(frame.linedefined);
+        m_trouble.stack += "\n";
+    }
+}
+
 // Turns an error value of any type into a line of text, with a position where one is known.
 int ScriptEngine::DescribeError(lua_State* L)
 {
+    if (!s_current->Failed())
+        s_current->NoteTrouble(L);
     std::string position = ScriptPosition(L);
     if (position.empty())
         position = s_current->PositionOfGiver();
@@ -329,32 +378,34 @@ bool ScriptEngine::Protect(Body body, void* context, int called)
     lua_pushcfunction(L, RunProtected);
     lua_pushlightuserdata(L, &call);
     const int outer = std::exchange(m_called, called);
-    const bool succeeded = lua_pcall(L, 1, 0, handler) == LUA_OK;
+    const int status = lua_pcall(L, 1, 0, handler);
     m_called = outer;
-    if (!succeeded)
+    if (status != LUA_OK)
     {
         const char* message = lua_tostring(L, -1);
-        Fail(message == nullptr ? "an error without a message" : message);
+        if (!Failed())
+            m_trouble.called = called;
+        Fail(status == LUA_ERRMEM ? MemoryFailure() : message == nullptr ? "an error without a message" : message);
     }
     lua_settop(L, handler - 1);
-    return succeeded;
+    return status == LUA_OK;
 }
 
 bool ScriptEngine::Call(int reference, Instance* self)
 {
     if (reference < 0)
         return !Failed();
-    struct Event
+    struct Started
     {
         int reference;
         Instance* self;
     };
-    Event event = {reference, self};
+    Started event = {reference, self};
     Instance* const before = m_self;
     m_self = self;
     const Body run = [](lua_State* L, void* context)
     {
-        const auto& call = *static_cast<const Event*>(context);
+        const auto& call = *static_cast<const Started*>(context);
         Push(L, call.reference);
         if (call.self != nullptr)
             PushSelf(L, *call.self);
@@ -377,6 +428,7 @@ std::string ScriptEngine::TakeFailure()
 {
     std::string text;
     text.swap(m_failure);
+    m_trouble = ScriptTrouble();
     return text;
 }
 } // namespace Runner

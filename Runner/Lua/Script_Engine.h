@@ -36,6 +36,24 @@ public:
     using ScriptError::ScriptError;
 };
 
+// What a game's scripts may use up.
+struct ScriptLimits
+{
+    static constexpr size_t MEMORY_UNLESS_SET = size_t{1} << 30;
+
+    int64_t instructions = 0;          // of Lua in one frame, the same on every machine; 0 for no limit
+    size_t memory = MEMORY_UNLESS_SET; // bytes
+};
+
+// Where the first failure happened, for a page that shows it. Unknown parts are empty or -1.
+struct ScriptTrouble
+{
+    int called = -1;    // the reference of the function that the engine was to run
+    int camera = -1;    // whose callback ran
+    std::string object; // the name of the object whose event ran
+    std::string stack;  // a line for each function that was running, the innermost first
+};
+
 class ScriptEngine
 {
 public:
@@ -101,6 +119,11 @@ public:
     const std::string& Failure() const { return m_failure; } // one line, with file and line of the script
     void Fail(const std::string& text);                      // a failure that stands already is kept
     std::string TakeFailure();                               // clears it: scripts may run again
+    const ScriptTrouble& Trouble() const { return m_trouble; }
+
+    // ---- limits ----
+    void SetLimits(const ScriptLimits& limits);
+    void RenewInstructions() { m_instructions = 0; } // a frame starts
 
     // ---- interruption ----
     // A running script gets time for a frame's work and then fails, however often it catches the error. Safe in a
@@ -116,6 +139,9 @@ private:
     void LoadFile(lua_State* L, const std::string& path, const std::string& shownName);
     void Prepare(Random& random);
     std::string PositionOfGiver() const;
+    bool HasSpentInstructions() const { return m_limits.instructions > 0 && m_instructions > m_limits.instructions; }
+    void NoteTrouble(lua_State* L);
+    std::string MemoryFailure() const;
 
     // The message handler of Protect.
     static int DescribeError(lua_State* L);
@@ -125,8 +151,12 @@ private:
     Instance* m_self = nullptr;
     int m_called = -1;                   // the reference that Protect was given
     std::map<int, std::string> m_givers; // reference of a C function -> the position of the call that handed it over
-    size_t m_memory = 0;                 // bytes allocated by Lua
-    std::string m_directory;             // of the main file, ends with a slash; empty: the working directory
+    ScriptLimits m_limits;
+    int64_t m_instructions = 0; // of this frame so far, counted at every check
+    size_t m_memory = 0;        // bytes allocated by Lua
+    std::string m_refusedAt;    // the script's position at the last refused allocation
+    ScriptTrouble m_trouble;
+    std::string m_directory; // of the main file, ends with a slash; empty: the working directory
     std::string m_failure;
     Hash m_files;
 };

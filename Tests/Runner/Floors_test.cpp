@@ -18,15 +18,17 @@ using testing::IsEmpty;
 // From the lowest upwards. A folder of the Runner that is not named here has no place in the house.
 const std::map<std::string, std::set<std::string>> FLOORS_BELOW = {
     {"Base", {}},
+    {"Input", {"Base"}},
     {"Host", {"Base"}},
+    {"Window", {"Draw", "Input", "Host", "Base"}},
     {"World", {"Host", "Base"}},
     {"Lua", {"World", "Host", "Base"}},
     {"Draw", {"Host", "Base"}},
-    {"Game", {"Lua", "World", "Draw", "Host", "Base"}},
-    {"Inspect", {"Game", "Lua", "World", "Draw", "Host", "Base"}},
-    {"Save", {"Game", "Lua", "World", "Draw", "Host", "Base"}},
-    {"Api", {"Save", "Game", "Lua", "World", "Draw", "Host", "Base"}},
-    {"App", {"Api", "Save", "Inspect", "Game", "Lua", "World", "Draw", "Host", "Base"}},
+    {"Game", {"Input", "Lua", "World", "Draw", "Host", "Base"}},
+    {"Inspect", {"Game", "Input", "Lua", "World", "Draw", "Host", "Base"}},
+    {"Save", {"Game", "Input", "Lua", "World", "Draw", "Host", "Base"}},
+    {"Api", {"Save", "Game", "Input", "Lua", "World", "Draw", "Host", "Base"}},
+    {"App", {"Window", "Api", "Save", "Inspect", "Game", "Input", "Lua", "World", "Draw", "Host", "Base"}},
 };
 
 // The folder in "Runner/FOLDER/...", empty for a file that stands elsewhere.

@@ -1,4 +1,4 @@
-#include "Runner/Draw/Gl_Context.h"
+#include "Runner/Draw/Gl_Surfaceless.h"
 
 #include <EGL/egl.h>
 #include <EGL/eglext.h>
@@ -10,8 +10,6 @@ namespace Runner
 {
 namespace
 {
-const GlContext* s_current = nullptr;
-
 std::string WithCode(const char* what)
 {
     char text[120];
@@ -31,7 +29,7 @@ EGLDisplay FindDisplay()
 }
 } // namespace
 
-bool GlContext::Open(std::string& error)
+bool SurfacelessContext::Open(std::string& error)
 {
     const EGLDisplay display = FindDisplay();
     if (display == EGL_NO_DISPLAY)
@@ -58,27 +56,19 @@ bool GlContext::Open(std::string& error)
         error = WithCode("cannot draw: no OpenGL ES 2 context; check the Mesa drivers, or use --no-draw");
         return false;
     }
-    s_current = this;
+    MakeCurrent();
     return true;
 }
 
-void GlContext::MakeCurrent()
-{
-    if (s_current == this)
-        return;
-    eglMakeCurrent(m_display, EGL_NO_SURFACE, EGL_NO_SURFACE, m_context);
-    s_current = this;
-}
+void SurfacelessContext::Activate() { eglMakeCurrent(m_display, EGL_NO_SURFACE, EGL_NO_SURFACE, m_context); }
 
-GlContext::~GlContext()
+SurfacelessContext::~SurfacelessContext()
 {
     if (m_display == nullptr)
         return;
-    if (s_current == this)
-    {
+    if (IsCurrent())
         eglMakeCurrent(m_display, EGL_NO_SURFACE, EGL_NO_SURFACE, EGL_NO_CONTEXT);
-        s_current = nullptr;
-    }
+    Forget();
     if (m_context != EGL_NO_CONTEXT)
         eglDestroyContext(m_display, m_context);
 }

@@ -1,0 +1,94 @@
+#include "Runner/App/Window_Run.h"
+
+#include "Runner/Api/Api.h"
+#include "Runner/App/Pages.h"
+#include "Runner/App/Window_Stage.h"
+#include "Runner/Draw/Device.h"
+#include "Runner/Save/Save_File.h"
+
+namespace Runner
+{
+namespace
+{
+class WindowRun
+{
+public:
+    WindowRun(const RunOptions& options, Window& window, FILE* err) : m_options(options), m_window(window), m_err(err)
+    {
+        m_options.game.openDevice = [&window](int width, int height, std::string& error)
+        { return window.OpenDevice(width, height, error); };
+    }
+
+    Outcome Play()
+    {
+        const std::vector<MenuEntry> games =
+            m_options.menu.empty() ? std::vector<MenuEntry>() : FindGames(m_options.menu);
+        if (!m_options.menu.empty() && games.empty())
+            return {"--menu: there is no game in \"" + m_options.menu + "\": it holds NAME/NAME.lua", EXIT_GAME_ERROR};
+        Outcome outcome;
+        do
+        {
+            const int chosen = games.empty() ? -1 : ShowMenu(m_window, games);
+            if (!games.empty() && chosen < 0)
+                break;
+            if (chosen >= 0)
+                m_options.game.file = games[static_cast<size_t>(chosen)].file;
+            outcome = PlayUntilItIsLeft();
+        } while (!games.empty() && !m_window.IsClosed() && !ScriptEngine::Interrupted());
+        return outcome;
+    }
+
+private:
+    // Starts a failed game again as long as the user wants it.
+    Outcome PlayUntilItIsLeft()
+    {
+        for (;;)
+        {
+            FailureReport report;
+            const Outcome outcome = PlayOnce(report);
+            if (outcome.line.empty() || ScriptEngine::Interrupted())
+                return outcome;
+            std::fprintf(m_err, "runner: %s\n", outcome.line.c_str());
+            if (!ShowErrorPage(m_window, report))
+                return {"", EXIT_GAME_ERROR};
+        }
+    }
+
+    // report: filled when the outcome has a line.
+    Outcome PlayOnce(FailureReport& report)
+    {
+        GameOptions gameOptions = m_options.game;
+        SavedState saved;
+        std::string why;
+        const bool isLoading = !m_options.load.empty();
+        if (isLoading && !ReadSavedGame(m_options.load, saved, why))
+        {
+            report.line = why;
+            return {why, EXIT_GAME_ERROR};
+        }
+        if (isLoading && !m_options.isSeedGiven)
+            gameOptions.seed = saved.game.identity.seed;
+        Game game(gameOptions, OpenApi);
+        WindowStage stage(m_window, game, m_options.keys);
+        const Outcome outcome = Session(game, m_options, stage, m_err).Play(isLoading ? &saved : nullptr);
+        if (game.scripts.Failed())
+            report = DescribeFailure(game);
+        report.line = outcome.line;
+        return outcome;
+    }
+
+    RunOptions m_options;
+    Window& m_window;
+    FILE* m_err;
+};
+} // namespace
+
+Outcome PlayInWindow(const RunOptions& options, FILE* err)
+{
+    std::string why;
+    const std::string title =
+        options.menu.empty() ? options.game.file.substr(options.game.file.rfind('/') + 1) : "Games";
+    const auto window = Window::Open({title, options.scale, options.fullscreen, options.keys}, why);
+    return window == nullptr ? Outcome{why, EXIT_GAME_ERROR} : WindowRun(options, *window, err).Play();
+}
+} // namespace Runner
