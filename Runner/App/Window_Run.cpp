@@ -2,6 +2,7 @@
 
 #include "Runner/Api/Api.h"
 #include "Runner/App/Pages.h"
+#include "Runner/App/Window_Inspector.h"
 #include "Runner/App/Window_Stage.h"
 #include "Runner/Draw/Device.h"
 #include "Runner/Save/Save_File.h"
@@ -70,6 +71,11 @@ private:
             gameOptions.seed = saved.game.identity.seed;
         Game game(gameOptions, OpenApi);
         WindowStage stage(m_window, game, m_options.keys);
+        WindowInspector inspector(m_window, game);
+        stage.overlay = [&inspector](const Port& where) { inspector.Draw(where); };
+        stage.toggleInspector = [&inspector] { inspector.Toggle(); };
+        if (m_options.inspect)
+            inspector.Toggle();
         const Outcome outcome = Session(game, m_options, stage, m_err).Play(isLoading ? &saved : nullptr);
         if (game.scripts.Failed())
             report = DescribeFailure(game);

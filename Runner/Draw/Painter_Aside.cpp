@@ -42,6 +42,12 @@ Picture Painter::DrawAside(int width, int height, const std::function<void()>& d
     return picture;
 }
 
+void Painter::MakeCurrent()
+{
+    if (Draws())
+        m_parts->device->Finish();
+}
+
 void Painter::Pixels(const Picture& picture, float x, float y)
 {
     Parts& parts = *m_parts;

@@ -46,11 +46,11 @@ std::string InstanceText(int id)
     return instance == nullptr ? text : text + " of " + instance->type.name;
 }
 
-// What the update left and what stands there now: callbacks and events of this frame set the rest.
+// What the update left and what stands there now: later events and changes by hand set the rest.
 void AddLater(float left, float now, const char* axis, std::vector<std::string>& lines)
 {
     if (left != now && !(left != left && now != now))
-        lines.push_back(std::string(axis) + ": after the update a script set " + NumberText(now));
+        lines.push_back(std::string(axis) + ": after the update it was set to " + NumberText(now));
 }
 
 std::string CallbackText(const StepNote& note, const CCamera& camera)

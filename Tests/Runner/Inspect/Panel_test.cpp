@@ -83,12 +83,12 @@ TEST_F(Inspector, NamesTheLineOfAnUpdateCallbackAndWhatItDid)
     EXPECT_THAT(Row("registry", "proxy").value, HasSubstr("collector slot "));
 }
 
-TEST_F(Inspector, TellsWhatAScriptSetAfterTheUpdate)
+TEST_F(Inspector, TellsWhatWasSetAfterTheUpdate)
 {
     ASSERT_EQ(Watch("room_add{ views = { [0] = {} }, draw = function()\n"
                     "camera_set_view_pos(view_get_camera(0), 3, 0) end }"),
               "");
-    EXPECT_THAT(Panel().reason, testing::Contains("x: after the update a script set 3"));
+    EXPECT_THAT(Panel().reason, testing::Contains("x: after the update it was set to 3"));
 }
 
 TEST_F(Inspector, SaysThatACameraWithoutAViewHadNoUpdate)
