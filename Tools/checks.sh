@@ -35,18 +35,18 @@ check_format() {
 }
 
 # Builds a preset and runs its tests. A program of tests (NAME_tests, in shares) counts by its content, every other
-# entry of ctest as one.
+# entry of ctest as one. PRESET [TESTS AT A TIME, as many as processors unless given]
 check_suite() {
-    local preset=$1 log=build/$1-tests.log programs others
+    local preset=$1 jobs=${2:-$(nproc)} log=build/$1-tests.log directory=build/${1%-tests} programs others
     build "$preset"
     step "Testing ($preset)"
-    if ! ctest --preset "$preset" -j "$(nproc)" >"$log" 2>&1; then
+    if ! ctest --preset "$preset" -j "$jobs" >"$log" 2>&1; then
         tail -n 60 "$log" >&2
         fail "tests failed; their whole output is in $log"
     fi
     grep '^100% tests passed' "$log" || fail "no test ran; see $log"
     programs=$(awk '/^\[==========\] [0-9]+ tests? from .* ran\./ { n += $2 } END { print n + 0 }' \
-        "build/$preset/Testing/Temporary/LastTest.log")
+        "$directory/Testing/Temporary/LastTest.log")
     others=$(ctest --preset "$preset" -N | grep -E 'Test +#[0-9]+: ' | grep -vcE ': [a-z]+_tests(\.Share[0-9]+)?$' || true)
     passed=$((passed + programs + others))
 }
@@ -61,6 +61,15 @@ lint() {
 check_lint() {
     step "Checking with clang-tidy"
     quietly build/tidy.log lint
+}
+
+# Real keys, buttons and gamepads in the window, on a display of the tests' own. One after the other: they keep time.
+check_window() {
+    if ! (need $WINDOW_PACKAGES $WINDOW_TEST_PACKAGES); then
+        leave_out "the window" "its packages cannot be installed, see the lines above"
+        return
+    fi
+    check_suite window-tests 1
 }
 
 # A machine that cannot build for ARM still checks everything else.

@@ -5,6 +5,8 @@
 --   1  follows the bandit with a narrow free zone and a speed limit, so the view lags behind and catches up
 --   2  chases the robot and turns by 45 degrees a second: an update script in place of the built-in following
 --   3  sees the whole room, into a surface: the map that draw_gui puts on the screen
+-- Play the explorer by arrow keys and space, by the mouse button in its view, or by a gamepad; the second and third
+-- gamepad play the others. Who is not played runs alone.
 -- The rock is in terrain.lua, who moves is in runners.lua, what is far away in backdrop.lua, the signs in hud.lua.
 
 local terrain = include("terrain.lua")

@@ -1,8 +1,8 @@
--- Three runners that cross the canyon by themselves. Each has a pad, as a player would hold one: `way` (-1, 0 or 1) and
--- `jump`. Here the pad's buttons are pressed by seeded random numbers and a look at the rock ahead; a game with real
--- players would fill it from their devices and keep the rest.
+-- Three runners that cross the canyon. Each has a pad: `way` (-1, 0 or 1) and `jump`. A player fills it (players.lua);
+-- while nobody plays, seeded random numbers and a look at the rock ahead do.
 
 local terrain = include("terrain.lua")
+local players = include("players.lua")
 local TILE = terrain.TILE
 
 local HALF_WIDTH, HEIGHT = 10, 40
@@ -63,6 +63,9 @@ local function change_mood(self)
 end
 
 local function press_pad(self)
+    if players.press_pad(self) then
+        return
+    end
     change_mood(self)
     self.way = self.resting and 0 or self.facing
     self.jump = false
@@ -166,6 +169,7 @@ local runner = object_add{
 }
 
 -- row: of the sheet. speed: room units a frame.
+-- Of player 0, 1 or 2, who is the row as well.
 local function kind_of_runner(name, row, speed, facing)
     return object_add{
         name = name, parent = runner,
@@ -174,6 +178,7 @@ local function kind_of_runner(name, row, speed, facing)
             self.vx, self.vy, self.way, self.stuck = 0, 0, 0, 0
             self.jump, self.grounded, self.resting = false, false, false
             self.patience = 100 + irandom(60)
+            self.player, self.played = row, 0 -- played: frames until the runner goes on by itself
             self.crystals = 0
             show(self)
         end,

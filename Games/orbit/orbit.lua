@@ -7,6 +7,8 @@
 --           moves it, it builds its matrices in space: it hangs straight over the middle of its rectangle, as far away
 --           as the rectangle is wide. Such a picture has its upper edge at the larger y, so this view draws into a
 --           surface, which draw_gui puts on the screen upside down.
+-- Arrow keys, a gamepad's stick or a drag with the mouse lead the flight, the wheel goes nearer; left alone, it goes on
+-- by itself.
 -- What stands in the village is in village.lua and models.lua, the computing in space.lua.
 
 local space = include("space.lua")
@@ -47,6 +49,33 @@ local STEP_C, STEP_S = space.turn(0.004)
 -- The flight is kept in `vars`, so a saved game flies on from where it was.
 vars.flight_c, vars.flight_s = 0.6, 0.8
 
+action_add{ name = "left", keys = {"left", "@a"}, buttons = {"dpad_left"}, axes = {"left_x-"} }
+action_add{ name = "right", keys = {"right", "@d"}, buttons = {"dpad_right"}, axes = {"left_x+"} }
+action_add{ name = "up", keys = {"up", "@w"}, buttons = {"dpad_up"}, axes = {"left_y-"} }
+action_add{ name = "down", keys = {"down", "@s"}, buttons = {"dpad_down"}, axes = {"left_y+"} }
+
+-- What the player adds: height and nearness stay, where the mouse was is what a drag starts from.
+vars.lift, vars.reach = 0, 1
+local mouse_was_x, mouse_was_y = 0, 0
+
+local LED_TURN, LED_LIFT, DRAG_TURN, DRAG_LIFT = 0.012, 6, 0.0015, 2
+
+-- Turns the flight and lifts it, as the player wants.
+local function lead()
+    local turn = (action_value("right") - action_value("left")) * LED_TURN
+    local lift = (action_value("up") - action_value("down")) * LED_LIFT
+    if mouse_down("left") and not mouse_pressed("left") then
+        turn = turn - (mouse_x() - mouse_was_x) * DRAG_TURN
+        lift = lift + (mouse_y() - mouse_was_y) * DRAG_LIFT
+    end
+    mouse_was_x, mouse_was_y = mouse_x(), mouse_y()
+    if turn ~= 0 then
+        vars.flight_c, vars.flight_s = space.add_turn(vars.flight_c, vars.flight_s, space.turn(turn))
+    end
+    vars.lift = math.max(-100, math.min(500, vars.lift + lift))
+    vars.reach = math.max(0.5, math.min(2, vars.reach * (1 - 0.1 * mouse_wheel())))
+end
+
 local function eye_height()
     local t = math.abs(frame_number() % (2 * SWING) - SWING) / SWING
     return LOW + (HIGH - LOW) * t * t * (3 - 2 * t)
@@ -54,7 +83,10 @@ end
 
 local function fly()
     vars.flight_c, vars.flight_s = space.add_turn(vars.flight_c, vars.flight_s, STEP_C, STEP_S)
-    local eye = { MIDDLE + vars.flight_c * RADIUS, MIDDLE + vars.flight_s * RADIUS, -eye_height() }
+    lead()
+    local radius = RADIUS * vars.reach
+    local eye = { MIDDLE + vars.flight_c * radius, MIDDLE + vars.flight_s * radius,
+                  -math.max(30, eye_height() + vars.lift) }
     local at = { MIDDLE, MIDDLE, -75 }
     local camera = camera_current()
     camera_set_view_mat(camera, space.look_at(eye, at, { 0, 0, 1 }))

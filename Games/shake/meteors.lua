@@ -107,6 +107,11 @@ return {
     on_impact = function(handler)
         impact_handler = handler
     end,
+    -- One that hits the ground at x.
+    call_down = function(x)
+        local fall = (town.GROUND + 100) // FALL_Y
+        instance_create(x - fall * FALL_X, -100, meteor)
+    end,
     -- Once a step.
     rain = function()
         if irandom(38) == 0 then

@@ -9,6 +9,8 @@
 -- Halfway along each path the camera is replaced by a clone, and nothing of it shows: the callbacks ask for the camera
 -- that runs them and remember none. The small picture shows the whole room, the path and what the camera sees.
 -- A saved game keeps no functions: what changes is in `vars`, and the room's load event gives the callbacks out again.
+-- A click calls down a meteor there, space or a gamepad's A one in the middle; arrows, a gamepad's stick and the wheel
+-- lead the camera off its path, to which it comes back by itself.
 -- The town is in town.lua, the meteors in meteors.lua.
 
 local town = include("town.lua")
@@ -60,11 +62,52 @@ function shaker.offset()
 end
 
 local function aim(camera, x, y, zoom)
-    local width = SCREEN_WIDTH / zoom
+    local lead = vars.lead
+    x, y = x + lead.x, y + lead.y
+    local width = SCREEN_WIDTH / (zoom * lead.zoom)
     local shake_x, shake_y, roll = shaker.offset()
     camera_set_view_size(camera, width, width * SHAPE)
     camera_set_view_pos(camera, x - width / 2 + shake_x, y - width * SHAPE / 2 + shake_y)
     camera_set_view_angle(camera, roll)
+end
+
+-- ---- the player ----
+
+action_add{ name = "left", keys = {"left", "@a"}, buttons = {"dpad_left"}, axes = {"left_x-"} }
+action_add{ name = "right", keys = {"right", "@d"}, buttons = {"dpad_right"}, axes = {"left_x+"} }
+action_add{ name = "up", keys = {"up", "@w"}, buttons = {"dpad_up"}, axes = {"left_y-"} }
+action_add{ name = "down", keys = {"down", "@s"}, buttons = {"dpad_down"}, axes = {"left_y+"} }
+action_add{ name = "meteor", keys = {"space"}, buttons = {"a"} }
+
+-- How far the player has led the camera off its path.
+vars.lead = { x = 0, y = 0, zoom = 1 }
+
+local LEAD_SPEED, LEAD_REACH, LEAD_BACK = 14, 420, 0.97
+
+local function led(value, less, more)
+    local way = action_value(more) - action_value(less)
+    local goal = value + way * LEAD_SPEED
+    return math.max(-LEAD_REACH, math.min(LEAD_REACH, way == 0 and goal * LEAD_BACK or goal))
+end
+
+local function lead_camera()
+    local lead = vars.lead
+    lead.x = led(lead.x, "left", "right")
+    lead.y = led(lead.y, "up", "down")
+    local zoom = lead.zoom * (1 + 0.1 * mouse_wheel())
+    lead.zoom = math.max(0.6, math.min(1.8, mouse_wheel() == 0 and 1 + (zoom - 1) * LEAD_BACK or zoom))
+end
+
+local function call_meteors()
+    if action_pressed("meteor") then
+        meteors.call_down(view_to_room(SHOT_VIEW, SCREEN_WIDTH / 2, SCREEN_HEIGHT / 2) or 1200)
+    end
+    if mouse_pressed("left") then
+        local x = mouse_room(math.max(SHOT_VIEW, view_at(mouse_x(), mouse_y())))
+        if x then
+            meteors.call_down(math.max(0, math.min(town.WIDTH, x)))
+        end
+    end
 end
 
 local function begin_shot()
@@ -249,7 +292,11 @@ room_add{
         give_out_callbacks()
     end,
     load = give_out_callbacks,
-    step = meteors.rain,
+    step = function()
+        lead_camera()
+        call_meteors()
+        meteors.rain()
+    end,
     draw = town.draw_ground,
     draw_gui = function()
         draw_set_colour(colours.black)

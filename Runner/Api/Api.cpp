@@ -32,9 +32,9 @@ void RaisePainterError(const Arguments& call)
         call.Fail(problem);
 }
 
-std::array<ApiTable, 6> AllTables()
+std::array<ApiTable, 8> AllTables()
 {
-    return {WorldApi(), RoomApi(), SystemApi(), DrawApi(), PictureApi(), SpaceApi()};
+    return {WorldApi(), RoomApi(), SystemApi(), DrawApi(), PictureApi(), SpaceApi(), InputApi(), PointApi()};
 }
 
 int CallApi(lua_State* L)

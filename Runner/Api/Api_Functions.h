@@ -42,6 +42,8 @@ ApiTable SystemApi();  // scripts, random numbers, files, the game itself
 ApiTable DrawApi();    // shapes, text, colours
 ApiTable PictureApi(); // sprites, surfaces, tile maps
 ApiTable SpaceApi();   // matrices and 3D
+ApiTable InputApi();   // keyboard, mouse, gamepads, actions
+ApiTable PointApi();   // from the screen to the room and back
 
 // The painter. DrawingPainter refuses the call while nothing is being drawn.
 class Painter;

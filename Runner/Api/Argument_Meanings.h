@@ -22,6 +22,15 @@ inline constexpr ArgumentMeaning ARGUMENT_MEANINGS[] = {
     {"sprite", "a whole number", "a sprite, as sprite_add gave it; -1 for a plain colour in space"},
     {"surface", "a whole number", "a surface, as surface_create gave it"},
     {"map", "a whole number", "a tile map, as tilemap_add gave it"},
+    {"view", "a whole number", "a view of the running room, 0 to 7"},
+    // ---- input ----
+    {"key", "a string", "a key by what is written on it (\"space\"), or by its place on a US keyboard (\"@w\")"},
+    {"mouse_button", "a string", "\"left\", \"middle\", \"right\", \"side1\" or \"side2\""},
+    {"pad", "a whole number", "a gamepad, 0 to 7"},
+    {"axis", "a string", "an axis of a gamepad, such as \"left_x\""},
+    {"button", "a string", "a button of a gamepad, such as \"a\""},
+    {"action", "a string", "the name of an action, as action_add made it"},
+    {"part", "a number", "of a stick's whole way"},
     // ---- values ----
     {"fields", "a table", "named fields; an unknown name is refused"},
     {"function", "a function", "what is called"},

@@ -26,6 +26,8 @@ public:
             m_options.menu.empty() ? std::vector<MenuEntry>() : FindGames(m_options.menu);
         if (!m_options.menu.empty() && games.empty())
             return {"--menu: there is no game in \"" + m_options.menu + "\": it holds NAME/NAME.lua", EXIT_GAME_ERROR};
+        if (!games.empty())
+            m_window.Show({SCREEN_WIDTH_UNLESS_SET, SCREEN_HEIGHT_UNLESS_SET}); // most games have this size
         Outcome outcome;
         do
         {

@@ -2,6 +2,7 @@
 
 #include "Runner/Game/Game.h"
 
+#include <algorithm>
 #include <sstream>
 
 namespace Runner
@@ -55,7 +56,8 @@ std::string EventOf(const Game& game, const ScriptTrouble& trouble)
 FailureReport DescribeFailure(const Game& game)
 {
     const ScriptTrouble& trouble = game.scripts.Trouble();
-    FailureReport report = {game.Failure(), EventOf(game, trouble), game.FrameNumber(), {}};
+    const int failed = std::max(0, game.FrameNumber() - 1); // the frame that failed is counted as well
+    FailureReport report = {game.Failure(), EventOf(game, trouble), failed, {}};
     std::istringstream lines(trouble.stack);
     for (std::string line; std::getline(lines, line);)
         report.stack.push_back(line);

@@ -13,7 +13,7 @@ struct FailureReport
 {
     std::string line;
     std::string event; // "the step event of object \"player\"", "the draw script of room \"cave\""
-    int frame = 0;     // frames played whole before it
+    int frame = 0;     // frame_number() when it happened
     std::vector<std::string> stack;
 };
 

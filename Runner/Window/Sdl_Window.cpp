@@ -6,6 +6,7 @@
 #include "Runner/Window/Window.h"
 
 #include <algorithm>
+#include <cstdlib>
 
 namespace Runner
 {
@@ -13,6 +14,16 @@ namespace
 {
 constexpr int SMALLEST_SIDE = 1;
 constexpr float OF_DISPLAY = 0.8f; // what a window takes of the display unless its scale is given
+
+// Names the window systems to try, unless the environment names one: asked to choose, SDL may answer with one that
+// shows nothing, and the game would be played unseen.
+void ChooseWindowSystem()
+{
+#ifdef __linux__
+    if (std::getenv("SDL_VIDEODRIVER") == nullptr)
+        SDL_SetHint(SDL_HINT_VIDEODRIVER, std::getenv("WAYLAND_DISPLAY") != nullptr ? "wayland,x11" : "x11");
+#endif
+}
 
 std::string SdlLine(const char* what) { return std::string(what) + ": " + SDL_GetError(); }
 
@@ -72,6 +83,7 @@ bool SdlWindow::Start(std::string& why)
     SDL_SetMainReady();
     SDL_SetHint(SDL_HINT_NO_SIGNAL_HANDLERS, "1"); // the Runner has its own
     SDL_SetHint(SDL_HINT_VIDEO_ALLOW_SCREENSAVER, "1");
+    ChooseWindowSystem();
     const char* const headless = "; without --window the game is played into pictures (./demo does so)";
     if (SDL_Init(SDL_INIT_VIDEO) != 0)
     {

@@ -134,7 +134,7 @@ TEST_F(SandboxTest, ANameThatIsRefusedIsShownAsOneShortLine)
 TEST_F(SandboxTest, TooMuchMemoryIsAnErrorAndNoCrash)
 {
     EXPECT_EQ(Run("local s = string.rep('x', 1 << 28) local t = {} for i = 1, 100 do t[i] = s .. i end"),
-              "not enough memory");
+              "main.lua:2: not enough memory: scripts may use 1024 MiB");
 }
 
 TEST_F(SandboxTest, EndlessRecursionIsAnErrorAndNoCrash)

@@ -1,0 +1,261 @@
+#!/usr/bin/env bash
+# Plays games in a window and presses real keys and buttons: real_input.sh RUNNER CASE. Needs a display and xdotool.
+set -euo pipefail
+runner=$1
+work=$(mktemp -d)
+log=$work/log
+player=
+# shellcheck disable=SC2317
+clean_up() {
+    [ -z "$player" ] || kill "$player" 2>/dev/null || true
+    rm -rf "$work"
+}
+trap clean_up EXIT
+
+fail() {
+    echo "FAILED: $*" >&2
+    echo "---- what the game said:" >&2
+    cat "$log" "$work/err" >&2 || true
+    exit 1
+}
+
+# Waits until the game has said this; a regular expression for a whole line. SECONDS as a second argument.
+hear() {
+    for _ in $(seq $((${2:-10} * 20))); do
+        grep -qxE -- "$1" "$log" && return
+        sleep 0.05
+    done
+    fail "not heard: $1"
+}
+
+not_heard() { ! grep -qxE -- "$1" "$log" || fail "heard: $1"; }
+
+# Plays the text on standard input in a window of 1:1, and waits until its first frame is shown.
+play() {
+    { cat; echo 'local function report() if frame_number() == 3 then print("ready") end end
+room_add{ width = 640, height = 360, step = function() report() watch_input() end,
+          views = { [0] = { w = 320, h = 180, wport = 640, hport = 360 } } }'; } >"$work/game.lua"
+    start "$@"
+    hear ready 20
+}
+
+start() {
+    : >"$log"
+    stdbuf -oL "$runner" "$work/game.lua" --window --scale 1 --out "$work/out" "$@" >"$log" 2>"$work/err" &
+    player=$!
+    for _ in $(seq 200); do
+        window=$(xdotool search --onlyvisible --pid "$player" 2>/dev/null | tail -1) && [ -n "$window" ] && break
+        kill -0 "$player" 2>/dev/null || fail "it ended"
+        sleep 0.05
+    done
+    [ -n "$window" ] || fail "there is no window"
+    xdotool windowfocus --sync "$window"
+}
+
+point() { xdotool mousemove --window "$window" "$1" "$2"; }
+
+# The screen that every game here has.
+head='screen_set_size(640, 360)'
+
+# ---- cases ----
+
+keys() {
+    play <<END
+$head
+function watch_input()
+    for _, key in ipairs{"a", "@a", "space", "left_shift"} do
+        if key_pressed(key) then print("pressed " .. key) end
+        if key_released(key) then print("released " .. key) end
+    end
+    if text_typed() ~= "" then print("text " .. text_typed()) end
+end
+END
+    xdotool key a
+    hear 'pressed a'
+    hear 'released a'
+    hear 'pressed @a'
+    xdotool keydown shift key space keyup shift
+    hear 'pressed left_shift'
+    hear 'pressed space'
+    xdotool key b
+    hear 'text .*b'
+}
+
+own_keys() {
+    play --keys help=f8 <<END
+$head
+function watch_input()
+    if key_pressed("f8") then print("f8") end
+    if key_pressed("f12") then print("f12") end
+end
+END
+    xdotool key F8
+    xdotool key F12
+    hear f12
+    not_heard f8
+}
+
+mouse() {
+    play <<END
+$head
+function watch_input()
+    local x, y = mouse_room(0)
+    if mouse_pressed("left") then print("from", mouse_x(), mouse_y(), math.floor(x + 0.5), math.floor(y + 0.5)) end
+    if mouse_released("left") then print("to", mouse_x(), mouse_y(), math.floor(x + 0.5), math.floor(y + 0.5)) end
+    if mouse_wheel() ~= 0 then print("wheel", mouse_wheel()) end
+    if mouse_down("right") then print("right") end
+end
+END
+    point 100 50
+    xdotool mousedown 1
+    hear $'from\t100.5\t50.5\t50\t25'
+    point 300 200
+    xdotool mouseup 1
+    hear $'to\t300.5\t200.5\t150\t100'
+    xdotool click 4
+    hear $'wheel\t1'
+    xdotool click 3
+    hear right
+}
+
+sizes() {
+    play <<END
+$head
+function watch_input()
+    if mouse_pressed("left") then print("at", mouse_x(), mouse_y(), view_at(mouse_x(), mouse_y())) end
+    if frame_number() % 30 == 0 then print("frame " .. frame_number()) end
+end
+END
+    xdotool windowsize --sync "$window" 320 400
+    sleep 0.3
+    point 160 200 # the middle; the screen is half as large, with bars of 110 above and below
+    xdotool click 1
+    hear $'at\t321.0\t181.0\t0'
+    point 160 50
+    xdotool click 1
+    hear $'at\t321.0\t-119.0\t-1'
+    xdotool windowsize "$window" 1 1
+    sleep 0.3
+    : >"$log"
+    hear 'frame .*'
+    xdotool windowsize --sync "$window" 640 360
+    : >"$log"
+    hear 'frame .*'
+}
+
+focus() {
+    play <<END
+$head
+function watch_input()
+    if key_released("a") then print("released") end
+    if frame_number() % 10 == 0 then print("frame " .. frame_number()) end
+end
+END
+    xdotool keydown a
+    sleep 0.3
+    xdotool windowfocus "$(xwininfo -root | awk '/Window id/ { print $4 }')"
+    sleep 0.5
+    : >"$log"
+    sleep 0.7
+    not_heard 'frame .*'
+    xdotool keyup a
+    xdotool windowfocus --sync "$window"
+    hear 'frame .*'
+}
+
+pause() {
+    play <<END
+$head
+function watch_input()
+    if key_pressed("b") then print("b") end
+    if frame_number() % 10 == 0 then print("frame " .. frame_number()) end
+end
+END
+    xdotool key F10
+    sleep 0.3
+    : >"$log"
+    xdotool key b
+    sleep 0.7
+    not_heard 'frame .*'
+    xdotool key F10
+    hear 'frame .*'
+    not_heard b
+}
+
+failure() {
+    echo 'room_add{ step = function() if frame_number() == 5 then local x = nil + 1 end end }' >"$work/game.lua"
+    start
+    for _ in $(seq 100); do
+        grep -q 'game.lua:1: attempt to perform arithmetic' "$work/err" && break
+        sleep 0.1
+    done
+    grep -q 'game.lua:1: attempt to perform arithmetic' "$work/err" || fail "no error"
+    echo 'print("mended") room_add{}' >"$work/game.lua"
+    sleep 0.5
+    xdotool key r
+    hear mended
+}
+
+endless() {
+    echo 'room_add{ step = function() if frame_number() == 5 then while true do end end end }' >"$work/game.lua"
+    start
+    for _ in $(seq 200); do
+        grep -q 'game.lua:1: the script did not come back' "$work/err" && break
+        sleep 0.1
+    done
+    grep -q 'game.lua:1: the script did not come back' "$work/err" || fail "no error"
+    kill -0 "$player" || fail "the window is gone"
+}
+
+menu() {
+    mkdir -p "$work/games/one" "$work/games/two"
+    echo 'print("one") room_add{}' >"$work/games/one/one.lua"
+    echo 'print("two") room_add{}' >"$work/games/two/two.lua"
+    : >"$log"
+    stdbuf -oL "$runner" --menu "$work/games" --out "$work/out" >"$log" 2>"$work/err" &
+    player=$!
+    window=$(timeout 10 xdotool search --sync --onlyvisible --pid "$player" | tail -1)
+    xdotool windowfocus --sync "$window"
+    sleep 0.5
+    xdotool key Right
+    sleep 0.3
+    xdotool key Return
+    hear two
+    not_heard one
+}
+
+signal() {
+    play <<END
+$head
+function watch_input() end
+END
+    kill -TERM "$player"
+    local status=0
+    wait "$player" || status=$?
+    player=
+    [ "$status" = 143 ] || fail "the status is $status"
+}
+
+no_display() {
+    echo 'room_add{}' >"$work/game.lua"
+    : >"$log"
+    local status=0
+    env -u DISPLAY "$runner" "$work/game.lua" --window --out "$work/out" >"$log" 2>"$work/err" || status=$?
+    [ "$status" = 1 ] || fail "the status is $status"
+    [ "$(wc -l <"$work/err")" = 1 ] || fail "more or less than one line"
+    grep -q 'without --window' "$work/err" || fail "it does not name the way without a window"
+}
+
+# 180 steps of 1/60 second.
+pace() {
+    echo 'room_add{}' >"$work/game.lua"
+    local start end
+    start=$(date +%s%N)
+    "$runner" "$work/game.lua" --window --frames 180 --out "$work/out" >"$log" 2>"$work/err"
+    end=$(date +%s%N)
+    local milliseconds=$(((end - start) / 1000000))
+    [ "$milliseconds" -ge 2900 ] || fail "180 steps in $milliseconds ms"
+}
+
+"$2"
+echo "passed: $2"
