@@ -12,7 +12,7 @@ install(TARGETS camera_module camera_module_interface EXPORT CameraModuleTargets
 install(EXPORT CameraModuleTargets NAMESPACE CameraModule:: DESTINATION ${camera_cmake_folder} COMPONENT dev)
 
 # The headers that a host needs: every interface, and of the module what Graphics_Support.h brings.
-set(camera_public_headers Camera Camera_GCProxy Camera_Handle Camera_Manager Colour Function_Arguments Functions Graphics_Support
+set(camera_public_headers Camera Camera_Follow Camera_GCProxy Camera_Handle Camera_Manager Colour Function_Arguments Functions Graphics_Support
     Image_Writers Version)
 list(TRANSFORM camera_public_headers REPLACE "(.+)" "Files/Graphics/\\1.h")
 file(GLOB_RECURSE camera_installed_headers CONFIGURE_DEPENDS RELATIVE ${PROJECT_SOURCE_DIR} Platform/*.h Files/*.h)

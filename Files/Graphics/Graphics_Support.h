@@ -26,6 +26,7 @@
 // What it gets for it, in reading order: the camera, the registry, the collector's view of a camera, the built-ins;
 // then the helpers that need none of these.
 #include "Files/Graphics/Camera.h"
+#include "Files/Graphics/Camera_Follow.h"
 #include "Files/Graphics/Camera_GCProxy.h"
 #include "Files/Graphics/Camera_Handle.h"
 #include "Files/Graphics/Camera_Manager.h"

@@ -10,7 +10,7 @@ namespace Runner
 {
 namespace
 {
-constexpr PixelSize PANEL_SIZE = {360, 84};
+constexpr PixelSize PANEL_SIZE = {360, 98};
 constexpr float LINE = 14.0f;
 constexpr int UNSHOWN_LIMIT = 5;          // frames played one after the other without showing one
 constexpr int STANDING_MILLISECONDS = 30; // between two looks at a window that stands still
@@ -71,6 +71,10 @@ void WindowStage::TakeCommands()
         case Command::Help: m_isHelping = !m_isHelping; break;
         case Command::Pause: m_isPaused = !m_isPaused; break;
         case Command::Fullscreen: m_window.ToggleFullscreen(); break;
+        case Command::Inspect:
+            if (toggleInspector != nullptr)
+                toggleInspector();
+            break;
         }
 }
 

@@ -11,8 +11,9 @@ enum class Command
     Help,
     Pause,
     Fullscreen,
+    Inspect,
 };
-constexpr int COMMAND_COUNT = 3;
+constexpr int COMMAND_COUNT = 4;
 
 struct CommandHead
 {
@@ -25,6 +26,7 @@ inline constexpr CommandHead COMMANDS[COMMAND_COUNT] = {
     {"help", "f12", "shows and hides these keys"},
     {"pause", "f10", "pauses and goes on"},
     {"fullscreen", "f11", "fills the display and goes back"},
+    {"inspect", "f1", "shows and hides the camera inspector"},
 };
 
 class RunnerKeys
