@@ -33,7 +33,13 @@ int CountOf(const std::string& arguments)
     return none ? 0 : 1 + static_cast<int>(std::count(needed.begin(), needed.end(), ','));
 }
 
-// Every `camera_...(...)` and `view_...(...)` at the start of a code span. camera_current is the Runner's own.
+// The Runner's own functions whose names begin as the built-ins' do.
+bool IsOfRunner(const std::string& name)
+{
+    return name == "camera_current" || name == "view_to_room" || name == "view_at";
+}
+
+// Every `camera_...(...)` and `view_...(...)` at the start of a code span, but for the Runner's own.
 std::vector<Documented> ReadDocument()
 {
     std::ifstream file(SOURCE_DIR "/Docs/Script_API.md");
@@ -43,7 +49,7 @@ std::vector<Documented> ReadDocument()
     for (std::sregex_iterator match(text.begin(), text.end(), signature), end; match != end; ++match)
     {
         const Documented row = {(*match)[1], CountOf((*match)[2])};
-        if (row.name != "camera_current" && std::find(rows.begin(), rows.end(), row) == rows.end())
+        if (!IsOfRunner(row.name) && std::find(rows.begin(), rows.end(), row) == rows.end())
             rows.push_back(row);
     }
     return rows;
