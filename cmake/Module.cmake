@@ -41,7 +41,7 @@ else()
     target_compile_options(camera_module PRIVATE -fno-exceptions -fno-rtti -ffp-contract=off)
 endif()
 camera_strict(camera_module)
-if(CAMERA_STRICT)
+if(CAMERA_STRICT AND NOT MSVC)
     target_compile_options(camera_module PRIVATE -Wnull-dereference) # elsewhere it accuses the standard library's inlined code
 endif()
 include(cmake/Size_Report.cmake)

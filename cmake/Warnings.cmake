@@ -1,7 +1,7 @@
 # Every warning is an error, because a warning that is tolerated hides the next one. Not in a project that takes the
 # module in: its compilers may be newer and warn of more.
 function(camera_strict target)
-    if(NOT CAMERA_STRICT)
+    if(NOT CAMERA_STRICT OR MSVC) # these are the names of GCC and clang
         return()
     endif()
     target_compile_options(${target} PRIVATE

@@ -56,7 +56,8 @@ must "a shared library of the archive" "$compiler" -shared -o "$work/module.so" 
 must "the installed Runner" "$usr/bin/camera-module-runner" --version
 expect_says "$version"
 must "an installed game" "$usr/bin/camera-module-runner" "$usr/share/camera-module-runner/Games/canyon/canyon.lua" \
-    --frames 3 --check --no-draw --out "$work/out"
+    --frames 3 --check --quiet --out "$work/out"
+[ -s "$work/out/last_frame.png" ] || fail "the installed Runner drew no picture"
 
 mv "$work/moved" "$root"
 must "removing" private_dpkg -P libcamera-module-dev camera-module-runner
