@@ -29,15 +29,21 @@ void WindowInspector::Open()
     m_before = m_game.observer;
     if (m_before != nullptr)
         m_watchers.Add(*m_before);
+    m_watchers.Add(*this); // first: it still needs the notes of the frame before
     m_watchers.Add(m_inspector.Observer());
     m_watchers.Add(m_profile);
     m_game.observer = &m_watchers;
     m_window.observer = [this](const void* event) { return Keeps(event); };
+    if (m_device != nullptr)
+        m_preview = std::make_unique<Preview>(*m_device, m_inspector.Notes());
     m_isOpen = true;
 }
 
 void WindowInspector::Close()
 {
+    if (m_preview != nullptr)
+        m_preview->BeginFrame();
+    m_preview.reset();
     m_game.observer = m_before;
     m_window.observer = nullptr;
     m_input = PanelInput();
@@ -48,6 +54,19 @@ bool WindowInspector::Keeps(const void* event)
 {
     const PanelEvent kind = TakePanelEvent(event, m_window, m_input);
     return kind == PanelEvent::Mouse || (kind == PanelEvent::Keyboard && m_view != nullptr && m_view->WantsKeyboard());
+}
+
+void WindowInspector::FrameBegins(const Game& /*game*/)
+{
+    if (m_preview != nullptr)
+        m_preview->BeginFrame();
+}
+
+void WindowInspector::Take(const CameraChange& change)
+{
+    const Painter* painter = m_game.CurrentPainter();
+    if (Apply(change) && m_preview != nullptr)
+        m_preview->Show(change.camera, painter->ScreenWidth(), painter->ScreenHeight());
 }
 
 void WindowInspector::Draw(const Port& game)
@@ -71,7 +90,7 @@ void WindowInspector::Draw(const Port& game)
     const InspectorCanvas canvas = {pixels.width,           pixels.height,           game,
                                     painter->ScreenWidth(), painter->ScreenHeight(), 1.0f};
     for (const CameraChange& change : m_view->Draw(m_inspector, m_game, &m_profile, canvas, m_input))
-        Apply(change);
+        Take(change);
     m_input.Look();
 }
 } // namespace Runner

@@ -2,17 +2,23 @@
 
 #include "Runner/Game/Game.h"
 #include "Runner/Inspect/Inspector_View.h"
+#include "Runner/Inspect/Preview.h"
 #include "Runner/Window/Window.h"
 
 namespace Runner
 {
 // The camera inspector over a game in a window. While it is open, the mouse is its own, and so is the keyboard while
-// something is typed into it; the game goes on all the same. Nothing watches the game while it is closed.
-class WindowInspector
+// something is typed into it; the game goes on all the same. A change shows at once, even while the game stands.
+// Nothing watches the game while it is closed.
+class WindowInspector : private FrameObserver
 {
 public:
     WindowInspector(Window& window, Game& game) : m_window(window), m_game(game), m_inspector(game) {} // kept
-    ~WindowInspector();
+    ~WindowInspector() override;
+
+    // The device that draws the game, which must live as long as the game; null for none: changes then show with the
+    // next frame.
+    void SetDevice(KeepingDevice* device) { m_device = device; }
     WindowInspector(const WindowInspector&) = delete;
     WindowInspector& operator=(const WindowInspector&) = delete;
 
@@ -23,11 +29,15 @@ private:
     void Open();
     void Close();
     bool Keeps(const void* event);
+    void Take(const CameraChange& change);
+    void FrameBegins(const Game& game) override;
 
     Window& m_window;
     Game& m_game;
     Inspector m_inspector;
     Profile m_profile;
+    KeepingDevice* m_device = nullptr;
+    std::unique_ptr<Preview> m_preview; // while it is open
     Watchers m_watchers;
     FrameObserver* m_before = nullptr; // who watched the game already
     PanelInput m_input;

@@ -16,8 +16,8 @@ class WindowRun
 public:
     WindowRun(const RunOptions& options, Window& window, FILE* err) : m_options(options), m_window(window), m_err(err)
     {
-        m_options.game.openDevice = [&window](int width, int height, std::string& error)
-        { return window.OpenDevice(width, height, error); };
+        m_options.game.openDevice = [this](int width, int height, std::string& error)
+        { return OpenKeepingDevice(width, height, error); };
     }
 
     Outcome Play()
@@ -42,6 +42,18 @@ public:
     }
 
 private:
+    // The window's device, which keeps frames for the inspector when that asks for it.
+    std::unique_ptr<Device> OpenKeepingDevice(int width, int height, std::string& error)
+    {
+        std::unique_ptr<Device> device = m_window.OpenDevice(width, height, error);
+        if (device == nullptr)
+            return nullptr;
+        auto keeping = std::make_unique<KeepingDevice>(std::move(device));
+        if (m_inspector != nullptr)
+            m_inspector->SetDevice(keeping.get());
+        return keeping;
+    }
+
     // Starts a failed game again as long as the user wants it.
     Outcome PlayUntilItIsLeft()
     {
@@ -71,12 +83,14 @@ private:
         Game game(options.game, OpenApi);
         WindowStage stage(m_window, game, options.keys, start.Player());
         WindowInspector inspector(m_window, game);
+        m_inspector = &inspector;
         stage.overlay = [&inspector](const Port& where) { inspector.Draw(where); };
         stage.toggleInspector = [&inspector] { inspector.Toggle(); };
         if (m_options.inspect)
             inspector.Toggle();
         const Outcome outcome = Session(game, options, start, stage, m_err).Play();
         start.ShowNotice(m_err);
+        m_inspector = nullptr;
         if (game.scripts.Failed())
             report = DescribeFailure(game);
         report.line = outcome.line;
@@ -86,6 +100,7 @@ private:
     RunOptions m_options;
     Window& m_window;
     FILE* m_err;
+    WindowInspector* m_inspector = nullptr; // of the game that is played
 };
 } // namespace
 

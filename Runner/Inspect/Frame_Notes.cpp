@@ -102,6 +102,8 @@ void FrameNotes::ViewIsDrawn(const Game& game, const DrawnView& view)
                      view.port,
                      CurrentMatrix(eM_View),
                      CurrentMatrix(eM_Projection),
+                     CurrentMatrix(eM_View),
+                     CurrentMatrix(eM_Projection),
                      g_ViewAreaX,
                      g_ViewAreaY,
                      g_ViewAreaW,
@@ -114,6 +116,16 @@ void FrameNotes::ViewIsDrawn(const Game& game, const DrawnView& view)
             note.instances.push_back(NoteOf(*instance, true));
     NoteCulled(game.world, note);
     m_views.push_back(std::move(note));
+}
+
+void FrameNotes::ShowThrough(int camera, const kvMatrix& view, const kvMatrix& projection)
+{
+    for (ViewNote& note : m_views)
+        if (note.camera == camera)
+        {
+            note.viewMatrix = view;
+            note.projection = projection;
+        }
 }
 
 const StepNote* FrameNotes::StepOf(int camera) const

@@ -53,7 +53,8 @@ struct ViewNote
 {
     int view, camera, surface;
     Port port;
-    kvMatrix viewMatrix, projection;         // as the room's draw event left them: what culling uses
+    kvMatrix drawnView, drawnProjection;     // as the room's draw event left them: what culling uses
+    kvMatrix viewMatrix, projection;         // through which it shows now: the same, unless it was drawn once more
     float areaX, areaY, areaW, areaH, areaA; // published for culling
     std::vector<InstanceNote> instances;     // the drawn ones first; visible and active ones only
     int drawn = 0, culled = 0;               // of all, noted or not
@@ -73,6 +74,9 @@ public:
     const std::vector<StepNote>& Steps() const { return m_steps; } // in the order of the updates
     const std::vector<ViewNote>& Views() const { return m_views; } // in the order of drawing
     const StepNote* StepOf(int camera) const;                      // its last one of the frame; null for none
+
+    // The camera's views have been drawn once more through these matrices.
+    void ShowThrough(int camera, const kvMatrix& view, const kvMatrix& projection);
 
 private:
     int m_frame = -1;

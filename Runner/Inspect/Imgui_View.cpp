@@ -115,8 +115,9 @@ private:
             const Point high = {low.x + port.width, low.y + port.height};
             list.PushClipRect(OnCanvas(low, canvas), OnCanvas(high, canvas), true);
             for (const OverlayLine& line : overlay.lines)
-                list.AddLine(OnCanvas(line.from, canvas), OnCanvas(line.to, canvas), ColourOf(line.kind),
-                             StyleOf(line.kind).width);
+                if (MayShow(line, port))
+                    list.AddLine(OnCanvas(line.from, canvas), OnCanvas(line.to, canvas), ColourOf(line.kind),
+                                 StyleOf(line.kind).width);
             for (const OverlayText& text : overlay.texts)
                 AddText(list, OnCanvas(text.at, canvas), ColourOf(text.kind), text.text);
             AddText(list, OnCanvas({low.x + 6.0, low.y + 6.0}, canvas), IM_COL32_WHITE,

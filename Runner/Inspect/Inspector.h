@@ -33,6 +33,7 @@ public:
     void Select(int camera) { m_selected = camera; } // as for DescribePanel
     PanelContent Content() const { return DescribePanel(m_game, m_notes, m_selected); }
     const FrameNotes& Notes() const { return m_notes; }
+    FrameNotes& Notes() { return m_notes; }
 
     // The last frame with overlays and panel. Empty before there is a screen and without drawing; why: what failed.
     Picture Show(std::string& why);

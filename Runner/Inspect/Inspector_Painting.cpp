@@ -51,7 +51,7 @@ void PaintOverlay(const ViewOverlay& overlay, Painter& painter)
     SetFlatView(left, top, static_cast<float>(overlay.port.width), static_cast<float>(overlay.port.height));
     for (const OverlayLine& line : overlay.lines)
     {
-        if (!IsNear(line.from, line.to))
+        if (!MayShow(line, overlay.port) || !IsNear(line.from, line.to))
             continue;
         painter.SetColour(ColourOf(line.kind));
         painter.Line(static_cast<float>(line.from.x), static_cast<float>(line.from.y), static_cast<float>(line.to.x),

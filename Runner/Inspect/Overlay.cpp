@@ -9,6 +9,7 @@
 
 #include <algorithm>
 #include <cmath>
+#include <optional>
 
 namespace Runner
 {
@@ -217,23 +218,42 @@ void AddUp(const CCamera& camera, Sketch& sketch)
     sketch.Text(OverlayKind::Up, *centre, "angle " + NumberText(camera.m_viewAngle));
 }
 
-void AddOther(const CCamera& camera, Sketch& sketch)
+// What a camera shows of the plane z = 0, worked out once for all views.
+struct CameraFrame
 {
-    const ViewGeometry geometry(camera.m_viewMat, camera.m_projMat);
-    const std::vector<Point> seen = geometry.Footprint();
-    if (seen.empty())
-        return;
-    sketch.Polygon(OverlayKind::OtherCamera, seen);
-    sketch.Text(OverlayKind::OtherCamera, seen.front(), "camera " + std::to_string(camera.GetID()));
-    const auto centre = geometry.RoomPoint(0.0, 0.0), top = geometry.RoomPoint(0.0, -0.5);
-    if (centre && top)
-        sketch.Arrow(OverlayKind::OtherCamera, *centre, *top);
-}
+    const CCamera* camera;
+    std::vector<Point> seen;
+    std::optional<Point> centre, top; // of its picture
+};
 
 // The whole plane, where a camera was never given a size, would be a frame without meaning.
 bool HasFrame(const CCamera& camera) { return camera.m_viewWidth > 0.0f && camera.m_viewHeight > 0.0f; }
 
-ViewOverlay OverlayOf(const ViewNote& note)
+std::vector<CameraFrame> AllFrames()
+{
+    std::vector<CameraFrame> frames;
+    for (int slot = 0; slot < g_CM.m_cameraListSize; ++slot)
+    {
+        const CCamera* camera = g_CM.m_cameras[slot];
+        if (camera == nullptr || !HasFrame(*camera))
+            continue;
+        const ViewGeometry geometry(camera->m_viewMat, camera->m_projMat);
+        std::vector<Point> seen = geometry.Footprint();
+        if (!seen.empty())
+            frames.push_back({camera, std::move(seen), geometry.RoomPoint(0.0, 0.0), geometry.RoomPoint(0.0, -0.5)});
+    }
+    return frames;
+}
+
+void AddOther(const CameraFrame& frame, Sketch& sketch)
+{
+    sketch.Polygon(OverlayKind::OtherCamera, frame.seen);
+    sketch.Text(OverlayKind::OtherCamera, frame.seen.front(), "camera " + std::to_string(frame.camera->GetID()));
+    if (frame.centre && frame.top)
+        sketch.Arrow(OverlayKind::OtherCamera, *frame.centre, *frame.top);
+}
+
+ViewOverlay OverlayOf(const ViewNote& note, const std::vector<CameraFrame>& frames)
 {
     Sketch sketch(note);
     AddInstances(note, sketch);
@@ -241,12 +261,9 @@ ViewOverlay OverlayOf(const ViewNote& note)
     if (own != nullptr)
         AddFollowing(*own, sketch);
     AddArea(note, sketch);
-    for (int slot = 0; slot < g_CM.m_cameraListSize; ++slot)
-    {
-        const CCamera* other = g_CM.m_cameras[slot];
-        if (other != nullptr && other != own && HasFrame(*other))
-            AddOther(*other, sketch);
-    }
+    for (const CameraFrame& frame : frames)
+        if (frame.camera != own)
+            AddOther(frame, sketch);
     if (own != nullptr)
         AddUp(*own, sketch);
     return {note.view, note.camera, note.port, std::move(sketch.lines), std::move(sketch.texts)};
@@ -260,6 +277,14 @@ bool Keeps(const AxisNote& axis, double position)
 } // namespace
 
 const OverlayStyle& StyleOf(OverlayKind kind) { return STYLES[static_cast<size_t>(kind)]; }
+
+bool MayShow(const OverlayLine& line, const Port& port)
+{
+    constexpr double LINE = 4.0; // more than half of any line's width
+    const double right = static_cast<double>(port.x) + port.width, bottom = static_cast<double>(port.y) + port.height;
+    return std::max(line.from.x, line.to.x) >= port.x - LINE && std::min(line.from.x, line.to.x) <= right + LINE &&
+           std::max(line.from.y, line.to.y) >= port.y - LINE && std::min(line.from.y, line.to.y) <= bottom + LINE;
+}
 
 // The two ends are guessed and then asked for, since rounding decides near them.
 DeadZone DeadZoneOf(const AxisNote& axis)
@@ -290,9 +315,10 @@ EdgeRange StopsOf(const AxisNote& axis) { return {StagesOf(axis, -FAR_AWAY).room
 std::vector<ViewOverlay> MakeOverlays(const FrameNotes& notes)
 {
     std::vector<ViewOverlay> overlays;
+    const std::vector<CameraFrame> frames = AllFrames();
     for (const ViewNote& note : notes.Views())
         if (note.surface == SCREEN_SURFACE)
-            overlays.push_back(OverlayOf(note));
+            overlays.push_back(OverlayOf(note, frames));
     return overlays;
 }
 } // namespace Runner

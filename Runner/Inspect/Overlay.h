@@ -39,6 +39,9 @@ struct OverlayLine
     Point from, to;
 };
 
+// Whether a part of the line may show in the port. Of a thousand frames of other cameras, most do not.
+bool MayShow(const OverlayLine& line, const Port& port);
+
 struct OverlayText
 {
     OverlayKind kind;

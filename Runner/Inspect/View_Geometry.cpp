@@ -10,14 +10,21 @@ namespace
 {
 constexpr double NEAREST = 1e-6; // clip w of what counts as before the eye
 
-Matrix4 Product(const kvMatrix& a, const kvMatrix& b)
+Matrix4 Widened(const kvMatrix& matrix)
+{
+    Matrix4 wide = {};
+    for (size_t i = 0; i < 16; ++i)
+        wide[i] = static_cast<double>(matrix.m[i]);
+    return wide;
+}
+
+Matrix4 Product(const Matrix4& a, const Matrix4& b)
 {
     Matrix4 product = {};
     for (size_t row = 0; row < 4; ++row)
         for (size_t column = 0; column < 4; ++column)
             for (size_t i = 0; i < 4; ++i)
-                product[row * 4 + column] +=
-                    static_cast<double>(a.m[row * 4 + i]) * static_cast<double>(b.m[i * 4 + column]);
+                product[row * 4 + column] += a[row * 4 + i] * b[i * 4 + column];
     return product;
 }
 
@@ -107,8 +114,28 @@ void SortAround(std::vector<Point>& points)
 }
 } // namespace
 
+std::optional<Matrix4> WorldOf(const kvMatrix& drawn, const kvMatrix& roomToClip)
+{
+    constexpr double ROUNDING = 1e-3;
+    const std::optional<Matrix4> inverse = Inverse(Widened(roomToClip));
+    if (!inverse)
+        return std::nullopt;
+    const Matrix4 world = Product(Widened(drawn), *inverse);
+    const double bent = std::abs(world[3]) + std::abs(world[7]) + std::abs(world[11]) + std::abs(world[15] - 1.0);
+    return bent < ROUNDING ? std::optional<Matrix4>(world) : std::nullopt;
+}
+
+kvMatrix ClipThrough(const Matrix4& world, const kvMatrix& roomToClip)
+{
+    const Matrix4 wide = Product(world, Widened(roomToClip));
+    kvMatrix clip = {};
+    for (size_t i = 0; i < 16; ++i)
+        clip.m[i] = static_cast<float>(wide[i]);
+    return clip;
+}
+
 ViewGeometry::ViewGeometry(const kvMatrix& view, const kvMatrix& projection)
-    : m_toClip(Product(view, projection)), m_fromClip(Inverse(m_toClip))
+    : m_toClip(Product(Widened(view), Widened(projection))), m_fromClip(Inverse(m_toClip))
 {
 }
 

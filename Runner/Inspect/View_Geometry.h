@@ -18,6 +18,12 @@ struct Point
 
 using Matrix4 = std::array<double, 16>; // as kvMatrix: row by row, points are rows on the left
 
+// The world matrix with which something was drawn through the matrix from room to clip space; none when such a matrix
+// would bend straight lines: it was drawn through another one.
+std::optional<Matrix4> WorldOf(const kvMatrix& drawn, const kvMatrix& roomToClip);
+
+kvMatrix ClipThrough(const Matrix4& world, const kvMatrix& roomToClip); // world first, then into clip space
+
 class ViewGeometry
 {
 public:

@@ -118,6 +118,38 @@ END
     hear right
 }
 
+# The view shows 320 x 180 units on 640 x 360 pixels, so a drag of 20 pixels to the left moves it 10 units to the right.
+inspector() {
+    play <<END
+$head
+last = 0
+function watch_input()
+    local x = camera_get_view_x(view_get_camera(0))
+    if x ~= last then print("x " .. x) end
+    last = x
+    if mouse_pressed("left") then print("click") end
+    if key_pressed("f1") then print("f1") end
+end
+END
+    xdotool key F1
+    sleep 0.5
+    ! grep -q "without the inspector" "$log" || return 0 # a build without Dear ImGui
+    point 100 200
+    xdotool mousedown 1
+    sleep 0.3
+    point 90 200
+    sleep 0.2
+    point 80 200
+    hear 'x (10|10\.0000[0-9]*|9\.9999[0-9]*)'
+    xdotool mouseup 1
+    not_heard click
+    not_heard f1
+    xdotool key F1
+    sleep 0.3
+    xdotool click 1
+    hear click
+}
+
 sizes() {
     play <<END
 $head

@@ -198,6 +198,17 @@ TEST_F(Overlay, ShowsTheFrameOfEveryOtherCameraWithASize)
     EXPECT_NEAR(area.bottom, 110.0f, 0.05f);
 }
 
+TEST(OverlayLines, AreDrawnWhereTheyMayShow)
+{
+    const Port port = {10, 20, 100, 50};
+    EXPECT_TRUE(MayShow({OverlayKind::Room, {0.0, 40.0}, {500.0, 40.0}}, port));
+    EXPECT_FALSE(MayShow({OverlayKind::Room, {0.0, 10.0}, {500.0, 10.0}}, port)) << "above";
+    EXPECT_FALSE(MayShow({OverlayKind::Room, {0.0, 80.0}, {500.0, 75.0}}, port)) << "below";
+    EXPECT_FALSE(MayShow({OverlayKind::Room, {5.0, 0.0}, {5.0, 90.0}}, port)) << "to the left";
+    EXPECT_FALSE(MayShow({OverlayKind::Room, {120.0, 0.0}, {115.0, 90.0}}, port)) << "to the right";
+    EXPECT_TRUE(MayShow({OverlayKind::Room, {8.5, 0.0}, {8.5, 90.0}}, port)) << "a wide line reaches into it";
+}
+
 // ---- frames ----
 
 kvMatrix Perspective(float x, float y)
