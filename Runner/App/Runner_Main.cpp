@@ -1,6 +1,7 @@
 // A whole run: from the command line to the exit status.
 
 #include "Runner/Api/Api.h"
+#include "Runner/App/Game_Start.h"
 #include "Runner/App/Interrupt.h"
 #include "Runner/App/Options.h"
 #include "Runner/App/Session.h"
@@ -9,7 +10,6 @@
 #include "Runner/Host/Console.h"
 #include "Runner/Host/Files.h"
 #include "Runner/Host/Memory.h"
-#include "Runner/Save/Save_File.h"
 
 #include <algorithm>
 #include <new>
@@ -36,20 +36,15 @@ bool LeaksNothing(size_t blocksBefore, FILE* err)
     return false;
 }
 
-// The numbers that the main file draws must be those of then, so the seed comes from the saved game.
 Outcome LoadAndPlay(const RunOptions& options, FILE* err)
 {
-    GameOptions gameOptions = options.game;
-    SavedState saved;
+    GameStart start;
     std::string why;
-    const bool isLoading = !options.load.empty();
-    if (isLoading && !ReadSavedGame(options.load, saved, why))
+    if (!PrepareStart(options, start, why))
         return {why, EXIT_GAME_ERROR};
-    if (isLoading && !options.isSeedGiven)
-        gameOptions.seed = saved.game.identity.seed;
-    Game game(gameOptions, OpenApi);
+    Game game(start.options, OpenApi);
     NoInput nobody;
-    return Session(game, options, nobody, err).Play(isLoading ? &saved : nullptr);
+    return Session(game, options, nobody, err).Play(start.Saved());
 }
 
 int PlayAndCheck(const RunOptions& options, FILE* err)

@@ -2,6 +2,7 @@
 
 #include "Runner/App/Album.h"
 #include "Runner/App/Options.h"
+#include "Runner/App/Settings_Keeper.h"
 #include "Runner/Input/Input_Source.h"
 
 #include <string>
@@ -24,7 +25,8 @@ public:
     // All are kept, not copied. input: asked before each frame, so a window keeps the time of the run there, shows the
     // frame before, and ends the run. err: where the progress is shown.
     Session(Game& game, const RunOptions& options, InputSource& input, FILE* err)
-        : m_game(game), m_options(options), m_input(input), m_err(err), m_album(options)
+        : m_game(game), m_options(options), m_input(input), m_err(err), m_album(options),
+          m_settings(options.settings, game.options.settings)
     {
     }
 
@@ -47,6 +49,7 @@ private:
     InputSource& m_input;
     FILE* m_err;
     Album m_album;
+    SettingsKeeper m_settings;
     bool m_isStarted = false; // the first frame can be played
     bool m_isSaved = false;   // what --save-at asks for
     int m_whole = 0;          // frames of the game that were played whole

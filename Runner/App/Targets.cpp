@@ -44,6 +44,7 @@ bool AreDistinct(const RunOptions& options, std::string& why)
         {"--trace", options.game.trace},
         {"--save-at", options.saveAt.second},
         {"--load", options.load},
+        {"--settings", options.settings},
         {"--contact-sheet", PicturePath(options, options.contactSheet)},
         {"--screenshot", PicturePath(options, options.screenshot)},
     };

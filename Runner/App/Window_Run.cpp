@@ -1,10 +1,11 @@
 #include "Runner/App/Window_Run.h"
 
 #include "Runner/Api/Api.h"
+#include "Runner/App/Game_Start.h"
 #include "Runner/App/Pages.h"
 #include "Runner/App/Window_Stage.h"
 #include "Runner/Draw/Device.h"
-#include "Runner/Save/Save_File.h"
+#include "Runner/Host/Files.h"
 
 namespace Runner
 {
@@ -13,7 +14,8 @@ namespace
 class WindowRun
 {
 public:
-    WindowRun(const RunOptions& options, Window& window, FILE* err) : m_options(options), m_window(window), m_err(err)
+    WindowRun(const RunOptions& options, Window& window, FILE* err)
+        : m_options(options), m_menuOut(options.out), m_window(window), m_err(err)
     {
         m_options.game.openDevice = [&window](int width, int height, std::string& error)
         { return window.OpenDevice(width, height, error); };
@@ -34,13 +36,21 @@ public:
             if (!games.empty() && chosen < 0)
                 break;
             if (chosen >= 0)
-                m_options.game.file = games[static_cast<size_t>(chosen)].file;
+                Choose(games[static_cast<size_t>(chosen)]);
             outcome = PlayUntilItIsLeft();
         } while (!games.empty() && !m_window.IsClosed() && !ScriptEngine::Interrupted());
         return outcome;
     }
 
 private:
+    // Each game of the menu has a save area of its own.
+    void Choose(const MenuEntry& game)
+    {
+        m_options.game.file = game.file;
+        m_options.out = m_menuOut + "/" + game.name;
+        SetSaveArea(m_options.out);
+    }
+
     // Starts a failed game again as long as the user wants it.
     Outcome PlayUntilItIsLeft()
     {
@@ -59,20 +69,19 @@ private:
     // report: filled when the outcome has a line.
     Outcome PlayOnce(FailureReport& report)
     {
-        GameOptions gameOptions = m_options.game;
-        SavedState saved;
+        GameStart start;
         std::string why;
-        const bool isLoading = !m_options.load.empty();
-        if (isLoading && !ReadSavedGame(m_options.load, saved, why))
+        RunOptions options = m_options;
+        if (options.settings.empty())
+            options.settings = options.out + "/settings.txt";
+        if (!PrepareStart(options, start, why))
         {
             report.line = why;
             return {why, EXIT_GAME_ERROR};
         }
-        if (isLoading && !m_options.isSeedGiven)
-            gameOptions.seed = saved.game.identity.seed;
-        Game game(gameOptions, OpenApi);
-        WindowStage stage(m_window, game, m_options.keys);
-        const Outcome outcome = Session(game, m_options, stage, m_err).Play(isLoading ? &saved : nullptr);
+        Game game(start.options, OpenApi);
+        WindowStage stage(m_window, game, options.keys);
+        const Outcome outcome = Session(game, options, stage, m_err).Play(start.Saved());
         if (game.scripts.Failed())
             report = DescribeFailure(game);
         report.line = outcome.line;
@@ -80,6 +89,7 @@ private:
     }
 
     RunOptions m_options;
+    const std::string m_menuOut; // where the games of the menu have their save areas
     Window& m_window;
     FILE* m_err;
 };
