@@ -1,5 +1,6 @@
 #include "Runner/App/Run_Start.h"
 
+#include "Runner/App/Settings_Keeper.h"
 #include "Runner/Base/Printable.h"
 #include "Runner/Base/Whole_File.h"
 #include "Runner/Input/Input_Script.h"
@@ -11,7 +12,8 @@ namespace Runner
 {
 bool RunStart::Open(RunOptions& options, std::string& why)
 {
-    if (!OpenReplay(options, why) || !OpenInput(options.input, why) || !OpenSave(options, why))
+    if (!OpenReplay(options, why) || !OpenInput(options.input, why) || !OpenSave(options, why) ||
+        !OpenSettings(options, why))
         return false;
     if (!options.record.empty())
         m_recorder = std::make_unique<Recorder>(options.record, m_saveContent);
@@ -76,6 +78,18 @@ bool RunStart::OpenSave(RunOptions& options, std::string& why)
     if (!options.isSeedGiven && m_replay == nullptr)
         options.game.seed = m_saved->game.identity.seed;
     return true;
+}
+
+// A replay has the settings of the recorded run, and keeps none.
+bool RunStart::OpenSettings(RunOptions& options, std::string& why)
+{
+    if (m_replay == nullptr)
+        return ReadSettings(options.settings, options.game.settings, why);
+    options.settings.clear();
+    if (ParseSettings(m_recording.head.settings, options.game.settings, why))
+        return true;
+    why = CannotReplay(m_replayed, "its settings are damaged: " + why);
+    return false;
 }
 
 bool RunStart::FitsGame(const Game& game, std::string& why)

@@ -8,12 +8,12 @@
 
 namespace Runner
 {
-// What a run starts from, who plays it, and what is kept of it: --load, --replay, --input, --record.
+// What a run starts from, who plays it, and what is kept of it: --load, --replay, --input, --settings, --record.
 class RunStart
 {
 public:
-    // Reads the files and settles what they decide: options' seed, size and number of frames. False, and why in one
-    // line.
+    // Reads the files and settles what they decide: options' seed, settings, size and number of frames. False, and why
+    // in one line.
     bool Open(RunOptions& options, std::string& why);
 
     const SavedState* Saved() const { return m_saved.get(); } // null for a new game
@@ -31,6 +31,7 @@ private:
     bool OpenReplay(RunOptions& options, std::string& why);
     bool OpenInput(const std::string& path, std::string& why);
     bool OpenSave(RunOptions& options, std::string& why);
+    bool OpenSettings(RunOptions& options, std::string& why);
 
     std::unique_ptr<SavedState> m_saved;
     std::vector<uint8_t> m_saveContent;

@@ -6,6 +6,7 @@
 #include "Runner/App/Window_Inspector.h"
 #include "Runner/App/Window_Stage.h"
 #include "Runner/Draw/Device.h"
+#include "Runner/Host/Files.h"
 
 namespace Runner
 {
@@ -14,7 +15,8 @@ namespace
 class WindowRun
 {
 public:
-    WindowRun(const RunOptions& options, Window& window, FILE* err) : m_options(options), m_window(window), m_err(err)
+    WindowRun(const RunOptions& options, Window& window, FILE* err)
+        : m_options(options), m_menuOut(options.out), m_window(window), m_err(err)
     {
         m_options.game.openDevice = [this](int width, int height, std::string& error)
         { return OpenKeepingDevice(width, height, error); };
@@ -35,7 +37,7 @@ public:
             if (!games.empty() && chosen < 0)
                 break;
             if (chosen >= 0)
-                m_options.game.file = games[static_cast<size_t>(chosen)].file;
+                Choose(games[static_cast<size_t>(chosen)]);
             outcome = PlayUntilItIsLeft();
         } while (!games.empty() && !m_window.IsClosed() && !ScriptEngine::Interrupted());
         return outcome;
@@ -52,6 +54,14 @@ private:
         if (m_inspector != nullptr)
             m_inspector->SetDevice(keeping.get());
         return keeping;
+    }
+
+    // Each game of the menu has a save area of its own.
+    void Choose(const MenuEntry& game)
+    {
+        m_options.game.file = game.file;
+        m_options.out = m_menuOut + "/" + game.name;
+        SetSaveArea(m_options.out);
     }
 
     // Starts a failed game again as long as the user wants it.
@@ -73,6 +83,8 @@ private:
     Outcome PlayOnce(FailureReport& report)
     {
         RunOptions options = m_options;
+        if (options.settings.empty())
+            options.settings = options.out + "/settings.txt";
         RunStart start;
         std::string why;
         if (!start.Open(options, why))
@@ -98,6 +110,7 @@ private:
     }
 
     RunOptions m_options;
+    const std::string m_menuOut; // where the games of the menu have their save areas
     Window& m_window;
     FILE* m_err;
     WindowInspector* m_inspector = nullptr; // of the game that is played

@@ -64,6 +64,7 @@ void Recorder::TakeHead(const Game& game)
     head.width = game.options.width;
     head.height = game.options.height;
     head.instructions = game.options.limits.instructions;
+    head.settings = SettingsText(game.options.settings);
     head.answers = std::exchange(m_answers, {});
     WriteAgain();
 }
