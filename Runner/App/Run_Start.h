@@ -16,9 +16,10 @@ public:
     // line.
     bool Open(RunOptions& options, std::string& why);
 
-    const SavedState* Saved() const { return m_saved.get(); } // null for a new game
-    InputSource* Player() { return m_player; }                // of a recording or a text; null: the user, or nobody
-    void ShowNotice(FILE* err) const;                         // a line for the user, if there is one
+    const SavedState* Saved() const { return m_saved.get(); }                 // null for a new game
+    const std::vector<uint8_t>& SaveContent() const { return m_saveContent; } // of its file; empty for a new game
+    InputSource* Player() { return m_player; } // of a recording or a text; null: the user, or nobody
+    void ShowNotice(FILE* err) const;          // a line for the user, if there is one
 
     // Before the first frame: whether the game is the one that was recorded. False, and why in one line; true with a
     // notice when the user goes on anyway.

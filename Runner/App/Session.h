@@ -5,6 +5,7 @@
 #include "Runner/App/Run_Start.h"
 #include "Runner/Input/Input_Source.h"
 
+#include <functional>
 #include <string>
 
 namespace Runner
@@ -31,6 +32,8 @@ public:
     // A signal ends it after the frame, and a script that does not come
     // back is ended; either way what was asked for at the end is written.
     Outcome Play();
+
+    std::function<void(int frame)> onFrame; // after each frame that was played whole, counted from 0; null for nothing
 
 private:
     bool Start();

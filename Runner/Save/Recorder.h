@@ -25,6 +25,8 @@ public:
     // anything could not be written; the game has gone on all the same.
     bool Finish(const Game& game, std::string& why);
 
+    void Forget() { m_answers.clear(); } // what was asked since the frame before: the game starts anew
+
     // Forgets the frames from that number on, in the file too. sums: Game::FrameSum of all frames.
     void Cut(int frames, const std::vector<uint64_t>& sums);
 

@@ -173,6 +173,11 @@ Timeline::Arrival Timeline::Reload(int frame, const Progress& progress)
     m_isExact = true;
     m_keepEvery = KEEP_EVERY;
     m_sums.clear();
+    if (Frames() == 0)
+    {
+        m_recorder.Forget();
+        return MakeGame(m_first, m_recorder, true) ? Arrival::There : Arrival::Failed;
+    }
     const Arrival arrival = GoFrom(m_first, std::clamp(frame, 0, Frames()), progress);
     m_recorder.Adopt(*m_game, m_sums);
     return arrival;

@@ -11,8 +11,12 @@ enum class Command
     Help,
     Pause,
     Fullscreen,
+    Slow,
+    Step,
+    Back,
+    Rewind,
 };
-constexpr int COMMAND_COUNT = 3;
+constexpr int COMMAND_COUNT = 7;
 
 struct CommandHead
 {
@@ -25,6 +29,10 @@ inline constexpr CommandHead COMMANDS[COMMAND_COUNT] = {
     {"help", "f12", "shows and hides these keys"},
     {"pause", "f10", "pauses and goes on"},
     {"fullscreen", "f11", "fills the display and goes back"},
+    {"slow", "f9", "slow motion, a quarter of the speed"},
+    {"step", "f8", "pauses and plays one frame"},
+    {"back", "f7", "pauses and goes one frame back"},
+    {"rewind", "f6", "pauses and goes five seconds back"},
 };
 
 class RunnerKeys
