@@ -8,6 +8,15 @@
 // Room y     grows downwards; a camera's own up vector follows its build (see Camera.h).
 // Angles     degrees in every interface; RADIANS_PER_DEGREE converts them.
 // Floats     strictly 32 bits, no fused or reordered operations (Strict_Float.h).
+//
+// The builders are the host's. Each entry lies within 4 units in the last place of its definition; of a sum, in the
+// last place of its largest term. A host whose saves and traces shall agree with other machines keeps the reference's
+// bits as well, which come from one order of operations, each rounded to float:
+//   entries     from left to right as they are written below: 2n/w is (2 * n) / w, nf/(n-f) is (n * f) / (n - f)
+//   sums        over rows, columns and x, y, z from left to right: ((a1 * b1 + a2 * b2) + a3 * b3) + a4 * b4
+//   norm(v)     each component divided by sqrt((x * x + y * y) + z * z); no product with a reciprocal
+//   cross(a, b) (a.y * b.z - a.z * b.y, a.z * b.x - a.x * b.z, a.x * b.y - a.y * b.x)
+//   LookAtLH    the fourth row is -((x.x * eye.x + x.y * eye.y) + x.z * eye.z), likewise for y and z, then 1
 
 #include <cstdint>
 
@@ -23,6 +32,9 @@ struct kvMatrix
 #if defined(__GNUC__)
 #pragma GCC diagnostic push
 #pragma GCC diagnostic ignored "-Wpedantic" // a nameless struct: every compiler that we know takes it
+#elif defined(_MSC_VER)
+#pragma warning(push)
+#pragma warning(disable : 4201)
 #endif
     union
     {
@@ -38,6 +50,8 @@ struct kvMatrix
     };
 #if defined(__GNUC__)
 #pragma GCC diagnostic pop
+#elif defined(_MSC_VER)
+#pragma warning(pop)
 #endif
 
     // out = a * b; out may be a or b. Host.

@@ -20,7 +20,8 @@ public:
     static void Free(void* block);
 };
 
-// The allocator of value storage: string texts and the collector's slot tables.
+// The allocator of value storage: string texts and the collector's slot tables. KvFree takes null. KvRealloc takes null
+// for a new block and keeps the bytes of an old one; a refused request answers null and leaves the old block as it was.
 void KvFree(const void* block);
 void* KvRealloc(void* block, int size);
 

@@ -10,5 +10,5 @@ foreach(header IN LISTS headers)
 endforeach()
 
 add_library(headers_alone OBJECT ${header_sources})
-target_link_libraries(headers_alone PRIVATE host_interface)
+target_link_libraries(headers_alone PRIVATE CameraModule::host_interface)
 camera_strict(headers_alone)

@@ -55,7 +55,7 @@ done
 
 # What else may be visible: the module's classes and handlers, the inline functions of the interface headers, the
 # module's own namespace, and what the standard library and the sanitizers leave in every archive.
-classes='CCamera|CCameraManager|CCameraHandle|Camera_GCProxy|COwnedObject|_RefThing<char const\*>|CameraModule'
+classes='CCamera|CFollowAxis|CCameraManager|CCameraHandle|Camera_GCProxy|COwnedObject|_RefThing<char const\*>|CameraModule'
 inline_functions='GR_SinCos GR_Sin GR_Cos KvKind KvNeedsRelease FREE_RValue__Pre COPY_RValue_do__Post KvAssign'
 allowed="($classes)::.*|vtable for (Camera_GCProxy|COwnedObject)|F_(Camera|View)[A-Za-z]*\(.*|CCamera\*\* KvGrowTable<.*"
 for name in $module $inline_functions g_undefined; do allowed="$allowed|$name(\(.*)?"; done

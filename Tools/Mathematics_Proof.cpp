@@ -132,11 +132,17 @@ bool CompareAll(size_t which, unsigned threads)
 
 int Floats(unsigned threads, const std::string& only)
 {
-    bool equal = true;
+    bool equal = true, compared = false;
     for (size_t i = 0; i < std::size(FUNCTIONS); ++i)
-        if (only.empty() || only == FUNCTIONS[i].name)
-            equal &= CompareAll(i, threads);
-    return equal ? 0 : 1;
+    {
+        if (!only.empty() && only != FUNCTIONS[i].name)
+            continue;
+        equal &= CompareAll(i, threads);
+        compared = true;
+    }
+    if (!compared)
+        std::fprintf(stderr, "mathematics_proof: no function '%s'; 'golden' prints the names of all\n", only.c_str());
+    return equal && compared ? 0 : 1;
 }
 
 int Golden()

@@ -84,8 +84,26 @@ check_armhf() {
     grep -h '(TOTALS)' build/armhf-size-build.log || echo "as before: nothing was built anew"
 }
 
-# Every row of the table is one comparison that passed.
+# A machine without the tools for packages, or for those of ARM, still checks everything else.
+check_packages() {
+    if ! (need $PACKAGE_PACKAGES $WINDOW_PACKAGES); then
+        leave_out "packages" "their tools cannot be installed, see the lines above"
+        return
+    fi
+    check_suite packages
+    if ! prepare_armhf; then
+        leave_out "packages for 32-bit ARM" "its compiler, emulator or libraries cannot be installed, see the lines above"
+        return
+    fi
+    check_suite packages-armhf
+}
+
+# This processor's own compilers and levels first; then, of the targets, every row of the table is one comparison that
+# passed.
 check_targets() {
+    step "Comparing compilers and levels of optimisation on this processor"
+    quietly build/variants.log ctest --test-dir build/dev -R '^Bits\.EveryCompilerAndLevel' --no-tests=error
+    passed=$((passed + 1))
     Tools/targets.sh
     local target
     for target in $(cat build/targets/left_out.txt); do

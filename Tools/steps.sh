@@ -51,11 +51,12 @@ need() {
 
 BUILD_PACKAGES="g++ cmake ninja-build pkg-config patch libpng-dev libegl-dev libgles-dev
     libgl1-mesa-dri libegl-mesa0 ca-certificates"
-WINDOW_PACKAGES="libsdl2-dev"
+WINDOW_PACKAGES="libsdl2-dev libimgui-dev"
 WINDOW_TEST_PACKAGES="xvfb xdotool imagemagick x11-utils"
 TEST_PACKAGES="libgtest-dev libgmock-dev liblodepng-dev clang clang-format clang-tidy"
 BENCH_PACKAGES="libbenchmark-dev libglm-dev libcglm-dev libeigen3-dev libyuv-dev libspng-dev liblodepng-dev
     libstb-dev valgrind python3 util-linux"
+PACKAGE_PACKAGES="lintian fakeroot dpkg-dev file gzip clang-16 lld libsfml-dev xvfb xauth"
 ARM_PACKAGES="g++-arm-linux-gnueabihf qemu-user googletest"
 
 # Installs what builds for 32-bit ARM need. Status 1 when this machine cannot have it.
@@ -68,6 +69,9 @@ build() {
     local preset=$1
     shift
     Tools/lua_source.sh
+    case "$preset" in
+    window*) (Tools/source_package.sh build/sources imgui) || echo "The window is built without the camera inspector." ;;
+    esac
     step "Building ($preset${*:+: $*})"
     quietly "build/$preset-configure.log" cmake --preset "$preset"
     quietly "build/$preset-build.log" cmake --build --preset "$preset" ${1:+--target} "$@"

@@ -48,6 +48,15 @@ fetch() {
     rm -rf "$folder/apt" "$folder/packages"
 }
 
+# Links to the machine's root point into the folder. Left alone, they dangle, and linkers take the static library instead.
+keep_links_inside() {
+    local link target
+    find "$folder" -type l -lname '/*' | while read -r link; do
+        target=$folder$(readlink "$link")
+        [ ! -e "$target" ] || ln -sfn "$target" "$link"
+    done
+}
+
 build_googletest() {
     step "Building GoogleTest for $architecture"
     quietly "$folder/googletest.log" cmake -S "$folder/usr/src/googletest" -B "$folder/googletest" -G Ninja \
@@ -60,7 +69,11 @@ build_googletest() {
 
 # The stamp file holds the list of packages: when the list changes, everything is fetched again.
 stamp=$folder/complete
-[ "$(cat "$stamp" 2>/dev/null)" = "$PACKAGES" ] && exit 0
+if [ "$(cat "$stamp" 2>/dev/null)" = "$PACKAGES" ]; then
+    keep_links_inside
+    exit 0
+fi
 fetch
+keep_links_inside
 build_googletest
 echo "$PACKAGES" >"$stamp"

@@ -2,5 +2,5 @@
 option(CAMERA_SIZE_REPORT "Print the module's size when it has been built" OFF)
 if(CAMERA_SIZE_REPORT)
     find_program(CAMERA_SIZE NAMES ${CAMERA_TRIPLE}-size size REQUIRED)
-    add_custom_command(TARGET camera POST_BUILD COMMAND ${CAMERA_SIZE} -t $<TARGET_FILE:camera> VERBATIM)
+    add_custom_command(TARGET camera_module POST_BUILD COMMAND ${CAMERA_SIZE} -t $<TARGET_FILE:camera_module> VERBATIM)
 endif()

@@ -1,5 +1,9 @@
-# Every warning is an error, because a warning that is tolerated hides the next one.
+# Every warning is an error, because a warning that is tolerated hides the next one. Not in a project that takes the
+# module in: its compilers may be newer and warn of more.
 function(camera_strict target)
+    if(NOT CAMERA_STRICT)
+        return()
+    endif()
     target_compile_options(${target} PRIVATE
         -Wall -Wextra -Wpedantic -Werror
         -Wshadow              # readers mistake a name that hides another

@@ -25,6 +25,7 @@
 
 class CInstance;
 class Camera_GCProxy;
+struct CFollowAxis;
 
 class CCamera
 {
@@ -146,6 +147,13 @@ public:
     // value says that there is none. The callback may do anything, even destroy this camera: callers ask again
     // (CCameraHandle) before they touch it.
     bool ExecuteScript(RValue* script);
+
+    // ---- what CameraUpdate follows, and by which numbers (Camera_Follow.h): nothing is changed ----
+    // A step is FollowAxisX().StepAfter(target.x).speed, and likewise for y. CameraUpdate has a stale bounding box of
+    // the target computed first; who only looks need not, where that computation leaves x and y alone.
+    CInstance* FindTarget() const;   // the instance that m_targetInstance stands for now; null for none
+    CFollowAxis FollowAxisX() const; // of the present record and the running room, to which it points
+    CFollowAxis FollowAxisY() const;
 
     // ---- callbacks (Camera_Script.cpp): the value is checked, reported if it cannot run, and stored all the same ----
     void SetBeginScript(RValue* script);

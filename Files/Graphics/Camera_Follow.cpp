@@ -4,6 +4,7 @@
 
 #include "Files/Graphics/Camera.h"
 
+#include "Files/Graphics/Camera_Follow.h"
 #include "Files/Graphics/Camera_Handle.h"
 #include "Files/Graphics/Values.h"
 #include "Files/Instance/Instance.h"
@@ -42,65 +43,86 @@ CInstance* FindByObject(int index)
     return nullptr;
 }
 
-CInstance* FindTarget(int target)
+inline CInstance* TargetOf(int target)
 {
     if (target < 0)
         return nullptr;
     return target >= INSTANCE_ID_FIRST ? FindById(target) : FindByObject(target);
 }
 
-// One axis of the view. The form of each comparison decides what a NaN does; keep `!(a >= b)` as it is.
-struct Axis
+// The edge stays while the target is a border away from both edges of the view, and otherwise moves by what is missing.
+// Borders that leave no dead zone centre the target. Here and below the form of each comparison decides what a NaN
+// does; keep `!(a >= b)` as it is.
+float EdgeFor(float target, const CFollowAxis& axis)
 {
-    float edge, size, border, speed;
+    if (2.0f * axis.border >= axis.size)
+        return target - axis.size * 0.5f;
+    if (target - axis.border < axis.edge)
+        return target - axis.border;
+    if (target + axis.border > axis.edge + axis.size)
+        return target + axis.border - axis.size;
+    return axis.edge;
+}
 
-    // Dead zone: the edge stays while the target is a border away from both edges of the view, and otherwise moves by
-    // what is missing. Borders that leave no zone centre the target.
-    float EdgeFor(float target) const
+// Clamp to the far edge last: a view larger than the room is aligned with the far edge and starts at a negative
+// coordinate.
+float ClampedToRoom(float wanted, const CFollowAxis& axis)
+{
+    if (wanted < 0.0f)
+        wanted = 0.0f;
+    if (axis.roomSize != nullptr)
     {
-        if (2.0f * border >= size)
-            return target - size * 0.5f;
-        if (target - border < edge)
-            return target - border;
-        if (target + border > edge + size)
-            return target + border - size;
-        return edge;
+        const float end = static_cast<float>(*axis.roomSize);
+        if (wanted + axis.size > end)
+            wanted = end - axis.size;
     }
+    return wanted;
+}
 
-    // Clamp to the far edge last: a view larger than the room is aligned with the far edge and starts at a negative
-    // coordinate.
-    float ClampedToRoom(float wanted, const int32_t* roomSize) const
-    {
-        if (wanted < 0.0f)
-            wanted = 0.0f;
-        if (roomSize != nullptr)
-        {
-            const float end = static_cast<float>(*roomSize);
-            if (wanted + size > end)
-                wanted = end - size;
-        }
+float LimitedBySpeed(float wanted, const CFollowAxis& axis)
+{
+    if (!(axis.speed >= 0.0f))
         return wanted;
-    }
+    if (axis.edge > wanted && axis.edge - wanted > axis.speed)
+        wanted = axis.edge - axis.speed;
+    if (axis.edge < wanted && wanted - axis.edge > axis.speed)
+        wanted = axis.edge + axis.speed;
+    return wanted;
+}
 
-    // A speed that is negative or NaN is no limit.
-    float LimitedBySpeed(float wanted) const
-    {
-        if (!(speed >= 0.0f))
-            return wanted;
-        if (edge > wanted && edge - wanted > speed)
-            wanted = edge - speed;
-        if (edge < wanted && wanted - edge > speed)
-            wanted = edge + speed;
-        return wanted;
-    }
+// Inlined, so that an update, which needs the last stage alone, stores no other and calls nothing.
+__attribute__((always_inline)) inline CFollowStages StagesOf(const CFollowAxis& axis, float target)
+{
+    CFollowStages stages;
+    stages.target = target;
+    stages.floored = floorf(target);
+    stages.border = EdgeFor(stages.floored, axis);
+    stages.room = ClampedToRoom(stages.border, axis);
+    stages.speed = LimitedBySpeed(stages.room, axis);
+    return stages;
+}
 
-    float Step(float target, const int32_t* roomSize) const
-    {
-        return LimitedBySpeed(ClampedToRoom(EdgeFor(floorf(target)), roomSize));
-    }
-};
+__attribute__((always_inline)) inline CFollowAxis AxisX(const CCamera& camera)
+{
+    return {camera.m_viewX, camera.m_viewWidth, camera.m_viewBorderX, camera.m_viewSpeedX,
+            Run_Room != nullptr ? &Run_Room->r_width : nullptr};
+}
+
+__attribute__((always_inline)) inline CFollowAxis AxisY(const CCamera& camera)
+{
+    return {camera.m_viewY, camera.m_viewHeight, camera.m_viewBorderY, camera.m_viewSpeedY,
+            Run_Room != nullptr ? &Run_Room->r_height : nullptr};
+}
 
 } // namespace
+
+CFollowStages CFollowAxis::StepAfter(float target) const { return StagesOf(*this, target); }
+
+CFollowAxis CCamera::FollowAxisX() const { return AxisX(*this); }
+
+CFollowAxis CCamera::FollowAxisY() const { return AxisY(*this); }
+
+CInstance* CCamera::FindTarget() const { return TargetOf(m_targetInstance); }
 
 void CCamera::CameraUpdate()
 {
@@ -114,7 +136,7 @@ void CCamera::CameraUpdate()
             return;
         }
     }
-    if (CInstance* const target = FindTarget(m_targetInstance))
+    if (CInstance* const target = TargetOf(m_targetInstance))
         Follow(*target);
     BuildViewIfDirty();
 }
@@ -124,9 +146,9 @@ void CCamera::Follow(CInstance& target)
     if ((target.m_flags & eInstanceFlag_bbox_dirty) != 0)
         target.Compute_BoundingBox(true);
 
-    const Axis horizontal = {m_viewX, m_viewWidth, m_viewBorderX, m_viewSpeedX};
-    const Axis vertical = {m_viewY, m_viewHeight, m_viewBorderY, m_viewSpeedY};
-    m_viewX = horizontal.Step(target.x, Run_Room != nullptr ? &Run_Room->r_width : nullptr);
-    m_viewY = vertical.Step(target.y, Run_Room != nullptr ? &Run_Room->r_height : nullptr);
+    const float newX = StagesOf(AxisX(*this), target.x).speed;
+    const float newY = StagesOf(AxisY(*this), target.y).speed;
+    m_viewX = newX;
+    m_viewY = newY;
     BuildView();
 }

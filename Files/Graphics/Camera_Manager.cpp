@@ -3,6 +3,7 @@
 
 #include "Files/Graphics/Fatal.h"
 #include "Files/Graphics/Memory_Tag.h"
+#include "Platform/Compiler.h"
 #include "Platform/Memory_Manager.h"
 
 #include <algorithm>
@@ -60,6 +61,21 @@ void CCameraManager::Clean()
 
 // ---- look-up: identifiers are compared in each step, because hosts may write the members ----
 
+// The first entry of that identifier. Looks at all of them, from the last to the first: a branch that leaves early
+// cannot be predicted, and costs more than the rest of the list.
+inline CCamera* CCameraManager::FindInRoomList(int id) const
+{
+    CCamera* found = nullptr;
+#pragma GCC unroll 9
+    for (int entry = ROOM_CAMERAS - 1; entry >= 0; --entry)
+    {
+        CCamera* const camera = m_roomcameras[entry];
+        if (camera != nullptr)
+            found = camera->m_ID == id ? camera : found;
+    }
+    return found;
+}
+
 CCamera* CCameraManager::GetCamera(int id)
 {
     if (HoldsAt(m_lastCamPos, id))
@@ -75,26 +91,6 @@ int CCameraManager::FindCameraInList(int id)
     if (id != -1 && HoldsAt(m_lastCamPos, id))
         return m_lastCamPos;
     return FindInTable(id);
-}
-
-// The first entry of that identifier. Looks at all of them, from the last to the first: a branch that leaves early
-// cannot be predicted, and costs more than the rest of the list.
-CCamera* CCameraManager::FindInRoomList(int id) const
-{
-    CCamera* found = nullptr;
-    const auto look = [&](CCamera* camera)
-    {
-        if (camera != nullptr)
-            found = camera->m_ID == id ? camera : found;
-    };
-    static_assert(ROOM_CAMERAS % 3 == 0, "three at a time: the loop itself would cost as much as the looks");
-    for (int entry = ROOM_CAMERAS - 1; entry > 0; entry -= 3)
-    {
-        look(m_roomcameras[entry]);
-        look(m_roomcameras[entry - 1]);
-        look(m_roomcameras[entry - 2]);
-    }
-    return found;
 }
 
 inline int CCameraManager::FindInTable(int id)
@@ -267,10 +263,10 @@ void CCameraManager::FreeCamera(CCamera* camera)
 
 // ---- events of the host: a host may bring its own functions ----
 
-__attribute__((weak)) void CCameraManager::SetInitialLoadHighPoint()
+CAMERA_WEAK_FUNCTION void CCameraManager::SetInitialLoadHighPoint()
 {
     const auto free = std::count(m_cameras, m_cameras + m_cameraListSize, nullptr);
     m_InitialLoadHighPoint = m_cameraListSize - static_cast<int32_t>(free);
 }
 
-__attribute__((weak)) CInstance* CCameraManager::GetScriptInstance() { return m_pScriptInstance; }
+CAMERA_WEAK_FUNCTION CInstance* CCameraManager::GetScriptInstance() { return m_pScriptInstance; }

@@ -5,6 +5,8 @@
 //
 // Units: room units are the room's coordinates, x to the right and y downwards; screen units are those of the ports.
 
+#include <cstddef>
+
 enum eArgument
 {
     eArgument_Number,   // a real
@@ -72,10 +74,10 @@ inline constexpr KvArgument BORDER[] = {CAMERA, BORDER_X, BORDER_Y};
 // The second argument of a setter: its camera or its view, and the value.
 template <const KvArgument& owner, const KvArgument& value> inline constexpr KvArgument SETTING[] = {owner, value};
 
-template <int COUNT>
+template <size_t COUNT>
 constexpr KvSignature Of(const char* name, const KvArgument (&arguments)[COUNT], KvArgument result, int optional = 0)
 {
-    return {name, COUNT - optional, COUNT, arguments, result};
+    return {name, static_cast<int>(COUNT) - optional, static_cast<int>(COUNT), arguments, result};
 }
 
 inline constexpr KvSignature SIGNATURES[] = {

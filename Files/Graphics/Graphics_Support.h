@@ -26,6 +26,7 @@
 // What it gets for it, in reading order: the camera, the registry, the collector's view of a camera, the built-ins;
 // then the helpers that need none of these.
 #include "Files/Graphics/Camera.h"
+#include "Files/Graphics/Camera_Follow.h"
 #include "Files/Graphics/Camera_GCProxy.h"
 #include "Files/Graphics/Camera_Handle.h"
 #include "Files/Graphics/Camera_Manager.h"
@@ -33,6 +34,7 @@
 #include "Files/Graphics/Function_Arguments.h"
 #include "Files/Graphics/Functions.h"
 #include "Files/Graphics/Image_Writers.h"
+#include "Files/Graphics/Version.h"
 // The matrix reader and writer below serve other parts of the runner.
 
 void SerializeMatrix(kvMatrix* matrix, IBuffer* buffer);   // sixteen floats, 64 bytes, in memory order

@@ -8,5 +8,6 @@
 void* CreateBMP(void* _pBuffer, int _width, int _height, int* out_pFileSize, int _bytesPerPixel);
 
 // An RGBA PNG in the save area, directories made as needed. 1 when done; 0 on any failure, told on the debug console
-// except when the file cannot be opened. A short write is not noticed here: the file layer knows.
+// except when the file cannot be opened. A short write is not noticed here: the file layer knows. A module that was
+// built with CAMERA_PNG=OFF leaves the function to the host.
 int WritePNG32(char* _pFilename, void* _pBuffer, int _width, int _height);

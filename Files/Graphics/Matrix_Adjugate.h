@@ -3,6 +3,8 @@
 
 #include "Platform/Strict_Float.h"
 
+#include "Platform/Compiler.h"
+
 namespace CameraModule
 {
 
@@ -30,7 +32,7 @@ template <int Row, int Column> inline float AdjugateEntry(const float (&m)[16])
 }
 
 // Always inlined, so that the cofactors share their products of two factors.
-template <int Row> __attribute__((always_inline)) inline void AdjugateRow(const float (&m)[16], float* inv)
+template <int Row> CAMERA_ALWAYS_INLINE void AdjugateRow(const float (&m)[16], float* inv)
 {
     inv[0] = AdjugateEntry<Row, 0>(m);
     inv[1] = AdjugateEntry<Row, 1>(m);

@@ -2,11 +2,13 @@
 // Packers of pictures: three bytes a pixel, bottom row first, without padding. Both store the same 3 * width * height
 // bytes and read nothing past the last pixel. Everything here is local to who includes it.
 
+#include "Platform/Compiler.h"
+
 #include <cstddef>
 #include <cstdint>
 #include <cstring>
 
-#if defined(__x86_64__) || defined(__i386__)
+#if defined(__GNUC__) && (defined(__x86_64__) || defined(__i386__))
 #include <smmintrin.h>
 #define PIXEL_PACK_SHUFFLES __attribute__((target("sse4.1")))
 #elif defined(__ARM_NEON)
@@ -47,7 +49,7 @@ static inline void PackRow(unsigned char* out, const unsigned char* pixel, int c
 // Write the last row first: the caller has just zeroed the block, so its end is still cached. The source is then read
 // forwards, as prefetching expects.
 template <void (*Row)(unsigned char* out, const unsigned char* pixel, int count, ptrdiff_t distance)>
-__attribute__((always_inline)) static inline void PackRows(unsigned char* out, Picture picture)
+static CAMERA_ALWAYS_INLINE void PackRows(unsigned char* out, Picture picture)
 {
     const ptrdiff_t stored = picture.width * STORED;
     const int64_t rowBytes = int64_t{picture.width} * picture.bytesPerPixel;

@@ -1,3 +1,5 @@
 #include "Files/Graphics/Values.h"
 
-__attribute__((weak)) RValue g_undefined = {{0}, 0, VALUE_UNDEFINED};
+#include "Platform/Compiler.h"
+
+CAMERA_WEAK_DATA RValue g_undefined = {{0}, 0, VALUE_UNDEFINED};

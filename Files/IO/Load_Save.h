@@ -11,7 +11,7 @@ public:
     static void _GetSaveFileName(char* out, int size, const char* name);
     static _KvFILE* fopen(const char* path, const char* mode); // null when it cannot be opened
     static unsigned fwrite(const void* data, unsigned size, unsigned count, _KvFILE* file); // items written
-    static int fclose(_KvFILE* file);
+    static int fclose(_KvFILE* file); // 0 when everything is written
 };
 
 // Creates the directories that the path needs.

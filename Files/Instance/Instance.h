@@ -18,7 +18,9 @@ constexpr int INSTANCE_ID_FIRST = 100000; // smaller numbers are object indices
 class CInstance : public KvObjectBase
 {
 public:
+    // Holds what it is given, with flags 0; it is in no table and no list until the host puts it there.
     CInstance(float x, float y, int id, int objectIndex, bool createEvent);
+    // Computes the box of a stale instance, or of any when forced; afterwards eInstanceFlag_bbox_dirty is clear.
     void Compute_BoundingBox(bool force);
 
     float x, y; // position, room units

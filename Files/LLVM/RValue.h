@@ -26,7 +26,7 @@ enum eRValue_Kind : uint32_t
     VALUE_INT64 = 10,
     VALUE_ACCESSOR = 11,
     VALUE_NULL = 12,
-    VALUE_BOOL = 13,
+    VALUE_BOOL = 13, // val is 0 or 1
     VALUE_ITERATOR = 14,
     VALUE_REF = 15,
     VALUE_UNSET = 0xFFFFFF, // a result that nobody has written yet
@@ -61,14 +61,14 @@ struct RValue
     uint32_t flags;
     uint32_t kind;
 
-    // Host.
-    void Serialise(IBuffer* buffer) const;
+    // Host. The module calls none of these.
+    void Serialise(IBuffer* buffer) const; // DeSerialise reads an equal value back
     void DeSerialise(IBuffer* buffer);
     const char* GetString() const; // the text of a string, else ""
-    int64_t asInt64() const;
-    double asReal() const;
-    bool asBool() const;
-    CInstance* asObject() const; // null unless the value is an instance
+    int64_t asInt64() const;       // of a VALUE_INT64 all 64 bits
+    double asReal() const;         // the number of a real, an integer or a bool
+    bool asBool() const;           // true above one half
+    CInstance* asObject() const;   // null unless the value is an instance
 };
 
 struct KvRValue : RValue

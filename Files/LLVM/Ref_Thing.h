@@ -6,7 +6,7 @@
 #include <cstdint>
 
 // A counted record around a thing: the text behind a string value. Lives on the general heap, from the value that
-// first refers to it until its count drops to zero. dec() for texts is below; the other operations are the host's.
+// first refers to it until its count drops to zero. Of texts, dec() is below; the other operations are the host's.
 template <typename T> class _RefThing
 {
 public:

@@ -14,7 +14,13 @@ std::string FrameName(int frame)
 }
 } // namespace
 
-bool Album::Take(Game& game, int frame, std::string& why)
+// Empty before there is a screen, and when it cannot be shown: why tells.
+Picture Album::Screen(std::string& why) const
+{
+    return m_inspector != nullptr ? m_inspector->Show(why) : m_game.Screen();
+}
+
+bool Album::Take(int frame, std::string& why)
 {
     if (!m_options.game.draw)
         return true;
@@ -22,7 +28,9 @@ bool Album::Take(Game& game, int frame, std::string& why)
     const bool small = !m_options.contactSheet.empty() && m_sheet.Wants(frame);
     if (!single && !small)
         return true;
-    const Picture screen = game.Screen();
+    const Picture screen = Screen(why);
+    if (!why.empty())
+        return false;
     if (small)
         m_sheet.Add(screen);
     return !single || WriteScreenshot(screen, FrameName(frame), "png", why);
@@ -33,11 +41,13 @@ bool Album::WriteSheet(std::string& why) const
     return m_sheet.IsEmpty() || WriteScreenshot(m_sheet.Sheet(), m_options.contactSheet, "", why);
 }
 
-bool Album::WriteLastFrame(Game& game, std::string& why) const
+bool Album::WriteLastFrame(std::string& why) const
 {
     if (m_options.screenshot.empty())
         return true;
-    const Picture screen = game.Screen();
+    const Picture screen = Screen(why);
+    if (!why.empty())
+        return false;
     return screen.rgba.empty() || WriteScreenshot(screen, m_options.screenshot, "", why);
 }
 } // namespace Runner

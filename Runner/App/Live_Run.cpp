@@ -35,7 +35,8 @@ bool LiveRun::Fits(const RunOptions& options)
 
 LiveRun::LiveRun(const RunOptions& options, Window& window, std::vector<uint8_t> save, FILE* err)
     : m_options(options), m_window(window), m_err(err),
-      m_timeline(WithoutJournal(options.game), OpenApi, options.record, std::move(save)), m_page(window, PROGRESS_PAGE)
+      m_timeline(WithoutJournal(options.game), OpenApi, options.record, std::move(save), ApplyByHand),
+      m_page(window, PROGRESS_PAGE)
 {
 }
 
@@ -74,16 +75,32 @@ Timeline::Progress LiveRun::Progress(const std::string& what)
     };
 }
 
+// The inspector watches one game, and must be gone before it.
+void LiveRun::LeaveGame() { m_inspector.reset(); }
+
+void LiveRun::EnterGame()
+{
+    m_stage->SetGame(m_timeline.Now());
+    m_inspector = std::make_unique<WindowInspector>(m_window, m_timeline.Now());
+    m_inspector->onChange = [this](const CameraChange& change) {
+        m_timeline.Keep({change.camera, change.field, change.value});
+    };
+    if (m_isInspecting)
+        m_inspector->Toggle();
+}
+
 void LiveRun::GoTo(int frame)
 {
+    LeaveGame();
     m_timeline.GoTo(frame, Progress("Going to frame " + std::to_string(std::clamp(frame, 0, Frames()))));
-    m_stage->SetGame(m_timeline.Now());
+    EnterGame();
 }
 
 void LiveRun::Reload(int frame)
 {
+    LeaveGame();
     m_timeline.Reload(frame, Progress("Starting anew, up to frame " + std::to_string(frame)));
-    m_stage->SetGame(m_timeline.Now());
+    EnterGame();
     WatchFiles();
 }
 
@@ -130,6 +147,14 @@ Outcome LiveRun::Play(FailureReport& report)
     WatchFiles();
     m_stage = std::make_unique<WindowStage>(m_window, m_timeline.Now(), m_options.keys);
     m_stage->time = this;
+    m_stage->overlay = [this](const Port& where) { m_inspector->Draw(where); };
+    m_stage->toggleInspector = [this]
+    {
+        m_isInspecting = !m_isInspecting;
+        m_inspector->Toggle();
+    };
+    m_isInspecting = m_options.inspect;
+    EnterGame();
     while (!isGood || !(isGood = PlayFrames()))
     {
         report = DescribeFailure(m_timeline.Now());
@@ -139,6 +164,7 @@ Outcome LiveRun::Play(FailureReport& report)
         Reload(frame);
         isGood = m_timeline.Now().Failure().empty();
     }
+    LeaveGame();
     const std::string failure = m_timeline.Now().Failure();
     if (!m_timeline.Finish(why))
         std::fprintf(m_err, "runner: %s\n", why.c_str());

@@ -4,6 +4,7 @@
 #include "Runner/App/Pages.h"
 #include "Runner/App/Run_Start.h"
 #include "Runner/App/Session.h"
+#include "Runner/App/Window_Inspector.h"
 #include "Runner/App/Window_Stage.h"
 #include "Runner/Save/Timeline.h"
 
@@ -35,6 +36,8 @@ private:
     void WatchFiles();
     bool HaveFilesChanged();
     void Reload(int frame);
+    void LeaveGame();
+    void EnterGame();
     Timeline::Progress Progress(const std::string& what);
 
     const RunOptions& m_options;
@@ -44,6 +47,8 @@ private:
     FileWatch m_watch;
     Panel m_page;
     std::unique_ptr<WindowStage> m_stage;
+    std::unique_ptr<WindowInspector> m_inspector; // of the running game
+    bool m_isInspecting = false;
     int64_t m_lookedAt = 0; // milliseconds: at the files
     bool m_wantsAgain = false;
 };

@@ -97,6 +97,14 @@ constexpr Option OPTIONS[] = {
      "write the last frame under this name, .png or .bmp; without any wish\n"
      "for pictures the last frame becomes last_frame.png",
      [](RunOptions& options, const Values& values) { return ReadName(values[0], options.screenshot); }},
+    {"--inspect", "", "the pictures show the camera inspector over the views and beside them",
+     [](RunOptions& options, const Values&)
+     {
+         options.inspect = true;
+         return std::string();
+     }},
+    {"--profile", "FILE", "write where the time of the last 300 frames went to this file",
+     [](RunOptions& options, const Values& values) { return ReadName(values[0], options.profile); }},
     {"--window", "", "play in a window, by keyboard, mouse and gamepads, until it is closed",
      [](RunOptions& options, const Values&) { return SetFlag(options.window); }},
     {"--menu", "DIRECTORY", "instead of a game, in a window: choose one of DIRECTORY/NAME/NAME.lua",
@@ -288,6 +296,8 @@ private:
         FitToWindow();
         if (m_result != ParseResult::Play)
             return;
+        if (m_options.inspect && !m_options.game.draw)
+            return Refuse("--inspect draws over pictures, and --no-draw makes none: leave one of them out");
         CheckReplay();
         if (m_result == ParseResult::Wrong)
             return;

@@ -8,6 +8,9 @@
 
 namespace Runner
 {
+// Makes a change of a recording in the running game.
+void ApplyByHand(const HandChange& change);
+
 // What a run starts from, who plays it, and what is kept of it: --load, --replay, --input, --record.
 class RunStart
 {

@@ -71,8 +71,8 @@ bool Session::PlayFrame(int frame, const InputFrame& seen)
     std::string why;
     const bool isSaveDue = m_options.saveAt.first == m_whole;
     m_isSaved = m_isSaved || isSaveDue;
-    const bool isGood = m_album.Take(m_game, frame, why) &&
-                        (!isSaveDue || SaveGame(m_game, m_options.saveAt.second, why)) && ConsoleIsGood(why);
+    const bool isGood = m_album.Take(frame, why) && (!isSaveDue || SaveGame(m_game, m_options.saveAt.second, why)) &&
+                        ConsoleIsGood(why);
     Note(why);
     return isGood;
 }
@@ -99,7 +99,10 @@ void Session::WriteTheEnd(bool isWhole)
     if (!m_album.WriteSheet(why))
         Note(why);
     why.clear();
-    if (isWhole && !m_album.WriteLastFrame(m_game, why))
+    if (!m_watching.WriteProfile(why))
+        Note(why);
+    why.clear();
+    if (isWhole && !m_album.WriteLastFrame(why))
         Note(why);
     const std::string wanted = "--save-at " + std::to_string(m_options.saveAt.first);
     if (isWhole && m_options.saveAt.first > 0 && !m_isSaved)

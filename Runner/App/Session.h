@@ -3,6 +3,7 @@
 #include "Runner/App/Album.h"
 #include "Runner/App/Options.h"
 #include "Runner/App/Run_Start.h"
+#include "Runner/App/Watching.h"
 #include "Runner/Input/Input_Source.h"
 
 #include <functional>
@@ -25,7 +26,8 @@ public:
     // so a window keeps the time of the run there, shows the frame before, and ends the run. err: where the progress is
     // shown.
     Session(Game& game, const RunOptions& options, RunStart& start, InputSource& input, FILE* err)
-        : m_game(game), m_options(options), m_start(start), m_input(input), m_err(err), m_album(options)
+        : m_game(game), m_options(options), m_start(start), m_input(input), m_err(err), m_watching(options, game),
+          m_album(options, game, m_watching.PictureInspector())
     {
     }
 
@@ -50,6 +52,7 @@ private:
     RunStart& m_start;
     InputSource& m_input;
     FILE* m_err;
+    Watching m_watching;
     Album m_album;
     bool m_isStarted = false; // the first frame can be played
     bool m_isSaved = false;   // what --save-at asks for

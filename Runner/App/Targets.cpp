@@ -42,6 +42,7 @@ bool AreDistinct(const RunOptions& options, std::string& why)
     const NamedFile files[] = {
         {nullptr, options.game.file},
         {"--trace", options.game.trace},
+        {"--profile", options.profile},
         {"--save-at", options.saveAt.second},
         {"--load", options.load},
         {"--record", options.record},
@@ -79,6 +80,7 @@ bool TargetsAreGood(const RunOptions& options, std::string& why)
     const std::string& record = options.record;
     return AreDistinct(options, why) && PictureIsGood("--contact-sheet", options.contactSheet, why) &&
            PictureIsGood("--screenshot", options.screenshot, why) && (save.empty() || TryToWriteFile(save, why)) &&
-           (record.empty() || TryToWriteFile(record, why));
+           (record.empty() || TryToWriteFile(record, why)) &&
+           (options.profile.empty() || TryToWriteFile(options.profile, why));
 }
 } // namespace Runner

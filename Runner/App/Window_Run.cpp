@@ -4,6 +4,7 @@
 #include "Runner/App/Live_Run.h"
 #include "Runner/App/Pages.h"
 #include "Runner/App/Run_Start.h"
+#include "Runner/App/Window_Inspector.h"
 #include "Runner/App/Window_Stage.h"
 #include "Runner/Draw/Device.h"
 
@@ -83,6 +84,11 @@ private:
             return PlayLive(options, start, report);
         Game game(options.game, OpenApi);
         WindowStage stage(m_window, game, options.keys, start.Player());
+        WindowInspector inspector(m_window, game);
+        stage.overlay = [&inspector](const Port& where) { inspector.Draw(where); };
+        stage.toggleInspector = [&inspector] { inspector.Toggle(); };
+        if (m_options.inspect)
+            inspector.Toggle();
         const Outcome outcome = Session(game, options, start, stage, m_err).Play();
         start.ShowNotice(m_err);
         if (game.scripts.Failed())

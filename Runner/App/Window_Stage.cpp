@@ -12,7 +12,7 @@ namespace Runner
 {
 namespace
 {
-constexpr PixelSize PANEL_SIZE = {360, 140};
+constexpr PixelSize PANEL_SIZE = {360, 154};
 constexpr PixelSize BAR_SIZE = {640, 20};
 constexpr float BAR_PART = 0.06f; // of the game's height that takes the mouse for the bar
 constexpr int SLOW_STEPS = 4;     // for one frame in slow motion
@@ -111,6 +111,10 @@ bool WindowStage::Do(Command command)
     case Command::Help: m_isHelping = !m_isHelping; break;
     case Command::Pause: m_isPaused = !m_isPaused; break;
     case Command::Fullscreen: m_window.ToggleFullscreen(); break;
+    case Command::Inspect:
+        if (toggleInspector != nullptr)
+            toggleInspector();
+        break;
     case Command::Slow: m_isSlow = !m_isSlow; break;
     case Command::Step: ++m_steps; break;
     case Command::Back:

@@ -36,6 +36,7 @@ public:
 
     // Drawn over each frame that is shown, between the game's picture and the window's swap. Null for nothing.
     std::function<void(const Port& game)> overlay;
+    std::function<void()> toggleInspector; // when its key is pressed; null for nothing
 
 private:
     void ShowFrame();

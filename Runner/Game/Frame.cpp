@@ -26,12 +26,22 @@ bool Game::Frame(const InputFrame& seen)
 void Game::PlayFrame()
 {
     scripts.RenewInstructions();
-    Step();
-    ChangeRoom();
+    if (observer != nullptr)
+        observer->FrameBegins(*this);
+    {
+        const PartScope part(observer, FramePart::Step);
+        Step();
+        ChangeRoom();
+    }
     Draw();
-    Collector::Safepoint();
+    {
+        const PartScope part(observer, FramePart::Collector);
+        Collector::Safepoint();
+    }
     ++m_frame;
     SumFrame();
+    if (observer != nullptr)
+        observer->FrameEnded(*this);
     if (!scripts.Failed() && afterFrame != nullptr)
         afterFrame->Perform(*this);
     if (options.check && !scripts.Failed())
@@ -57,16 +67,25 @@ void Game::SumFrame()
 // Instances that this step creates wait for the next one.
 void Game::Step()
 {
-    if (!scripts.Call(rooms.Running()->spec.scripts.step))
+    if (!CallRoom(rooms.Running()->spec.scripts.step, "step"))
         return;
     const size_t count = world.Steppers().size();
     for (size_t i = 0; i < count; ++i)
     {
         Instance& instance = *world.Steppers()[i];
-        if (instance.IsLive() && !scripts.Call(instance.type.traits.Script(Event::Step), &instance))
+        if (!instance.IsLive())
+            continue;
+        const EventScope event(observer, "object", instance.type.name, "step");
+        if (!scripts.Call(instance.type.traits.Script(Event::Step), &instance))
             return;
     }
     world.RemoveDestroyed(DropSelf);
+}
+
+bool Game::CallRoom(int script, const char* event)
+{
+    const EventScope scope(script == NO_SCRIPT ? nullptr : observer, "room", rooms.Running()->spec.name, event);
+    return scripts.Call(script);
 }
 
 void Game::ChangeRoom()
@@ -91,7 +110,10 @@ void Game::Draw()
     m_painter->Clear(0);
     DrawViews(room);
     DrawGui(room);
-    m_painter->EndFrame();
+    {
+        const PartScope part(observer, FramePart::Painting);
+        m_painter->EndFrame();
+    }
     m_isDrawing = false;
     const std::string problem = m_painter->TakeError();
     if (!problem.empty())
@@ -152,20 +174,40 @@ void Game::DrawDefaultView(const RunningRoom& room)
 void Game::DrawThrough(const CameraNumber& number, int view)
 {
     g_CM.SetActiveCamera(number.Now());
-    Perform(&CCamera::Begin, number);
-    Perform(&CCamera::CameraUpdate, number);
-    Perform(&CCamera::ApplyMatrices, number);
-    DrawRoom(number, view);
-    Perform(&CCamera::End, number);
+    {
+        const PartScope part(observer, FramePart::Cameras);
+        Perform(&CCamera::Begin, number, "begin");
+        Update(number);
+        Perform(&CCamera::ApplyMatrices, number, "apply");
+    }
+    {
+        const PartScope part(observer, FramePart::Draw);
+        DrawRoom(number, view);
+    }
+    const PartScope part(observer, FramePart::Cameras);
+    Perform(&CCamera::End, number, "end");
 }
 
-void Game::Perform(void (CCamera::*step)(), const CameraNumber& number)
+void Game::Perform(void (CCamera::*step)(), const CameraNumber& number, const char* name)
 {
     CCamera* camera = g_CM.GetCamera(number.Now());
     if (camera == nullptr || scripts.Failed())
         return;
+    const EventScope event(observer, "camera", std::to_string(number.Now()), name);
     (camera->*step)();
     CollectHostError(number.Now());
+}
+
+void Game::Update(const CameraNumber& number)
+{
+    const CCamera* camera = g_CM.GetCamera(number.Now());
+    const bool isTold = observer != nullptr && camera != nullptr && !scripts.Failed();
+    const CCameraHandle updated(isTold ? camera : nullptr);
+    if (isTold)
+        observer->UpdateBegins(*camera);
+    Perform(&CCamera::CameraUpdate, number, "update");
+    if (isTold && (camera = updated.Get()) != nullptr)
+        observer->UpdateEnded(*camera);
 }
 
 // Instances are culled by the matrices as the room's own draw leaves them: it may have applied another camera.
@@ -175,9 +217,15 @@ void Game::DrawRoom(const CameraNumber& number, int view)
     if (camera == nullptr || scripts.Failed())
         return;
     m_trace.Write(m_frame, view, *camera);
-    if (!scripts.Call(rooms.Running()->spec.scripts.draw))
+    if (!CallRoom(rooms.Running()->spec.scripts.draw, "draw"))
         return;
     world.FindForDrawing(VisibleRegion(), m_seen);
+    TellOfView(number.Now(), view);
+    DrawInstances();
+}
+
+void Game::DrawInstances()
+{
     for (Instance* instance : m_seen)
     {
         if (instance->IsLive())
@@ -187,11 +235,24 @@ void Game::DrawRoom(const CameraNumber& number, int view)
     }
 }
 
+void Game::TellOfView(int camera, int view) const
+{
+    if (observer == nullptr)
+        return;
+    const CCamera* shown = g_CM.GetCamera(camera);
+    if (shown == nullptr)
+        return;
+    const View* of = view == NO_VIEW ? nullptr : &rooms.Running()->views[static_cast<size_t>(view)];
+    const Port port = of == nullptr ? FittingPort(shown->GetViewWidth(), shown->GetViewHeight()) : PortOf(*of);
+    observer->ViewIsDrawn(*this, {view, camera, of == nullptr ? SCREEN_SURFACE : of->surface, port, m_seen});
+}
+
 void Game::DrawInstance(Instance& instance)
 {
     const int script = instance.type.traits.Script(Event::Draw);
     if (script != NO_SCRIPT)
     {
+        const EventScope event(observer, "object", instance.type.name, "draw");
         scripts.Call(script, &instance);
         return;
     }
@@ -215,7 +276,8 @@ void Game::DrawGui(const RunningRoom& room)
         return;
     m_painter->SetPort({0, 0, m_painter->ScreenWidth(), m_painter->ScreenHeight()});
     SetFlatView(0.0f, 0.0f, static_cast<float>(m_screenWidth), static_cast<float>(m_screenHeight));
-    scripts.Call(room.spec.scripts.drawGui);
+    const PartScope part(observer, FramePart::Draw);
+    CallRoom(room.spec.scripts.drawGui, "draw_gui");
     EndTarget();
 }
 

@@ -13,6 +13,7 @@
 #include "Files/Graphics/Camera_Handle.h"
 #include "Runner/Base/Random.h"
 #include "Runner/Draw/Painter.h"
+#include "Runner/Game/Frame_Observer.h"
 #include "Runner/Game/Game_Identity.h"
 #include "Runner/Game/Journal.h"
 #include "Runner/Game/Trace.h"
@@ -125,6 +126,7 @@ public:
     Rooms rooms;
     Input input;                            // of the running frame; no part of a saved game
     std::unique_ptr<AfterFrame> afterFrame; // null: nothing waits
+    FrameObserver* observer = nullptr;      // who watches; not owned, null for nobody
 
 private:
     // Where a camera's number stands: a view's field or the default camera's. It cannot be copied, since a callback may
@@ -156,6 +158,7 @@ private:
     void PlayFrame();
     void SumFrame();
     void Step();
+    bool CallRoom(int script, const char* event);
     void ChangeRoom();
     void Draw();
     void DrawViews(RunningRoom& room);
@@ -163,8 +166,11 @@ private:
     bool HasTarget(View& view, int number) const;
     void DrawDefaultView(const RunningRoom& room);
     void DrawThrough(const CameraNumber& number, int view);
-    void Perform(void (CCamera::*step)(), const CameraNumber& number);
+    void Perform(void (CCamera::*step)(), const CameraNumber& number, const char* name);
+    void Update(const CameraNumber& number);
     void DrawRoom(const CameraNumber& number, int view);
+    void DrawInstances();
+    void TellOfView(int camera, int view) const;
     void DrawInstance(Instance& instance);
     void DrawGui(const RunningRoom& room);
     void BeginTarget(const Port& port, unsigned background);

@@ -149,7 +149,7 @@ bool Timeline::CheckStates()
 
 bool Timeline::GoesOnTo(const KeptState& from, const KeptState& to)
 {
-    Replay replay(Recorded(), from.frame);
+    Replay replay(Recorded(), from.frame, m_apply);
     if (!MakeGame(from, replay, false))
         return false;
     for (int frame = from.frame; frame < to.frame; ++frame)

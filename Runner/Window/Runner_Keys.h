@@ -11,12 +11,13 @@ enum class Command
     Help,
     Pause,
     Fullscreen,
+    Inspect,
     Slow,
     Step,
     Back,
     Rewind,
 };
-constexpr int COMMAND_COUNT = 7;
+constexpr int COMMAND_COUNT = 8;
 
 struct CommandHead
 {
@@ -29,6 +30,7 @@ inline constexpr CommandHead COMMANDS[COMMAND_COUNT] = {
     {"help", "f12", "shows and hides these keys"},
     {"pause", "f10", "pauses and goes on"},
     {"fullscreen", "f11", "fills the display and goes back"},
+    {"inspect", "f1", "shows and hides the camera inspector"},
     {"slow", "f9", "slow motion, a quarter of the speed"},
     {"step", "f8", "pauses and plays one frame"},
     {"back", "f7", "pauses and goes one frame back"},

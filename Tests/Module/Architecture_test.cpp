@@ -52,6 +52,11 @@ TEST(Architecture, NamesEverySourceOfTheModuleAndNoOther)
     EXPECT_EQ(NamesInMap("Files/Graphics"), NamesIn("Files/Graphics"));
 }
 
+TEST(Architecture, NamesEverySourceOfTheHostCheckAndNoOther)
+{
+    EXPECT_EQ(NamesInMap("Host_Check"), NamesIn("Host_Check"));
+}
+
 TEST(Architecture, NamesEverySourceOfTheRunnerAndNoOther)
 {
     size_t floors = 0;

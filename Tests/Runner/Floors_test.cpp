@@ -25,9 +25,10 @@ const std::map<std::string, std::set<std::string>> FLOORS_BELOW = {
     {"Lua", {"World", "Host", "Base"}},
     {"Draw", {"Host", "Base"}},
     {"Game", {"Input", "Lua", "World", "Draw", "Host", "Base"}},
+    {"Inspect", {"Game", "Input", "Lua", "World", "Draw", "Host", "Base"}},
     {"Save", {"Game", "Input", "Lua", "World", "Draw", "Host", "Base"}},
     {"Api", {"Save", "Game", "Input", "Lua", "World", "Draw", "Host", "Base"}},
-    {"App", {"Window", "Api", "Save", "Game", "Input", "Lua", "World", "Draw", "Host", "Base"}},
+    {"App", {"Window", "Api", "Save", "Inspect", "Game", "Input", "Lua", "World", "Draw", "Host", "Base"}},
 };
 
 // The folder in "Runner/FOLDER/...", empty for a file that stands elsewhere.

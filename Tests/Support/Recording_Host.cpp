@@ -39,6 +39,7 @@ void Reset()
     state.names.clear();
     state.counters.clear();
     state.topics = Topic_Default;
+    state.passesNan = true;
 }
 
 // ---- log ----

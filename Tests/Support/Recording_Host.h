@@ -98,6 +98,9 @@ size_t LiveArrays();
 int LockDepth();
 int ContextDepth();
 
+// Whether KvGetFloat and KvGetReal hand a NaN on, which a host's contract forbids; true after a Reset.
+void PassNan(bool passes);
+
 // ---- scripts ----
 struct ScriptCall
 {

@@ -96,6 +96,8 @@ void Graphics::SetMatrix(eMatrix slot, float* matrix)
     std::memcpy(TheState().slots[slot].m, matrix, sizeof(kvMatrix));
 }
 
+void Recording::PassNan(bool passes) { TheState().passesNan = passes; }
+
 kvMatrix Recording::LastMatrix(eMatrix slot) { return TheState().slots[slot]; }
 
 void SetViewExtents(float x, float y, float w, float h, float a)
@@ -156,11 +158,18 @@ int32_t KvGetInt32(const RValue* args, int index)
     return static_cast<int32_t>(number);
 }
 
-// A NaN stays one: it is a float like any other. Finite numbers beyond the floats become the largest.
+static double ArgumentReal(const RValue* args, int index)
+{
+    const double number = args[index].asReal();
+    return std::isnan(number) && !TheState().passesNan ? 0.0 : number;
+}
+
+// A NaN stays one unless a host's promise is asked for: tests see so what it does to a camera. Finite numbers beyond
+// the floats become the largest.
 float KvGetFloat(const RValue* args, int index)
 {
     RECORD(Topic_Conversions, "KvGetFloat(%d)", index);
-    const double number = args[index].asReal();
+    const double number = ArgumentReal(args, index);
     constexpr float largest = std::numeric_limits<float>::max();
     if (std::isfinite(number) && std::fabs(number) > static_cast<double>(largest))
         return number > 0 ? largest : -largest;
@@ -170,7 +179,7 @@ float KvGetFloat(const RValue* args, int index)
 double KvGetReal(const RValue* args, int index)
 {
     RECORD(Topic_Conversions, "KvGetReal(%d)", index);
-    return args[index].asReal();
+    return ArgumentReal(args, index);
 }
 
 bool KvGetBool(const RValue* args, int index)

@@ -278,8 +278,7 @@ static void FreeArray(RefDynamicArrayOfRValue* array)
 {
     Mem().arrays.erase(array);
     for (int32_t i = 0; i < array->m_length && array->m_array != nullptr; ++i)
-        if (KvNeedsRelease(array->m_array[i]))
-            FREE_RValue__Pre(&array->m_array[i]);
+        FREE_RValue__Pre(&array->m_array[i]);
     MemoryManager::Free(array->m_array);
     MemoryManager::Free(array);
 }

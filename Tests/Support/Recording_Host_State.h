@@ -79,6 +79,7 @@ struct State
     std::map<int, Script> scripts;
     std::vector<Builtin> builtins;
     kvMatrix slots[3] = {};
+    bool passesNan = true;
 };
 
 State& TheState(); // made by the first call, never destroyed: the manager's destructor runs after every static's

@@ -310,6 +310,7 @@ CInstance::CInstance(float atX, float atY, int id, int objectIndex, bool createE
 void CInstance::Compute_BoundingBox(bool force)
 {
     RECORD(Topic_World, "Compute_BoundingBox(%s,%s)", Name(this).c_str(), Text(force));
+    m_flags &= ~static_cast<uint32_t>(eInstanceFlag_bbox_dirty);
     if (TheWorld().onBoundingBox)
         TheWorld().onBoundingBox(*this);
 }
@@ -328,11 +329,19 @@ template <> CObject* KvHash<CObject>::Find(int key) const
     return found == TheWorld().objects.end() ? nullptr : &found->second.object;
 }
 
-// ---- view accessors: no such view, no property ----
+// ---- view accessors ----
+static bool HasView(const char* property, int view)
+{
+    const bool has = view >= 0 && view < ROOM_VIEWS;
+    if (!has)
+        TheState().errors.push_back(Format("there is no view %d with a %s", view, property));
+    return has;
+}
+
 static bool ReadView(const char* property, CInstance* self, int view, RValue* out)
 {
     RECORD(Topic_Views, "GV_View%s(%s,%d)", property, Name(self).c_str(), view);
-    if (view < 0 || view >= ROOM_VIEWS)
+    if (!HasView(property, view))
         return false;
     *out = ViewValue(property, view);
     return true;
@@ -341,7 +350,7 @@ static bool ReadView(const char* property, CInstance* self, int view, RValue* ou
 static bool WriteView(const char* property, CInstance* self, int view, RValue* value)
 {
     RECORD(Topic_Views, "SV_View%s(%s,%d,%s)", property, Name(self).c_str(), view, Describe(*value).c_str());
-    if (view < 0 || view >= ROOM_VIEWS)
+    if (!HasView(property, view))
         return false;
     ViewValue(property, view) = *value;
     return true;
@@ -354,7 +363,14 @@ bool GV_ViewYport(CInstance* self, int view, RValue* out) { return ReadView("Ypo
 bool GV_ViewWport(CInstance* self, int view, RValue* out) { return ReadView("Wport", self, view, out); }
 bool GV_ViewHport(CInstance* self, int view, RValue* out) { return ReadView("Hport", self, view, out); }
 bool GV_ViewSurfaceID(CInstance* self, int view, RValue* out) { return ReadView("SurfaceID", self, view, out); }
-bool SV_ViewCamera(CInstance* self, int view, RValue* value) { return WriteView("Camera", self, view, value); }
+bool SV_ViewCamera(CInstance* self, int view, RValue* value)
+{
+    if (!WriteView("Camera", self, view, value))
+        return false;
+    if (Run_Room != nullptr)
+        Run_Room->r_view[view]->cameraID = static_cast<int32_t>(value->asInt64());
+    return true;
+}
 bool SV_ViewVisible(CInstance* self, int view, RValue* value) { return WriteView("Visible", self, view, value); }
 bool SV_ViewXport(CInstance* self, int view, RValue* value) { return WriteView("Xport", self, view, value); }
 bool SV_ViewYport(CInstance* self, int view, RValue* value) { return WriteView("Yport", self, view, value); }

@@ -1,0 +1,40 @@
+#pragma once
+
+#include "Runner/Game/Game.h"
+#include "Runner/Inspect/Inspector_View.h"
+#include "Runner/Window/Window.h"
+
+namespace Runner
+{
+// The camera inspector over a game in a window. While it is open, the mouse is its own, and so is the keyboard while
+// something is typed into it; the game goes on all the same. Nothing watches the game while it is closed.
+class WindowInspector
+{
+public:
+    WindowInspector(Window& window, Game& game) : m_window(window), m_game(game), m_inspector(game) {} // kept
+    ~WindowInspector();
+    WindowInspector(const WindowInspector&) = delete;
+    WindowInspector& operator=(const WindowInspector&) = delete;
+
+    void Toggle() { m_isWanted = !m_isWanted; }               // with the next Draw
+    std::function<void(const CameraChange& change)> onChange; // after one has been made by hand; null for nobody
+    void Draw(const Port& game); // where the game's screen stands in the window. Nothing while it is closed
+
+private:
+    void Open();
+    void Close();
+    bool Keeps(const void* event);
+
+    Window& m_window;
+    Game& m_game;
+    Inspector m_inspector;
+    Profile m_profile;
+    Watchers m_watchers;
+    FrameObserver* m_before = nullptr; // who watched the game already
+    PanelInput m_input;
+    std::unique_ptr<InspectorView> m_view; // null before it was opened first, and in a build without one
+    int64_t m_lastDraw = 0;
+    bool m_isWanted = false;
+    bool m_isOpen = false;
+};
+} // namespace Runner

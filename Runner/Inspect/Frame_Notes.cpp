@@ -1,0 +1,125 @@
+#include "Runner/Inspect/Frame_Notes.h"
+
+#include "Files/Graphics/Camera.h"
+#include "Files/Graphics_API/Graphics_API.h"
+#include "Files/Instance/Instance.h"
+#include "Runner/Game/Game.h"
+#include "Runner/Host/Graphics.h"
+#include "Runner/World/Camera_Callbacks.h"
+
+#include <algorithm>
+#include <unordered_set>
+
+namespace Runner
+{
+namespace
+{
+AxisNote NoteOf(const CFollowAxis& axis)
+{
+    const int roomSize = axis.roomSize == nullptr ? 0 : *axis.roomSize;
+    return {axis.edge, axis.size, axis.border, axis.speed, axis.roomSize != nullptr, roomSize, {}, axis.edge};
+}
+
+InstanceNote NoteOf(const Instance& instance, bool isDrawn)
+{
+    return {instance.m_id, instance.drawArea, isDrawn, instance.MayBeCulled(), instance.x, instance.y};
+}
+
+// The culled ones are what is left of those that a view could show.
+void NoteCulled(const World& world, ViewNote& note)
+{
+    std::unordered_set<int> drawn;
+    for (const InstanceNote& instance : note.instances)
+        drawn.insert(instance.id);
+    for (const auto& instance : world.Instances())
+    {
+        if (!instance->IsLive() || !instance->visible || drawn.count(instance->m_id) != 0)
+            continue;
+        ++note.culled;
+        if (note.instances.size() < FrameNotes::INSTANCES_LIMIT)
+            note.instances.push_back(NoteOf(*instance, false));
+    }
+}
+} // namespace
+
+AxisNote AxisNoteX(const CCamera& camera) { return NoteOf(camera.FollowAxisX()); }
+AxisNote AxisNoteY(const CCamera& camera) { return NoteOf(camera.FollowAxisY()); }
+
+CFollowStages StagesOf(const AxisNote& axis, float target)
+{
+    const int32_t roomSize = axis.roomSize;
+    return CFollowAxis{axis.edge, axis.size, axis.border, axis.speed, axis.hasRoom ? &roomSize : nullptr}.StepAfter(
+        target);
+}
+
+bool HasUpdateScript(const CCamera& camera)
+{
+    int number = -1;
+    return !ScriptNumberOf(camera.m_updateScript, number) || number != -1;
+}
+
+void FrameNotes::FrameBegins(const Game& game)
+{
+    m_frame = game.FrameNumber();
+    m_steps.clear();
+    m_views.clear();
+}
+
+void FrameNotes::UpdateBegins(const CCamera& camera)
+{
+    StepNote note;
+    note.camera = camera.GetID();
+    note.target = camera.m_targetInstance;
+    note.x = AxisNoteX(camera);
+    note.y = AxisNoteY(camera);
+    if (HasUpdateScript(camera))
+        note.kind = UpdateKind::Callback;
+    else if (const CInstance* instance = camera.FindTarget())
+    {
+        note.kind = UpdateKind::Followed;
+        note.instance = instance->m_id;
+        note.x.stages = StagesOf(note.x, instance->x);
+        note.y.stages = StagesOf(note.y, instance->y);
+    }
+    else
+        note.kind = note.target < 0 ? UpdateKind::NoTarget : UpdateKind::Missing;
+    m_steps.push_back(note);
+}
+
+void FrameNotes::UpdateEnded(const CCamera& camera)
+{
+    StepNote& note = m_steps.back();
+    note.hasEnded = true;
+    note.x.after = camera.m_viewX;
+    note.y.after = camera.m_viewY;
+}
+
+void FrameNotes::ViewIsDrawn(const Game& game, const DrawnView& view)
+{
+    ViewNote note = {view.view,
+                     view.camera,
+                     view.surface,
+                     view.port,
+                     CurrentMatrix(eM_View),
+                     CurrentMatrix(eM_Projection),
+                     g_ViewAreaX,
+                     g_ViewAreaY,
+                     g_ViewAreaW,
+                     g_ViewAreaH,
+                     g_ViewAreaA,
+                     {}};
+    note.drawn = static_cast<int>(view.drawn.size());
+    for (const Instance* instance : view.drawn)
+        if (note.instances.size() < INSTANCES_LIMIT)
+            note.instances.push_back(NoteOf(*instance, true));
+    NoteCulled(game.world, note);
+    m_views.push_back(std::move(note));
+}
+
+const StepNote* FrameNotes::StepOf(int camera) const
+{
+    const auto found = std::find_if(m_steps.rbegin(), m_steps.rend(),
+                                    [camera](const StepNote& note) { return note.camera == camera; });
+    return found == m_steps.rend() ? nullptr : &*found;
+}
+} // namespace Runner

@@ -1,0 +1,45 @@
+#pragma once
+// The camera inspector as pictures: the game's screen with what is drawn over its views, and the panel beside it.
+
+#include "Runner/Draw/Picture.h"
+#include "Runner/Inspect/Frame_Notes.h"
+#include "Runner/Inspect/Overlay.h"
+#include "Runner/Inspect/Panel.h"
+
+#include <string>
+
+namespace Runner
+{
+class Painter;
+
+// Draws the lines and words over the views, into the port of the current target that shows the whole screen. One room
+// unit is a pixel.
+void PaintOverlays(const std::vector<ViewOverlay>& overlays, Painter& painter);
+
+// The panel as text, a column of PANEL_WIDTH pixels from left on.
+constexpr int PANEL_WIDTH = 850;
+void PaintPanel(const PanelContent& content, float left, float height, Painter& painter);
+int PanelHeight(const PanelContent& content); // pixels that it takes
+
+// Of a game, which must live as long and be watched by the inspector's observer.
+class Inspector
+{
+public:
+    explicit Inspector(Game& game) : m_game(game) {}
+    Inspector(const Inspector&) = delete;
+    Inspector& operator=(const Inspector&) = delete;
+
+    FrameObserver& Observer() { return m_notes; }
+    void Select(int camera) { m_selected = camera; } // as for DescribePanel
+    PanelContent Content() const { return DescribePanel(m_game, m_notes, m_selected); }
+    const FrameNotes& Notes() const { return m_notes; }
+
+    // The last frame with overlays and panel. Empty before there is a screen and without drawing; why: what failed.
+    Picture Show(std::string& why);
+
+private:
+    Game& m_game;
+    FrameNotes m_notes;
+    int m_selected = -1;
+};
+} // namespace Runner

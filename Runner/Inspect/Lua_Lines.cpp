@@ -1,0 +1,64 @@
+#include "Runner/Inspect/Lua_Lines.h"
+
+#include "Runner/Inspect/Number_Text.h"
+#include "Runner/Lua/Function_Place.h"
+#include "Runner/World/Camera_Callbacks.h"
+
+#include <cstring>
+
+namespace Runner
+{
+namespace
+{
+bool AreSame(const kvMatrix& a, const kvMatrix& b) { return std::memcmp(a.m, b.m, sizeof a.m) == 0; }
+
+std::string CreateLine(const CCamera& c)
+{
+    std::string line = "local camera = camera_create_view(";
+    for (const float number : {c.m_viewX, c.m_viewY, c.m_viewWidth, c.m_viewHeight, c.m_viewAngle})
+        line += LuaNumber(number) + ", ";
+    line += std::to_string(c.m_targetInstance);
+    for (const float number : {c.m_viewSpeedX, c.m_viewSpeedY, c.m_viewBorderX, c.m_viewBorderY})
+        line += ", " + LuaNumber(number);
+    return line + ")\n";
+}
+
+std::string MatrixLine(const char* function, const kvMatrix& matrix)
+{
+    std::string line = std::string(function) + "(camera, { ";
+    for (int i = 0; i < 16; ++i)
+        line += (i == 0 ? "" : i % 4 == 0 ? ",\n    " : ", ") + LuaNumber(matrix.m[i]);
+    return line + " })\n";
+}
+
+std::string CallbackLine(const CameraCallback& callback, const CCamera& camera)
+{
+    const RValue& value = camera.*callback.value;
+    const std::string function = std::string("camera_set_") + callback.name + "_script(camera, ";
+    int number = -1;
+    if (ScriptNumberOf(value, number))
+        return number == -1 ? "" : function + std::to_string(number) + ")\n";
+    const std::string place = PlaceOf(value);
+    return "-- " + function + "...) with the function at " + (place.empty() ? "an unknown place" : place) + "\n";
+}
+} // namespace
+
+std::string LuaLines(const CCamera& camera)
+{
+    CCamera made; // what camera_create_view makes of the same numbers
+    made.CopyViewFrom(camera);
+    made.BuildView();
+    std::string lines = CreateLine(camera);
+    if (!AreSame(made.m_viewMat, camera.m_viewMat))
+        lines += MatrixLine("camera_set_view_mat", camera.m_viewMat);
+    if (!AreSame(made.m_projMat, camera.m_projMat))
+        lines += MatrixLine("camera_set_proj_mat", camera.m_projMat);
+    if (camera.IsViewDirty())
+        lines += "camera_set_view_pos(camera, " + LuaNumber(camera.m_viewX) + ", " + LuaNumber(camera.m_viewY) + ")\n";
+    for (const CameraCallback& callback : CAMERA_CALLBACKS)
+        lines += CallbackLine(callback, camera);
+    if (camera.IsCloned())
+        lines += std::string("-- it was a clone") + (camera.isPersistent() ? " that stays when its room ends\n" : "\n");
+    return lines;
+}
+} // namespace Runner

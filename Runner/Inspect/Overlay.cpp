@@ -1,0 +1,298 @@
+#include "Runner/Inspect/Overlay.h"
+
+#include "Files/Graphics/Camera_Manager.h"
+#include "Files/Graphics/Trigonometry.h"
+#include "Files/Instance/Instance.h"
+#include "Runner/Inspect/Number_Text.h"
+#include "Runner/Inspect/Panel.h"
+#include "Runner/World/Running_Room.h"
+
+#include <algorithm>
+#include <cmath>
+
+namespace Runner
+{
+namespace
+{
+constexpr float FAR_AWAY = 1e30f;          // a target beyond every room
+constexpr double CROSS = 6.0;              // half the length of a cross's arms, pixels
+constexpr double ARROW = 48.0, BARB = 9.0; // pixels
+constexpr double LINE_HEIGHT = 13.0;       // of texts, pixels
+constexpr double LARGEST_UNIT = 1e9;       // beyond it whole units are no longer told apart
+
+constexpr OverlayStyle STYLES[OVERLAY_KINDS] = {
+    {"room's edge", 255, 255, 255, 2.0f},
+    {"room stops the centre", 190, 190, 190, 1.0f},
+    {"area for culling", 255, 235, 60, 3.0f},
+    {"dead zone", 80, 220, 255, 2.0f},
+    {"reach of a step (centre)", 255, 120, 255, 2.0f},
+    {"target, floored", 255, 80, 60, 2.0f},
+    {"drawn instance", 110, 230, 110, 1.0f},
+    {"culled instance", 170, 120, 110, 1.0f},
+    {"the room's up", 255, 170, 40, 2.0f},
+    {"other camera", 150, 150, 255, 2.0f},
+};
+
+double Wide(float number) { return static_cast<double>(number); }
+
+struct Box
+{
+    double left, top, right, bottom;
+};
+
+// Collects one view's lines. Positions are the room's unless a name says otherwise.
+class Sketch
+{
+public:
+    explicit Sketch(const ViewNote& note) : m_geometry(note.viewMatrix, note.projection), m_port(note.port) {}
+
+    void Line(OverlayKind kind, const Point& from, const Point& to)
+    {
+        if (const auto segment = m_geometry.ToScreen(from, to, m_port))
+            lines.push_back({kind, segment->from, segment->to});
+    }
+
+    void Polygon(OverlayKind kind, const std::vector<Point>& points)
+    {
+        for (size_t i = 0; i < points.size(); ++i)
+            Line(kind, points[i], points[(i + 1) % points.size()]);
+    }
+
+    void Rectangle(OverlayKind kind, const Box& box)
+    {
+        Polygon(kind, {{box.left, box.top}, {box.right, box.top}, {box.right, box.bottom}, {box.left, box.bottom}});
+    }
+
+    void CrossAt(OverlayKind kind, const Point& point, double arm)
+    {
+        if (const auto on = m_geometry.ToScreen(point, point, m_port))
+        {
+            lines.push_back({kind, {on->from.x - arm, on->from.y}, {on->from.x + arm, on->from.y}});
+            lines.push_back({kind, {on->from.x, on->from.y - arm}, {on->from.x, on->from.y + arm}});
+        }
+    }
+
+    void Text(OverlayKind kind, const Point& point, const std::string& text, double down = 0.0)
+    {
+        if (const auto on = m_geometry.ToScreen(point, point, m_port))
+            texts.push_back({kind, {on->from.x + 4.0, on->from.y + 4.0 + down}, text});
+    }
+
+    // From one point towards another, as long on the screen as every arrow.
+    void Arrow(OverlayKind kind, const Point& from, const Point& towards)
+    {
+        const auto on = m_geometry.ToScreen(from, towards, m_port);
+        if (!on)
+            return;
+        const double dx = on->to.x - on->from.x, dy = on->to.y - on->from.y;
+        const double length = std::sqrt(dx * dx + dy * dy);
+        if (!(length > 0.0))
+            return;
+        const double ux = dx / length, uy = dy / length;
+        const Point tip = {on->from.x + ux * ARROW, on->from.y + uy * ARROW};
+        lines.push_back({kind, on->from, tip});
+        lines.push_back({kind, tip, {tip.x - (ux - uy * 0.6) * BARB, tip.y - (uy + ux * 0.6) * BARB}});
+        lines.push_back({kind, tip, {tip.x - (ux + uy * 0.6) * BARB, tip.y - (uy - ux * 0.6) * BARB}});
+    }
+
+    const ViewGeometry& Geometry() const { return m_geometry; }
+
+    std::vector<OverlayLine> lines;
+    std::vector<OverlayText> texts;
+
+private:
+    const ViewGeometry m_geometry;
+    const Port m_port;
+};
+
+// ---- what is drawn and culled ----
+
+void AddInstances(const ViewNote& note, Sketch& sketch)
+{
+    for (const InstanceNote& instance : note.instances)
+    {
+        const OverlayKind kind = instance.isDrawn ? OverlayKind::Drawn : OverlayKind::Culled;
+        const RoomArea& area = instance.area;
+        if (instance.hasArea)
+            sketch.Rectangle(kind, {area.left, area.top, area.right, area.bottom});
+        else
+            sketch.CrossAt(kind, {instance.x, instance.y}, CROSS);
+    }
+}
+
+// The area's height runs in the direction (sin A, cos A) of the room, its width in (cos A, -sin A).
+void AddArea(const ViewNote& note, Sketch& sketch)
+{
+    const double sine = GR_Sin(note.areaA * 0.017453292f), cosine = GR_Cos(note.areaA * 0.017453292f);
+    const double halfW = note.areaW * 0.5f, halfH = note.areaH * 0.5f;
+    const Point middle = {Wide(note.areaX) + halfW, Wide(note.areaY) + halfH};
+    std::vector<Point> corners;
+    for (const auto& [across, down] : {std::pair{-halfW, -halfH}, {halfW, -halfH}, {halfW, halfH}, {-halfW, halfH}})
+        corners.push_back({middle.x + across * cosine + down * sine, middle.y - across * sine + down * cosine});
+    sketch.Polygon(OverlayKind::Area, corners);
+}
+
+// ---- the camera's next step ----
+
+struct Axes
+{
+    AxisNote x, y;
+};
+
+// Where the centre may come to lie when the edges do within the two ranges. False where one is infinite.
+bool CentreBox(const EdgeRange& x, const EdgeRange& y, const Axes& axes, Box& box)
+{
+    const double halfW = axes.x.size * 0.5f, halfH = axes.y.size * 0.5f;
+    box = {Wide(x.low) + halfW, Wide(y.low) + halfH, Wide(x.high) + halfW, Wide(y.high) + halfH};
+    return std::max({std::abs(x.low), std::abs(y.low), std::abs(x.high), std::abs(y.high)}) < FAR_AWAY * 0.5f;
+}
+
+void AddRoom(const Axes& axes, Sketch& sketch)
+{
+    if (!axes.x.hasRoom || !axes.y.hasRoom)
+        return;
+    sketch.Rectangle(OverlayKind::Room,
+                     {0.0, 0.0, static_cast<double>(axes.x.roomSize), static_cast<double>(axes.y.roomSize)});
+    Box box;
+    if (CentreBox(StopsOf(axes.x), StopsOf(axes.y), axes, box))
+        sketch.Rectangle(OverlayKind::Stop, box);
+}
+
+void AddDeadZone(const Axes& axes, Sketch& sketch)
+{
+    const DeadZone x = DeadZoneOf(axes.x), y = DeadZoneOf(axes.y);
+    const double left = axes.x.edge, right = left + Wide(axes.x.size);
+    const double top = axes.y.edge, bottom = top + Wide(axes.y.size);
+    if (!x.empty && !y.empty)
+        return sketch.Rectangle(OverlayKind::DeadZone, {x.low, y.low, x.high, y.high});
+    for (const double edge : {x.low, x.high}) // one axis has a zone: its two margins, across the whole view
+        if (!x.empty)
+            sketch.Line(OverlayKind::DeadZone, {edge, top}, {edge, bottom});
+    for (const double edge : {y.low, y.high})
+        if (!y.empty)
+            sketch.Line(OverlayKind::DeadZone, {left, edge}, {right, edge});
+}
+
+void AddReach(const Axes& axes, Sketch& sketch)
+{
+    Box box;
+    const bool isLimited = axes.x.speed >= 0.0f || axes.y.speed >= 0.0f;
+    if (isLimited && CentreBox(ReachOf(axes.x), ReachOf(axes.y), axes, box))
+        sketch.Rectangle(OverlayKind::Reach, box);
+}
+
+void AddTarget(const CInstance& target, Sketch& sketch)
+{
+    const Point place = {target.x, target.y};
+    const Point floored = {std::floor(place.x), std::floor(place.y)};
+    sketch.CrossAt(OverlayKind::Target, place, CROSS * 1.5);
+    sketch.CrossAt(OverlayKind::Target, floored, CROSS * 0.5);
+    sketch.Line(OverlayKind::Target, floored, place);
+    sketch.Text(OverlayKind::Target, place, "target " + NumberText(target.x) + ", " + NumberText(target.y));
+    const std::string flooredText =
+        NumberText(static_cast<float>(floored.x)) + ", " + NumberText(static_cast<float>(floored.y));
+    sketch.Text(OverlayKind::Target, place, "floored " + flooredText, LINE_HEIGHT);
+}
+
+void AddFollowing(const CCamera& camera, Sketch& sketch)
+{
+    const Axes axes = {AxisNoteX(camera), AxisNoteY(camera)};
+    AddRoom(axes, sketch);
+    const CInstance* target = HasUpdateScript(camera) ? nullptr : camera.FindTarget();
+    if (target == nullptr)
+        return;
+    AddDeadZone(axes, sketch);
+    AddReach(axes, sketch);
+    AddTarget(*target, sketch);
+}
+
+// ---- directions, other cameras ----
+
+void AddUp(const CCamera& camera, Sketch& sketch)
+{
+    const auto centre = sketch.Geometry().RoomPoint(0.0, 0.0);
+    if (!centre)
+        return;
+    sketch.Arrow(OverlayKind::Up, *centre, {centre->x, centre->y - 1.0});
+    sketch.Text(OverlayKind::Up, *centre, "angle " + NumberText(camera.m_viewAngle));
+}
+
+void AddOther(const CCamera& camera, Sketch& sketch)
+{
+    const ViewGeometry geometry(camera.m_viewMat, camera.m_projMat);
+    const std::vector<Point> seen = geometry.Footprint();
+    if (seen.empty())
+        return;
+    sketch.Polygon(OverlayKind::OtherCamera, seen);
+    sketch.Text(OverlayKind::OtherCamera, seen.front(), "camera " + std::to_string(camera.GetID()));
+    const auto centre = geometry.RoomPoint(0.0, 0.0), top = geometry.RoomPoint(0.0, -0.5);
+    if (centre && top)
+        sketch.Arrow(OverlayKind::OtherCamera, *centre, *top);
+}
+
+// The whole plane, where a camera was never given a size, would be a frame without meaning.
+bool HasFrame(const CCamera& camera) { return camera.m_viewWidth > 0.0f && camera.m_viewHeight > 0.0f; }
+
+ViewOverlay OverlayOf(const ViewNote& note)
+{
+    Sketch sketch(note);
+    AddInstances(note, sketch);
+    const CCamera* own = PeekCamera(note.camera);
+    if (own != nullptr)
+        AddFollowing(*own, sketch);
+    AddArea(note, sketch);
+    for (int slot = 0; slot < g_CM.m_cameraListSize; ++slot)
+    {
+        const CCamera* other = g_CM.m_cameras[slot];
+        if (other != nullptr && other != own && HasFrame(*other))
+            AddOther(*other, sketch);
+    }
+    if (own != nullptr)
+        AddUp(*own, sketch);
+    return {note.view, note.camera, note.port, std::move(sketch.lines), std::move(sketch.texts)};
+}
+
+// Whether a target at that whole position leaves the edge alone.
+bool Keeps(const AxisNote& axis, double position)
+{
+    return StagesOf(axis, static_cast<float>(position)).border == axis.edge;
+}
+} // namespace
+
+const OverlayStyle& StyleOf(OverlayKind kind) { return STYLES[static_cast<size_t>(kind)]; }
+
+// The two ends are guessed and then asked for, since rounding decides near them.
+DeadZone DeadZoneOf(const AxisNote& axis)
+{
+    const double low = std::ceil(Wide(axis.edge) + Wide(axis.border));
+    const double high = std::floor(Wide(axis.edge) + Wide(axis.size) - Wide(axis.border));
+    DeadZone zone;
+    if (2.0f * axis.border >= axis.size) // the target is centred: the one place that keeps the edge is no zone
+        return zone;
+    if (!(std::abs(low) < LARGEST_UNIT && std::abs(high) < LARGEST_UNIT))
+        return zone;
+    for (double position = high + 2.0; position >= high - 2.0; position -= 1.0)
+        if (Keeps(axis, position))
+        {
+            zone.high = position + 1.0;
+            zone.empty = false;
+            break;
+        }
+    for (zone.low = low - 2.0; !zone.empty && zone.low < zone.high && !Keeps(axis, zone.low);)
+        zone.low += 1.0;
+    return zone;
+}
+
+EdgeRange ReachOf(const AxisNote& axis) { return {StagesOf(axis, -FAR_AWAY).speed, StagesOf(axis, FAR_AWAY).speed}; }
+
+EdgeRange StopsOf(const AxisNote& axis) { return {StagesOf(axis, -FAR_AWAY).room, StagesOf(axis, FAR_AWAY).room}; }
+
+std::vector<ViewOverlay> MakeOverlays(const FrameNotes& notes)
+{
+    std::vector<ViewOverlay> overlays;
+    for (const ViewNote& note : notes.Views())
+        if (note.surface == SCREEN_SURFACE)
+            overlays.push_back(OverlayOf(note));
+    return overlays;
+}
+} // namespace Runner

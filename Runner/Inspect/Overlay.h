@@ -1,0 +1,76 @@
+#pragma once
+// What the inspector draws over a view: lines and words in pixels of the screen, worked out by the functions that move
+// the camera and by the matrices that drew the view. No drawing happens here.
+
+#include "Runner/Inspect/Frame_Notes.h"
+#include "Runner/Inspect/View_Geometry.h"
+
+#include <string>
+#include <vector>
+
+namespace Runner
+{
+enum class OverlayKind
+{
+    Room,        // the room's edge
+    Stop,        // where the room stops the view: its centre stays inside
+    Area,        // published for culling
+    DeadZone,    // the target moves in it without moving the view
+    Reach,       // of the next step by the speed limit: the centre stays inside
+    Target,      // a cross, and one at its place after flooring
+    Drawn,       // an instance
+    Culled,      // an instance
+    Up,          // the room's upward direction
+    OtherCamera, // what it shows of the plane z = 0, with an arrow to the top of its picture
+};
+constexpr int OVERLAY_KINDS = 10;
+
+struct OverlayStyle
+{
+    const char* name; // in the legend
+    int red, green, blue;
+    float width; // pixels
+};
+const OverlayStyle& StyleOf(OverlayKind kind);
+
+struct OverlayLine
+{
+    OverlayKind kind;
+    Point from, to;
+};
+
+struct OverlayText
+{
+    OverlayKind kind;
+    Point at; // its top left corner
+    std::string text;
+};
+
+struct ViewOverlay
+{
+    int view, camera;
+    Port port; // nothing shows outside of it
+    std::vector<OverlayLine> lines;
+    std::vector<OverlayText> texts;
+};
+
+// The positions of a target, each taken down to a whole unit, between which the next step leaves the edge alone: from
+// low up to, but without, high. empty: every position moves the view.
+struct DeadZone
+{
+    bool empty = true;
+    double low = 0.0, high = 0.0;
+};
+DeadZone DeadZoneOf(const AxisNote& axis);
+
+// The edges that a step can reach, and those at which the room alone would stop it. Infinite where nothing stops it.
+struct EdgeRange
+{
+    float low, high;
+};
+EdgeRange ReachOf(const AxisNote& axis);
+EdgeRange StopsOf(const AxisNote& axis);
+
+// For each view of the frame that was drawn on the screen, in the order of drawing.
+std::vector<ViewOverlay> MakeOverlays(const FrameNotes& notes);
+} // namespace Runner

@@ -1,0 +1,222 @@
+// What the inspector says of a camera.
+#include "Runner/Inspect/Lua_Lines.h"
+#include "Runner/Inspect/Number_Text.h"
+#include "Runner/Inspect/Step_Reason.h"
+#include "Runner/World/Camera_Callbacks.h"
+#include "Tests/Runner/Inspect/Inspect_Support.h"
+
+#include <gmock/gmock.h>
+
+#include <cmath>
+
+namespace
+{
+using namespace Runner;
+using testing::ElementsAre;
+using testing::HasSubstr;
+
+TEST(NumberText, IsTheShortestThatReadsBackAsTheSame)
+{
+    EXPECT_EQ(NumberText(812.4f), "812.4");
+    EXPECT_EQ(NumberText(0.1f), "0.1");
+    EXPECT_EQ(NumberText(16777216.0f), "16777216");
+    EXPECT_EQ(NumberText(1.0f / 3.0f), "0.33333334");
+    EXPECT_EQ(NumberText(540.0f), "540") << "not 5.4e+02";
+    EXPECT_EQ(NumberText(1e30f), "1e+30");
+    EXPECT_EQ(NumberText(NAN), "nan");
+}
+
+TEST(NumberText, IsAnExpressionOfTheSameNumberForLua)
+{
+    EXPECT_EQ(LuaNumber(-0.0f), "-0.0") << "-0 is a whole number, and that has no minus zero";
+    EXPECT_EQ(LuaNumber(0.0f), "0");
+    EXPECT_EQ(LuaNumber(INFINITY), "math.huge");
+    EXPECT_EQ(LuaNumber(-INFINITY), "-math.huge");
+    EXPECT_EQ(LuaNumber(NAN), "(0/0)");
+}
+
+class Inspector : public RunnerTest::InspectTest
+{
+};
+
+// 812 + 80 - 320 = 572; 860 - 320 = 540; 530 + 6 = 536. Down, the dead zone of 0 + 40 to 180 - 40 holds 90.
+TEST_F(Inspector, TellsAStepInWordsAndNumbers)
+{
+    ASSERT_EQ(Watch(RunnerTest::FOLLOWING_GAME), "");
+    EXPECT_THAT(
+        Panel().reason,
+        ElementsAre("it follows instance 100000 of player",
+                    "x: target 812.4, floored 812; right border wants 572; room allows 540; speed allows 536; "
+                    "moves by 6",
+                    "y: target 90, floored 90; the dead zone keeps 0; room allows 0; speed allows 0; stays at 0"));
+}
+
+TEST_F(Inspector, NamesTheOtherBordersAndTheLackOfAZoneALimitAndARoom)
+{
+    AxisNote axis = {530.0f, 320.0f, 80.0f, -1.0f, false, 0, {}, 489.0f};
+    axis.stages = StagesOf(axis, 569.5f);
+    EXPECT_EQ(FollowText(axis, DOWN), "y: target 569.5, floored 569; top border wants 489; without a room, allowed is "
+                                      "489; no speed limit; moves by -41");
+    axis.border = 160.0f;
+    axis.stages = StagesOf(axis, 900.0f);
+    EXPECT_THAT(FollowText(axis, ACROSS), HasSubstr("no dead zone, so that the centre wants 740"));
+}
+
+TEST_F(Inspector, TellsWhyNothingWasFollowed)
+{
+    ASSERT_EQ(Watch("room_add{ views = { [0] = {} } }"), "");
+    EXPECT_THAT(Panel().reason, ElementsAre("it follows nothing, and no script moved it in its update"));
+    ASSERT_EQ(Watch("local o = object_add{} room_add{ views = { [0] = { target = o } } }"), "");
+    EXPECT_THAT(Panel().reason, ElementsAre("its target 0 stands for no active instance"));
+}
+
+TEST_F(Inspector, NamesTheLineOfAnUpdateCallbackAndWhatItDid)
+{
+    ASSERT_EQ(Watch("room_add{ views = { [0] = { x = 5 } }, create = function()\n"
+                    "camera_set_update_script(view_get_camera(0), function()\n"
+                    "camera_set_view_pos(camera_current(), 7, 8) end) end }"),
+              "");
+    EXPECT_THAT(Panel().reason, ElementsAre("its update callback ran instead of following: main.lua:2",
+                                            "x: from 5 to 7", "y: from 0 to 8"));
+    EXPECT_EQ(Row("callbacks", "update").value, "function at main.lua:2");
+    EXPECT_EQ(Row("callbacks", "begin").value, "none");
+    EXPECT_THAT(Row("registry", "proxy").value, HasSubstr("collector slot "));
+}
+
+TEST_F(Inspector, TellsWhatWasSetAfterTheUpdate)
+{
+    ASSERT_EQ(Watch("room_add{ views = { [0] = {} }, draw = function()\n"
+                    "camera_set_view_pos(view_get_camera(0), 3, 0) end }"),
+              "");
+    EXPECT_THAT(Panel().reason, testing::Contains("x: after the update it was set to 3"));
+}
+
+TEST_F(Inspector, SaysThatACameraWithoutAViewHadNoUpdate)
+{
+    ASSERT_EQ(Watch("room_add{ views = { [0] = {} }, create = function() other = camera_create() end,\n"
+                    "step = function() log(tostring(other)) end }"),
+              "");
+    const int other = static_cast<int>(Panel().cameras.back().id);
+    EXPECT_THAT(Panel(other).reason, ElementsAre("no view was drawn through it in this frame, so it had no update"));
+}
+
+TEST_F(Inspector, ListsEveryCameraAndSelectsTheFirstThatDrew)
+{
+    ASSERT_EQ(Watch(RunnerTest::FOLLOWING_GAME), "");
+    const PanelContent panel = Panel();
+    ASSERT_EQ(panel.cameras.size(), 2u) << "the default camera and the view's";
+    EXPECT_EQ(panel.cameras[0].text, "0: the default camera");
+    EXPECT_EQ(panel.cameras[1].text, "1: view 0, follows 0 (player, now 100000)");
+    EXPECT_EQ(panel.selected, 1);
+    EXPECT_EQ(Panel(0).selected, 0);
+    EXPECT_EQ(Panel(77).selected, 1) << "no such camera";
+}
+
+TEST_F(Inspector, GivesEachPropertyItsValueUnitMeaningAndSetter)
+{
+    ASSERT_EQ(Watch(RunnerTest::FOLLOWING_GAME), "");
+    const PanelRow x = Row("view", "x");
+    EXPECT_EQ(x.value, "536");
+    EXPECT_STREQ(x.unit, "room units");
+    EXPECT_EQ(x.meaning, "left edge of the view, room units");
+    EXPECT_EQ(x.setBy, "camera_set_view_pos");
+    EXPECT_EQ(Row("following", "border_x").value, "80");
+    EXPECT_EQ(Row("following", "target").value, "0 (player, now 100000)");
+    EXPECT_EQ(Row("flags", "flat").value, "yes");
+    EXPECT_EQ(Row("flags", "dirty").value, "no");
+    EXPECT_EQ(Row("flags", "clone").value, "no");
+    EXPECT_EQ(Row("registry", "slot").value, "1");
+    EXPECT_EQ(Row("registry", "proxy").value, "none");
+    EXPECT_EQ(Row("matrices", "projection").value, "0.00625  0  0  0") << "2 / 320";
+}
+
+// ---- changes by hand ----
+
+TEST_F(Inspector, AChangeByHandIsWhatTheScriptFunctionDoes)
+{
+    ASSERT_EQ(Watch(RunnerTest::FOLLOWING_GAME), "");
+    CCamera& camera = *g_CM.GetCamera(1);
+    EXPECT_TRUE(Apply({1, 1, "speed_x", 2.0f}));
+    EXPECT_EQ(camera.m_viewSpeedX, 2.0f);
+    EXPECT_FALSE(camera.IsViewDirty());
+    EXPECT_TRUE(Apply({1, 1, "x", 100.0f}));
+    EXPECT_EQ(camera.m_viewX, 100.0f);
+    EXPECT_TRUE(camera.IsViewDirty());
+    EXPECT_TRUE(Apply({1, 1, "target", -1.0f}));
+    EXPECT_EQ(camera.m_targetInstance, -1);
+    EXPECT_FALSE(Apply({1, 1, "colour", 1.0f}));
+    EXPECT_FALSE(Apply({1, 5, "x", 1.0f}));
+}
+
+TEST_F(Inspector, EveryChangeableRowCanBeFoundByItsName)
+{
+    for (const CameraField& field : CAMERA_FIELDS)
+        EXPECT_EQ(FindCameraField(field.name), &field);
+}
+
+// ---- the lines of Lua ----
+
+class LuaOfACamera : public Inspector, public testing::WithParamInterface<const char*>
+{
+};
+
+// Everything but the identifier, the callbacks that are functions and what no script can set.
+void ExpectSameRecord(const CCamera& made, const CCamera& wanted)
+{
+    const auto expectSame = [](const kvMatrix& a, const kvMatrix& b, const char* what)
+    { EXPECT_EQ(std::memcmp(a.m, b.m, sizeof a.m), 0) << what; };
+    expectSame(made.m_viewMat, wanted.m_viewMat, "view");
+    expectSame(made.m_projMat, wanted.m_projMat, "projection");
+    expectSame(made.m_viewProjMat, wanted.m_viewProjMat, "product");
+    expectSame(made.m_invViewMat, wanted.m_invViewMat, "inverse view");
+    expectSame(made.m_invProjMat, wanted.m_invProjMat, "inverse projection");
+    expectSame(made.m_invViewProjMat, wanted.m_invViewProjMat, "inverse product");
+    EXPECT_EQ(std::memcmp(&made.m_viewX, &wanted.m_viewX, 9 * sizeof(float)), 0) << "x, y, size, speed, border, angle";
+    EXPECT_EQ(made.m_targetInstance, wanted.m_targetInstance);
+    EXPECT_EQ(made.m_is2D, wanted.m_is2D);
+    EXPECT_EQ(made.m_isViewDirty, wanted.m_isViewDirty);
+}
+
+// The test's scripts make a camera; the lines of the first game, run in a fresh one, make the same.
+TEST_P(LuaOfACamera, MakesTheSameCameraInAFreshGame)
+{
+    ASSERT_EQ(Run(GetParam()), "");
+    const CCamera* camera = PeekCamera(1);
+    ASSERT_NE(camera, nullptr);
+    const std::string lines = LuaLines(*camera);
+    CCamera wanted;
+    wanted.CopyFrom(g_CM.GetCamera(1));
+    wanted.CopyViewFrom(*camera);
+    wanted.m_is2D = camera->m_is2D;
+    wanted.m_isViewDirty = camera->m_isViewDirty;
+    int number = -1;
+    const bool isNumber = ScriptNumberOf(camera->m_beginScript, number);
+    ASSERT_EQ(Run("script_add(function() end) " + lines), "") << lines;
+    const CCamera* made = PeekCamera(1);
+    ASSERT_NE(made, nullptr) << lines;
+    ExpectSameRecord(*made, wanted);
+    int madeNumber = -1;
+    EXPECT_EQ(ScriptNumberOf(made->m_beginScript, madeNumber), isNumber);
+    EXPECT_EQ(madeNumber, number) << lines;
+}
+
+INSTANTIATE_TEST_SUITE_P(All, LuaOfACamera,
+                         testing::Values("camera_create_view(530, 0.1, 320, 180, 12.5, 100007, 6, -1, 80, 40)",
+                                         "camera_create_view(-0.0, 1e-45, 1/3, 1e30, -0.0, -1, math.huge, 0, -5, 2.5)",
+                                         "local c = camera_create_view(0, 0, 64, 48) camera_set_view_pos(c, 5, 6)",
+                                         "camera_create()",
+                                         "local c = camera_create_view(1, 2, 64, 48)\n"
+                                         "camera_set_proj_mat(c, matrix_perspective(60, 1.5, 1, 1000))",
+                                         "local c = camera_create_view(1, 2, 64, 48)\n"
+                                         "camera_set_view_mat(c, matrix_look_at(0, 0, -100, 5, 6, 7, 0, 1, 0))\n"
+                                         "camera_set_view_pos(c, 9, 9)",
+                                         "script_add(function() end) local c = camera_create_view(1, 2, 3, 4) "
+                                         "camera_set_begin_script(c, 0)"));
+
+TEST_F(Inspector, AFunctionInACallbackIsACommentWithItsLine)
+{
+    ASSERT_EQ(Run("local c = camera_create_view(1, 2, 3, 4)\ncamera_set_end_script(c, function() end)"), "");
+    EXPECT_THAT(LuaLines(*PeekCamera(1)),
+                HasSubstr("\n-- camera_set_end_script(camera, ...) with the function at main.lua:3\n"));
+}
+} // namespace
