@@ -9,9 +9,9 @@
 // Angles     degrees in every interface; RADIANS_PER_DEGREE converts them.
 // Floats     strictly 32 bits, no fused or reordered operations (Strict_Float.h).
 //
-// The builders are the host's. Each entry lies within 4 units in the last place of its definition; of a sum, in the last
-// place of its largest term. A host whose saves and traces shall agree with other machines keeps the reference's bits
-// as well, which come from one order of operations, each rounded to float:
+// The builders are the host's. Each entry lies within 4 units in the last place of its definition; of a sum, in the
+// last place of its largest term. A host whose saves and traces shall agree with other machines keeps the reference's
+// bits as well, which come from one order of operations, each rounded to float:
 //   entries     from left to right as they are written below: 2n/w is (2 * n) / w, nf/(n-f) is (n * f) / (n - f)
 //   sums        over rows, columns and x, y, z from left to right: ((a1 * b1 + a2 * b2) + a3 * b3) + a4 * b4
 //   norm(v)     each component divided by sqrt((x * x + y * y) + z * z); no product with a reciprocal

@@ -68,7 +68,7 @@ struct RValue
     int64_t asInt64() const;       // of a VALUE_INT64 all 64 bits
     double asReal() const;         // the number of a real, an integer or a bool
     bool asBool() const;           // true above one half
-    CInstance* asObject() const; // null unless the value is an instance
+    CInstance* asObject() const;   // null unless the value is an instance
 };
 
 struct KvRValue : RValue

@@ -23,11 +23,12 @@ class KvObjectBase
 public:
     KvObjectBase(int variableCount, int variableMask); // unplaced: m_slot -1
 
-    virtual ~KvObjectBase(); // gives its slot back
+    virtual ~KvObjectBase();                            // gives its slot back
     virtual RValue* InternalGetKvVarRef(int variable);  // for reading; null when the object has no such variable
     virtual RValue* InternalGetKvVarRefL(int variable); // for writing
     // Marks this object in the mark bits, one bit a slot, and what it refers to. False: already marked, or outside.
-    // The marks are count words of 32 slots each, the lowest slot in the lowest bit. An object without a slot is outside.
+    // The marks are count words of 32 slots each, the lowest slot in the lowest bit. An object without a slot is
+    // outside.
     virtual bool Mark4GC(uint32_t* marks, int count);
     virtual bool MarkThisOnly4GC(uint32_t* marks, int count);
     virtual bool MarkOnlyChildren4GC(uint32_t* marks, int count);
@@ -61,7 +62,7 @@ extern int g_GCrangestart; // slots [start, end) are being swept now: nothing ma
 extern int g_GCrangeend;
 extern bool g_fGarbageCollection; // false: objects are freed by hand
 
-int GetNewObjGCGen(); // the generation of objects made now
+int GetNewObjGCGen();                       // the generation of objects made now
 void AddGlobalObject(KvObjectBase* object); // a root until removed
 void RemoveGlobalObject(KvObjectBase* object);
 void AddGCRefRValue(RValue* value); // while marking: what the value refers to is alive

@@ -7,9 +7,6 @@ namespace Runner
 {
 namespace
 {
-constexpr int COLUMNS = 4;
-constexpr int ROWS = 3;
-constexpr int FRAMES = COLUMNS * ROWS;
 constexpr int GAP = 8; // pixels around and between the frames
 constexpr int THUMB_WIDTH = 400;
 
@@ -24,11 +21,11 @@ Size ThumbSize(const Picture& picture)
     return {width, std::max(1, picture.height * width / picture.width)};
 }
 
-Picture EmptySheet(Size thumb)
+Picture EmptySheet(Size thumb, int columns, int rows)
 {
     Picture sheet;
-    sheet.width = COLUMNS * (thumb.width + GAP) + GAP;
-    sheet.height = ROWS * (thumb.height + GAP) + GAP;
+    sheet.width = columns * (thumb.width + GAP) + GAP;
+    sheet.height = rows * (thumb.height + GAP) + GAP;
     sheet.rgba.assign(sheet.Offset(0, sheet.height), 0);
     for (size_t alpha = 3; alpha < sheet.rgba.size(); alpha += 4)
         sheet.rgba[alpha] = 255;
@@ -59,10 +56,10 @@ void PutThumb(const Picture& from, Picture& sheet, int left, int top, Size thumb
 }
 } // namespace
 
-// The run is divided into twelve equal parts; the first frame of each is wanted.
+// The run is divided into equal parts; the first frame of each is wanted.
 bool ContactSheet::Wants(int frame) const
 {
-    const auto part = [this](int64_t number) { return number * FRAMES / m_frames; };
+    const auto part = [this](int64_t number) { return number * m_columns * m_rows / m_frames; };
     return frame == 0 || part(frame) != part(frame - 1);
 }
 
@@ -70,11 +67,11 @@ void ContactSheet::Add(const Picture& picture)
 {
     const Size thumb = ThumbSize(picture);
     if (m_count == 0)
-        m_sheet = EmptySheet(thumb);
-    if (m_count == FRAMES)
+        m_sheet = EmptySheet(thumb, m_columns, m_rows);
+    if (m_count == m_columns * m_rows)
         return;
-    PutThumb(picture, m_sheet, GAP + m_count % COLUMNS * (thumb.width + GAP),
-             GAP + m_count / COLUMNS * (thumb.height + GAP), thumb);
+    PutThumb(picture, m_sheet, GAP + m_count % m_columns * (thumb.width + GAP),
+             GAP + m_count / m_columns * (thumb.height + GAP), thumb);
     ++m_count;
 }
 } // namespace Runner

@@ -154,6 +154,12 @@ constexpr Option OPTIONS[] = {
          options.anyway = true;
          return std::string();
      }},
+    {"--compare", "GAME",
+     "play a recording with this game, too, and write six frames of each as one\n"
+     "picture: comparison.png, or what --contact-sheet names",
+     [](RunOptions& options, const Values& values) { return ReadName(values[0], options.compare); }},
+    {"--watch", "", "in a window: start the game anew when its files change, up to the same frame",
+     [](RunOptions& options, const Values&) { return SetFlag(options.watch); }},
     {"--input", "FILE", "keys, mouse and gamepads from a text (Docs/Recordings.md)",
      [](RunOptions& options, const Values& values) { return ReadName(values[0], options.input); }},
     {"--settings", "FILE",
@@ -294,14 +300,14 @@ private:
         FitToWindow();
         if (m_result != ParseResult::Play)
             return;
-        const std::pair<const char*, bool> pictures[] = {{"--every", m_options.every > 0},
-                                                         {"--screenshot", !m_options.screenshot.empty()},
-                                                         {"--contact-sheet", !m_options.contactSheet.empty()}};
         if (m_options.inspect && !m_options.game.draw)
             return Refuse("--inspect draws over pictures, and --no-draw makes none: leave one of them out");
         CheckReplay();
         if (m_result == ParseResult::Wrong)
             return;
+        const std::pair<const char*, bool> pictures[] = {{"--every", m_options.every > 0},
+                                                         {"--screenshot", !m_options.screenshot.empty()},
+                                                         {"--contact-sheet", !m_options.contactSheet.empty()}};
         bool any = !m_options.replay.empty();
         for (const auto& [name, isWanted] : pictures)
         {
@@ -325,8 +331,14 @@ private:
                 return Refuse(std::string(name) + " and --replay: a recording has its own, leave one of them out");
         if (!m_options.menu.empty() && !(m_options.replay + m_options.record + m_options.input).empty())
             return Refuse("--menu chooses games, and a recording or a text of inputs is of one: name the game");
-        if (m_options.anyway && m_options.replay.empty())
-            Refuse("--anyway is for --replay");
+        if (m_options.replay.empty() && (m_options.anyway || !m_options.compare.empty()))
+            return Refuse(std::string(m_options.anyway ? "--anyway" : "--compare") + " is for --replay");
+        if (m_options.watch && (!m_options.window || !m_options.replay.empty()))
+            return Refuse("--watch is for a game that somebody plays: give --window, and no --replay");
+        if (!m_options.compare.empty() && m_options.contactSheet.empty())
+            m_options.contactSheet = "comparison.png";
+        if (!m_options.compare.empty() && m_options.window)
+            Refuse("--compare writes a picture, without --window");
     }
 
     // A window ends when it is closed, and a script in it must come back.

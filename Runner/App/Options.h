@@ -48,6 +48,8 @@ struct RunOptions
     std::string input;   // a text of what is pressed and moved
     std::string record;  // where to keep what enters the game
     std::string replay;  // what to play again
+    std::string compare; // another version of the game, which the recording is played with, too
+    bool watch = false;  // starts the game anew when its files change, in a window
     bool anyway = false; // replays a game that has changed since
 };
 

@@ -193,7 +193,7 @@ private:
 };
 } // namespace
 
-bool ShowErrorPage(Window& window, const FailureReport& report)
+bool ShowErrorPage(Window& window, const FailureReport& report, const std::function<bool()>& isMended)
 {
     Panel panel(window, PAGE);
     const auto again = static_cast<size_t>(FindKey("r"));
@@ -201,10 +201,27 @@ bool ShowErrorPage(Window& window, const FailureReport& report)
     {
         panel.Draw([&report](Painter& painter) { PaintError(painter, report); });
         panel.ShowAlone();
-        if (PageInput(window).names.pressed[again])
+        if (PageInput(window).names.pressed[again] || (isMended != nullptr && isMended()))
             return true;
     }
     return false;
+}
+
+bool ShowProgressPage(Window& window, Panel& panel, const std::string& what, int done, int all)
+{
+    const float part = static_cast<float>(done) / static_cast<float>(std::max(1, all));
+    panel.Draw(
+        [&what, part](Painter& painter)
+        {
+            painter.SetColour(TEXT_COLOUR);
+            painter.Text(MARGIN, 8.0f, what + ", Escape ends it");
+            painter.Rectangle(MARGIN, 30.0f, 300.0f, 44.0f, true);
+            painter.Rectangle(MARGIN, 30.0f, MARGIN + 280.0f * part, 44.0f);
+        });
+    panel.ShowAlone();
+    window.Poll(0);
+    const bool isCancelled = window.TakeInput().names.pressed[static_cast<size_t>(FindKey("escape"))];
+    return !isCancelled && !IsOver(window);
 }
 
 std::vector<MenuEntry> FindGames(const std::string& directory)

@@ -4,10 +4,17 @@
 #include "Runner/App/Panel.h"
 #include "Runner/Game/Failure_Report.h"
 
+#include <functional>
+
 namespace Runner
 {
-// Shows what went wrong until the user presses R: true, or closes the window or interrupts the run: false.
-bool ShowErrorPage(Window& window, const FailureReport& report);
+// Shows what went wrong until the user presses R, or isMended answers true: true, or until the user closes the window
+// or interrupts the run: false. isMended: asked now and then; null for never.
+bool ShowErrorPage(Window& window, const FailureReport& report, const std::function<bool()>& isMended = nullptr);
+
+// Shows how far work has come that the user waits for. False: the user has pressed Escape or closed the window.
+bool ShowProgressPage(Window& window, Panel& panel, const std::string& what, int done, int all);
+constexpr PixelSize PROGRESS_PAGE = {320, 60};
 
 // A game of the menu: DIRECTORY/NAME/NAME.lua, with its picture DIRECTORY/NAME/menu.png if there is one.
 struct MenuEntry

@@ -47,9 +47,15 @@ void Panel::ShowOver(const Port& game)
     Port where = box.Where();
     where.x = game.x + (game.width - where.width) / 2;
     where.y = game.y + (game.height - where.height) / 2;
+    ShowAt(where);
+}
+
+void Panel::ShowAt(const Port& where)
+{
     const PixelSize window = m_window.Pixels();
+    const bool isWhole = where.width % m_size.width == 0 && where.height % m_size.height == 0;
     if (m_painter != nullptr)
-        m_painter->Show({where, window.width, window.height, !box.IsWhole(), false});
+        m_painter->Show({where, window.width, window.height, !isWhole, false});
 }
 
 std::vector<std::string> Wrapped(const std::string& line, size_t characters)

@@ -22,6 +22,8 @@ public:
     void ShowAlone();                // fills the window, letterboxed
     void ShowOver(const Port& game); // in the middle of the game, at most as large as it
 
+    void ShowAt(const Port& where); // stretched over that part of the window
+
     PixelSize Size() const { return m_size; }
 
 private:

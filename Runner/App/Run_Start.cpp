@@ -4,12 +4,15 @@
 #include "Runner/Base/Printable.h"
 #include "Runner/Base/Whole_File.h"
 #include "Runner/Input/Input_Script.h"
+#include "Runner/Inspect/Camera_Fields.h"
 #include "Runner/Save/Save_File.h"
 
 #include <algorithm>
 
 namespace Runner
 {
+void ApplyByHand(const HandChange& change) { Apply(CameraChange{0, change.camera, change.field, change.value}); }
+
 bool RunStart::Open(RunOptions& options, std::string& why)
 {
     if (!OpenReplay(options, why) || !OpenInput(options.input, why) || !OpenSave(options, why) ||
@@ -43,7 +46,7 @@ bool RunStart::OpenReplay(RunOptions& options, std::string& why)
         options.game.width = m_recording.head.width;
         options.game.height = m_recording.head.height;
     }
-    m_replay = std::make_unique<Replay>(m_recording);
+    m_replay = std::make_unique<Replay>(m_recording, 0, ApplyByHand);
     m_player = m_replay.get();
     options.game.journal = m_replay.get();
     return true;

@@ -8,6 +8,9 @@
 
 namespace Runner
 {
+// Makes a change of a recording in the running game.
+void ApplyByHand(const HandChange& change);
+
 // What a run starts from, who plays it, and what is kept of it: --load, --replay, --input, --settings, --record.
 class RunStart
 {
@@ -16,9 +19,10 @@ public:
     // in one line.
     bool Open(RunOptions& options, std::string& why);
 
-    const SavedState* Saved() const { return m_saved.get(); } // null for a new game
-    InputSource* Player() { return m_player; }                // of a recording or a text; null: the user, or nobody
-    void ShowNotice(FILE* err) const;                         // a line for the user, if there is one
+    const SavedState* Saved() const { return m_saved.get(); }                 // null for a new game
+    const std::vector<uint8_t>& SaveContent() const { return m_saveContent; } // of its file; empty for a new game
+    InputSource* Player() { return m_player; } // of a recording or a text; null: the user, or nobody
+    void ShowNotice(FILE* err) const;          // a line for the user, if there is one
 
     // Before the first frame: whether the game is the one that was recorded. False, and why in one line; true with a
     // notice when the user goes on anyway.

@@ -1,6 +1,7 @@
 // A whole run: from the command line to the exit status.
 
 #include "Runner/Api/Api.h"
+#include "Runner/App/Comparison.h"
 #include "Runner/App/Interrupt.h"
 #include "Runner/App/Options.h"
 #include "Runner/App/Run_Start.h"
@@ -51,11 +52,18 @@ Outcome StartAndPlay(const RunOptions& asked, FILE* err)
     return outcome;
 }
 
+Outcome Start(const RunOptions& options, FILE* err)
+{
+    if (options.window)
+        return PlayInWindow(options, err);
+    return options.compare.empty() ? StartAndPlay(options, err) : Compare(options, err);
+}
+
 int PlayAndCheck(const RunOptions& options, FILE* err)
 {
     const size_t blocksBefore = CurrentMemoryUse().blocks;
     const InterruptHandler interruptHandler;
-    const Outcome outcome = options.window ? PlayInWindow(options, err) : StartAndPlay(options, err);
+    const Outcome outcome = Start(options, err);
     if (!outcome.line.empty())
         return Complain(err, outcome.line, outcome.status);
     if (outcome.status != EXIT_DONE)

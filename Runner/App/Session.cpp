@@ -66,6 +66,8 @@ bool Session::PlayFrame(int frame, const InputFrame& seen)
     if (!m_game.Frame(seen))
         return false;
     ++m_whole;
+    if (onFrame != nullptr)
+        onFrame(frame);
     std::string why;
     const bool isSaveDue = m_options.saveAt.first == m_whole;
     m_isSaved = m_isSaved || isSaveDue;

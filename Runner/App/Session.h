@@ -7,6 +7,7 @@
 #include "Runner/App/Watching.h"
 #include "Runner/Input/Input_Source.h"
 
+#include <functional>
 #include <string>
 
 namespace Runner
@@ -34,6 +35,8 @@ public:
     // A signal ends it after the frame, and a script that does not come
     // back is ended; either way what was asked for at the end is written.
     Outcome Play();
+
+    std::function<void(int frame)> onFrame; // after each frame that was played whole, counted from 0; null for nothing
 
 private:
     bool Start();

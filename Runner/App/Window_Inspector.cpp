@@ -65,7 +65,11 @@ void WindowInspector::FrameBegins(const Game& /*game*/)
 void WindowInspector::Take(const CameraChange& change)
 {
     const Painter* painter = m_game.CurrentPainter();
-    if (Apply(change) && m_preview != nullptr)
+    if (!Apply(change))
+        return;
+    if (onChange != nullptr)
+        onChange(change);
+    if (m_preview != nullptr)
         m_preview->Show(change.camera, painter->ScreenWidth(), painter->ScreenHeight());
 }
 

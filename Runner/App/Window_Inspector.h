@@ -22,7 +22,8 @@ public:
     WindowInspector(const WindowInspector&) = delete;
     WindowInspector& operator=(const WindowInspector&) = delete;
 
-    void Toggle() { m_isWanted = !m_isWanted; } // with the next Draw
+    void Toggle() { m_isWanted = !m_isWanted; }               // with the next Draw
+    std::function<void(const CameraChange& change)> onChange; // after one has been made by hand; null for nobody
     void Draw(const Port& game); // where the game's screen stands in the window. Nothing while it is closed
 
 private:

@@ -1,12 +1,15 @@
 #include "Runner/App/Window_Run.h"
 
 #include "Runner/Api/Api.h"
+#include "Runner/App/Live_Run.h"
 #include "Runner/App/Pages.h"
 #include "Runner/App/Run_Start.h"
 #include "Runner/App/Window_Inspector.h"
 #include "Runner/App/Window_Stage.h"
 #include "Runner/Draw/Device.h"
 #include "Runner/Host/Files.h"
+
+#include <utility>
 
 namespace Runner
 {
@@ -74,9 +77,18 @@ private:
             if (outcome.line.empty() || ScriptEngine::Interrupted())
                 return outcome;
             std::fprintf(m_err, "runner: %s\n", outcome.line.c_str());
-            if (!ShowErrorPage(m_window, report))
+            if (!std::exchange(m_wantsAgain, false) && !ShowErrorPage(m_window, report))
                 return {"", EXIT_GAME_ERROR};
         }
+    }
+
+    Outcome PlayLive(const RunOptions& options, const RunStart& start, FailureReport& report)
+    {
+        LiveRun run(options, m_window, start.SaveContent(), m_err);
+        const Outcome outcome = run.Play(report);
+        m_wantsAgain = run.WantsAgain();
+        report.line = outcome.line;
+        return outcome;
     }
 
     // report: filled when the outcome has a line.
@@ -92,6 +104,8 @@ private:
             report.line = why;
             return {why, EXIT_GAME_ERROR};
         }
+        if (LiveRun::Fits(options))
+            return PlayLive(options, start, report);
         Game game(options.game, OpenApi);
         WindowStage stage(m_window, game, options.keys, start.Player());
         WindowInspector inspector(m_window, game);
@@ -114,6 +128,7 @@ private:
     Window& m_window;
     FILE* m_err;
     WindowInspector* m_inspector = nullptr; // of the game that is played
+    bool m_wantsAgain = false; // the error page has been shown, and the game is to start again
 };
 } // namespace
 

@@ -3,14 +3,20 @@
 #include "Runner/Draw/Device.h"
 #include "Runner/Input/Input_Names.h"
 
+#include <algorithm>
 #include <chrono>
 #include <thread>
+#include <utility>
 
 namespace Runner
 {
 namespace
 {
-constexpr PixelSize PANEL_SIZE = {360, 98};
+constexpr PixelSize PANEL_SIZE = {360, 154};
+constexpr PixelSize BAR_SIZE = {640, 20};
+constexpr float BAR_PART = 0.06f; // of the game's height that takes the mouse for the bar
+constexpr int SLOW_STEPS = 4;     // for one frame in slow motion
+constexpr int REWIND_FRAMES = 5 * STEPS_PER_SECOND;
 constexpr float LINE = 14.0f;
 constexpr int UNSHOWN_LIMIT = 5;          // frames played one after the other without showing one
 constexpr int STANDING_MILLISECONDS = 30; // between two looks at a window that stands still
@@ -18,8 +24,8 @@ constexpr int64_t MILLISECOND = NANOSECONDS / 1000;
 } // namespace
 
 WindowStage::WindowStage(Window& window, Game& game, const RunnerKeys& keys, InputSource* player)
-    : m_window(window), m_game(game), m_player(player), m_keys(keys), m_panel(window, PANEL_SIZE),
-      m_clock(STEPS_PER_SECOND, window.Now())
+    : m_window(window), m_game(&game), m_player(player), m_keys(keys), m_panel(window, PANEL_SIZE),
+      m_bar(window, BAR_SIZE), m_clock(STEPS_PER_SECOND, window.Now())
 {
 }
 
@@ -45,10 +51,34 @@ void WindowStage::ShowPanel(const Port& game)
     m_panel.ShowOver(game);
 }
 
+// While a game with a time stands, its known frames as a bar along the lower edge.
+void WindowStage::ShowBar(const Port& game)
+{
+    if (time == nullptr || !m_isPaused)
+        return;
+    const int frames = std::max(1, time->Frames());
+    const float part = static_cast<float>(time->Position()) / static_cast<float>(frames);
+    m_bar.Draw(
+        [this, part](Painter& painter)
+        {
+            const auto width = static_cast<float>(BAR_SIZE.width), height = static_cast<float>(BAR_SIZE.height);
+            painter.SetColour(0x806040);
+            painter.Rectangle(0.0f, 0.0f, width * part, height);
+            painter.SetColour(0x80E0FF);
+            painter.Rectangle(width * part - 2.0f, 0.0f, width * part + 2.0f, height);
+            painter.SetColour(0xFFFFFF);
+            painter.Text(8.0f, 4.0f,
+                         "frame " + std::to_string(time->Position()) + " of " + std::to_string(time->Frames()));
+        });
+    const int height = std::max(1, game.width * BAR_SIZE.height / BAR_SIZE.width);
+    m_bar.ShowAt({game.x, game.y + game.height - height, game.width, height});
+}
+
 void WindowStage::ShowFrame()
 {
     m_unshown = 0;
-    Painter* const painter = m_game.CurrentPainter();
+    m_window.Show({m_game->ScreenWidth(), m_game->ScreenHeight()});
+    Painter* const painter = m_game->CurrentPainter();
     if (painter == nullptr || !m_window.IsVisible())
         return;
     const Letterbox box = m_window.Box();
@@ -56,6 +86,7 @@ void WindowStage::ShowFrame()
     painter->Show({box.Where(), window.width, window.height, !box.IsWhole(), true});
     if (overlay != nullptr)
         overlay(box.Where());
+    ShowBar(box.Where());
     ShowPanel(box.Where());
     m_window.Swap();
 }
@@ -66,16 +97,48 @@ void WindowStage::TakeCommands()
 {
     Command command = Command::Help;
     while (m_window.TakeCommand(command))
-        switch (command)
-        {
-        case Command::Help: m_isHelping = !m_isHelping; break;
-        case Command::Pause: m_isPaused = !m_isPaused; break;
-        case Command::Fullscreen: m_window.ToggleFullscreen(); break;
-        case Command::Inspect:
-            if (toggleInspector != nullptr)
-                toggleInspector();
-            break;
-        }
+        if (!Do(command))
+            return;
+}
+
+// False: the time has gone back, and what else was asked for is forgotten with it.
+bool WindowStage::Do(Command command)
+{
+    const bool goesBack = command == Command::Back || command == Command::Rewind;
+    m_isPaused = m_isPaused || command == Command::Step || (goesBack && time != nullptr);
+    switch (command)
+    {
+    case Command::Help: m_isHelping = !m_isHelping; break;
+    case Command::Pause: m_isPaused = !m_isPaused; break;
+    case Command::Fullscreen: m_window.ToggleFullscreen(); break;
+    case Command::Inspect:
+        if (toggleInspector != nullptr)
+            toggleInspector();
+        break;
+    case Command::Slow: m_isSlow = !m_isSlow; break;
+    case Command::Step: ++m_steps; break;
+    case Command::Back:
+    case Command::Rewind: break;
+    }
+    if (goesBack && time != nullptr)
+        time->GoTo(time->Position() - (command == Command::Back ? 1 : REWIND_FRAMES));
+    return !goesBack;
+}
+
+// Dragging along the bar goes to the frame under the mouse.
+void WindowStage::Scrub(const InputFrame& devices)
+{
+    const auto width = static_cast<float>(m_game->ScreenWidth()), height = static_cast<float>(m_game->ScreenHeight());
+    const MouseFrame& mouse = devices.mouse;
+    if ((mouse.buttons.pressed & 1) != 0)
+        m_isScrubbing = mouse.y >= height * (1.0f - BAR_PART) && mouse.y <= height;
+    if (time == nullptr || !m_isPaused || !m_isScrubbing)
+        return;
+    const float part = std::clamp(mouse.x / width, 0.0f, 1.0f);
+    const int frame = static_cast<int>(part * static_cast<float>(time->Frames()) + 0.5f);
+    m_isScrubbing = (mouse.buttons.held & 1) != 0;
+    if (frame != time->Position())
+        time->GoTo(frame);
 }
 
 // Waits for an event in whole milliseconds, and sleeps through what is left of the last one.
@@ -88,30 +151,40 @@ void WindowStage::Wait()
     TakeCommands();
 }
 
-// What was pressed while the game stood is not the game's.
+// What was pressed while the game stood is not the game's. True: one frame is wanted all the same.
+bool WindowStage::StandStill()
+{
+    ShowFrame();
+    m_window.Poll(STANDING_MILLISECONDS);
+    Scrub(m_window.TakeInput());
+    m_clock.Restart(m_window.Now());
+    return std::exchange(m_steps, 0) > 0;
+}
+
 bool WindowStage::Next(InputFrame& frame)
 {
-    m_window.Show({m_game.ScreenWidth(), m_game.ScreenHeight()});
+    m_window.Show({m_game->ScreenWidth(), m_game->ScreenHeight()});
     if (!m_clock.IsDue(m_window.Now()) || ++m_unshown >= UNSHOWN_LIMIT)
         ShowFrame();
     for (;;)
     {
         Wait();
+        if (time != nullptr)
+            time->Idle();
         if (IsOver())
             return false;
+        bool isWanted = false;
         if (IsStanding())
-        {
-            ShowFrame();
-            m_window.Poll(STANDING_MILLISECONDS);
-            m_window.TakeInput();
-            m_clock.Restart(m_window.Now());
-        }
+            isWanted = StandStill();
         else if (m_clock.IsDue(m_window.Now()))
         {
             m_clock.Take(m_window.Now());
-            frame = m_window.TakeInput();
-            return m_player == nullptr || m_player->Next(frame);
+            isWanted = !m_isSlow || ++m_slowed % SLOW_STEPS == 0;
         }
+        if (!isWanted || IsOver())
+            continue;
+        frame = m_window.TakeInput();
+        return m_player == nullptr || m_player->Next(frame);
     }
 }
 } // namespace Runner

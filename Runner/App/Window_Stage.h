@@ -9,6 +9,17 @@ namespace Runner
 {
 constexpr int STEPS_PER_SECOND = 60;
 
+// What a window offers besides playing on: the time of a game in which one can go back.
+class StageTime
+{
+public:
+    virtual ~StageTime() = default;
+    virtual int Position() const = 0; // frames played
+    virtual int Frames() const = 0;   // that are known
+    virtual void GoTo(int frame) = 0; // out of range: as far as it goes. It may give the stage another game
+    virtual void Idle() {}            // now and then, between two frames
+};
+
 // A game in a window: shows each frame, waits until the next one is due, and gives it what the user did. While it is
 // paused, or the window has lost the focus, it waits. The game's frames do not depend on the window: each is drawn
 // once, shown or not.
@@ -20,6 +31,9 @@ public:
 
     bool Next(InputFrame& frame) override;
 
+    void SetGame(Game& game) { m_game = &game; } // in place of the one before, which is gone
+    StageTime* time = nullptr;                   // not owned; null: nobody can go back
+
     // Drawn over each frame that is shown, between the game's picture and the window's swap. Null for nothing.
     std::function<void(const Port& game)> overlay;
     std::function<void()> toggleInspector; // when its key is pressed; null for nothing
@@ -27,19 +41,28 @@ public:
 private:
     void ShowFrame();
     void ShowPanel(const Port& game);
+    void ShowBar(const Port& game);
+    bool Do(Command command);
+    void Scrub(const InputFrame& devices);
+    bool StandStill();
     void TakeCommands();
     void Wait();
     bool IsStanding() const { return m_isPaused || !m_window.HasFocus(); }
     bool IsOver() const;
 
     Window& m_window;
-    Game& m_game;
+    Game* m_game;
     InputSource* m_player;
     const RunnerKeys m_keys;
     Panel m_panel;
+    Panel m_bar;
     StepClock m_clock;
     int m_unshown = 0; // frames since one was shown
     bool m_isPaused = false;
+    bool m_isSlow = false;
+    bool m_isScrubbing = false; // the mouse has been pressed on the bar and not let go
+    int m_steps = 0;            // frames to play although it is paused
+    int m_slowed = 0;           // steps since a frame was played in slow motion
     bool m_isHelping = false;
 };
 } // namespace Runner

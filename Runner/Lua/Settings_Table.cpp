@@ -74,19 +74,44 @@ void ReadTable(lua_State* L, void* context)
         settings[name] = SettingAt(L, -1, name);
     }
 }
-} // namespace
 
-void OpenSettings(lua_State* L, const Settings& settings)
+void FillTable(lua_State* L, const Settings& settings)
 {
-    lua_newtable(L);
     for (const auto& [name, value] : settings)
     {
         lua_pushlstring(L, name.data(), name.size());
         PushSetting(L, value);
         lua_rawset(L, -3);
     }
+}
+
+// The table stays the same one, because scripts may hold it.
+void ReplaceEntries(lua_State* L, void* context)
+{
+    lua_pushglobaltable(L);
+    lua_pushstring(L, TABLE);
+    if (lua_rawget(L, -2) != LUA_TTABLE)
+        return OpenSettings(L, *static_cast<const Settings*>(context));
+    const int table = lua_gettop(L);
+    for (lua_pushnil(L); lua_next(L, table) != 0;)
+    {
+        lua_pop(L, 1);
+        lua_pushvalue(L, -1);
+        lua_pushnil(L);
+        lua_rawset(L, table);
+    }
+    FillTable(L, *static_cast<const Settings*>(context));
+}
+} // namespace
+
+void OpenSettings(lua_State* L, const Settings& settings)
+{
+    lua_newtable(L);
+    FillTable(L, settings);
     lua_setglobal(L, TABLE);
 }
+
+bool ReplaceSettings(ScriptEngine& engine, Settings settings) { return engine.Protect(ReplaceEntries, &settings); }
 
 bool TakeSettings(ScriptEngine& engine, Settings& settings)
 {

@@ -13,4 +13,7 @@ void OpenSettings(lua_State* L, const Settings& settings); // makes the table. I
 
 // What the table holds now. False, and the engine has failed with one line, when it holds what cannot be kept.
 bool TakeSettings(ScriptEngine& engine, Settings& settings);
+
+// Gives the table these entries and no others. False: the game has failed, because memory was refused.
+bool ReplaceSettings(ScriptEngine& engine, Settings settings);
 } // namespace Runner

@@ -37,7 +37,8 @@ void Recorder::BeginFrame(const Game& game)
 
 void Recorder::EndFrame(const Game& game)
 {
-    if (m_recording.Add({game.input.Frame(), std::exchange(m_answers, {})}, game.FrameSum()))
+    if (m_recording.Add({game.input.Frame(), std::exchange(m_answers, {}), std::exchange(m_changes, {})},
+                        game.FrameSum()))
         Write(EncodeRecordingBlock(m_recording.Blocks().back()));
 }
 
@@ -69,9 +70,14 @@ void Recorder::TakeHead(const Game& game)
     WriteAgain();
 }
 
-void Recorder::Cut(int frames, const std::vector<uint64_t>& sums)
+void Recorder::Forget()
 {
     m_answers.clear();
+    m_changes.clear();
+}
+
+void Recorder::Cut(int frames, const std::vector<uint64_t>& sums)
+{
     m_recording.Cut(frames, sums);
     WriteAgain();
 }

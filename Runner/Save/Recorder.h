@@ -25,6 +25,10 @@ public:
     // anything could not be written; the game has gone on all the same.
     bool Finish(const Game& game, std::string& why);
 
+    void Keep(const HandChange& change) { m_changes.push_back(change); } // made since the frame before
+    bool HasChanges() const { return !m_changes.empty(); }
+    void Forget(); // what was asked and changed since the frame before: the game is another one
+
     // Forgets the frames from that number on, in the file too. sums: Game::FrameSum of all frames.
     void Cut(int frames, const std::vector<uint64_t>& sums);
 
@@ -44,6 +48,7 @@ private:
     std::string m_fault;    // the first, as one line
     Recording m_recording;
     std::vector<RecordedAnswer> m_answers; // since the frame before
+    std::vector<HandChange> m_changes;     // since the frame before
     bool m_hasHead = false;
 };
 } // namespace Runner

@@ -33,19 +33,34 @@ void ReadAnswer(ByteReader& io, RecordedAnswer& recorded)
     io(recorded.answer.content);
 }
 
-// Answers are rare: each stands after the number of its frame, counted from 1 in the block, and 0 ends the list.
-void WriteAnswers(ByteWriter& io, const std::vector<RecordedFrame>& frames)
+template <typename Io, typename Change> void TransferChange(Io& io, Change& change)
+{
+    io(change.camera);
+    io(change.field);
+    io(change.value);
+}
+
+void WriteItem(ByteWriter& io, const RecordedAnswer& answer) { WriteAnswer(io, answer); }
+void WriteItem(ByteWriter& io, const HandChange& change) { TransferChange(io, change); }
+void ReadItem(ByteReader& io, RecordedAnswer& answer) { ReadAnswer(io, answer); }
+void ReadItem(ByteReader& io, HandChange& change) { TransferChange(io, change); }
+
+// Answers and changes are rare: each stands after the number of its frame, counted from 1 in the block, and 0 ends the
+// list.
+template <typename Item>
+void WriteRare(ByteWriter& io, const std::vector<RecordedFrame>& frames, std::vector<Item> RecordedFrame::*items)
 {
     for (size_t i = 0; i < frames.size(); ++i)
-        for (const RecordedAnswer& answer : frames[i].answers)
+        for (const Item& item : frames[i].*items)
         {
             io.Varint(i + 1);
-            WriteAnswer(io, answer);
+            WriteItem(io, item);
         }
     io.Varint(0);
 }
 
-void ReadAnswers(ByteReader& io, std::vector<RecordedFrame>& frames)
+template <typename Item>
+void ReadRare(ByteReader& io, std::vector<RecordedFrame>& frames, std::vector<Item> RecordedFrame::*items)
 {
     for (uint64_t last = 1;;)
     {
@@ -55,7 +70,7 @@ void ReadAnswers(ByteReader& io, std::vector<RecordedFrame>& frames)
         if (number < last || number > frames.size())
             return io.Fail();
         last = number;
-        ReadAnswer(io, frames[number - 1].answers.emplace_back());
+        ReadItem(io, (frames[number - 1].*items).emplace_back());
     }
 }
 
@@ -68,7 +83,8 @@ std::vector<uint8_t> EncodeFrames(const std::vector<RecordedFrame>& frames, uint
     io(sum);
     io.Varint(frames.size());
     WriteInputs(io, inputs);
-    WriteAnswers(io, frames);
+    WriteRare(io, frames, &RecordedFrame::answers);
+    WriteRare(io, frames, &RecordedFrame::changes);
     return io.Bytes();
 }
 
@@ -86,7 +102,8 @@ bool DecodeFrames(const std::vector<uint8_t>& content, std::vector<RecordedFrame
     frames.assign(count, RecordedFrame());
     for (size_t i = 0; i < count; ++i)
         frames[i].input = std::move(inputs[i]);
-    ReadAnswers(io, frames);
+    ReadRare(io, frames, &RecordedFrame::answers);
+    ReadRare(io, frames, &RecordedFrame::changes);
     return !io.Failed() && io.Left() == 0;
 }
 
@@ -257,29 +274,43 @@ bool Recording::Add(RecordedFrame frame, uint64_t sum)
     return m_open.size() == BLOCK_FRAMES && CloseBlock();
 }
 
-// The frames from the block of `first` on are taken out, cut, and added again with these sums.
-void Recording::AddAgain(int first, int last, const std::vector<uint64_t>& sums)
+// Takes the frames from `first` on, which starts a block, out of the recording. Answers those before `last`.
+std::vector<RecordedFrame> Recording::TakeFrom(int first, int last)
 {
-    const int whole = first / BLOCK_FRAMES * BLOCK_FRAMES;
     std::vector<RecordedFrame> frames;
-    for (int number = whole; number < last; ++number)
+    for (int number = first; number < last; ++number)
         frames.push_back(Frame(number));
-    m_blocks.resize(std::min(m_blocks.size(), static_cast<size_t>(whole / BLOCK_FRAMES)));
-    m_coded = whole;
+    m_blocks.resize(std::min(m_blocks.size(), static_cast<size_t>(first / BLOCK_FRAMES)));
+    m_coded = first;
     m_open.clear();
     m_openSum = Hash();
     m_openIsKnown = true;
     m_decodedBlock = SIZE_MAX;
-    for (size_t i = 0, number = static_cast<size_t>(whole); i < frames.size(); ++i, ++number)
+    return frames;
+}
+
+void Recording::AddAgain(std::vector<RecordedFrame> frames, const std::vector<uint64_t>& sums)
+{
+    for (RecordedFrame& frame : frames)
     {
+        const auto number = static_cast<size_t>(Frames());
         m_openIsKnown = m_openIsKnown && number < sums.size();
-        Add(std::move(frames[i]), number < sums.size() ? sums[number] : 0);
+        Add(std::move(frame), number < sums.size() ? sums[number] : 0);
     }
 }
 
-void Recording::SetSums(const std::vector<uint64_t>& sums) { AddAgain(0, Frames(), sums); }
+void Recording::SetSums(const std::vector<uint64_t>& sums)
+{
+    std::vector<RecordedFrame> frames = TakeFrom(0, Frames());
+    for (RecordedFrame& frame : frames)
+        frame.changes.clear();
+    AddAgain(std::move(frames), sums);
+}
 
-void Recording::Cut(int frames, const std::vector<uint64_t>& sums) { AddAgain(frames, frames, sums); }
+void Recording::Cut(int frames, const std::vector<uint64_t>& sums)
+{
+    AddAgain(TakeFrom(frames / BLOCK_FRAMES * BLOCK_FRAMES, frames), sums);
+}
 
 bool Recording::CloseBlock()
 {

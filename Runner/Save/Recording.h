@@ -36,10 +36,22 @@ struct RecordingHead
     std::vector<RecordedAnswer> answers; // asked for before the first frame
 };
 
+// A property of a camera that a person has changed by hand, between the frame before and this one.
+struct HandChange
+{
+    int32_t camera = -1;
+    std::string field;
+    float value = 0.0f;
+};
+
+// Makes such a change in the running game.
+using ChangeApplier = std::function<void(const HandChange& change)>;
+
 struct RecordedFrame
 {
     InputFrame input;
     std::vector<RecordedAnswer> answers;
+    std::vector<HandChange> changes;
 };
 
 // The frames of a run in memory, coded as in the file: an hour of play is a few megabytes, and any frame is at hand.
@@ -54,7 +66,8 @@ public:
     // Adds a frame with its Game::FrameSum. True: a block has become whole, and Blocks().back() is new.
     bool Add(RecordedFrame frame, uint64_t sum);
     void Cut(int frames, const std::vector<uint64_t>& sums); // forgets later ones. sums: of all frames
-    void SetSums(const std::vector<uint64_t>& sums);         // of the first frames; the others' are unknown then
+    // The frames are of a game that has changed: it has these sums, so far as they are known, and no changes by hand.
+    void SetSums(const std::vector<uint64_t>& sums);
     bool CloseBlock(); // codes what is left over as a last, shorter block. False: nothing was
 
     // The content of the file's blocks. All but the last have BLOCK_FRAMES frames.
@@ -69,7 +82,8 @@ public:
 
 private:
     void Decode(size_t block) const;
-    void AddAgain(int first, int last, const std::vector<uint64_t>& sums);
+    std::vector<RecordedFrame> TakeFrom(int first, int last);
+    void AddAgain(std::vector<RecordedFrame> frames, const std::vector<uint64_t>& sums);
 
     std::vector<std::vector<uint8_t>> m_blocks;
     int m_coded = 0;                   // frames in m_blocks

@@ -28,6 +28,13 @@ Answer Replay::Ask(Question question, const std::function<Answer()>&)
     return {false, "the recording holds no answer to this", {}};
 }
 
+void Replay::BeginFrame(const Game&)
+{
+    if (m_apply != nullptr && m_next > 0)
+        for (const HandChange& change : m_recording.Frame(m_next - 1).changes)
+            m_apply(change);
+}
+
 void Replay::EndFrame(const Game& game)
 {
     AddFrameSum(m_blockSum, game.FrameSum());

@@ -3,6 +3,8 @@
 #include "Runner/Input/Input_Source.h"
 #include "Runner/Save/Recording.h"
 
+#include <utility>
+
 namespace Runner
 {
 // Gives a game what entered a recorded run: its input, and the answers to what it asked. Nothing outside is asked or
@@ -11,13 +13,15 @@ class Replay : public Journal, public InputSource
 {
 public:
     // first: the frame that Next answers first. The answers before it are those before the first frame of all.
-    explicit Replay(const Recording& recording, int first = 0)
-        : m_recording(recording), m_answers(recording.head.answers), m_next(first)
+    // apply: makes the changes by hand; null leaves them out.
+    explicit Replay(const Recording& recording, int first = 0, ChangeApplier apply = nullptr)
+        : m_recording(recording), m_apply(std::move(apply)), m_answers(recording.head.answers), m_next(first)
     {
     }
 
     bool Next(InputFrame& frame) override; // false: all frames have been played
     Answer Ask(Question question, const std::function<Answer()>& ask) override;
+    void BeginFrame(const Game& game) override;
     void EndFrame(const Game& game) override;
 
     // The first frame (from 1) of the second in which the game went another way; 0 while it has not.
@@ -27,6 +31,7 @@ private:
     void Part(int frame);
 
     const Recording& m_recording;
+    const ChangeApplier m_apply;
     std::vector<RecordedAnswer> m_answers; // of the running frame, or those before the first one
     size_t m_answered = 0;                 // of m_answers
     int m_next;                            // frame

@@ -1,6 +1,7 @@
 #include "Runner/Save/Timeline.h"
 
 #include "Runner/Host/Console.h"
+#include "Runner/Lua/Settings_Table.h"
 #include "Runner/Save/Capture.h"
 #include "Runner/Save/Fit.h"
 #include "Runner/Save/Restore.h"
@@ -17,8 +18,9 @@ constexpr int FRAMES_BETWEEN_REPORTS = 60;
 
 // ---- the game ----
 
-Timeline::Timeline(GameOptions options, ScriptOpener openScripts, const std::string& record, std::vector<uint8_t> save)
-    : m_options(std::move(options)), m_openScripts(openScripts), m_recorder(record, save)
+Timeline::Timeline(GameOptions options, ScriptOpener openScripts, const std::string& record, std::vector<uint8_t> save,
+                   ChangeApplier apply)
+    : m_options(std::move(options)), m_openScripts(openScripts), m_apply(std::move(apply)), m_recorder(record, save)
 {
     m_first.save = std::move(save);
 }
@@ -46,6 +48,8 @@ bool Timeline::MakeGame(const KeptState& from, Journal& journal, bool draw)
                               RestoreGame(*m_game, state));
     if (!isRestored && !m_game->scripts.Failed())
         m_game->scripts.Fail(why);
+    if (isRestored && from.frame > 0 && !ReplaceSettings(m_game->scripts, from.settings))
+        return false;
     if (isRestored && from.frame > 0)
         m_game->input.BeginFrame(Recorded().Frame(from.frame - 1).input); // what the next frame finds as the one before
     return isRestored;
@@ -106,9 +110,11 @@ Timeline::Arrival Timeline::GoTo(int frame, const Progress& progress)
     const ConsoleSilence silence;
     const int wanted = std::clamp(frame, 0, Frames());
     TakeCheck(false);
+    m_hasParted = m_hasParted || m_recorder.HasChanges(); // a change that no frame has had belongs to no state
+    m_recorder.Forget();
     if (LeadsOn(wanted))
     {
-        Replay replay(Recorded(), m_position);
+        Replay replay(Recorded(), m_position, m_apply);
         return PlayOn(wanted, replay, progress);
     }
     const KeptState& start = StartOf(wanted);
@@ -124,7 +130,7 @@ Timeline::Arrival Timeline::GoTo(int frame, const Progress& progress)
 Timeline::Arrival Timeline::GoFrom(const KeptState& from, int frame, const Progress& progress)
 {
     const bool isKept = &from != &m_first;
-    Replay replay(Recorded(), from.frame);
+    Replay replay(Recorded(), from.frame, m_isReloading ? nullptr : m_apply);
     const bool isMade = MakeGame(from, replay, true);
     m_hasParted = m_hasParted || (isKept && !isMade);
     const Arrival arrival = isMade ? PlayOn(frame, replay, progress) : Arrival::Failed;
@@ -173,7 +179,16 @@ Timeline::Arrival Timeline::Reload(int frame, const Progress& progress)
     m_isExact = true;
     m_keepEvery = KEEP_EVERY;
     m_sums.clear();
+    if (Frames() == 0)
+    {
+        m_recorder.Forget();
+        m_hasParted = false;
+        return MakeGame(m_first, m_recorder, true) ? Arrival::There : Arrival::Failed;
+    }
+    m_recorder.Forget();
+    m_isReloading = true;
     const Arrival arrival = GoFrom(m_first, std::clamp(frame, 0, Frames()), progress);
+    m_isReloading = false;
     m_recorder.Adopt(*m_game, m_sums);
     return arrival;
 }

@@ -29,7 +29,9 @@ public:
 
     // options: of the game; its trace is written while the game plays on for the first time. record: the recording's
     // file, empty for none. save: content of a saved game to go on from, empty for none.
-    Timeline(GameOptions options, ScriptOpener openScripts, const std::string& record, std::vector<uint8_t> save);
+    // apply: makes a change by hand again; null when nobody makes any.
+    Timeline(GameOptions options, ScriptOpener openScripts, const std::string& record, std::vector<uint8_t> save,
+             ChangeApplier apply = nullptr);
     ~Timeline();
     Timeline(const Timeline&) = delete;
     Timeline& operator=(const Timeline&) = delete;
@@ -41,6 +43,9 @@ public:
 
     // Plays one frame on. What is known of later frames is forgotten. False: the game has failed.
     bool Play(const InputFrame& seen);
+
+    // A change that was made in the running game by hand, before its next frame. A reload leaves all of them out.
+    void Keep(const HandChange& change) { m_recorder.Keep(change); }
 
     // Called now and then on the way, with the frames played and to be played; false ends the way there.
     using Progress = std::function<bool(int done, int all)>;
@@ -71,6 +76,7 @@ private:
     {
         int frame = 0; // frames played
         std::vector<uint8_t> save;
+        Settings settings; // saved games hold none
     };
 
     // Leads the game's questions to the recorder or to the recording.
@@ -102,6 +108,7 @@ private:
 
     const GameOptions m_options;
     const ScriptOpener m_openScripts;
+    const ChangeApplier m_apply;
     Recorder m_recorder;
     Switch m_switch;
     std::unique_ptr<Game> m_game;
@@ -109,6 +116,7 @@ private:
     std::vector<uint64_t> m_sums; // Game::FrameSum of each frame, as the game played it first; after a reload of some
     int m_position = 0;
     bool m_hasParted = false;
+    bool m_isReloading = false;
 
     std::vector<KeptState> m_kept; // ascending
     int m_keepEvery = KEEP_EVERY;

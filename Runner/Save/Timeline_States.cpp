@@ -1,6 +1,7 @@
 // The states that a timeline keeps, and the check whether this game goes on from them exactly.
 
 #include "Runner/Host/Console.h"
+#include "Runner/Lua/Settings_Table.h"
 #include "Runner/Save/Capture.h"
 #include "Runner/Save/Timeline.h"
 
@@ -41,7 +42,7 @@ void Timeline::KeepState()
     if (!m_isExact || m_hasParted || m_game->HasEnded() || (!m_kept.empty() && m_kept.back().frame >= m_position))
         return;
     kept.frame = m_position;
-    if (!CaptureGame(*m_game, kept.save, missing, why))
+    if (!CaptureGame(*m_game, kept.save, missing, why) || !TakeSettings(m_game->scripts, kept.settings))
         return;
     m_kept.push_back(std::move(kept));
     while (KeptBytes() > KEPT_BYTES_LIMIT && m_kept.size() > 1)
@@ -149,7 +150,7 @@ bool Timeline::CheckStates()
 
 bool Timeline::GoesOnTo(const KeptState& from, const KeptState& to)
 {
-    Replay replay(Recorded(), from.frame);
+    Replay replay(Recorded(), from.frame, m_apply);
     if (!MakeGame(from, replay, false))
         return false;
     for (int frame = from.frame; frame < to.frame; ++frame)
@@ -160,7 +161,9 @@ bool Timeline::GoesOnTo(const KeptState& from, const KeptState& to)
             return false;
     }
     std::vector<uint8_t> save;
+    Settings settings;
     std::string missing, why;
-    return CaptureGame(*m_game, save, missing, why) && save == to.save;
+    return CaptureGame(*m_game, save, missing, why) && save == to.save && TakeSettings(m_game->scripts, settings) &&
+           settings == to.settings;
 }
 } // namespace Runner

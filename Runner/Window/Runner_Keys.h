@@ -12,8 +12,12 @@ enum class Command
     Pause,
     Fullscreen,
     Inspect,
+    Slow,
+    Step,
+    Back,
+    Rewind,
 };
-constexpr int COMMAND_COUNT = 4;
+constexpr int COMMAND_COUNT = 8;
 
 struct CommandHead
 {
@@ -27,6 +31,10 @@ inline constexpr CommandHead COMMANDS[COMMAND_COUNT] = {
     {"pause", "f10", "pauses and goes on"},
     {"fullscreen", "f11", "fills the display and goes back"},
     {"inspect", "f1", "shows and hides the camera inspector"},
+    {"slow", "f9", "slow motion, a quarter of the speed"},
+    {"step", "f8", "pauses and plays one frame"},
+    {"back", "f7", "pauses and goes one frame back"},
+    {"rewind", "f6", "pauses and goes five seconds back"},
 };
 
 class RunnerKeys

@@ -278,6 +278,75 @@ no_display() {
     grep -q 'without --window' "$work/err" || fail "it does not name the way without a window"
 }
 
+# The number in the last line of the log.
+last_frame() { grep -aoE '[0-9]+' "$log" | tail -1; }
+
+# Pauses, goes two frames back and plays one: the frame before the last one, once more. Then clicks on the bar at a tenth.
+going_back() {
+    play <<END
+$head
+function watch_input() print("frame " .. frame_number()) end
+END
+    hear 'frame 60'
+    xdotool key F10
+    sleep 0.5
+    local last
+    last=$(last_frame)
+    : >"$log"
+    xdotool key F7
+    sleep 0.5
+    xdotool key F7
+    sleep 0.5
+    [ ! -s "$log" ] || fail "the way back was told"
+    xdotool key F8
+    hear "frame $((last - 1))"
+    point 64 355
+    xdotool click 1
+    sleep 0.5
+    : >"$log"
+    xdotool key F8
+    hear 'frame .*'
+    [ "$(last_frame)" -ge $((last / 10 - 2)) ] && [ "$(last_frame)" -le $((last / 10 + 2)) ] ||
+        fail "a tenth of $last is not $(last_frame)"
+}
+
+# A changed game plays on from the frame at which the other one was, also after a mistake in between.
+watch() {
+    local game='room_add{ step = function() print("NAME " .. frame_number()) end }'
+    echo "${game/NAME/one}" >"$work/game.lua"
+    start --watch
+    hear 'one 40' 20
+    echo "${game/NAME/two}" >"$work/game.lua"
+    hear 'two .*'
+    [ "$(grep -m1 two "$log" | grep -oE '[0-9]+')" -ge 40 ] || fail "it started from the beginning"
+    echo 'room_add{' >"$work/game.lua"
+    sleep 1
+    echo "${game/NAME/three}" >"$work/game.lua"
+    hear 'three .*'
+    [ "$(grep -m1 three "$log" | grep -oE '[0-9]+')" -ge 40 ] || fail "it started from the beginning"
+}
+
+# What somebody played in the window is the same without one.
+recording() {
+    play --record "$work/run.rec" <<END
+$head
+function watch_input()
+    if key_pressed("a") then print("a " .. frame_number()) end
+    if mouse_pressed("left") then print("at " .. frame_number() .. " " .. mouse_x() .. " " .. mouse_y()) end
+end
+END
+    xdotool key a
+    hear 'a .*'
+    point 100 50
+    xdotool click 1
+    hear 'at .* 100.5 50.5'
+    kill -TERM "$player"
+    wait "$player" || true
+    player=
+    "$runner" "$work/game.lua" --no-draw --replay "$work/run.rec" >"$work/replayed" || fail "the replay failed"
+    diff "$log" "$work/replayed" >&2 || fail "the replay is another one"
+}
+
 # 180 steps of 1/60 second.
 pace() {
     echo 'room_add{}' >"$work/game.lua"

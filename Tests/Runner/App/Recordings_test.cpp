@@ -92,6 +92,48 @@ TEST_F(Recordings, AReplayHasWhatTheRunLoadedAndWritesNothing)
     EXPECT_FALSE(Exists("second"));
 }
 
+// The text presses space in frames 3 to 5 and holds the pointer and a stick; scripts see the same in the replay.
+TEST_F(Recordings, WhatTheUserDidIsReplayed)
+{
+    directory.Write("main.lua", R"(
+        room_add{ step = function()
+            log(frame_number() .. " " .. tostring(key_down("space")) .. " " .. tostring(key_pressed("space")) .. " " ..
+                mouse_x() .. " " .. pad_axis(0, "left_x"))
+        end })");
+    directory.Write("input.txt", "2 mouse 10.5 20 # a comment\n3 key space down\n4 pad 0 on\n4 pad 0 axis left_x 1\n"
+                                 "6 key space up\n");
+    ASSERT_EQ(Start("first",
+                    {"--frames", "8", "--input", directory.Path("input.txt"), "--record", directory.Path("run.rec")}),
+              0)
+        << err;
+    EXPECT_NE(out.find("2 false false 10.5 0"), std::string::npos) << out;
+    EXPECT_NE(out.find("3 true true 10.5 0"), std::string::npos) << out;
+    EXPECT_NE(out.find("4 true false 10.5 1"), std::string::npos) << out;
+    EXPECT_NE(out.find("6 false false 10.5 1"), std::string::npos) << out;
+    const std::string first = out;
+    std::filesystem::remove(directory.Path("input.txt"));
+    ASSERT_EQ(Replay(), 0) << err;
+    EXPECT_EQ(out, first);
+}
+
+TEST_F(Recordings, AMistakeInATextOfInputsNamesItsLine)
+{
+    const std::pair<const char*, const char*> cases[] = {
+        {"1 key nope down", "write FRAME key NAME down|up|tap, with a key's name as scripts have it"},
+        {"1 jump", "\"jump\" is none of key, mouse, button, wheel, pad, text"},
+        {"x key a down", "a line is FRAME EVENT, and no frame is smaller than the one before"},
+        {"1 mouse 1 2\n0 mouse 1 2", "a line is FRAME EVENT, and no frame is smaller than the one before"},
+        {"1 mouse 1 nan", "write FRAME mouse X Y"},
+        {"1 wheel 0.5 1", "write FRAME wheel X Y, in whole notches"}};
+    for (const auto& [text, why] : cases)
+    {
+        const std::string path = directory.Write("input.txt", std::string("# first\n") + text);
+        EXPECT_EQ(Start("first", {"--input", path}), 1);
+        const std::string line = std::string(text).find('\n') == std::string::npos ? "2" : "3";
+        EXPECT_EQ(err, "runner: " + path + ":" + line + ": " + why + "\n");
+    }
+}
+
 TEST_F(Recordings, AScriptErrorIsReplayed)
 {
     directory.Write("main.lua", "room_add{ step = function() if frame_number() == 7 then error('here') end end }");
@@ -144,6 +186,8 @@ TEST_F(Recordings, MistakesAreOneLine)
         RunnerTest::ExpectOneLine(err);
     }
     EXPECT_EQ(Start("first", {"--anyway"}), 2);
+    EXPECT_EQ(Start("first", {"--compare", game}), 2);
+    EXPECT_EQ(Start("first", {"--watch"}), 2);
     directory.Write("run.rec", "something else");
     EXPECT_EQ(Replay(), 1);
     EXPECT_EQ(err, "runner: cannot replay " + directory.Path("run.rec") + ": it is no recording\n");

@@ -161,7 +161,7 @@ Recording Recorded(int frames, void (*play)(Player& player))
     for (int i = 0; i < frames; ++i)
     {
         play(player);
-        recording.Add({player.frame, {}}, static_cast<uint64_t>(i));
+        recording.Add({player.frame, {}, {}}, static_cast<uint64_t>(i));
     }
     recording.CloseBlock();
     return recording;
@@ -210,7 +210,8 @@ TEST(RecordingFile, GivesBackEverything)
     recording.head.instructions = 5;
     recording.head.save = {1, 2, 3};
     recording.head.answers = {{Question::Load, {false, "no such file", {}}}};
-    recording.Add({InputFrame(), {{Question::Screenshot, {true, "", {}}}, {Question::Load, {true, "", {9, 8}}}}}, 5);
+    recording.Add({InputFrame(), {{Question::Screenshot, {true, "", {}}}, {Question::Load, {true, "", {9, 8}}}}, {}},
+                  5);
     ASSERT_FALSE(recording.Frames() == 130);
     recording.CloseBlock();
 
@@ -235,17 +236,24 @@ TEST(RecordingFile, GivesBackEverything)
         EXPECT_EQ(read.BlockSum(block), recording.BlockSum(block)) << block;
 }
 
-TEST(RecordingFile, AnswersBelongToTheirFrames)
+TEST(RecordingFile, AnswersAndChangesBelongToTheirFrames)
 {
     Recording recording;
     for (int i = 0; i < 5; ++i)
-        recording.Add({InputFrame(), {}}, 0);
-    recording.Add({InputFrame(), {{Question::Screenshot, {true, "", {}}}, {Question::Load, {true, "", {9, 8}}}}}, 5);
+        recording.Add({InputFrame(), {}, {}}, 0);
+    recording.Add({InputFrame(), {{Question::Screenshot, {true, "", {}}}, {Question::Load, {true, "", {9, 8}}}}, {}},
+                  5);
+    recording.Add({InputFrame(), {}, {{3, "angle", 12.5f}}}, 0);
     recording.CloseBlock();
     Recording read;
     std::string left, why;
     ASSERT_TRUE(DecodeRecording(FileOf(recording), read, left, why)) << why;
     EXPECT_EQ(left, "");
+    EXPECT_TRUE(read.Frame(5).changes.empty());
+    ASSERT_EQ(read.Frame(6).changes.size(), 1u);
+    EXPECT_EQ(read.Frame(6).changes[0].camera, 3);
+    EXPECT_EQ(read.Frame(6).changes[0].field, "angle");
+    EXPECT_EQ(read.Frame(6).changes[0].value, 12.5f);
     EXPECT_TRUE(read.Frame(4).answers.empty());
     ASSERT_EQ(read.Frame(5).answers.size(), 2u);
     EXPECT_EQ(read.Frame(5).answers[0].question, Question::Screenshot);

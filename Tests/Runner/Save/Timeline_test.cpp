@@ -1,5 +1,6 @@
 // Going back in a play: the game there is the one that was, wherever the way starts.
 
+#include "Files/Graphics/Graphics_Support.h"
 #include "Runner/Save/Capture.h"
 #include "Runner/Save/Timeline.h"
 #include "Tests/Runner/Support/Game_Support.h"
@@ -31,7 +32,8 @@ protected:
     {
         options.check = false;
         options.file = directory.Write("main.lua", text);
-        timeline = std::make_unique<Timeline>(options, OpenApi, directory.Path("it.rec"), std::vector<uint8_t>());
+        timeline =
+            std::make_unique<Timeline>(options, OpenApi, directory.Path("it.rec"), std::vector<uint8_t>(), Widen);
         std::string why;
         ASSERT_TRUE(timeline->Start(why)) << why;
         PlayFrames(frames);
@@ -48,6 +50,12 @@ protected:
                 states.push_back(State());
         }
     }
+
+    // What somebody does by hand in these tests.
+    static void Widen(const HandChange& change) { g_CM.GetCamera(change.camera)->SetViewWidth(change.value); }
+
+    float Width() { return g_CM.GetCamera(Camera())->GetViewWidth(); }
+    int Camera() { return timeline->Now().rooms.Running()->views[0].cameraID; }
 
     std::vector<uint8_t> State()
     {
@@ -133,6 +141,37 @@ TEST_F(TimelineTest, PlayingOnForgetsWhatCameLater)
     ASSERT_TRUE(ReadRecording(directory.Path("it.rec"), read, left, why)) << why;
     EXPECT_EQ(read.Frames(), 150);
     EXPECT_EQ(left, "");
+}
+
+TEST_F(TimelineTest, AChangeByHandIsMadeAgainAtItsFrame)
+{
+    Begin(HONEST, 100);
+    const HandChange change = {Camera(), "width", 70.0f};
+    Widen(change);
+    timeline->Keep(change);
+    PlayFrames(50);
+    EXPECT_EQ(Width(), 70.0f);
+    EXPECT_EQ(GoTo(100), Timeline::Arrival::There);
+    EXPECT_EQ(Width(), 50.0f);
+    ExpectState(100);
+    EXPECT_EQ(GoTo(150), Timeline::Arrival::There);
+    EXPECT_EQ(Width(), 70.0f);
+    ExpectState(150);
+    EXPECT_FALSE(timeline->HasParted());
+    EXPECT_EQ(timeline->Reload(150, nullptr), Timeline::Arrival::There);
+    EXPECT_EQ(Width(), 50.0f) << "a reload leaves it out";
+}
+
+TEST_F(TimelineTest, AChangeThatNoFrameHasHadIsForgottenOnTheWayBack)
+{
+    Begin(HONEST, 100);
+    const HandChange change = {Camera(), "width", 70.0f};
+    Widen(change);
+    timeline->Keep(change);
+    EXPECT_EQ(GoTo(100), Timeline::Arrival::There);
+    EXPECT_EQ(Width(), 50.0f);
+    PlayFrames(1);
+    EXPECT_TRUE(timeline->Recorded().Frame(100).changes.empty());
 }
 
 TEST_F(TimelineTest, AWayThatIsCancelledEndsOnIt)

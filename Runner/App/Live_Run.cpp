@@ -1,0 +1,188 @@
+#include "Runner/App/Live_Run.h"
+
+#include "Runner/Api/Api.h"
+#include "Runner/App/Interrupt.h"
+
+#include <algorithm>
+
+namespace Runner
+{
+namespace
+{
+constexpr int64_t MILLISECOND = NANOSECONDS / 1000;
+constexpr int64_t MILLISECONDS_BETWEEN_LOOKS = 50;     // at the files
+constexpr int64_t MILLISECONDS_WITHOUT_PROGRESS = 300; // that nobody is shown
+
+std::string DirectoryOf(const std::string& file)
+{
+    const size_t slash = file.rfind('/');
+    return slash == std::string::npos ? "" : file.substr(0, slash + 1);
+}
+
+// The timeline keeps what enters the game, so the recording's file is its affair.
+GameOptions WithoutJournal(GameOptions options)
+{
+    options.journal = nullptr;
+    return options;
+}
+} // namespace
+
+bool LiveRun::Fits(const RunOptions& options)
+{
+    return options.replay.empty() && options.input.empty() && options.every == 0 && options.screenshot.empty() &&
+           options.contactSheet.empty() && options.saveAt.first == 0;
+}
+
+LiveRun::LiveRun(const RunOptions& options, Window& window, std::vector<uint8_t> save, FILE* err)
+    : m_options(options), m_window(window), m_err(err),
+      m_timeline(WithoutJournal(options.game), OpenApi, options.record, std::move(save), ApplyByHand),
+      m_page(window, PROGRESS_PAGE), m_settings(options.settings, options.game.settings)
+{
+}
+
+// ---- files ----
+
+// Those that the game has read, and those of the game before: one that fails early has read fewer.
+void LiveRun::WatchFiles()
+{
+    std::vector<std::string> paths = m_watch.Paths();
+    paths.push_back(m_options.game.file);
+    for (const GameFile& file : m_timeline.Now().scripts.Files())
+        paths.push_back(DirectoryOf(m_options.game.file) + file.name);
+    std::sort(paths.begin(), paths.end());
+    paths.erase(std::unique(paths.begin(), paths.end()), paths.end());
+    m_watch.Watch(std::move(paths));
+}
+
+bool LiveRun::HaveFilesChanged()
+{
+    const int64_t now = m_window.Now() / MILLISECOND;
+    if (!m_options.watch || now - m_lookedAt < MILLISECONDS_BETWEEN_LOOKS)
+        return false;
+    m_lookedAt = now;
+    return m_watch.HasChanged(now);
+}
+
+// ---- time ----
+
+Timeline::Progress LiveRun::Progress(const std::string& what)
+{
+    const int64_t start = m_window.Now();
+    return [this, what, start](int done, int all)
+    {
+        const bool isShown = m_window.Now() - start >= MILLISECONDS_WITHOUT_PROGRESS * MILLISECOND;
+        return !isShown || ShowProgressPage(m_window, m_page, what, done, all);
+    };
+}
+
+// The inspector watches one game, and must be gone before it.
+void LiveRun::LeaveGame() { m_inspector.reset(); }
+
+void LiveRun::EnterGame()
+{
+    m_stage->SetGame(m_timeline.Now());
+    m_inspector = std::make_unique<WindowInspector>(m_window, m_timeline.Now());
+    m_inspector->onChange = [this](const CameraChange& change) {
+        m_timeline.Keep({change.camera, change.field, change.value});
+    };
+    if (m_isInspecting)
+        m_inspector->Toggle();
+}
+
+void LiveRun::GoTo(int frame)
+{
+    LeaveGame();
+    m_timeline.GoTo(frame, Progress("Going to frame " + std::to_string(std::clamp(frame, 0, Frames()))));
+    EnterGame();
+}
+
+void LiveRun::Reload(int frame)
+{
+    LeaveGame();
+    m_timeline.Reload(frame, Progress("Starting anew, up to frame " + std::to_string(frame)));
+    EnterGame();
+    WatchFiles();
+}
+
+void LiveRun::Idle()
+{
+    if (HaveFilesChanged())
+        Reload(Position());
+}
+
+// ---- the run ----
+
+// False: the user has left, or wants the game to start from its beginning.
+bool LiveRun::WaitForMend(const FailureReport& report)
+{
+    bool isMended = false;
+    const bool goesOn = ShowErrorPage(m_window, report,
+                                      [this, &isMended]
+                                      {
+                                          isMended = HaveFilesChanged();
+                                          return isMended;
+                                      });
+    m_wantsAgain = goesOn && !isMended;
+    return isMended;
+}
+
+// False: the game has failed. A file that cannot be written is told, and the play goes on.
+bool LiveRun::KeepSettings(bool isLast)
+{
+    std::string why;
+    if (!m_settings.Keep(m_timeline.Now(), isLast, why) && !why.empty())
+        std::fprintf(m_err, "runner: %s\n", why.c_str());
+    return m_timeline.Now().Failure().empty();
+}
+
+// False: the game has failed.
+bool LiveRun::PlayFrames()
+{
+    InputFrame seen;
+    while (m_timeline.Now().Failure().empty() && !m_timeline.Now().HasEnded() && Position() < m_options.frames)
+    {
+        if (!m_stage->Next(seen))
+            return true;
+        if (m_timeline.Now().Failure().empty() && m_timeline.Play(seen))
+            KeepSettings(false);
+    }
+    return m_timeline.Now().Failure().empty();
+}
+
+Outcome LiveRun::Play(FailureReport& report)
+{
+    std::string why;
+    bool isGood = m_timeline.Start(why);
+    WatchFiles();
+    m_stage = std::make_unique<WindowStage>(m_window, m_timeline.Now(), m_options.keys);
+    m_stage->time = this;
+    m_stage->overlay = [this](const Port& where) { m_inspector->Draw(where); };
+    m_stage->toggleInspector = [this]
+    {
+        m_isInspecting = !m_isInspecting;
+        m_inspector->Toggle();
+    };
+    m_isInspecting = m_options.inspect;
+    EnterGame();
+    while (!isGood || !(isGood = PlayFrames()))
+    {
+        report = DescribeFailure(m_timeline.Now());
+        const int frame = std::max(Position(), Frames());
+        if (!m_options.watch || !WaitForMend(report))
+            break;
+        Reload(frame);
+        isGood = m_timeline.Now().Failure().empty();
+    }
+    LeaveGame();
+    if (isGood)
+        KeepSettings(true);
+    const std::string failure = m_timeline.Now().Failure();
+    if (!m_timeline.Finish(why))
+        std::fprintf(m_err, "runner: %s\n", why.c_str());
+    m_timeline.Now().Finish();
+    if (failure.empty() && ScriptEngine::Interrupted())
+        return {InterruptHandler::Word() + (" after " + std::to_string(Position())) + " frames",
+                InterruptHandler::Status()};
+    return {failure, failure.empty() ? EXIT_DONE : EXIT_GAME_ERROR};
+}
+} // namespace Runner

@@ -1,0 +1,58 @@
+#pragma once
+
+#include "Runner/App/File_Watch.h"
+#include "Runner/App/Pages.h"
+#include "Runner/App/Run_Start.h"
+#include "Runner/App/Session.h"
+#include "Runner/App/Settings_Keeper.h"
+#include "Runner/App/Window_Inspector.h"
+#include "Runner/App/Window_Stage.h"
+#include "Runner/Save/Timeline.h"
+
+namespace Runner
+{
+// A game that somebody plays in a window, with its time: it can be gone back in, and with --watch it starts anew when
+// its files change, up to the same frame.
+class LiveRun : public StageTime
+{
+public:
+    // Whether the options ask for nothing that only a Session does.
+    static bool Fits(const RunOptions& options);
+
+    // options: what RunStart has settled, kept. window, err: kept. save: of the saved game to go on from, or empty.
+    LiveRun(const RunOptions& options, Window& window, std::vector<uint8_t> save, FILE* err);
+
+    // report: filled when the outcome has a line.
+    Outcome Play(FailureReport& report);
+    bool WantsAgain() const { return m_wantsAgain; } // the user has seen the error, and starts the game again
+
+    int Position() const override { return m_timeline.Position(); }
+    int Frames() const override { return m_timeline.Frames(); }
+    void GoTo(int frame) override;
+    void Idle() override;
+
+private:
+    bool PlayFrames();
+    bool KeepSettings(bool isLast);
+    bool WaitForMend(const FailureReport& report);
+    void WatchFiles();
+    bool HaveFilesChanged();
+    void Reload(int frame);
+    void LeaveGame();
+    void EnterGame();
+    Timeline::Progress Progress(const std::string& what);
+
+    const RunOptions& m_options;
+    Window& m_window;
+    FILE* m_err;
+    Timeline m_timeline;
+    FileWatch m_watch;
+    Panel m_page;
+    std::unique_ptr<WindowStage> m_stage;
+    std::unique_ptr<WindowInspector> m_inspector; // of the running game
+    SettingsKeeper m_settings;
+    bool m_isInspecting = false;
+    int64_t m_lookedAt = 0; // milliseconds: at the files
+    bool m_wantsAgain = false;
+};
+} // namespace Runner
