@@ -23,6 +23,23 @@ WindowInspector::~WindowInspector()
         m_game.CurrentPainter()->MakeCurrent();
 }
 
+// Called while no context is current: what the view made has gone with its own.
+void WindowInspector::LoseDevice()
+{
+    if (m_preview != nullptr)
+        m_preview->Abandon();
+    m_preview.reset();
+    m_view.reset();
+    m_device = nullptr;
+}
+
+void WindowInspector::SetDevice(KeepingDevice& device)
+{
+    m_device = &device;
+    if (m_isOpen)
+        m_preview = std::make_unique<Preview>(device, m_inspector.Notes());
+}
+
 void WindowInspector::Open()
 {
     m_watchers = Watchers();

@@ -16,9 +16,10 @@ public:
     WindowInspector(Window& window, Game& game) : m_window(window), m_game(game), m_inspector(game) {} // kept
     ~WindowInspector() override;
 
-    // The device that draws the game, which must live as long as the game; null for none: changes then show with the
-    // next frame.
-    void SetDevice(KeepingDevice* device) { m_device = device; }
+    // The device that draws the game from now on. The one before is gone by then: a lost one is replaced. Without one,
+    // changes show with the next frame.
+    void LoseDevice();
+    void SetDevice(KeepingDevice& device);
     WindowInspector(const WindowInspector&) = delete;
     WindowInspector& operator=(const WindowInspector&) = delete;
 

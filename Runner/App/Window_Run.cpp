@@ -50,12 +50,14 @@ private:
     // The window's device, which keeps frames for the inspector when that asks for it.
     std::unique_ptr<Device> OpenKeepingDevice(int width, int height, std::string& error)
     {
+        if (m_inspector != nullptr)
+            m_inspector->LoseDevice();
         std::unique_ptr<Device> device = m_window.OpenDevice(width, height, error);
         if (device == nullptr)
             return nullptr;
         auto keeping = std::make_unique<KeepingDevice>(std::move(device));
         if (m_inspector != nullptr)
-            m_inspector->SetDevice(keeping.get());
+            m_inspector->SetDevice(*keeping);
         return keeping;
     }
 

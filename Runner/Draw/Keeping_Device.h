@@ -62,6 +62,7 @@ public:
     {
         m_device->Read(target, width, height, rgba);
     }
+    bool IsLost() override { return m_device->IsLost(); }
     std::string Driver() const override { return m_device->Driver(); }
     std::string TakeError() override { return m_device->TakeError(); }
 

@@ -43,9 +43,13 @@ void Replace(const kvMatrix& drawn, const kvMatrix& shown, DrawState& state)
 }
 } // namespace
 
-Preview::Preview(KeepingDevice& device, FrameNotes& notes) : m_device(device), m_notes(notes) { m_device.Keep(true); }
+Preview::Preview(KeepingDevice& device, FrameNotes& notes) : m_device(&device), m_notes(notes) { m_device->Keep(true); }
 
-Preview::~Preview() { m_device.Keep(false); }
+Preview::~Preview()
+{
+    if (m_device != nullptr)
+        m_device->Keep(false);
+}
 
 void Preview::Show(int camera, int screenWidth, int screenHeight)
 {
@@ -60,7 +64,7 @@ void Preview::Show(int camera, int screenWidth, int screenHeight)
     built.BuildViewIfDirty();
     m_notes.ShowThrough(camera, built.m_viewMat, built.m_projMat);
     const kvMatrix gui = FlatClip(screenWidth, screenHeight);
-    m_device.Redraw(
+    m_device->Redraw(
         [&](DrawState& state)
         {
             for (const ViewNote& note : m_notes.Views())
@@ -74,8 +78,8 @@ void Preview::Show(int camera, int screenWidth, int screenHeight)
 void Preview::BeginFrame()
 {
     if (m_isShown)
-        m_device.Redraw([](DrawState&) {});
+        m_device->Redraw([](DrawState&) {});
     m_isShown = false;
-    m_device.BeginFrame();
+    m_device->BeginFrame();
 }
 } // namespace Runner

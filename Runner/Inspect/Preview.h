@@ -10,7 +10,7 @@ namespace Runner
 class Preview
 {
 public:
-    // device: draws the game, and keeps its frames from now on. Both must live as long.
+    // device: draws the game, and keeps its frames from now on. Both must live as long, or else be abandoned.
     Preview(KeepingDevice& device, FrameNotes& notes);
     ~Preview();
     Preview(const Preview&) = delete;
@@ -20,11 +20,13 @@ public:
     // into its view's port count as the view's, but for the screen's own flat view, in which draw_gui draws.
     void Show(int camera, int screenWidth, int screenHeight);
 
+    void Abandon() { m_device = nullptr; } // the device is gone. Nothing but the destructor may follow
+
     // Before the game's next frame: the screen becomes what the game drew, and the list of that frame is forgotten.
     void BeginFrame();
 
 private:
-    KeepingDevice& m_device;
+    KeepingDevice* m_device;
     FrameNotes& m_notes;
     bool m_isShown = false;
 };

@@ -119,6 +119,17 @@ TEST_F(DrawPreview, TheGamesOwnPictureIsBackBeforeItsNextFrame)
     EXPECT_EQ(game->Screen().rgba, before);
 }
 
+// As when the driver was reset. Sanitizers see what would touch the device.
+TEST_F(DrawPreview, OneThatIsAbandonedOutlivesItsDevice)
+{
+    Keep(Scene("x = 10, y = 5"));
+    Change("x", 30.0f);
+    preview->Abandon();
+    game.reset();
+    preview.reset();
+    EXPECT_EQ(Play(Scene("x = 10, y = 5")), "") << "a new device draws";
+}
+
 // The view shows 160 units on 160 pixels: what was under the mouse stays under it.
 TEST_F(DrawPreview, ADragStartsFromWhatIsShown)
 {
