@@ -57,7 +57,7 @@ private:
         for (;;)
         {
             FailureReport report;
-            const Outcome outcome = PlayOnce(report);
+            Outcome outcome = PlayOnce(report);
             if (outcome.line.empty() || ScriptEngine::Interrupted())
                 return outcome;
             std::fprintf(m_err, "runner: %s\n", outcome.line.c_str());
@@ -81,7 +81,7 @@ private:
         }
         Game game(start.options, OpenApi);
         WindowStage stage(m_window, game, options.keys);
-        const Outcome outcome = Session(game, options, stage, m_err).Play(start.Saved());
+        Outcome outcome = Session(game, options, stage, m_err).Play(start.Saved());
         if (game.scripts.Failed())
             report = DescribeFailure(game);
         report.line = outcome.line;
