@@ -69,7 +69,7 @@ T PopEntry(const Fields& fields, lua_State* L, const std::string& name, T (*read
 {
     try
     {
-        const T entry = read(L, -1);
+        T entry = read(L, -1);
         lua_pop(L, 1);
         return entry;
     }

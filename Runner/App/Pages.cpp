@@ -153,8 +153,8 @@ private:
 
     ScreenPoint Place(int game) const
     {
-        return {MARGIN + static_cast<float>(game % COLUMNS) * CELL_WIDTH,
-                MENU_TOP + static_cast<float>(game / COLUMNS - TopRow()) * CELL_HEIGHT};
+        const int column = game % COLUMNS, row = game / COLUMNS - TopRow();
+        return {MARGIN + static_cast<float>(column) * CELL_WIDTH, MENU_TOP + static_cast<float>(row) * CELL_HEIGHT};
     }
 
     void Paint(Painter& painter) const

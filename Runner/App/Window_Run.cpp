@@ -75,7 +75,7 @@ private:
         for (;;)
         {
             FailureReport report;
-            const Outcome outcome = PlayOnce(report);
+            Outcome outcome = PlayOnce(report);
             if (outcome.line.empty() || ScriptEngine::Interrupted())
                 return outcome;
             std::fprintf(m_err, "runner: %s\n", outcome.line.c_str());
@@ -116,7 +116,7 @@ private:
         stage.toggleInspector = [&inspector] { inspector.Toggle(); };
         if (m_options.inspect)
             inspector.Toggle();
-        const Outcome outcome = Session(game, options, start, stage, m_err).Play();
+        Outcome outcome = Session(game, options, start, stage, m_err).Play();
         start.ShowNotice(m_err);
         m_inspector = nullptr;
         if (game.scripts.Failed())

@@ -6,8 +6,9 @@
 #include "Runner/Game/Game.h"
 #include "Runner/Host/Graphics.h"
 
+#include <algorithm>
 #include <cmath>
-#include <cstring>
+#include <iterator>
 
 namespace Runner
 {
@@ -73,7 +74,8 @@ bool FindShown(const Game& game, int number, kvMatrix& roomToClip, ViewPort& por
     roomToClip = camera->GetViewProjMat();
     port = PortOf(game, view);
     const kvMatrix untouched = IdentityMatrix();
-    return std::memcmp(roomToClip.m, untouched.m, sizeof untouched.m) != 0 && port.width > 0.0 && port.height > 0.0;
+    const bool isMade = !std::equal(std::begin(roomToClip.u), std::end(roomToClip.u), std::begin(untouched.u));
+    return isMade && port.width > 0.0 && port.height > 0.0;
 }
 } // namespace
 

@@ -1,4 +1,4 @@
-// The window with gamepads of SDL's own making: plugged in, moved and pulled out as real ones are.
+// The window and its devices, with gamepads of SDL's own making: plugged in, moved and pulled out as real ones are.
 #include "Runner/App/Options.h"
 #include "Runner/Draw/Device.h"
 #include "Runner/Input/Input_Names.h"
@@ -8,13 +8,14 @@
 
 #include <gtest/gtest.h>
 
+#include <string>
 #include <vector>
 
 namespace
 {
 using namespace Runner;
 
-class Pads : public testing::Test
+class WindowAndPads : public testing::Test
 {
 protected:
     void SetUp() override
@@ -25,7 +26,7 @@ protected:
         ASSERT_NE(window, nullptr) << why;
     }
 
-    ~Pads() override
+    ~WindowAndPads() override
     {
         for (SDL_Joystick* const pad : m_pads)
             SDL_JoystickClose(pad);
@@ -57,7 +58,7 @@ private:
     std::vector<SDL_Joystick*> m_pads;
 };
 
-TEST_F(Pads, AreConnectedWhileTheyArePluggedIn)
+TEST_F(WindowAndPads, AreConnectedWhileTheyArePluggedIn)
 {
     EXPECT_FALSE(Frame().pads[0].connected);
     Plug();
@@ -68,7 +69,7 @@ TEST_F(Pads, AreConnectedWhileTheyArePluggedIn)
     EXPECT_TRUE(Frame().pads[0].connected) << "the place is free again";
 }
 
-TEST_F(Pads, AxesAndButtonsArrive)
+TEST_F(WindowAndPads, AxesAndButtonsArrive)
 {
     Plug();
     Frame();
@@ -85,7 +86,7 @@ TEST_F(Pads, AxesAndButtonsArrive)
     EXPECT_EQ(frame.pads[0].buttons.held, 0u);
 }
 
-TEST_F(Pads, EveryButtonHasItsName)
+TEST_F(WindowAndPads, EveryButtonHasItsName)
 {
     static_assert(PAD_BUTTON_COUNT == SDL_CONTROLLER_BUTTON_MAX && PAD_AXIS_COUNT == SDL_CONTROLLER_AXIS_MAX);
     EXPECT_EQ(FindPadButton("a"), SDL_CONTROLLER_BUTTON_A);
@@ -95,7 +96,7 @@ TEST_F(Pads, EveryButtonHasItsName)
     EXPECT_EQ(FindPadAxis("left_trigger"), SDL_CONTROLLER_AXIS_TRIGGERLEFT);
 }
 
-TEST_F(Pads, OfTwentyTheFirstEightAreSeen)
+TEST_F(WindowAndPads, OfTwentyTheFirstEightAreSeen)
 {
     for (int i = 0; i < 20; ++i)
         Plug();
@@ -106,6 +107,56 @@ TEST_F(Pads, OfTwentyTheFirstEightAreSeen)
     for (const PadFrame& pad : frame.pads)
         EXPECT_TRUE(pad.connected);
     EXPECT_EQ(frame.pads[7].buttons.held, 1u);
+}
+
+// ---- the window ----
+
+void Press(SDL_Scancode code, SDL_Keycode character, uint16_t modifiers)
+{
+    SDL_Event event = {};
+    event.type = SDL_KEYDOWN;
+    event.key.state = SDL_PRESSED;
+    event.key.keysym.scancode = code;
+    event.key.keysym.sym = character;
+    event.key.keysym.mod = modifiers;
+    SDL_PushEvent(&event);
+}
+
+TEST_F(WindowAndPads, TheClosingButtonClosesIt)
+{
+    Frame();
+    EXPECT_FALSE(window->IsClosed());
+    SDL_Event event = {};
+    event.type = SDL_WINDOWEVENT;
+    event.window.event = SDL_WINDOWEVENT_CLOSE;
+    SDL_PushEvent(&event);
+    Frame();
+    EXPECT_TRUE(window->IsClosed());
+}
+
+TEST_F(WindowAndPads, APastedMegabyteIsCutAtTheLimit)
+{
+    ASSERT_EQ(SDL_SetClipboardText(std::string(1u << 20, 'x').c_str()), 0) << SDL_GetError();
+    Press(SDL_SCANCODE_V, SDLK_v, KMOD_LCTRL);
+    EXPECT_EQ(Frame().text, std::string(TEXT_BYTES_LIMIT, 'x'));
+    EXPECT_EQ(Frame().text, "");
+}
+
+// A French keyboard writes "a" in the place of Q, and a character without a key's name in that of 1; a Greek one writes
+// alpha in the place of A.
+TEST_F(WindowAndPads, KeysHaveTheNamesOfTheirLayout)
+{
+    Press(SDL_SCANCODE_Q, SDLK_a, 0);
+    Press(SDL_SCANCODE_1, SDLK_AMPERSAND, 0);
+    Press(SDL_SCANCODE_2, 0xE9, 0);
+    Press(SDL_SCANCODE_A, 0x3B1, 0);
+    Press(SDL_SCANCODE_LEFT, SDLK_LEFT, 0);
+    const InputFrame frame = Frame();
+    for (const char* const name : {"a", "1", "\xC3\xA9", "left"})
+        EXPECT_TRUE(frame.names.held[static_cast<size_t>(FindKey(name))]) << name;
+    for (const char* const name : {"q", "1", "2", "a", "left"})
+        EXPECT_TRUE(frame.positions.held[static_cast<size_t>(FindKey(name))]) << name;
+    EXPECT_EQ(frame.names.held.count(), 4u);
 }
 
 std::vector<uint8_t> Drawn(Painter& painter)
@@ -120,7 +171,7 @@ std::vector<uint8_t> Drawn(Painter& painter)
 }
 
 // By one driver, so the same pixels. One after the other: a process has one kind of context at a time.
-TEST_F(Pads, AWindowsDeviceDrawsWhatADeviceWithoutAWindowDraws)
+TEST_F(WindowAndPads, AWindowsDeviceDrawsWhatADeviceWithoutAWindowDraws)
 {
     std::string why;
     auto painter = Painter::Open(64, 48, true, why,
