@@ -2,6 +2,7 @@
 
 #include "Runner/Api/Api.h"
 #include "Runner/App/Interrupt.h"
+#include "Runner/Draw/Keeping_Device.h"
 
 #include <algorithm>
 
@@ -19,12 +20,6 @@ std::string DirectoryOf(const std::string& file)
     return slash == std::string::npos ? "" : file.substr(0, slash + 1);
 }
 
-// The timeline keeps what enters the game, so the recording's file is its affair.
-GameOptions WithoutJournal(GameOptions options)
-{
-    options.journal = nullptr;
-    return options;
-}
 } // namespace
 
 bool LiveRun::Fits(const RunOptions& options)
@@ -35,9 +30,31 @@ bool LiveRun::Fits(const RunOptions& options)
 
 LiveRun::LiveRun(const RunOptions& options, Window& window, std::vector<uint8_t> save, FILE* err)
     : m_options(options), m_window(window), m_err(err),
-      m_timeline(WithoutJournal(options.game), OpenApi, options.record, std::move(save), ApplyByHand),
+      m_timeline(OptionsOfGames(), OpenApi, options.record, std::move(save), ApplyByHand),
       m_page(window, PROGRESS_PAGE), m_settings(options.settings, options.game.settings)
 {
+}
+
+// The timeline keeps what enters the game, so the recording's file is its affair.
+GameOptions LiveRun::OptionsOfGames()
+{
+    GameOptions options = m_options.game;
+    options.journal = nullptr;
+    options.openDevice = [this](int width, int height, std::string& error)
+    { return RenewDevice(width, height, error); };
+    return options;
+}
+
+// A running game asks for a device when its own was lost; what the inspector made with that one is gone, too.
+std::unique_ptr<Device> LiveRun::RenewDevice(int width, int height, std::string& error)
+{
+    if (m_inspector != nullptr)
+        m_inspector->LoseDevice();
+    std::unique_ptr<Device> device = m_options.game.openDevice(width, height, error);
+    auto* const keeping = dynamic_cast<KeepingDevice*>(device.get());
+    if (m_inspector != nullptr && keeping != nullptr)
+        m_inspector->SetDevice(*keeping);
+    return device;
 }
 
 // ---- files ----
@@ -85,6 +102,9 @@ void LiveRun::EnterGame()
     m_inspector->onChange = [this](const CameraChange& change) {
         m_timeline.Keep({change.camera, change.field, change.value});
     };
+    Painter* const painter = m_timeline.Now().CurrentPainter();
+    if (auto* const device = painter == nullptr ? nullptr : dynamic_cast<KeepingDevice*>(painter->CurrentDevice()))
+        m_inspector->SetDevice(*device);
     if (m_isInspecting)
         m_inspector->Toggle();
 }

@@ -38,6 +38,8 @@ private:
     void WatchFiles();
     bool HaveFilesChanged();
     void Reload(int frame);
+    std::unique_ptr<Device> RenewDevice(int width, int height, std::string& error);
+    GameOptions OptionsOfGames();
     void LeaveGame();
     void EnterGame();
     Timeline::Progress Progress(const std::string& what);

@@ -92,6 +92,8 @@ void Painter::SetShown(bool shown)
 
 void Painter::AbandonDevice() { m_parts->device.release(); }
 
+Device* Painter::CurrentDevice() { return m_parts->device.get(); }
+
 std::string Painter::Driver() const { return Draws() ? m_parts->device->Driver() : "none"; }
 
 int Painter::ScreenWidth() const { return m_parts->width; }

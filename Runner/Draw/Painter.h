@@ -77,6 +77,7 @@ public:
     Painter& operator=(const Painter&) = delete;
 
     bool Draws() const;         // false for a painter that draws nothing
+    Device* CurrentDevice();    // what it draws with, until it is replaced; null for a painter that draws nothing
     std::string Driver() const; // name of the graphics driver: only equal drivers give equal pictures, bit for bit
     int ScreenWidth() const;
     int ScreenHeight() const;
