@@ -4,6 +4,7 @@
 #include "Runner/Draw/Painter.h"
 #include "Runner/Game/Game.h"
 #include "Runner/Lua/Script_Engine.h"
+#include "Runner/Lua/Settings_Table.h"
 
 #include <array>
 
@@ -79,6 +80,7 @@ void OpenApi(lua_State* L, Game& game)
     for (const ApiTable& table : AllTables())
         OpenTable(L, game, table);
     OpenColours(L);
+    OpenSettings(L, game.options.settings);
     lua_newtable(L);
     lua_setglobal(L, "vars");
 }

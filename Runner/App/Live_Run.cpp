@@ -36,7 +36,7 @@ bool LiveRun::Fits(const RunOptions& options)
 LiveRun::LiveRun(const RunOptions& options, Window& window, std::vector<uint8_t> save, FILE* err)
     : m_options(options), m_window(window), m_err(err),
       m_timeline(WithoutJournal(options.game), OpenApi, options.record, std::move(save), ApplyByHand),
-      m_page(window, PROGRESS_PAGE)
+      m_settings(options.settings, options.game.settings), m_page(window, PROGRESS_PAGE)
 {
 }
 
@@ -126,6 +126,14 @@ bool LiveRun::WaitForMend(const FailureReport& report)
     return isMended;
 }
 
+// A file that cannot be written is told, and the game goes on.
+void LiveRun::KeepSettings(bool isLast)
+{
+    std::string why;
+    if (!m_settings.Keep(m_timeline.Now(), isLast, why) && !why.empty())
+        std::fprintf(m_err, "runner: %s\n", why.c_str());
+}
+
 // False: the game has failed.
 bool LiveRun::PlayFrames()
 {
@@ -134,8 +142,8 @@ bool LiveRun::PlayFrames()
     {
         if (!m_stage->Next(seen))
             return true;
-        if (m_timeline.Now().Failure().empty())
-            m_timeline.Play(seen);
+        if (m_timeline.Now().Failure().empty() && m_timeline.Play(seen))
+            KeepSettings(false);
     }
     return m_timeline.Now().Failure().empty();
 }
@@ -165,6 +173,8 @@ Outcome LiveRun::Play(FailureReport& report)
         isGood = m_timeline.Now().Failure().empty();
     }
     LeaveGame();
+    if (m_timeline.Now().Failure().empty())
+        KeepSettings(true);
     const std::string failure = m_timeline.Now().Failure();
     if (!m_timeline.Finish(why))
         std::fprintf(m_err, "runner: %s\n", why.c_str());

@@ -4,6 +4,7 @@
 #include "Runner/App/Pages.h"
 #include "Runner/App/Run_Start.h"
 #include "Runner/App/Session.h"
+#include "Runner/App/Settings_Keeper.h"
 #include "Runner/App/Window_Inspector.h"
 #include "Runner/App/Window_Stage.h"
 #include "Runner/Save/Timeline.h"
@@ -32,6 +33,7 @@ public:
 
 private:
     bool PlayFrames();
+    void KeepSettings(bool isLast);
     bool WaitForMend(const FailureReport& report);
     void WatchFiles();
     bool HaveFilesChanged();
@@ -44,6 +46,7 @@ private:
     Window& m_window;
     FILE* m_err;
     Timeline m_timeline;
+    SettingsKeeper m_settings;
     FileWatch m_watch;
     Panel m_page;
     std::unique_ptr<WindowStage> m_stage;

@@ -17,7 +17,7 @@ constexpr int FRAMES_LIMIT = 100000000;
 constexpr int SCALE_LIMIT = 16;
 constexpr int MILLIONS_LIMIT = 1000000;
 constexpr int MEGABYTES_LIMIT = 2048;
-constexpr int MILLIONS_IN_A_WINDOW = 200;
+constexpr int MILLIONS_IN_A_WINDOW = 400;
 constexpr size_t HELP_COLUMN = 28; // where the meaning of an option starts
 
 std::string Quoted(std::string_view text) { return "\"" + Printable(text) + "\""; }
@@ -117,7 +117,7 @@ constexpr Option OPTIONS[] = {
      [](RunOptions& options, const Values& values) { return options.keys.Move(values[0]); }},
     {"--instructions", "MILLIONS",
      "end a game whose scripts run more instructions of Lua in one frame;\n"
-     "200 in a window, about two seconds, and no limit without one; 0: none",
+     "400 in a window, about two seconds, and no limit without one; 0: none",
      [](RunOptions& options, const Values& values)
      { return ReadWhole(values[0], 0, MILLIONS_LIMIT, options.instructionMillions); }},
     {"--memory", "MEGABYTES", "what scripts may use, 1024 unless given",
@@ -162,6 +162,10 @@ constexpr Option OPTIONS[] = {
      [](RunOptions& options, const Values&) { return SetFlag(options.watch); }},
     {"--input", "FILE", "keys, mouse and gamepads from a text (Docs/Recordings.md)",
      [](RunOptions& options, const Values& values) { return ReadName(values[0], options.input); }},
+    {"--settings", "FILE",
+     "where the game's settings are read and kept; in a window\n"
+     "settings.txt in the save area unless given, without one nowhere",
+     [](RunOptions& options, const Values& values) { return ReadName(values[0], options.settings); }},
     {"--seed", "NUMBER", "of the random numbers, 1 unless given",
      [](RunOptions& options, const Values& values)
      {

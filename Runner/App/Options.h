@@ -37,6 +37,8 @@ struct RunOptions
     RunnerKeys keys;
     std::string menu; // directory of the games to choose from; empty: the game is given
 
+    std::string settings; // the file of the game's settings; empty for none
+
     // ---- saved games: paths, empty for none ----
     std::string load;                   // the saved game to go on from
     bool isSeedGiven = false;           // false: a loaded game brings its own

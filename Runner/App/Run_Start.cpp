@@ -1,5 +1,6 @@
 #include "Runner/App/Run_Start.h"
 
+#include "Runner/App/Settings_Keeper.h"
 #include "Runner/Base/Printable.h"
 #include "Runner/Base/Whole_File.h"
 #include "Runner/Input/Input_Script.h"
@@ -14,7 +15,8 @@ void ApplyByHand(const HandChange& change) { Apply(CameraChange{0, change.camera
 
 bool RunStart::Open(RunOptions& options, std::string& why)
 {
-    if (!OpenReplay(options, why) || !OpenInput(options.input, why) || !OpenSave(options, why))
+    if (!OpenReplay(options, why) || !OpenInput(options.input, why) || !OpenSave(options, why) ||
+        !OpenSettings(options, why))
         return false;
     if (!options.record.empty())
         m_recorder = std::make_unique<Recorder>(options.record, m_saveContent);
@@ -79,6 +81,17 @@ bool RunStart::OpenSave(RunOptions& options, std::string& why)
     if (!options.isSeedGiven && m_replay == nullptr)
         options.game.seed = m_saved->game.identity.seed;
     return true;
+}
+
+// A replay starts with the settings of then, and keeps none.
+bool RunStart::OpenSettings(RunOptions& options, std::string& why)
+{
+    if (m_replay == nullptr)
+        return ReadSettings(options.settings, options.game.settings, why);
+    options.settings.clear();
+    if (!ParseSettings(m_recording.head.settings, options.game.settings, why))
+        why = CannotReplay(m_replayed, "it is damaged: its settings make no sense");
+    return why.empty();
 }
 
 bool RunStart::FitsGame(const Game& game, std::string& why)

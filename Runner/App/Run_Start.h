@@ -35,6 +35,7 @@ private:
     bool OpenReplay(RunOptions& options, std::string& why);
     bool OpenInput(const std::string& path, std::string& why);
     bool OpenSave(RunOptions& options, std::string& why);
+    bool OpenSettings(RunOptions& options, std::string& why);
 
     std::unique_ptr<SavedState> m_saved;
     std::vector<uint8_t> m_saveContent;

@@ -71,8 +71,8 @@ bool Session::PlayFrame(int frame, const InputFrame& seen)
     std::string why;
     const bool isSaveDue = m_options.saveAt.first == m_whole;
     m_isSaved = m_isSaved || isSaveDue;
-    const bool isGood = m_album.Take(frame, why) && (!isSaveDue || SaveGame(m_game, m_options.saveAt.second, why)) &&
-                        ConsoleIsGood(why);
+    const bool isGood = m_settings.Keep(m_game, false, why) && m_album.Take(frame, why) &&
+                        (!isSaveDue || SaveGame(m_game, m_options.saveAt.second, why)) && ConsoleIsGood(why);
     Note(why);
     return isGood;
 }
@@ -100,6 +100,9 @@ void Session::WriteTheEnd(bool isWhole)
         Note(why);
     why.clear();
     if (!m_watching.WriteProfile(why))
+        Note(why);
+    why.clear();
+    if (isWhole && !m_settings.Keep(m_game, true, why))
         Note(why);
     why.clear();
     if (isWhole && !m_album.WriteLastFrame(why))

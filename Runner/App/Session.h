@@ -3,6 +3,7 @@
 #include "Runner/App/Album.h"
 #include "Runner/App/Options.h"
 #include "Runner/App/Run_Start.h"
+#include "Runner/App/Settings_Keeper.h"
 #include "Runner/App/Watching.h"
 #include "Runner/Input/Input_Source.h"
 
@@ -27,7 +28,7 @@ public:
     // shown.
     Session(Game& game, const RunOptions& options, RunStart& start, InputSource& input, FILE* err)
         : m_game(game), m_options(options), m_start(start), m_input(input), m_err(err), m_watching(options, game),
-          m_album(options, game, m_watching.PictureInspector())
+          m_album(options, game, m_watching.PictureInspector()), m_settings(options.settings, game.options.settings)
     {
     }
 
@@ -54,6 +55,7 @@ private:
     FILE* m_err;
     Watching m_watching;
     Album m_album;
+    SettingsKeeper m_settings;
     bool m_isStarted = false; // the first frame can be played
     bool m_isSaved = false;   // what --save-at asks for
     int m_whole = 0;          // frames of the game that were played whole

@@ -48,6 +48,7 @@ bool AreDistinct(const RunOptions& options, std::string& why)
         {"--record", options.record},
         {"--replay", options.replay},
         {"--input", options.input},
+        {"--settings", options.settings},
         {"--contact-sheet", PicturePath(options, options.contactSheet)},
         {"--screenshot", PicturePath(options, options.screenshot)},
     };

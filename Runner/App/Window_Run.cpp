@@ -7,6 +7,7 @@
 #include "Runner/App/Window_Inspector.h"
 #include "Runner/App/Window_Stage.h"
 #include "Runner/Draw/Device.h"
+#include "Runner/Host/Files.h"
 
 #include <utility>
 
@@ -17,7 +18,8 @@ namespace
 class WindowRun
 {
 public:
-    WindowRun(const RunOptions& options, Window& window, FILE* err) : m_options(options), m_window(window), m_err(err)
+    WindowRun(const RunOptions& options, Window& window, FILE* err)
+        : m_options(options), m_menuOut(options.out), m_window(window), m_err(err)
     {
         m_options.game.openDevice = [&window](int width, int height, std::string& error)
         { return window.OpenDevice(width, height, error); };
@@ -38,13 +40,21 @@ public:
             if (!games.empty() && chosen < 0)
                 break;
             if (chosen >= 0)
-                m_options.game.file = games[static_cast<size_t>(chosen)].file;
+                Choose(games[static_cast<size_t>(chosen)]);
             outcome = PlayUntilItIsLeft();
         } while (!games.empty() && !m_window.IsClosed() && !ScriptEngine::Interrupted());
         return outcome;
     }
 
 private:
+    // Each game of the menu has a save area of its own.
+    void Choose(const MenuEntry& game)
+    {
+        m_options.game.file = game.file;
+        m_options.out = m_menuOut + "/" + game.name;
+        SetSaveArea(m_options.out);
+    }
+
     // Starts a failed game again as long as the user wants it.
     Outcome PlayUntilItIsLeft()
     {
@@ -75,6 +85,8 @@ private:
         RunOptions options = m_options;
         RunStart start;
         std::string why;
+        if (options.settings.empty())
+            options.settings = options.out + "/settings.txt";
         if (!start.Open(options, why))
         {
             report.line = why;
@@ -98,6 +110,7 @@ private:
     }
 
     RunOptions m_options;
+    const std::string m_menuOut; // where the games of the menu have their save areas
     Window& m_window;
     FILE* m_err;
     bool m_wantsAgain = false; // the error page has been shown, and the game is to start again

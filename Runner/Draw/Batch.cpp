@@ -43,6 +43,13 @@ void Batch::Add(const DrawState& state, const Corner* corners, int count, const 
     }
 }
 
+void Batch::Restart(Device* device)
+{
+    m_device = device;
+    m_vertices.clear();
+    m_indices.clear();
+}
+
 void Batch::Flush()
 {
     if (m_vertices.empty())

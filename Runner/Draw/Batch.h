@@ -23,6 +23,8 @@ public:
     void Add(const DrawState& state, const Corner* corners, int count, const uint8_t (&colour)[4]);
     void Flush();
 
+    void Restart(Device* device); // goes on with another device; what was added and not flushed is dropped
+
     int Draws() const { return m_draws; }
     int Vertices() const { return m_drawnVertices; }
     void Count(int vertices); // counts a draw call of a mesh, which does not go through the batch

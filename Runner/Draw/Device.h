@@ -71,6 +71,9 @@ public:
     virtual void Show(const Showing& showing) = 0; // in the window that the device was made for
     virtual void Read(unsigned target, int width, int height, uint8_t* rgba) = 0; // top row first
 
+    // Whether everything that was made with it is gone, as a driver that was reset leaves it: only a new device draws.
+    virtual bool IsLost() = 0;
+
     virtual std::string Driver() const = 0; // its name and version
     virtual std::string TakeError() = 0; // the first error that the driver reported since the last call; empty for none
 };

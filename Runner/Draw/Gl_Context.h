@@ -17,6 +17,8 @@ public:
         s_current = this;
     }
 
+    virtual bool IsLost() { return false; } // whether the driver was reset, and took what was made in the context
+
 protected:
     GlContext() = default;
     GlContext(const GlContext&) = delete;

@@ -34,6 +34,7 @@ public:
     void Finish() override;
     void Show(const Showing& showing) override;
     void Read(unsigned target, int width, int height, uint8_t* rgba) override;
+    bool IsLost() override { return m_context->IsLost(); }
     std::string Driver() const override;
     std::string TakeError() override;
 

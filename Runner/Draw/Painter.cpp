@@ -42,13 +42,13 @@ Ink MixInk(unsigned colour, float alpha)
 
 // ---- life ----
 
-Painter::Parts::Parts(int screenWidth, int screenHeight, std::unique_ptr<Device> opened)
-    : width(screenWidth), height(screenHeight), device(std::move(opened)),
+Painter::Parts::Parts(int screenWidth, int screenHeight, std::unique_ptr<Device> opened, DeviceOpener opener)
+    : width(screenWidth), height(screenHeight), openDevice(std::move(opener)), device(std::move(opened)),
       batch(device.get()), port{0, 0, screenWidth, screenHeight}, font(DrawFont(), FONT_CELL_WIDTH, FONT_CELL_HEIGHT)
 {
     if (device != nullptr)
         fontTexture = device->CreateTexture(font.Packed().width, font.Packed().height, font.Packed().rgba.data());
-    font.DropPixels();
+    DropPixels(font);
 }
 
 Painter::Parts::~Parts() = default;
@@ -66,7 +66,8 @@ std::unique_ptr<Painter> Painter::Open(int width, int height, bool draw, std::st
     const DeviceOpener& opener = openDevice != nullptr ? openDevice : OpenDevice;
     if (draw && (device = opener(width, height, error)) == nullptr)
         return nullptr;
-    std::unique_ptr<Painter> painter(new Painter(std::make_unique<Parts>(width, height, std::move(device))));
+    std::unique_ptr<Painter> painter(
+        new Painter(std::make_unique<Parts>(width, height, std::move(device), openDevice)));
     painter->BeginFrame();
     painter->Clear(0);
     return painter;
@@ -134,7 +135,9 @@ void Painter::EndFrame()
         return;
     m_parts->device->Finish();
     std::string problem = m_parts->device->TakeError();
-    if (!problem.empty())
+    if (m_parts->openDevice != nullptr && m_parts->device->IsLost())
+        m_parts->Renew();
+    else if (!problem.empty())
         m_parts->Fail(std::move(problem));
 }
 

@@ -55,9 +55,12 @@ Ink MixInk(unsigned colour, float alpha);
 // P3 surface is -1 exactly while saved is empty, and g_RenderTargetActive equals it between two calls.
 struct Painter::Parts
 {
-    Parts(int width, int height, std::unique_ptr<Device> device);
+    // openDevice: null when a lost device cannot be replaced; the pixels of pictures are kept only for that.
+    Parts(int width, int height, std::unique_ptr<Device> device, DeviceOpener openDevice);
     ~Parts();
 
+    void Renew(); // after the device was lost: a new one, with everything uploaded anew; surfaces are empty
+    void DropPixels(Sheet& sheet) const;                          // after its upload
     bool Fail(std::string line);                                  // keeps the first; always false
     SpriteEntry* NeedSprite(int sprite);                          // null after a Fail
     SurfaceEntry* NeedSurface(int surface);                       // null after a Fail
@@ -84,6 +87,7 @@ struct Painter::Parts
     void DrawChunk(TileGrid& grid, int chunkColumn, int chunkRow, const SpriteEntry& sprite, const DrawState& state);
 
     const int width, height; // of the screen
+    const DeviceOpener openDevice;
     std::unique_ptr<Device> device;
     bool isShown = true;
     Batch batch;

@@ -100,7 +100,7 @@ int Painter::AddSheet(const Picture& picture, int frameWidth, int frameHeight, f
             return -1;
         }
     }
-    entry.sheet.DropPixels();
+    parts.DropPixels(entry.sheet);
     return parts.sprites.Add(std::move(entry));
 }
 

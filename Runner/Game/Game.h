@@ -12,6 +12,7 @@
 
 #include "Files/Graphics/Camera_Handle.h"
 #include "Runner/Base/Random.h"
+#include "Runner/Base/Settings.h"
 #include "Runner/Draw/Painter.h"
 #include "Runner/Game/Frame_Observer.h"
 #include "Runner/Game/Game_Identity.h"
@@ -45,6 +46,7 @@ struct GameOptions
     bool gcStress = false; // collect wherever a collection may happen
     std::string trace;     // file; empty for none
     ScriptLimits limits;
+    Settings settings;          // what the table `settings` holds at the start
     DeviceOpener openDevice;    // what it draws with; null: the device without a window
     Journal* journal = nullptr; // of what the game learns of files, not owned; null: nothing is kept
 };

@@ -15,9 +15,8 @@ enum class Question : uint8_t
     Screenshot = 1,
     Save,
     Load,
-    Settings,
 };
-constexpr Question LAST_QUESTION = Question::Settings;
+constexpr Question LAST_QUESTION = Question::Load;
 
 struct Answer
 {

@@ -64,6 +64,7 @@ void Recorder::TakeHead(const Game& game)
     head.files = game.scripts.Files();
     head.width = game.options.width;
     head.height = game.options.height;
+    head.settings = SettingsText(game.options.settings);
     head.instructions = game.options.limits.instructions;
     head.answers = std::exchange(m_answers, {});
     WriteAgain();

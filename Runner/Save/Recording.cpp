@@ -193,6 +193,7 @@ template <typename Io, typename Head> void TransferPlain(Io& io, Head& head)
     io(head.width);
     io(head.height);
     io(head.instructions);
+    io(head.settings);
     io(head.save);
 }
 

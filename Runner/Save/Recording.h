@@ -31,6 +31,7 @@ struct RecordingHead
     std::vector<GameFile> files;         // that the game had read by then
     int32_t width = 0, height = 0;       // of the picture; 0: the game's screen
     int64_t instructions = 0;            // of Lua in a frame, at most; 0 for no limit
+    std::string settings;                // as the text of their file
     std::vector<uint8_t> save;           // the saved game that it went on from; empty for none
     std::vector<RecordedAnswer> answers; // asked for before the first frame
 };

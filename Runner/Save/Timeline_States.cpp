@@ -1,6 +1,7 @@
 // The states that a timeline keeps, and the check whether this game goes on from them exactly.
 
 #include "Runner/Host/Console.h"
+#include "Runner/Lua/Settings_Table.h"
 #include "Runner/Save/Capture.h"
 #include "Runner/Save/Timeline.h"
 
@@ -40,6 +41,10 @@ void Timeline::KeepState()
     std::string missing, why;
     if (!m_isExact || m_hasParted || m_game->HasEnded() || (!m_kept.empty() && m_kept.back().frame >= m_position))
         return;
+    Settings settings;
+    m_isExact = TakeSettings(m_game->scripts, settings) && settings == m_options.settings;
+    if (!m_isExact) // no saved game holds them
+        return DropStates(0);
     kept.frame = m_position;
     if (!CaptureGame(*m_game, kept.save, missing, why))
         return;

@@ -31,7 +31,16 @@ std::string SdlLine(const char* what) { return std::string(what) + ": " + SDL_Ge
 class SdlContext : public GlContext
 {
 public:
-    SdlContext(SDL_Window* window, SDL_GLContext context) : m_window(window), m_context(context) {}
+    SdlContext(SDL_Window* window, SDL_GLContext context) : m_window(window), m_context(context)
+    {
+        MakeCurrent();
+        for (const char* const kind : {"KHR", "EXT"})
+            if (m_status == nullptr && SDL_GL_ExtensionSupported((std::string("GL_") + kind + "_robustness").c_str()))
+                m_status = reinterpret_cast<ResetStatus>(
+                    SDL_GL_GetProcAddress((std::string("glGetGraphicsResetStatus") + kind).c_str()));
+    }
+    bool IsLost() override { return m_status != nullptr && m_status() != GL_NO_ERROR; }
+
     ~SdlContext() override
     {
         Forget();
@@ -41,9 +50,23 @@ public:
 private:
     void Activate() override { SDL_GL_MakeCurrent(m_window, m_context); }
 
+    using ResetStatus = GLenum(GL_APIENTRYP)();
+
     SDL_Window* m_window;
     SDL_GLContext m_context;
+    ResetStatus m_status = nullptr; // null for a driver that does not tell
 };
+
+// One that tells of a reset, or else any.
+SDL_GLContext MakeContext(SDL_Window* window)
+{
+    SDL_GL_SetAttribute(SDL_GL_CONTEXT_RESET_NOTIFICATION, SDL_GL_CONTEXT_RESET_LOSE_CONTEXT);
+    const SDL_GLContext context = SDL_GL_CreateContext(window);
+    if (context != nullptr)
+        return context;
+    SDL_GL_SetAttribute(SDL_GL_CONTEXT_RESET_NOTIFICATION, SDL_GL_CONTEXT_RESET_NO_NOTIFICATION);
+    return SDL_GL_CreateContext(window);
+}
 
 class SdlWindow : public Window
 {
@@ -112,7 +135,7 @@ SdlWindow::~SdlWindow()
 
 std::unique_ptr<Device> SdlWindow::OpenDevice(int width, int height, std::string& error)
 {
-    const SDL_GLContext context = SDL_GL_CreateContext(m_window);
+    const SDL_GLContext context = MakeContext(m_window);
     if (context == nullptr)
     {
         error = SdlLine("cannot draw: the display gives no OpenGL ES 2 context");

@@ -17,12 +17,12 @@ using namespace Runner;
 class Pads : public testing::Test
 {
 protected:
-    Pads()
+    void SetUp() override
     {
         SDL_SetHint(SDL_HINT_JOYSTICK_ALLOW_BACKGROUND_EVENTS, "1"); // nothing gives this window the focus
         std::string why;
         window = Window::Open({}, why);
-        EXPECT_NE(window, nullptr) << why;
+        ASSERT_NE(window, nullptr) << why;
     }
 
     ~Pads() override

@@ -2,7 +2,7 @@
 # Runs a command on a display of its own, without a window manager: with_display.sh COMMAND...
 set -euo pipefail
 work=$(mktemp -d)
-Xvfb -displayfd 3 -screen 0 1400x900x24 -nolisten tcp 3>"$work/number" 2>"$work/log" &
+Xvfb -displayfd 3 -screen 0 1400x900x24 -nolisten tcp -noreset 3>"$work/number" 2>"$work/log" &
 server=$!
 trap 'kill "$server" 2>/dev/null; wait "$server" 2>/dev/null || true; rm -rf "$work"' EXIT
 for _ in $(seq 100); do
