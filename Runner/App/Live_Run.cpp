@@ -31,7 +31,7 @@ bool LiveRun::Fits(const RunOptions& options)
 LiveRun::LiveRun(const RunOptions& options, Window& window, std::vector<uint8_t> save, FILE* err)
     : m_options(options), m_window(window), m_err(err),
       m_timeline(OptionsOfGames(), OpenApi, options.record, std::move(save), ApplyByHand),
-      m_page(window, PROGRESS_PAGE), m_settings(options.settings, options.game.settings)
+      m_settings(options.settings, options.game.settings), m_page(window, PROGRESS_PAGE)
 {
 }
 
@@ -146,13 +146,12 @@ bool LiveRun::WaitForMend(const FailureReport& report)
     return isMended;
 }
 
-// False: the game has failed. A file that cannot be written is told, and the play goes on.
-bool LiveRun::KeepSettings(bool isLast)
+// A file that cannot be written is told, and the game goes on.
+void LiveRun::KeepSettings(bool isLast)
 {
     std::string why;
     if (!m_settings.Keep(m_timeline.Now(), isLast, why) && !why.empty())
         std::fprintf(m_err, "runner: %s\n", why.c_str());
-    return m_timeline.Now().Failure().empty();
 }
 
 // False: the game has failed.
@@ -194,7 +193,7 @@ Outcome LiveRun::Play(FailureReport& report)
         isGood = m_timeline.Now().Failure().empty();
     }
     LeaveGame();
-    if (isGood)
+    if (m_timeline.Now().Failure().empty())
         KeepSettings(true);
     const std::string failure = m_timeline.Now().Failure();
     if (!m_timeline.Finish(why))

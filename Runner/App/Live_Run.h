@@ -33,7 +33,7 @@ public:
 
 private:
     bool PlayFrames();
-    bool KeepSettings(bool isLast);
+    void KeepSettings(bool isLast);
     bool WaitForMend(const FailureReport& report);
     void WatchFiles();
     bool HaveFilesChanged();
@@ -48,11 +48,11 @@ private:
     Window& m_window;
     FILE* m_err;
     Timeline m_timeline;
+    SettingsKeeper m_settings;
     FileWatch m_watch;
     Panel m_page;
     std::unique_ptr<WindowStage> m_stage;
     std::unique_ptr<WindowInspector> m_inspector; // of the running game
-    SettingsKeeper m_settings;
     bool m_isInspecting = false;
     int64_t m_lookedAt = 0; // milliseconds: at the files
     bool m_wantsAgain = false;
