@@ -124,7 +124,7 @@ constexpr Option OPTIONS[] = {
      [](RunOptions& options, const Values& values)
      {
          int megabytes = 0;
-         const std::string wrong = ReadWhole(values[0], 1, MEGABYTES_LIMIT, megabytes);
+         std::string wrong = ReadWhole(values[0], 1, MEGABYTES_LIMIT, megabytes);
          options.game.limits.memory = static_cast<size_t>(megabytes) << 20;
          return wrong;
      }},
