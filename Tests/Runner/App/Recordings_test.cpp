@@ -50,6 +50,23 @@ TEST_F(Recordings, AReplayHasTheTraceAndTheFinalSaveOfTheRun)
     EXPECT_GT(directory.Read("first.txt").size(), 70u * 50u);
 }
 
+TEST_F(Recordings, AReplayHasTheSettingsOfTheRunAndKeepsNone)
+{
+    directory.Write("main.lua", R"(
+        settings.runs = (settings.runs or 0) + 1
+        room_add{ step = function() log("run " .. settings.runs) end })");
+    directory.Write("it.txt", "settings 1\n\"runs\" = 7\n");
+    ASSERT_EQ(Start("first",
+                    {"--frames", "2", "--settings", directory.Path("it.txt"), "--record", directory.Path("run.rec")}),
+              0)
+        << err;
+    EXPECT_EQ(out, "run 8\nrun 8\n");
+    EXPECT_EQ(directory.Read("it.txt"), "settings 1\n\"runs\" = 8\n");
+    ASSERT_EQ(Replay({"--settings", directory.Path("it.txt")}), 0) << err;
+    EXPECT_EQ(out, "run 8\nrun 8\n");
+    EXPECT_EQ(directory.Read("it.txt"), "settings 1\n\"runs\" = 8\n");
+}
+
 TEST_F(Recordings, ARunThatWentOnFromASaveBringsItAlong)
 {
     ASSERT_EQ(Start("first", {"--frames", "10", "--save-at", "10", directory.Path("it.sav")}), 0);

@@ -1,6 +1,7 @@
 // Going back in a play: the game there is the one that was, wherever the way starts.
 
 #include "Files/Graphics/Graphics_Support.h"
+#include "Runner/Lua/Settings_Table.h"
 #include "Runner/Save/Capture.h"
 #include "Runner/Save/Timeline.h"
 #include "Tests/Runner/Support/Game_Support.h"
@@ -123,6 +124,31 @@ TEST_F(TimelineTest, AGameWhoseSavesForgetSomethingStartsFromTheBeginning)
     EXPECT_EQ(GoTo(850), Timeline::Arrival::There);
     EXPECT_EQ(played, 850);
     ExpectState(850);
+}
+
+// What a saved game leaves out, a kept state holds beside it, in the table that scripts have at hand.
+TEST_F(TimelineTest, SettingsAreAsTheyWere)
+{
+    Begin(R"(
+        local mine = settings
+        mine.first = true
+        vars.n = 0
+        room_add{ width = 2000, height = 200, views = { [0] = { w = 50, h = 50 } }, step = function()
+            vars.n = vars.n + 1
+            mine.first = nil
+            mine.count = (mine.count or 0) + 1
+            camera_set_view_pos(view_get_camera(0), mine.count, 0)
+        end })",
+          700);
+    timeline->FinishChecks();
+    EXPECT_TRUE(timeline->StatesAreExact());
+    EXPECT_EQ(GoTo(350), Timeline::Arrival::There);
+    EXPECT_EQ(played, 50) << "from frame 300";
+    ExpectState(350);
+    EXPECT_FALSE(timeline->HasParted());
+    Settings settings;
+    ASSERT_TRUE(TakeSettings(timeline->Now().scripts, settings));
+    EXPECT_EQ(SettingsText(settings), "settings 1\n\"count\" = 350\n");
 }
 
 TEST_F(TimelineTest, PlayingOnForgetsWhatCameLater)
