@@ -289,7 +289,7 @@ void ReadText(ByteReader& io, std::vector<InputFrame>& frames)
             return;
         if (number <= last || number > frames.size())
             return io.Fail();
-        std::string& text = frames[number - 1].text;
+        std::string& text = frames[static_cast<size_t>(number - 1)].text;
         io(text);
         if (text.empty() || text.size() > TEXT_BYTES_LIMIT)
             return io.Fail();

@@ -70,7 +70,7 @@ void ReadRare(ByteReader& io, std::vector<RecordedFrame>& frames, std::vector<It
         if (number < last || number > frames.size())
             return io.Fail();
         last = number;
-        ReadItem(io, (frames[number - 1].*items).emplace_back());
+        ReadItem(io, (frames[static_cast<size_t>(number - 1)].*items).emplace_back());
     }
 }
 
@@ -93,9 +93,10 @@ bool DecodeFrames(const std::vector<uint8_t>& content, std::vector<RecordedFrame
     ByteReader io(content.data(), content.size());
     std::vector<InputFrame> inputs;
     io(sum);
-    const uint64_t count = io.Varint();
-    if (io.Failed() || count == 0 || count > BLOCK_FRAMES)
+    const uint64_t stored = io.Varint();
+    if (io.Failed() || stored == 0 || stored > BLOCK_FRAMES)
         return false;
+    const auto count = static_cast<size_t>(stored);
     ReadInputs(io, count, inputs);
     if (io.Failed())
         return false;
