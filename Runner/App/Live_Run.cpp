@@ -183,7 +183,7 @@ Outcome LiveRun::Play(FailureReport& report)
     };
     m_isInspecting = m_options.inspect;
     EnterGame();
-    while (!isGood || !(isGood = PlayFrames()))
+    for (isGood = isGood && PlayFrames(); !isGood; isGood = isGood && PlayFrames())
     {
         report = DescribeFailure(m_timeline.Now());
         const int frame = std::max(Position(), Frames());

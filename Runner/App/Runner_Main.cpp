@@ -46,8 +46,7 @@ Outcome StartAndPlay(const RunOptions& asked, FILE* err)
         return {why, EXIT_GAME_ERROR};
     Game game(options.game, OpenApi);
     NoInput nobody;
-    const Outcome outcome =
-        Session(game, options, start, start.Player() != nullptr ? *start.Player() : nobody, err).Play();
+    Outcome outcome = Session(game, options, start, start.Player() != nullptr ? *start.Player() : nobody, err).Play();
     start.ShowNotice(err);
     return outcome;
 }

@@ -87,7 +87,7 @@ private:
     Outcome PlayLive(const RunOptions& options, const RunStart& start, FailureReport& report)
     {
         LiveRun run(options, m_window, start.SaveContent(), m_err);
-        const Outcome outcome = run.Play(report);
+        Outcome outcome = run.Play(report);
         m_wantsAgain = run.WantsAgain();
         report.line = outcome.line;
         return outcome;
@@ -130,7 +130,7 @@ private:
     Window& m_window;
     FILE* m_err;
     WindowInspector* m_inspector = nullptr; // of the game that is played
-    bool m_wantsAgain = false; // the error page has been shown, and the game is to start again
+    bool m_wantsAgain = false;              // the error page has been shown, and the game is to start again
 };
 } // namespace
 

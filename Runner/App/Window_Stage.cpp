@@ -5,6 +5,7 @@
 
 #include <algorithm>
 #include <chrono>
+#include <cmath>
 #include <thread>
 #include <utility>
 
@@ -135,7 +136,7 @@ void WindowStage::Scrub(const InputFrame& devices)
     if (time == nullptr || !m_isPaused || !m_isScrubbing)
         return;
     const float part = std::clamp(mouse.x / width, 0.0f, 1.0f);
-    const int frame = static_cast<int>(part * static_cast<float>(time->Frames()) + 0.5f);
+    const int frame = static_cast<int>(std::lround(part * static_cast<float>(time->Frames())));
     m_isScrubbing = (mouse.buttons.held & 1) != 0;
     if (frame != time->Position())
         time->GoTo(frame);

@@ -90,7 +90,7 @@ void Painter::SetShown(bool shown)
     m_parts->isShown = shown;
 }
 
-void Painter::AbandonDevice() { m_parts->device.release(); }
+void Painter::AbandonDevice() { static_cast<void>(m_parts->device.release()); }
 
 Device* Painter::CurrentDevice() { return m_parts->device.get(); }
 

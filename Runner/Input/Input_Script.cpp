@@ -185,7 +185,7 @@ bool InputScript::Read(const std::string& text, const std::string& name, std::st
         event.rest = kind == std::string::npos ? "" : line.substr(kind + 5);
         if (!why.empty() || !Apply(event, tried, why))
         {
-            why = PrintableName(name) + ":" + std::to_string(number) + ": " + why;
+            why.insert(0, PrintableName(name) + ":" + std::to_string(number) + ": ");
             return false;
         }
         m_events.push_back(std::move(event));

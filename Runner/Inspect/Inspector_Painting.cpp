@@ -167,8 +167,9 @@ void PaintLegend(float left, float top, Painter& painter)
     for (int i = 0; i < OVERLAY_KINDS; ++i)
     {
         const auto kind = static_cast<OverlayKind>(i);
+        const int line = 1 + i / 2;
         const float x = left + static_cast<float>(i % 2) * 400.0f;
-        const float y = top + LINE_HEIGHT * static_cast<float>(1 + i / 2);
+        const float y = top + LINE_HEIGHT * static_cast<float>(line);
         painter.SetColour(ColourOf(kind));
         painter.Rectangle(x, y + 3.0f, x + 18.0f, y + 9.0f);
         PaintText(x + 26.0f, y, StyleOf(kind).name, WHITE, painter);

@@ -4,13 +4,13 @@
 #include "Runner/Lua/Function_Place.h"
 #include "Runner/World/Camera_Callbacks.h"
 
-#include <cstring>
+#include <algorithm>
 
 namespace Runner
 {
 namespace
 {
-bool AreSame(const kvMatrix& a, const kvMatrix& b) { return std::memcmp(a.m, b.m, sizeof a.m) == 0; }
+bool AreSame(const kvMatrix& a, const kvMatrix& b) { return std::equal(a.u, a.u + 16, b.u); }
 
 std::string CreateLine(const CCamera& c)
 {

@@ -296,10 +296,10 @@ DeadZone DeadZoneOf(const AxisNote& axis)
         return zone;
     if (!(std::abs(low) < LARGEST_UNIT && std::abs(high) < LARGEST_UNIT))
         return zone;
-    for (double position = high + 2.0; position >= high - 2.0; position -= 1.0)
-        if (Keeps(axis, position))
+    for (int offset = 2; offset >= -2; --offset)
+        if (Keeps(axis, high + offset))
         {
-            zone.high = position + 1.0;
+            zone.high = high + offset + 1.0;
             zone.empty = false;
             break;
         }

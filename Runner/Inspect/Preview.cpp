@@ -6,14 +6,14 @@
 #include "Runner/Inspect/View_Geometry.h"
 #include "Runner/World/Running_Room.h"
 
+#include <algorithm>
 #include <cmath>
-#include <cstring>
 
 namespace Runner
 {
 namespace
 {
-bool AreSame(const kvMatrix& a, const kvMatrix& b) { return std::memcmp(a.m, b.m, sizeof a.m) == 0; }
+bool AreSame(const kvMatrix& a, const kvMatrix& b) { return std::equal(a.u, a.u + 16, b.u); }
 
 // What the device gets for the matrices without a world matrix: the same steps, so the same bits.
 kvMatrix ClipOf(const kvMatrix& view, const kvMatrix& projection)

@@ -78,6 +78,7 @@ std::vector<uint8_t> EncodeFrames(const std::vector<RecordedFrame>& frames, uint
 {
     ByteWriter io;
     std::vector<InputFrame> inputs;
+    inputs.reserve(frames.size());
     for (const RecordedFrame& frame : frames)
         inputs.push_back(frame.input);
     io(sum);

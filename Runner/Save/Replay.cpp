@@ -64,7 +64,7 @@ std::string ChangedFile(const std::vector<GameFile>& now, const std::vector<Game
 
 std::string DifferenceOf(const Game& game, const RecordingHead& head)
 {
-    const std::string difference = DifferenceOf(game.Identity(), head.identity);
+    std::string difference = DifferenceOf(game.Identity(), head.identity);
     const std::string file = ChangedFile(game.scripts.Files(), head.files);
     if (!difference.empty() && game.Identity().name != head.identity.name)
         return difference;

@@ -22,8 +22,8 @@ namespace Runner
 class Timeline
 {
 public:
-    static constexpr int KEEP_EVERY = 300;                        // frames from one kept state to the next; may double
-    static constexpr size_t KEPT_BYTES_LIMIT = 64u * 1024 * 1024; // of all kept states
+    static constexpr int KEEP_EVERY = 300; // frames from one kept state to the next; may double
+    static constexpr size_t KEPT_BYTES_LIMIT = size_t{64} * 1024 * 1024; // of all kept states
     static constexpr int PAINTED_FRAMES =
         3; // the last of a way are painted, so that what is drawn once in a while shows
 
