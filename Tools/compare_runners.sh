@@ -1,6 +1,7 @@
 #!/usr/bin/env bash
 # Plays the example games on x86-64 and, under its emulator, on another target, and compares them byte for byte: the
-# whole trace, a save, and how each goes on from the save that the other wrote.
+# whole trace, a save, how each goes on from the save that the other wrote, and a recording of keys, mouse and a gamepad
+# that x86-64 makes and the other replays.
 #
 #   Tools/compare_runners.sh PRESET      armhf or arm64, whose libraries Tools/sysroot.sh has fetched
 #
@@ -15,6 +16,7 @@ esac
 GAMES="canyon shake orbit"
 FRAMES=600
 SAVED_AT=500
+RECORDED=120
 GOLDEN_LINES=100 # of a golden trace; its last line is a hash of the rest
 WORK=build/compare-$preset
 HOME_RUNNER=build/dev/Runner/runner
@@ -35,6 +37,14 @@ is_golden() {
     head -n $GOLDEN_LINES "$WORK/$1.trace" | cmp - <(head -n $GOLDEN_LINES "Tests/Golden/${game}_trace.txt")
 }
 
+# The other replays what was recorded here, and plays another way than without input.
+same_replay() {
+    play $HOME_RUNNER "$game-recorded" --frames $RECORDED --input "$WORK/input.txt" --record "$WORK/$game.rec"
+    play "$OTHER_RUNNER" "$game-replayed" --replay "$WORK/$game.rec"
+    cmp "$WORK/$game-recorded.trace" "$WORK/$game-replayed.trace" &&
+        ! cmp -s -n "$(stat -c %s "$WORK/$game-recorded.trace")" "$WORK/$game-recorded.trace" "$WORK/$game-home.trace"
+}
+
 # What was played after a load must be something: nothing is the end of every trace.
 same_game() {
     play $HOME_RUNNER "$game-home" --frames $FRAMES --save-at $SAVED_AT "$WORK/$game-home.sav"
@@ -44,13 +54,24 @@ same_game() {
     is_golden "$game-home" && cmp "$WORK/$game-home.trace" "$WORK/$game-other.trace" &&
         cmp "$WORK/$game-home.sav" "$WORK/$game-other.sav" &&
         [ -s "$WORK/$game-home-goes-on.trace" ] && [ -s "$WORK/$game-other-goes-on.trace" ] &&
-        is_end_of "$game-home-goes-on" "$game-home" && is_end_of "$game-other-goes-on" "$game-home"
+        is_end_of "$game-home-goes-on" "$game-home" && is_end_of "$game-other-goes-on" "$game-home" && same_replay
 }
 
 build dev runner >&2
 build "$preset" runner >&2
 rm -rf "$WORK"
 mkdir -p "$WORK"
+cat >"$WORK/input.txt" <<'EOF'
+5  key right down
+20 key space tap
+30 mouse 300 200
+31 button left down
+60 button left up
+61 wheel 0 1
+70 pad 0 on
+71 pad 0 axis left_x 0.75
+90 pad 0 button a tap
+EOF
 running=()
 for game in $GAMES; do
     same_game >&2 &
