@@ -129,11 +129,7 @@ public:
 
     // ---- building (Camera_View.cpp): both matrices, and the view is clean afterwards ----
     void BuildView(); // about the rectangle's centre; the current projection picks 2D or 3D
-    void BuildViewIfDirty()
-    {
-        if (m_isViewDirty)
-            BuildView();
-    }
+    void BuildViewIfDirty();
     void Build2DView(float x, float y); // flat, centred on room point x, y
     void Build3DView(float x, float y); // perspective; the plane z = 0 shows exactly the rectangle's size
     kvVector3 GetCamPos() const;        // the eye, room units

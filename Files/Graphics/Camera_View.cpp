@@ -41,6 +41,12 @@ void CCamera::BuildView()
         Build3DView(x, y);
 }
 
+void CCamera::BuildViewIfDirty()
+{
+    if (m_isViewDirty)
+        BuildView();
+}
+
 void CCamera::Build2DView(float x, float y)
 {
     LookAlongZ(m_viewMat, x, y, FLAT_EYE_Z, m_viewAngle);
