@@ -4,7 +4,7 @@
 #include "Runner/Draw/Picture.h"
 #include "Runner/Inspect/Frame_Notes.h"
 #include "Runner/Inspect/Overlay.h"
-#include "Runner/Inspect/Panel.h"
+#include "Runner/Inspect/Panel_Content.h"
 
 #include <string>
 

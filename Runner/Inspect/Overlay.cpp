@@ -4,7 +4,7 @@
 #include "Files/Graphics/Trigonometry.h"
 #include "Files/Instance/Instance.h"
 #include "Runner/Inspect/Number_Text.h"
-#include "Runner/Inspect/Panel.h"
+#include "Runner/Inspect/Panel_Content.h"
 #include "Runner/World/Running_Room.h"
 
 #include <algorithm>

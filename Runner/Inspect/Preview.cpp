@@ -2,7 +2,7 @@
 
 #include "Files/Graphics/Camera.h"
 #include "Runner/Host/Graphics.h"
-#include "Runner/Inspect/Panel.h"
+#include "Runner/Inspect/Panel_Content.h"
 #include "Runner/Inspect/View_Geometry.h"
 #include "Runner/World/Running_Room.h"
 

@@ -2,7 +2,7 @@
 // A game that is watched while it plays inside the test.
 
 #include "Files/Graphics/Graphics_Support.h"
-#include "Runner/Inspect/Panel.h"
+#include "Runner/Inspect/Panel_Content.h"
 #include "Tests/Runner/Support/Game_Support.h"
 
 namespace RunnerTest

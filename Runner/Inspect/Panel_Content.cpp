@@ -1,4 +1,4 @@
-#include "Runner/Inspect/Panel.h"
+#include "Runner/Inspect/Panel_Content.h"
 
 #include "Files/Graphics/Camera_GCProxy.h"
 #include "Files/Graphics/Camera_Manager.h"
