@@ -187,23 +187,33 @@ void DestroyedCamerasLetGo(Trial& trial)
     trial.Expect(!IsInItsSlot(callable.pObj, slot), "the callable of a destroyed camera outlives a collection");
 }
 
-// An array in whose name nobody stands holds the object: a camera without a proxy holds its callback this way.
+// An array that holds the object, stored in the name of nobody, as a camera without a proxy stores its callback. made
+// is the reference of who made the array, held the one that was stored.
+struct ArrayWithoutOwner
+{
+    RValue made, held = OfKind(VALUE_UNDEFINED);
+
+    ArrayWithoutOwner(RefDynamicArrayOfRValue* array, KvObjectBase* object) : made(ArrayValue(array))
+    {
+        array->m_array[0] = ObjectValue(object);
+        PushContextStack(nullptr);
+        KvAssign(held, made);
+        PopContextStack(1);
+    }
+};
+
 void ArraysOfTheGameStay(Trial& trial)
 {
     const Pair pair;
     RefDynamicArrayOfRValue* array = NewArray(1);
     if (!CanCollect(trial, pair) || array == nullptr)
         return;
-    array->m_array[0] = ObjectValue(pair.kept);
-    RValue made = ArrayValue(array), held = OfKind(VALUE_UNDEFINED);
-    PushContextStack(nullptr);
-    KvAssign(held, made);
-    PopContextStack(1);
-    FREE_RValue__Pre(&made);
+    ArrayWithoutOwner values(array, pair.kept);
+    FREE_RValue__Pre(&values.made);
     CollectTwice(trial);
     if (!trial.Expect(!pair.keptFate.isDeleted, "an object in an array that was stored without an owner was freed"))
         return;
-    FREE_RValue__Pre(&held);
+    FREE_RValue__Pre(&values.held);
     CollectTwice(trial);
     trial.Expect(pair.keptFate.isDeleted, "an object is still there after the array without an owner was freed");
 }
@@ -215,19 +225,15 @@ void SharedArraysOfTheGameStay(Trial& trial)
     RefDynamicArrayOfRValue* array = NewArray(1);
     if (!CanCollect(trial, pair) || array == nullptr)
         return;
-    array->m_array[0] = ObjectValue(pair.kept);
-    RValue made = ArrayValue(array), held = OfKind(VALUE_UNDEFINED);
-    PushContextStack(nullptr);
-    KvAssign(held, made);
-    PopContextStack(1);
-    pair.root->Hold(made);
-    FREE_RValue__Pre(&made);
+    ArrayWithoutOwner values(array, pair.kept);
+    pair.root->Hold(values.made);
+    FREE_RValue__Pre(&values.made);
     pair.root->Drop();
     CollectTwice(trial);
     trial.Expect(!pair.keptFate.isDeleted,
                  "an object in an array that was stored without an owner was freed after an owner had shared it");
     if (!pair.keptFate.isDeleted)
-        FREE_RValue__Pre(&held);
+        FREE_RValue__Pre(&values.held);
 }
 
 void SwitchedOffNothingIsFreed(Trial& trial)

@@ -41,20 +41,8 @@ GameOptions LiveRun::OptionsOfGames()
     GameOptions options = m_options.game;
     options.journal = nullptr;
     options.openDevice = [this](int width, int height, std::string& error)
-    { return RenewDevice(width, height, error); };
+    { return OpenWatchedDevice(m_window, m_inspector.get(), width, height, error); };
     return options;
-}
-
-// A running game asks for a device when its own was lost; what the inspector made with that one is gone, too.
-std::unique_ptr<Device> LiveRun::RenewDevice(int width, int height, std::string& error)
-{
-    if (m_inspector != nullptr)
-        m_inspector->LoseDevice();
-    std::unique_ptr<Device> device = m_options.game.openDevice(width, height, error);
-    auto* const keeping = dynamic_cast<KeepingDevice*>(device.get());
-    if (m_inspector != nullptr && keeping != nullptr)
-        m_inspector->SetDevice(*keeping);
-    return device;
 }
 
 // ---- files ----

@@ -38,7 +38,6 @@ private:
     void WatchFiles();
     bool HaveFilesChanged();
     void Reload(int frame);
-    std::unique_ptr<Device> RenewDevice(int width, int height, std::string& error);
     GameOptions OptionsOfGames();
     void LeaveGame();
     void EnterGame();

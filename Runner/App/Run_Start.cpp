@@ -107,6 +107,12 @@ bool RunStart::FitsGame(const Game& game, std::string& why)
     return why.empty();
 }
 
+void RunStart::KeepByHand(const HandChange& change)
+{
+    if (m_recorder != nullptr)
+        m_recorder->Keep(change);
+}
+
 void RunStart::ShowNotice(FILE* err) const
 {
     if (!m_notice.empty())

@@ -28,6 +28,9 @@ public:
     // notice when the user goes on anyway.
     bool FitsGame(const Game& game, std::string& why);
 
+    // A change that somebody has made by hand since the frame before; nothing where nothing is recorded.
+    void KeepByHand(const HandChange& change);
+
     // After the last frame. False, and why in one line, when the recording is not whole or the replay went another way.
     bool Finish(const Game& game, std::string& why);
 

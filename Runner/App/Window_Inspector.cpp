@@ -114,4 +114,18 @@ void WindowInspector::Draw(const Port& game)
         Take(change);
     m_input.Look();
 }
+
+std::unique_ptr<Device> OpenWatchedDevice(Window& window, WindowInspector* inspector, int width, int height,
+                                          std::string& error)
+{
+    if (inspector != nullptr)
+        inspector->LoseDevice();
+    std::unique_ptr<Device> device = window.OpenDevice(width, height, error);
+    if (device == nullptr)
+        return nullptr;
+    auto keeping = std::make_unique<KeepingDevice>(std::move(device));
+    if (inspector != nullptr)
+        inspector->SetDevice(*keeping);
+    return keeping;
+}
 } // namespace Runner

@@ -48,4 +48,9 @@ private:
     bool m_isWanted = false;
     bool m_isOpen = false;
 };
+
+// Opens the window's device for a game. A running game asks for one when its own was lost: what the inspector made with
+// that one is let go. inspector: who watches the game; null for nobody yet.
+std::unique_ptr<Device> OpenWatchedDevice(Window& window, WindowInspector* inspector, int width, int height,
+                                          std::string& error);
 } // namespace Runner

@@ -21,8 +21,6 @@ public:
     WindowRun(const RunOptions& options, Window& window, FILE* err)
         : m_options(options), m_menuOut(options.out), m_window(window), m_err(err)
     {
-        m_options.game.openDevice = [this](int width, int height, std::string& error)
-        { return OpenKeepingDevice(width, height, error); };
     }
 
     Outcome Play()
@@ -47,20 +45,6 @@ public:
     }
 
 private:
-    // The window's device, which keeps frames for the inspector when that asks for it.
-    std::unique_ptr<Device> OpenKeepingDevice(int width, int height, std::string& error)
-    {
-        if (m_inspector != nullptr)
-            m_inspector->LoseDevice();
-        std::unique_ptr<Device> device = m_window.OpenDevice(width, height, error);
-        if (device == nullptr)
-            return nullptr;
-        auto keeping = std::make_unique<KeepingDevice>(std::move(device));
-        if (m_inspector != nullptr)
-            m_inspector->SetDevice(*keeping);
-        return keeping;
-    }
-
     // Each game of the menu has a save area of its own.
     void Choose(const MenuEntry& game)
     {
@@ -108,17 +92,22 @@ private:
         }
         if (LiveRun::Fits(options))
             return PlayLive(options, start, report);
+        WindowInspector* watching = nullptr;
+        options.game.openDevice = [this, &watching](int width, int height, std::string& error)
+        { return OpenWatchedDevice(m_window, watching, width, height, error); };
         Game game(options.game, OpenApi);
         WindowStage stage(m_window, game, options.keys, start.Player());
         WindowInspector inspector(m_window, game);
-        m_inspector = &inspector;
+        watching = &inspector;
+        inspector.onChange = [&start](const CameraChange& change) {
+            start.KeepByHand({change.camera, change.field, change.value});
+        };
         stage.overlay = [&inspector](const Port& where) { inspector.Draw(where); };
         stage.toggleInspector = [&inspector] { inspector.Toggle(); };
         if (m_options.inspect)
             inspector.Toggle();
         Outcome outcome = Session(game, options, start, stage, m_err).Play();
         start.ShowNotice(m_err);
-        m_inspector = nullptr;
         if (game.scripts.Failed())
             report = DescribeFailure(game);
         report.line = outcome.line;
@@ -129,8 +118,7 @@ private:
     const std::string m_menuOut; // where the games of the menu have their save areas
     Window& m_window;
     FILE* m_err;
-    WindowInspector* m_inspector = nullptr; // of the game that is played
-    bool m_wantsAgain = false;              // the error page has been shown, and the game is to start again
+    bool m_wantsAgain = false; // the error page has been shown, and the game is to start again
 };
 } // namespace
 

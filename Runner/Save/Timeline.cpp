@@ -39,20 +39,26 @@ bool Timeline::MakeGame(const KeptState& from, Journal& journal, bool draw)
     m_game = std::make_unique<Game>(options, m_openScripts);
     m_position = from.frame;
     m_hasParted = false;
-    if (!m_game->Load())
+    if (!m_game->Load() || !Restore(from.save))
         return false;
+    if (from.frame == 0) // its settings stand in the options
+        return true;
+    m_game->input.BeginFrame(Recorded().Frame(from.frame - 1).input); // what the next frame finds as the one before
+    return ReplaceSettings(m_game->scripts, from.settings);
+}
+
+// False: the game has failed. An empty save is a new game's.
+bool Timeline::Restore(const std::vector<uint8_t>& save)
+{
+    if (save.empty())
+        return true;
     SavedState state;
     std::string why;
-    const bool isRestored =
-        from.save.empty() || (DecodeState(from.save, state, why) && FitsGame(*m_game, state, "the saved game", why) &&
-                              RestoreGame(*m_game, state));
-    if (!isRestored && !m_game->scripts.Failed())
+    if (DecodeState(save, state, why) && FitsGame(*m_game, state, "the saved game", why) && RestoreGame(*m_game, state))
+        return true;
+    if (!m_game->scripts.Failed())
         m_game->scripts.Fail(why);
-    if (isRestored && from.frame > 0 && !ReplaceSettings(m_game->scripts, from.settings))
-        return false;
-    if (isRestored && from.frame > 0)
-        m_game->input.BeginFrame(Recorded().Frame(from.frame - 1).input); // what the next frame finds as the one before
-    return isRestored;
+    return false;
 }
 
 bool Timeline::Start(std::string& why)

@@ -90,6 +90,7 @@ private:
     };
 
     bool MakeGame(const KeptState& from, Journal& journal, bool draw);
+    bool Restore(const std::vector<uint8_t>& save);
     const KeptState& StartOf(int frame) const;
     bool LeadsOn(int frame) const;
     Arrival GoFrom(const KeptState& from, int frame, const Progress& progress);

@@ -28,6 +28,24 @@ hear() {
     fail "not heard: $1"
 }
 
+# Ends the run, which has been recorded, and plays it again without a window.
+replay() {
+    kill -TERM "$player"
+    wait "$player" || true
+    player=
+    "$runner" "$work/game.lua" --no-draw --replay "$work/run.rec" >"$work/replayed" || fail "the replay failed"
+    diff "$log" "$work/replayed" >&2 || fail "the replay is another one"
+}
+
+# Waits until the runner has shown this error.
+hear_error() {
+    for _ in $(seq 200); do
+        grep -qF -- "$1" "$work/err" && return
+        sleep 0.1
+    done
+    fail "no error: $1"
+}
+
 not_heard() { ! grep -qxE -- "$1" "$log" || fail "heard: $1"; }
 
 # Plays the text on standard input in a window of 1:1, and waits until its first frame is shown.
@@ -119,8 +137,9 @@ END
 }
 
 # The view shows 320 x 180 units on 640 x 360 pixels, so a drag of 20 pixels to the left moves it 10 units to the right.
-inspector() {
-    play <<END
+# Moves the view by hand, and replays that. Options of the run.
+move_by_hand() {
+    play --record "$work/run.rec" "$@" <<END
 $head
 last = 0
 function watch_input()
@@ -148,7 +167,13 @@ END
     sleep 0.3
     xdotool click 1
     hear click
+    replay
 }
+
+inspector() { move_by_hand; }
+
+# Pictures at the end make another kind of run.
+inspector_and_picture() { move_by_hand --screenshot end.png; }
 
 sizes() {
     play <<END
@@ -217,11 +242,7 @@ END
 failure() {
     echo 'room_add{ step = function() if frame_number() == 5 then local x = nil + 1 end end }' >"$work/game.lua"
     start
-    for _ in $(seq 100); do
-        grep -q 'game.lua:1: attempt to perform arithmetic' "$work/err" && break
-        sleep 0.1
-    done
-    grep -q 'game.lua:1: attempt to perform arithmetic' "$work/err" || fail "no error"
+    hear_error 'game.lua:1: attempt to perform arithmetic'
     echo 'print("mended") room_add{}' >"$work/game.lua"
     sleep 0.5
     xdotool key r
@@ -231,11 +252,7 @@ failure() {
 endless() {
     echo 'room_add{ step = function() if frame_number() == 5 then while true do end end end }' >"$work/game.lua"
     start
-    for _ in $(seq 200); do
-        grep -q 'game.lua:1: the script did not come back' "$work/err" && break
-        sleep 0.1
-    done
-    grep -q 'game.lua:1: the script did not come back' "$work/err" || fail "no error"
+    hear_error 'game.lua:1: the script did not come back'
     kill -0 "$player" || fail "the window is gone"
 }
 
@@ -340,11 +357,7 @@ END
     point 100 50
     xdotool click 1
     hear 'at .* 100.5 50.5'
-    kill -TERM "$player"
-    wait "$player" || true
-    player=
-    "$runner" "$work/game.lua" --no-draw --replay "$work/run.rec" >"$work/replayed" || fail "the replay failed"
-    diff "$log" "$work/replayed" >&2 || fail "the replay is another one"
+    replay
 }
 
 # 180 steps of 1/60 second.
