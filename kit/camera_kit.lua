@@ -36,6 +36,7 @@ if type(host) ~= "table" then
         random = function() return random() end,      -- 0 or more, less than 1; its seed is saved
         room = function() return room_get(), room_width(), room_height() end,
         screen = function() return screen_width(), screen_height() end,
+        settings = function() return settings end,    -- the player's choices, kept apart from saves
         rectangle = function(left, top, right, bottom, colour, alpha) -- filled, on the screen
             draw_set_colour(colour)
             draw_set_alpha(alpha)
@@ -50,6 +51,8 @@ end
 local checks = include("kit/checks.lua")
 local shots = include("kit/shots.lua")
 local easing = include("kit/easing.lua")
+local effects = include("kit/effects.lua")
+local overlay = include("kit/overlay.lua")
 
 local kit = { version = include("kit/version.lua"), host = host, easing = easing }
 
@@ -95,7 +98,9 @@ local MAKING = {
     camera = checks.whole("a camera's number, 0 or more", 0),
     width = checks.positive,  -- of the view at zoom 1, room units; the camera's own unless given
     height = checks.positive,
+    pixels = overlay.FIELDS.pixels,
 }
+local OWN = { view = true, camera = true, width = true, height = true, pixels = true } -- the rest is of the shot "main"
 for name, check in pairs(shots.FIELDS) do
     if name ~= "on" and name ~= "priority" then
         MAKING[name] = check
@@ -115,7 +120,7 @@ local function split(fields, names)
 end
 
 local function make(fields)
-    local given, shot = split(checks.fields(fields, MAKING, ""), { view = 1, camera = 1, width = 1, height = 1 })
+    local given, shot = split(checks.fields(fields, MAKING, ""), OWN)
     if given.view and given.camera then
         checks.fail("it has a view or a camera, not both")
     elseif not given.camera then
@@ -128,7 +133,7 @@ local function make(fields)
     end
     states.cameras[key] = {
         view = given.view, camera = given.camera, width = given.width, height = given.height, room = -1,
-        attached = NO_CAMERA, shots = shots.new(shot), pose = { x = 0, y = 0, zoom = 1, angle = 0 },
+        attached = NO_CAMERA, effects = effects.new(), pixels = given.pixels or false, shots = shots.new(shot), pose = { x = 0, y = 0, zoom = 1, angle = 0 },
         written = { width = -1, height = -1, angle = 0 },
     }
     return handle_of(key)
@@ -155,11 +160,13 @@ method("set", function(self, fields)
         checks.refuse("its argument", "a table", fields)
     end
     local state = self:state()
-    local own, shot = split(checks.fields(fields, MAKING, ""), { view = 1, camera = 1, width = 1, height = 1 })
+    local own, shot = split(checks.fields(fields, MAKING, ""), OWN)
     if own.view or own.camera then
         checks.fail("view and camera cannot be changed: make another one with kit.camera")
     end
-    state.width, state.height = own.width or state.width, own.height or state.height
+    for name, value in pairs(own) do
+        state[name] = value
+    end
     shots.put(state.shots, "main", shot)
 end)
 
@@ -169,7 +176,7 @@ for name in pairs(MAKING) do
         method(name, function(self, value)
             local state = self:state()
             local checked = MAKING[name](name, value)
-            if name == "width" or name == "height" then
+            if OWN[name] then
                 state[name] = checked
             else
                 shots.put(state.shots, "main", { [name] = checked })
@@ -321,9 +328,8 @@ local function step_camera(state, room_number)
     end
     view.width, view.height = state.width or state.base_width, state.height or state.base_height
     shots.step(state.shots, host, view, room)
-    local base, pose = state.shots.base, state.pose
-    pose.x, pose.y, pose.zoom, pose.angle = base.x, base.y, base.zoom, base.angle
-    write(state, camera, pose)
+    overlay.step(state, host, state.shots.base, view)
+    write(state, camera, state.pose)
 end
 
 kit.step = checks.public("kit.step", function()
@@ -335,7 +341,13 @@ kit.step = checks.public("kit.step", function()
     end
 end)
 
-function kit.draw()
-end
+kit.draw = checks.public("kit.draw", function()
+    local states = all_states()
+    for _, key in ipairs(states.order) do
+        overlay.draw(states.cameras[key], host)
+    end
+end)
+
+overlay.methods(method, kit, host)
 
 return kit
