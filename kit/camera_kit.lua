@@ -32,7 +32,7 @@ if type(host) ~= "table" then
             end
         end,
         saved = function() return vars end,           -- the table that a saved game keeps
-        script = function(number, ...) return script_call(number, ...) end, -- runs a numbered script
+        script = function(number) script_call(number) end, -- runs what script_add numbered
         random = function() return random() end,      -- 0 or more, less than 1; its seed is saved
         room = function() return room_get(), room_width(), room_height() end,
         screen = function() return screen_width(), screen_height() end,
