@@ -42,6 +42,7 @@ if type(host) ~= "table" then
             draw_set_alpha(alpha)
             draw_rectangle(left, top, right, bottom)
             draw_set_alpha(1)
+            draw_set_colour(0xFFFFFF)
         end,
     }
 end

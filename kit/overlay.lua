@@ -102,6 +102,10 @@ local function add_effect_methods(method)
     method("busy", function(self, id)
         return effects.active(self:state().effects, checks.whole("the number of an effect", 1)("effect", id))
     end)
+    -- How strong the newest effect of a kind is now: the trauma, a fade's alpha, a letterbox's part. 0 for none.
+    method("value", function(self, kind)
+        return (effects.value(self:state().effects, checks.one_of(KINDS)("kind", kind)))
+    end)
 end
 
 function overlay.methods(method, kit, host)
