@@ -149,7 +149,12 @@ kit.camera = checks.public("kit.camera", function(what)
 end)
 
 local function method(name, f)
-    Camera[name] = checks.public("camera:" .. name, f)
+    Camera[name] = checks.public("camera:" .. name, function(self, ...)
+        if type(self) ~= "table" or handles[self.key] ~= self then
+            checks.fail("call it with a colon, on what kit.camera gave: camera:" .. name .. "( ... )")
+        end
+        return f(self, ...)
+    end)
 end
 
 -- ---- methods: what is followed and how ----
