@@ -34,7 +34,7 @@ local function finish(name, ok, ...)
     end
     local problem = ...
     if type(problem) == "table" and problem.refused then
-        error(name .. ": " .. problem.refused, 3)
+        error(name .. ": " .. problem.refused, 2) -- a tail call: 2 is the caller of what is public
     end
     error(problem, 0)
 end

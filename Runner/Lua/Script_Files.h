@@ -13,9 +13,9 @@ namespace Runner
 // A file that a game has read.
 struct GameFile
 {
-    std::string name;  // relative to the main file's directory, or "kit/..." of the camera kit
-    uint64_t hash = 0; // of its content; 0 when it could not be read
-    std::string path = {}; // where it was read; not known of a file that a recording tells of
+    std::string name;      // relative to the main file's directory, or "kit/..." of the camera kit
+    uint64_t hash = 0;     // of its content; 0 when it could not be read
+    std::string path = ""; // where it was read; not known of a file that a recording tells of
 };
 
 // The folder of the camera kit that comes with this program, without a slash at its end: installed beside it, or in the
