@@ -46,10 +46,9 @@ local function port_of(state, view)
 end
 
 function overlay.step(state, host, base, view)
-    local amount = motion.get(host.settings())
     local pose = base
     if #state.effects.list > 0 then
-        pose = effects.step(state.effects, base, host, amount)
+        pose = effects.step(state.effects, base, host, view.motion)
     end
     if state.pixels then
         anchor.x, anchor.y = base.anchor_x, base.anchor_y

@@ -76,9 +76,10 @@ constexpr Scroll SCROLLS[] = {
     {"ByPixelsOfTheScreen", 0.37, 0.5, 0.25, 4, 1.0, SCREEN, 1, true},
     {"FastByPixelsOfTheScreen", 1.01, -0.99, 1.0 / 3.0, 4, 1.0, SCREEN, 1, true},
     {"WithAZoomMadeWhole", 0.37, 0.21, 0.25, 2, 1.4, WHOLE_ZOOM, 1, true},
+    {"EvenlyWithAZoomThatIsNotWhole", 0.37, 0.21, 0.25, 2, 1.4, SCREEN, 1, true},
     // what the kit is there for: without it the walker trembles, and a wall of 2.8 pixels a tile shimmers
     {"WithoutSnappingTheWalkerTrembles", 0.37, 0.5, 0.4, 1, 1.0, "false", 1, false},
-    {"WithoutAWholeZoomTheWallShimmers", 0.37, 0.21, 0.25, 2, 1.4, SCREEN, 1, false},
+    {"WithoutSnappingTheWallShimmers", 0.37, 0.21, 0.25, 2, 1.4, "false", 1, false},
 };
 
 // Whether the wall of a picture is that of the one before, moved by dx, dy. White is the walker.
