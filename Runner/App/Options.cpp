@@ -166,6 +166,8 @@ constexpr Option OPTIONS[] = {
      "where the game's settings are read and kept; in a window\n"
      "settings.txt in the save area unless given, without one nowhere",
      [](RunOptions& options, const Values& values) { return ReadName(values[0], options.settings); }},
+    {"--kit", "DIRECTORY", "the camera kit for games that have none of their own, the Runner's own unless given",
+     [](RunOptions& options, const Values& values) { return ReadName(values[0], options.game.kit); }},
     {"--seed", "NUMBER", "of the random numbers, 1 unless given",
      [](RunOptions& options, const Values& values)
      {
