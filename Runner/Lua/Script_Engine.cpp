@@ -243,6 +243,15 @@ void ScriptEngine::LoadFile(lua_State* L, const std::string& path, const std::st
         throw PositionedError(lua_tostring(L, -1));
 }
 
+void ScriptEngine::NoteCode(const std::string& name, const std::vector<uint8_t>& content)
+{
+    m_read.push_back({name, HashBytes(content.data(), content.size())});
+    m_files.Bytes(name.c_str(), name.size() + 1);
+    m_files.Bytes(content.data(), content.size());
+}
+
+void ScriptEngine::NoteMissing(const std::string& name) { m_read.push_back({name, 0}); }
+
 void ScriptEngine::NoteFile(const std::string& name)
 {
     std::vector<uint8_t> bytes;

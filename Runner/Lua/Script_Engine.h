@@ -85,7 +85,10 @@ public:
     std::string PathOf(const std::string& name) const; // throws ScriptError for a name outside of the game's directory
     const std::vector<GameFile>& Files() const { return m_read; } // all files read so far, in their order
     void NoteFile(const std::string& name); // a file other than a script that the game has read, such as a picture
-    uint64_t Fingerprint() const { return m_files.Value(); } // a hash of the names and texts of all files run so far
+    // Notes a file that counts as code: a change of it is a change of the game. path: as PathOf takes it.
+    void NoteCode(const std::string& name, const std::vector<uint8_t>& content);
+    void NoteMissing(const std::string& name); // a file that could not be read: it is watched
+    uint64_t Fingerprint() const { return m_files.Value(); } // a hash of the names and contents of all code so far
 
     // ---- values that outlive a call ----
     int Keep(lua_State* L, int index);                      // a reference to the value
