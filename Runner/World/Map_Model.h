@@ -59,8 +59,8 @@ using MapCell = uint32_t;
 constexpr MapCell MAP_FLIP_HORIZONTAL = 0x80000000u;
 constexpr MapCell MAP_FLIP_VERTICAL = 0x40000000u;
 constexpr MapCell MAP_FLIP_DIAGONAL = 0x20000000u;
-constexpr MapCell MAP_CELL_FLAGS =
-    0xF0000000u; // bit 28 turns tiles of hexagonal maps; cells of a read map never have it
+constexpr MapCell MAP_CELL_HEXAGONAL = 0x10000000u; // turns tiles of hexagonal maps: no cell of a read map has it
+constexpr MapCell MAP_CELL_FLAGS = 0xF0000000u;
 constexpr MapCell MAP_CELL_NUMBER = ~MAP_CELL_FLAGS;
 
 // ---- objects ----
@@ -108,7 +108,7 @@ struct MapText
 // but those that it sets itself.
 struct MapObject
 {
-    int id = 0; // of a map's objects: above 0, each once
+    int id = 0; // of a map's objects: each once, or 0 where the file gives none
     std::string name, className;
     MapShape shape = MapShape::Rectangle;
     double x = 0.0, y = 0.0, width = 0.0, height = 0.0;
@@ -195,7 +195,7 @@ struct MapLayer
     MapProperties properties;
 
     // Tiles: the rectangle of the map's grid that has cells, row by row. What lies outside is empty. An infinite map's
-    // layer covers just its chunks that have a tile, and left and top may be negative.
+    // layer covers just its chunks, and left and top may be negative.
     int left = 0, top = 0, columns = 0, rows = 0;
     std::vector<MapCell> cells;
 
