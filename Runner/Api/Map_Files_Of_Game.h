@@ -1,7 +1,7 @@
 #pragma once
 
 #include "Runner/Lua/Script_Engine.h"
-#include "Runner/World/Map_Files.h"
+#include "Runner/World/Map_Folder.h"
 
 #include <set>
 #include <string>
@@ -13,13 +13,12 @@ namespace Runner
 class MapFilesOfGame : public MapFiles
 {
 public:
-    explicit MapFilesOfGame(ScriptEngine& scripts) : m_scripts(scripts) {}
+    explicit MapFilesOfGame(ScriptEngine& scripts) : m_scripts(scripts), m_folder(scripts.PathOf(".")) {}
     bool Read(const std::string& path, size_t limit, std::vector<uint8_t>& bytes, std::string& why) override;
 
 private:
-    bool IsInside(const std::string& path, std::string& why) const;
-
     ScriptEngine& m_scripts;
+    MapFolder m_folder;
     std::set<std::string> m_noted;
 };
 } // namespace Runner

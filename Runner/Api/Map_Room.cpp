@@ -194,11 +194,15 @@ void Turn(const MapObject& object, float (&point)[2], const Corner2& from)
     point[1] = static_cast<float>(object.y + from.x * sine + from.y * cosine);
 }
 
+// An edge in the middle of a pixel leaves that pixel to what lies before it, as the editor's rounding does.
+constexpr double HALVES_GO_ON = 1.0 / 128.0;
+
 MapSprite SpriteOf(const Making& making, const MapObject& object)
 {
     const MapTileset& tileset = *making.model.TilesetOf(object.cell);
     const Corner2 align = AlignedBy(tileset.objectAlignment);
-    const double left = align.x * object.width + tileset.offsetX, top = align.y * object.height + tileset.offsetY;
+    const double left = align.x * object.width + tileset.offsetX + HALVES_GO_ON;
+    const double top = align.y * object.height + tileset.offsetY + HALVES_GO_ON;
     MapSprite sprite;
     sprite.cell = making.numbers.IndexOf(object.cell & MAP_CELL_NUMBER) | (object.cell & MAP_CELL_FLAGS);
     Turn(object, sprite.corners[0], {left, top});
@@ -255,11 +259,17 @@ void AddImage(const Making& making, const MapLayer& layer, DrawnLayer& drawn)
     drawn.image.repeatY = layer.repeatY;
 }
 
+// An alpha that the painter takes as the nearest of its 255 steps: it drops what lies between two of them.
+float PainterAlpha(double alpha)
+{
+    return static_cast<float>(std::min((std::floor(std::floor(alpha * 256.0) * 255.0 / 256.0) + 0.25) / 255.0, 1.0));
+}
+
 void TakeLook(const Making& making, const MapLook& look, DrawnLayer& drawn)
 {
     drawn.visible = look.visible;
     drawn.tint = ScriptColour(look.tint);
-    drawn.alpha = static_cast<float>(look.opacity * look.tint.alpha / 255.0);
+    drawn.alpha = PainterAlpha(look.opacity * look.tint.alpha / 255.0);
     drawn.x = static_cast<float>(look.offsetX - making.room.left);
     drawn.y = static_cast<float>(look.offsetY - making.room.top);
     drawn.parallaxX = static_cast<float>(look.parallaxX);
