@@ -111,4 +111,13 @@ void ScriptFiles::Note(const std::string& name)
     const bool isRead = ReadWholeFile(path, bytes, ignored);
     m_read.push_back({name, isRead ? HashBytes(bytes.data(), bytes.size()) : 0, path});
 }
+
+void ScriptFiles::NoteCode(const std::string& name, const std::vector<uint8_t>& content)
+{
+    m_read.push_back({name, HashBytes(content.data(), content.size()), m_directory + name});
+    m_fingerprint.Bytes(name.c_str(), name.size() + 1);
+    m_fingerprint.Bytes(content.data(), content.size());
+}
+
+void ScriptFiles::NoteMissing(const std::string& name) { m_read.push_back({name, 0, m_directory + name}); }
 } // namespace Runner
