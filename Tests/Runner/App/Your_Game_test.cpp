@@ -169,8 +169,8 @@ private:
 
     void TakeLua(const std::string& name, const std::string& block)
     {
-        std::vector<std::string>& file = m_files[name];
-        if (m_files.size() == 1 && file.empty()) // the first step shows what the runner has made
+        std::vector<std::string>& file = files[name];
+        if (files.size() == 1 && file.empty()) // the first step shows what the runner has made
         {
             EXPECT_EQ(directory.Read("hop/" + name), block);
         }
@@ -249,17 +249,29 @@ private:
     }
 
     std::filesystem::path m_before;
-    std::map<std::string, std::vector<std::string>> m_files;
     int m_step = 0;
 
 protected:
-    int closed = 0; // steps
+    std::map<std::string, std::vector<std::string>> files; // by their names, as far as the page has come
+    int closed = 0;                                        // steps
 };
 
-TEST_F(YourGame, EachStepOfThePagePlaysAsItSays)
+// The finished game stands beside the page, for readers and for its picture. YOUR_GAME_WRITE=1 writes it anew.
+TEST_F(YourGame, EachStepOfThePagePlaysAsItSaysAndTheLastIsTheFinishedGame)
 {
     Follow();
     EXPECT_EQ(closed, 10);
+    const std::string folder = std::string(SOURCE_DIR) + "/Docs/Your_Game/";
+    for (const auto& [name, pieces] : files)
+    {
+        if (std::getenv("YOUR_GAME_WRITE") != nullptr)
+            std::ofstream(folder + name, std::ios::binary) << Joined(pieces);
+        std::ifstream file(folder + name, std::ios::binary);
+        std::stringstream text;
+        text << file.rdbuf();
+        EXPECT_EQ(text.str(), Joined(pieces)) << name << ": play this test with YOUR_GAME_WRITE=1";
+    }
+    EXPECT_EQ(files.size(), 4u);
 }
 
 // ---- --new ----

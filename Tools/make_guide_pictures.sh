@@ -1,6 +1,7 @@
 #!/usr/bin/env bash
-# Makes the pictures of Docs/Cameras.md: plays each example of the page with the inspector, up to the frames that its last
-# lines name, and puts these frames under each other, each with the inspector's reason below it.
+# Makes the pictures of the guide. Docs/Cameras.md: plays each example of the page with the inspector, up to the frames that
+# its last lines name, and puts these frames under each other, each with the inspector's reason below it.
+# Docs/Your_Game.md: plays the finished game.
 source "$(dirname "$0")/steps.sh"
 
 need $BUILD_PACKAGES imagemagick
@@ -30,4 +31,13 @@ for game in $work/*.lua; do
     convert "${parts[@]}" -append -dither None -colors 48 -define png:exclude-chunks=date,time \
         "Docs/Pictures/camera_$name.png"
 done
-du -h Docs/Pictures/camera_*.png
+
+cat >$work/input.txt <<'KEYS'
+0  key right down
+30 key up tap
+66 key up tap
+90 key right up
+KEYS
+$runner Docs/Your_Game/hop.lua --input $work/input.txt --frames 76 --quiet --out $work --screenshot game.png
+convert $work/game.png -dither None -colors 32 -define png:exclude-chunks=date,time Docs/Pictures/your_game.png
+du -h Docs/Pictures/camera_*.png Docs/Pictures/your_game.png
