@@ -18,10 +18,6 @@ struct GameFile
     std::string path = ""; // where it was read; not known of a file that a recording tells of
 };
 
-// The folder of the camera kit that comes with this program, without a slash at its end: installed beside it, or in the
-// sources that it was built in. Empty when there is none.
-std::string InstalledKit();
-
 // Names are relative to the main file's directory. A name in "kit/" that is not there is one of the kit's folder.
 class ScriptFiles
 {
@@ -39,6 +35,9 @@ public:
     // Reads a script, and notes it. Throws ScriptError when it cannot be read.
     std::vector<uint8_t> ReadScript(const std::string& name, const std::string& path);
     void Note(const std::string& name); // a file other than a script that the game has read, such as a picture
+    // Notes a file that counts as code, such as a map: a change of it is a change of the game. name: as PathOf takes it.
+    void NoteCode(const std::string& name, const std::vector<uint8_t>& content);
+    void NoteMissing(const std::string& name); // a file that could not be read: it is watched
 
     const std::vector<GameFile>& Read() const { return m_read; } // all files read so far, in their order
 
