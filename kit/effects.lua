@@ -29,6 +29,8 @@ table.sort(KIND_NAMES)
 
 local effects = {}
 
+local NONE = {} -- never written
+
 local LIMIT = 200 -- effects of one camera at a time: a game that adds one in every frame hears of it
 
 function effects.new()
@@ -191,14 +193,20 @@ function effects.chain(state, list)
     return id
 end
 
+local function is_ready(state, effect)
+    return effect.waiting and not (effect.after and is_pending(find(state, effect.after)))
+end
+
+-- Whoever waits for another looks at it before anybody begins in this frame.
 local function begin_waiting(state)
-    local ready = {}
+    local ready
     for _, effect in ipairs(state.list) do
-        if effect.waiting and not (effect.after and is_pending(find(state, effect.after))) then
+        if is_ready(state, effect) then
+            ready = ready or {}
             ready[#ready + 1] = effect
         end
     end
-    for _, effect in ipairs(ready) do
+    for _, effect in ipairs(ready or NONE) do
         begin(state, effect)
     end
 end
@@ -216,20 +224,31 @@ local function advance(effect)
 end
 
 -- Answers the effects that hold and have arrived in this frame, and the scripts to run. Those that are over are gone
--- before anything is shown: what is left of them is nothing, not a number close to nothing.
+-- before anything is shown: what is left of them is nothing, not a number close to nothing. Tables are made only when
+-- somebody arrives.
 local function advance_all(state)
-    local arrived, scripts, kept = {}, {}, {}
-    for _, effect in ipairs(state.list) do
+    local arrived, scripts = NONE, NONE
+    local list, kept = state.list, 0
+    local count = #list
+    for place = 1, count do
+        local effect = list[place]
         local arrives = not effect.waiting and advance(effect)
         if arrives and effect.done then
+            scripts = scripts == NONE and {} or scripts
             scripts[#scripts + 1], effect.done = effect.done, nil
         end
         if not (arrives and effect.to == 0) then
-            kept[#kept + 1] = effect
-            arrived[#arrived + 1] = arrives and effect or nil
+            kept = kept + 1
+            list[kept] = effect
+            if arrives then
+                arrived = arrived == NONE and {} or arrived
+                arrived[#arrived + 1] = effect
+            end
         end
     end
-    state.list = kept
+    for place = count, kept + 1, -1 do
+        list[place] = nil
+    end
     return arrived, scripts
 end
 
