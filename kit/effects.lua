@@ -47,14 +47,15 @@ local function has_any(options, names)
     end
 end
 
-local function new_effect(kind, options)
-    local spec = KINDS[checks.one_of(KIND_NAMES)("an effect", kind)]
+-- prefix: of the fields in errors.
+local function new_effect(kind, options, prefix)
+    local spec = KINDS[checks.one_of(KIND_NAMES)(prefix .. "an effect", kind)]
     if type(options) ~= "table" then
-        checks.refuse(kind, "a table of options", options)
+        checks.refuse(prefix .. "its argument", "a table of options", options)
     end
-    local given = checks.fields(options, spec.takes, "")
+    local given = checks.fields(options, spec.takes, prefix)
     if spec.one_of and not has_any(given, spec.one_of) then
-        checks.fail(table.concat(spec.one_of, " or ") .. " must be given")
+        checks.fail(prefix .. table.concat(spec.one_of, " or ") .. " must be given")
     end
     local effect = { kind = kind, age = 0, time = 0 }
     for name, value in pairs(spec.starts) do
@@ -162,13 +163,10 @@ local function grow(state, options)
     return effect.id
 end
 
-function effects.add(state, kind, options)
-    local effect = new_effect(kind, options or {})
-    local grown = kind == "trauma" and grow(state, effect)
+local function start(state, effect)
+    local grown = effect.kind == "trauma" and grow(state, effect)
     if grown then
         return grown
-    elseif #state.list >= LIMIT then
-        checks.fail("this camera has " .. LIMIT .. " effects already; cancel or release some")
     end
     state.last = state.last + 1
     effect.id, effect.waiting = state.last, true
@@ -179,16 +177,35 @@ function effects.add(state, kind, options)
     return effect.id
 end
 
+local function check_room(state, more)
+    if #state.list + more > LIMIT then
+        checks.fail("this camera would have more than " .. LIMIT .. " effects; cancel or release some")
+    end
+end
+
+function effects.add(state, kind, options)
+    local effect = new_effect(kind, options or {}, "")
+    check_room(state, 1)
+    return start(state, effect)
+end
+
+-- Either all of them start, or, with an error, none.
 function effects.chain(state, list)
-    local id
-    for _, link in ipairs(list) do
-        local options = { after = id }
+    local made = {}
+    for index, link in ipairs(list) do
+        local options = {}
         for name, value in pairs(link) do
             if name ~= 1 then
                 options[name] = value
             end
         end
-        id = effects.add(state, link[1], options)
+        made[index] = new_effect(link[1], options, "[" .. index .. "] ")
+    end
+    check_room(state, #made)
+    local id
+    for _, effect in ipairs(made) do
+        effect.after = id or effect.after
+        id = start(state, effect)
     end
     return id
 end
