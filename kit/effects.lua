@@ -19,13 +19,9 @@
 
 local checks = include("kit/checks.lua")
 local easing = include("kit/easing.lua")
-local KINDS = include("kit/effect_kinds.lua")
+local kinds = include("kit/effect_kinds.lua")
 
-local KIND_NAMES = {}
-for name in pairs(KINDS) do
-    KIND_NAMES[#KIND_NAMES + 1] = name
-end
-table.sort(KIND_NAMES)
+local KINDS = kinds.by_name
 
 local effects = {}
 
@@ -35,36 +31,6 @@ local LIMIT = 200 -- effects of one camera at a time: a game that adds one in ev
 
 function effects.new()
     return { last = 0, list = {} }
-end
-
--- ---- reading options ----
-
-local function has_any(options, names)
-    for _, name in ipairs(names) do
-        if options[name] ~= nil then
-            return true
-        end
-    end
-end
-
--- prefix: of the fields in errors.
-local function new_effect(kind, options, prefix)
-    local spec = KINDS[checks.one_of(KIND_NAMES)(prefix .. "an effect", kind)]
-    if type(options) ~= "table" then
-        checks.refuse(prefix .. "its argument", "a table of options", options)
-    end
-    local given = checks.fields(options, spec.takes, prefix)
-    if spec.one_of and not has_any(given, spec.one_of) then
-        checks.fail(prefix .. table.concat(spec.one_of, " or ") .. " must be given")
-    end
-    local effect = { kind = kind, age = 0, time = 0 }
-    for name, value in pairs(spec.starts) do
-        effect[name] = value
-    end
-    for name, value in pairs(given) do
-        effect[name] = value
-    end
-    return effect
 end
 
 -- ---- the list ----
@@ -184,7 +150,7 @@ local function check_room(state, more)
 end
 
 function effects.add(state, kind, options)
-    local effect = new_effect(kind, options or {}, "")
+    local effect = kinds.new(kind, options or {}, "")
     check_room(state, 1)
     return start(state, effect)
 end
@@ -199,7 +165,7 @@ function effects.chain(state, list)
                 options[name] = value
             end
         end
-        made[index] = new_effect(link[1], options, "[" .. index .. "] ")
+        made[index] = kinds.new(link[1], options, "[" .. index .. "] ")
     end
     check_room(state, #made)
     local id
