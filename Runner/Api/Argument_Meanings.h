@@ -23,6 +23,7 @@ inline constexpr ArgumentMeaning ARGUMENT_MEANINGS[] = {
     {"surface", "a whole number", "a surface, as surface_create gave it"},
     {"map", "a whole number", "a tile map, as tilemap_add gave it"},
     {"view", "a whole number", "a view of the running room, 0 to 7"},
+    {"script", "a whole number", "a script's number, as script_add gave it"},
     // ---- input ----
     {"key", "a string", "a key by what is written on it (\"space\"), or by its place on a US keyboard (\"@w\")"},
     {"mouse_button", "a string", "\"left\", \"middle\", \"right\", \"side1\" or \"side2\""},

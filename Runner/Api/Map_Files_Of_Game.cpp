@@ -8,9 +8,9 @@ bool MapFilesOfGame::Read(const std::string& path, size_t limit, std::vector<uin
     if (!m_noted.insert(path).second)
         return isRead;
     if (isRead)
-        m_scripts.NoteCode(path, bytes);
+        m_scripts.files.NoteCode(path, bytes);
     else
-        m_scripts.NoteMissing(path);
+        m_scripts.files.NoteMissing(path);
     return isRead;
 }
 } // namespace Runner

@@ -13,7 +13,7 @@ namespace Runner
 class MapFilesOfGame : public MapFiles
 {
 public:
-    explicit MapFilesOfGame(ScriptEngine& scripts) : m_scripts(scripts), m_folder(scripts.PathOf(".")) {}
+    explicit MapFilesOfGame(ScriptEngine& scripts) : m_scripts(scripts), m_folder(scripts.files.PathOf(".")) {}
     bool Read(const std::string& path, size_t limit, std::vector<uint8_t>& bytes, std::string& why) override;
 
 private:

@@ -22,7 +22,7 @@ MapModel ReadGameMap(const Arguments& call, const std::string& file)
     MapFilesOfGame files(call.game.scripts);
     MapModel model;
     std::string why;
-    call.game.scripts.PathOf(file); // throws
+    call.game.scripts.files.PathOf(file); // throws
     if (!ReadMap(file, files, model, why))
         call.Fail(why);
     return model;

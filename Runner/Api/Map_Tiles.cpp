@@ -27,7 +27,7 @@ public:
             return m_picture;
         std::string why;
         m_path.clear();
-        if (!ReadPng(m_call.game.scripts.PathOf(wanted.path), m_picture, why))
+        if (!ReadPng(m_call.game.scripts.files.PathOf(wanted.path), m_picture, why))
             m_call.Fail(why);
         if (wanted.transparent.has_value())
             ClearColour(m_picture, wanted.transparent->red, wanted.transparent->green, wanted.transparent->blue);

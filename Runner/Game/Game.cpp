@@ -100,7 +100,7 @@ void Game::Identify()
     const Random::State now = random.GetState();
     const Random::State start = Random(options.seed).GetState();
     m_identity.name = options.file.substr(options.file.rfind('/') + 1);
-    m_identity.files = scripts.Fingerprint();
+    m_identity.files = scripts.files.Fingerprint();
     m_identity.seed = options.seed;
     m_identity.usesSeed = now.position != start.position || now.increment != start.increment;
 }
@@ -112,7 +112,7 @@ bool Game::Load()
         scripts.Fail(why);
     MakeDefaultCamera();
     OpenScripts();
-    if (scripts.Failed() || !scripts.RunMain(options.file) || OpenPainter() == nullptr)
+    if (scripts.Failed() || !scripts.RunMain(options.file, options.kit) || OpenPainter() == nullptr)
         return false;
     Identify();
     if (rooms.Count() == 0)

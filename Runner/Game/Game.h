@@ -11,6 +11,7 @@
 // The module's one camera manager is empty before Load and again after the game's destruction.
 
 #include "Files/Graphics/Camera_Handle.h"
+#include "Runner/Base/Installed_Kit.h"
 #include "Runner/Base/Random.h"
 #include "Runner/Base/Settings.h"
 #include "Runner/Draw/Painter.h"
@@ -39,8 +40,9 @@ constexpr int SCREEN_HEIGHT_UNLESS_SET = 720;
 
 struct GameOptions
 {
-    std::string file; // of the game
-    int width = 0;    // of the picture, pixels; 0: the game's screen
+    std::string file;                 // of the game
+    std::string kit = InstalledKit(); // folder of the camera kit; empty: a game has the one beside it or none
+    int width = 0;                    // of the picture, pixels; 0: the game's screen
     int height = 0;
     uint64_t seed = 1;
     bool draw = true;      // false: everything runs, nothing is drawn
