@@ -33,9 +33,9 @@ void RaisePainterError(const Arguments& call)
         call.Fail(problem);
 }
 
-std::array<ApiTable, 8> AllTables()
+std::array<ApiTable, 9> AllTables()
 {
-    return {WorldApi(), RoomApi(), SystemApi(), DrawApi(), PictureApi(), SpaceApi(), InputApi(), PointApi()};
+    return {WorldApi(), RoomApi(), SystemApi(), DrawApi(), PictureApi(), SpaceApi(), InputApi(), PointApi(), MapApi()};
 }
 
 int CallApi(lua_State* L)

@@ -1,5 +1,6 @@
 #include "Runner/App/Options.h"
 
+#include "Runner/App/New_Game.h"
 #include "Runner/Base/Printable.h"
 
 #include <algorithm>
@@ -78,6 +79,12 @@ struct Option
 };
 
 constexpr Option OPTIONS[] = {
+    {"--new", "NAME", "instead of playing: make the folder NAME with a game to start from",
+     [](RunOptions& options, const Values& values)
+     {
+         options.newGame = values[0];
+         return WrongGameName(values[0]);
+     }},
     {"--frames", "COUNT", "frames to play; 60, or all of a recording, unless given",
      [](RunOptions& options, const Values& values)
      {
@@ -166,6 +173,8 @@ constexpr Option OPTIONS[] = {
      "where the game's settings are read and kept; in a window\n"
      "settings.txt in the save area unless given, without one nowhere",
      [](RunOptions& options, const Values& values) { return ReadName(values[0], options.settings); }},
+    {"--kit", "DIRECTORY", "the camera kit for games that have none of their own, the Runner's own unless given",
+     [](RunOptions& options, const Values& values) { return ReadName(values[0], options.game.kit); }},
     {"--seed", "NUMBER", "of the random numbers, 1 unless given",
      [](RunOptions& options, const Values& values)
      {
@@ -236,6 +245,8 @@ private:
         m_result = ParseResult::Wrong;
     }
 
+    void Answer(ParseResult result) { m_result = result; }
+
     void TakeArgument(const std::string& argument)
     {
         const bool isOption = !m_onlyGame && argument.size() > 1 && argument[0] == '-';
@@ -293,6 +304,11 @@ private:
 
     void CheckTogether()
     {
+        if (!m_options.newGame.empty())
+        {
+            const bool isAlone = m_given.size() == 1 && !m_hasGame;
+            return isAlone ? Answer(ParseResult::NewGame) : Refuse("--new plays nothing: leave out what else is given");
+        }
         if (!m_options.menu.empty() && m_hasGame)
             return Refuse("--menu takes the place of GAME: leave one of them out");
         if (m_options.menu.empty() && !m_hasGame)

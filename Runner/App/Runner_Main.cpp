@@ -3,6 +3,7 @@
 #include "Runner/Api/Api.h"
 #include "Runner/App/Comparison.h"
 #include "Runner/App/Interrupt.h"
+#include "Runner/App/New_Game.h"
 #include "Runner/App/Options.h"
 #include "Runner/App/Run_Start.h"
 #include "Runner/App/Session.h"
@@ -80,6 +81,12 @@ int Print(const std::string& text, FILE* out, FILE* err)
     return ConsoleIsGood(why) ? EXIT_DONE : Complain(err, why, EXIT_GAME_ERROR);
 }
 
+int MakeGame(const RunOptions& options, FILE* out, FILE* err)
+{
+    std::string told;
+    return MakeNewGame(options.newGame, told) ? Print(told + "\n", out, err) : Complain(err, told, EXIT_GAME_ERROR);
+}
+
 int PlayGame(const RunOptions& options, FILE* out, FILE* err)
 {
     SetConsoleOutput(out);
@@ -97,6 +104,7 @@ int Run(int argc, char** argv, FILE* out, FILE* err)
     {
     case ParseResult::Help: return Print(HelpText(), out, err);
     case ParseResult::Version: return Print("runner " CAMERA_VERSION "\n", out, err);
+    case ParseResult::NewGame: return MakeGame(options, out, err);
     case ParseResult::Wrong: return EXIT_WRONG_USAGE;
     case ParseResult::Play: break;
     }

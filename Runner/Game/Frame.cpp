@@ -224,15 +224,27 @@ void Game::DrawRoom(const CameraNumber& number, int view)
     DrawInstances();
 }
 
+// The layers of the room's map stand between the instances by their depth, before instances of the same depth.
 void Game::DrawInstances()
 {
+    size_t nextLayer = 0;
     for (Instance* instance : m_seen)
     {
+        DrawMap(instance->depth, nextLayer);
         if (instance->IsLive())
             DrawInstance(*instance);
         if (scripts.Failed())
             return;
     }
+    DrawMap(-INFINITY, nextLayer);
+}
+
+// Animated tiles count the time by frames, so that every run shows the same.
+void Game::DrawMap(float depth, size_t& next)
+{
+    const RoomMap* map = RunningMap();
+    if (map != nullptr)
+        map->Draw(*m_painter, int64_t{m_frame} * 1000 / FRAMES_A_SECOND, depth, next);
 }
 
 void Game::TellOfView(int camera, int view) const

@@ -1,8 +1,6 @@
 #include "Runner/Lua/Script_Engine.h"
 
 #include "Files/Run/Run_Globals.h"
-#include "Runner/Base/Printable.h"
-#include "Runner/Base/Whole_File.h"
 #include "Runner/Lua/Sandbox.h"
 #include "Runner/Lua/Self.h"
 #include "Runner/World/Instance.h"
@@ -59,6 +57,19 @@ std::string_view WithoutPreamble(std::string_view text)
     if (text.substr(0, 1) == "#")
         text.remove_prefix(std::min(text.find('\n'), text.size()));
     return text;
+}
+
+// The file of the innermost script function that is running; empty when there is none.
+std::string RunningFile(lua_State* L)
+{
+    lua_Debug frame;
+    for (int level = 0; lua_getstack(L, level, &frame) != 0; ++level)
+    {
+        lua_getinfo(L, "Sl", &frame);
+        if (frame.currentline > 0 && frame.source[0] == '@')
+            return frame.source + 1;
+    }
+    return "";
 }
 
 struct ProtectedCall
@@ -217,55 +228,28 @@ void ScriptEngine::CheckInterrupt(lua_State* L, lua_Debug*)
 
 // ---- files ----
 
-std::string ScriptEngine::PathOf(const std::string& name) const
+void ScriptEngine::LoadFile(lua_State* L, const std::string& name, const std::string& path)
 {
-    const bool climbs = name == ".." || name.rfind("../", 0) == 0 || name.find("/../") != std::string::npos ||
-                        (name.size() >= 3 && name.compare(name.size() - 3, 3, "/..") == 0);
-    if (name.empty() || name[0] == '/' || climbs || name.find('\0') != std::string::npos)
-        throw ScriptError("\"" + Printable(name) +
-                          "\" is no file of the game: give a name relative to the game's file");
-    return m_directory + name;
-}
-
-void ScriptEngine::LoadFile(lua_State* L, const std::string& path, const std::string& shownName)
-{
-    std::vector<uint8_t> bytes;
-    std::string why;
-    const bool isRead = ReadWholeFile(path, bytes, why);
-    m_read.push_back({shownName, isRead ? HashBytes(bytes.data(), bytes.size()) : 0});
-    if (!isRead)
-        throw ScriptError(why);
-    m_files.Bytes(shownName.c_str(), shownName.size() + 1);
-    m_files.Bytes(bytes.data(), bytes.size());
-    const std::string chunk = "@" + shownName;
+    const std::vector<uint8_t> bytes = files.ReadScript(name, path);
+    const std::string chunk = "@" + name;
     const std::string_view text = WithoutPreamble({reinterpret_cast<const char*>(bytes.data()), bytes.size()});
     if (luaL_loadbufferx(L, text.data(), text.size(), chunk.c_str(), "t") != LUA_OK)
         throw PositionedError(lua_tostring(L, -1));
 }
 
-void ScriptEngine::NoteFile(const std::string& name)
+bool ScriptEngine::RunMain(const std::string& file, const std::string& kit)
 {
-    std::vector<uint8_t> bytes;
-    std::string ignored;
-    const bool isRead = ReadWholeFile(m_directory + name, bytes, ignored);
-    m_read.push_back({name, isRead ? HashBytes(bytes.data(), bytes.size()) : 0});
-}
-
-bool ScriptEngine::RunMain(const std::string& file)
-{
-    const size_t slash = file.rfind('/');
-    m_directory = slash == std::string::npos ? "" : file.substr(0, slash + 1);
     struct Start
     {
         ScriptEngine& engine;
         const std::string& path;
-        std::string shownName;
+        std::string name;
     };
-    Start start = {*this, file, file.substr(m_directory.size())};
+    Start start = {*this, file, files.Open(file, kit)};
     const Body run = [](lua_State* L, void* context)
     {
         const auto& main = *static_cast<const Start*>(context);
-        main.engine.LoadFile(L, main.path, main.shownName);
+        main.engine.LoadFile(L, main.name, main.path);
         lua_call(L, 0, 0);
     };
     return Protect(run, &start);
@@ -277,7 +261,7 @@ void ScriptEngine::Include(lua_State* L, const std::string& name)
     if (lua_getfield(L, -1, name.c_str()) == LUA_TNIL)
     {
         lua_pop(L, 1);
-        LoadFile(L, PathOf(name), name);
+        LoadFile(L, name, files.FindScript(name, RunningFile(L)));
         lua_createtable(L, 1, 0);
         lua_pushvalue(L, -1);
         lua_setfield(
