@@ -11,6 +11,7 @@
 // The module's one camera manager is empty before Load and again after the game's destruction.
 
 #include "Files/Graphics/Camera_Handle.h"
+#include "Runner/Base/Installed_Kit.h"
 #include "Runner/Base/Random.h"
 #include "Runner/Base/Settings.h"
 #include "Runner/Draw/Painter.h"

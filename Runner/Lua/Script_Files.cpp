@@ -14,9 +14,7 @@ namespace
 namespace fs = std::filesystem;
 
 constexpr char KIT[] = "kit/";
-constexpr char KIT_HEAD[] = "camera_kit.lua";
 constexpr char KIT_VERSION[] = "version.lua";
-constexpr int LEVELS_ABOVE = 6; // from a program in a build folder to the sources
 
 bool IsInKit(const std::string& name) { return name.rfind(KIT, 0) == 0; }
 
@@ -26,27 +24,12 @@ bool Exists(const fs::path& path)
     return fs::exists(path, ignored);
 }
 
-bool HoldsKit(const fs::path& folder) { return Exists(folder / "kit" / KIT_HEAD); }
-
 // Whether path stands directly or deeper in a folder that ends with a slash.
 bool IsBelow(const std::string& path, const std::string& folder)
 {
     return !folder.empty() && path.rfind(folder, 0) == 0;
 }
 } // namespace
-
-std::string InstalledKit()
-{
-    std::error_code why;
-    fs::path folder = fs::read_symlink("/proc/self/exe", why).parent_path();
-    const fs::path shared = folder.parent_path() / "share" / "camera-module-runner";
-    if (HoldsKit(shared))
-        return (shared / "kit").string();
-    for (int level = 0; level < LEVELS_ABOVE && folder.has_relative_path(); ++level, folder = folder.parent_path())
-        if (HoldsKit(folder))
-            return (folder / "kit").string();
-    return "";
-}
 
 std::string ScriptFiles::Open(const std::string& mainFile, const std::string& kit)
 {

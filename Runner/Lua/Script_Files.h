@@ -18,10 +18,6 @@ struct GameFile
     std::string path = ""; // where it was read; not known of a file that a recording tells of
 };
 
-// The folder of the camera kit that comes with this program, without a slash at its end: installed beside it, or in the
-// sources that it was built in. Empty when there is none.
-std::string InstalledKit();
-
 // Names are relative to the main file's directory. A name in "kit/" that is not there is one of the kit's folder.
 class ScriptFiles
 {

@@ -9,12 +9,25 @@
 
 namespace
 {
+void OpenLibraries(lua_State* L)
+{
+    constexpr luaL_Reg libraries[] = {{LUA_GNAME, luaopen_base},
+                                      {LUA_TABLIBNAME, luaopen_table},
+                                      {LUA_STRLIBNAME, luaopen_string},
+                                      {LUA_MATHLIBNAME, luaopen_math}};
+    for (const luaL_Reg& library : libraries)
+    {
+        luaL_requiref(L, library.name, library.func, 1);
+        lua_pop(L, 1);
+    }
+}
+
 TEST(KitAlone, RunsInPlainLuaOnStandIns)
 {
     const std::unique_ptr<lua_State, void (*)(lua_State*)> state(luaL_newstate(), lua_close);
     lua_State* L = state.get();
     ASSERT_NE(L, nullptr);
-    luaL_openlibs(L);
+    OpenLibraries(L);
     lua_pushliteral(L, SOURCE_DIR "/kit");
     lua_setglobal(L, "KIT");
     EXPECT_EQ(luaL_dofile(L, TESTS_DIR "/Kit/support/alone.lua"), LUA_OK) << lua_tostring(L, -1);
