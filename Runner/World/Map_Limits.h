@@ -18,6 +18,7 @@ constexpr int DEPTH = 64;                            // of elements or values in
 constexpr int SIDE = 1 << 20;            // of a map or a layer, in tiles; of a tile, in pixels
 constexpr int64_t LAYER_CELLS = 1 << 24; // of one layer, chunks joined
 constexpr int64_t ALL_CELLS = 1 << 25;   // of all layers
+constexpr size_t LAYERS = 1000;          // groups included
 constexpr size_t TILESETS = 1000;
 constexpr int TILES = 1 << 20;     // of one tileset
 constexpr double COORDINATE = 1e9; // largest size of positions, sizes and offsets

@@ -330,6 +330,19 @@ TEST(MapLimitsTest, TheNumberOfPartsIsBounded)
     EXPECT_THAT(ReadAsText({{"m", many}}, "m"), StartsWith("error: m: this has too many XML elements: "));
 }
 
+TEST(MapLimitsTest, TheNumberOfLayersIsBounded)
+{
+    const auto layers = [](int count)
+    {
+        std::string text = "<map width=\"1\" height=\"1\" tilewidth=\"1\" tileheight=\"1\">";
+        for (int i = 0; i < count; ++i)
+            text += "<objectgroup name=\"o\"/>";
+        return ReadAsText({{"m", text + "</map>"}}, "m");
+    };
+    EXPECT_THAT(layers(1000), StartsWith("map 1 1"));
+    EXPECT_EQ(layers(1001), "error: m: layer 'o': the map has more than 1000 layers: join some");
+}
+
 // A small file that asks for twice the limit: a template's text of 4 MB in 64 objects.
 TEST(MapLimitsTest, WhatObjectsTakeFromATemplateIsBounded)
 {
