@@ -151,6 +151,12 @@ constexpr Option OPTIONS[] = {
      }},
     {"--load", "FILE", "go on from a saved game, with its seed unless --seed is given",
      [](RunOptions& options, const Values& values) { return ReadName(values[0], options.load); }},
+    {"--compare-saves", "A B", "instead of a game: tell how two saved games differ, thumbnails left out",
+     [](RunOptions& options, const Values& values)
+     {
+         const std::string wrong = ReadName(values[0], options.compareSaves.first);
+         return wrong.empty() ? ReadName(values[1], options.compareSaves.second) : wrong;
+     }},
     {"--record", "FILE", "keep in this file what enters the game: input, saves that it loads",
      [](RunOptions& options, const Values& values) { return ReadName(values[0], options.record); }},
     {"--replay", "FILE", "play a recording: the same frames again, and nothing is saved",
@@ -309,6 +315,10 @@ private:
             const bool isAlone = m_given.size() == 1 && !m_hasGame;
             return isAlone ? Answer(ParseResult::NewGame) : Refuse("--new plays nothing: leave out what else is given");
         }
+        if (!m_options.compareSaves.first.empty() && m_given.size() + (m_hasGame ? 1 : 0) > 1)
+            return Refuse("--compare-saves plays no game: give nothing else with it");
+        if (!m_options.compareSaves.first.empty())
+            return;
         if (!m_options.menu.empty() && m_hasGame)
             return Refuse("--menu takes the place of GAME: leave one of them out");
         if (m_options.menu.empty() && !m_hasGame)

@@ -41,9 +41,10 @@ struct RunOptions
     std::string settings; // the file of the game's settings; empty for none
 
     // ---- saved games: paths, empty for none ----
-    std::string load;                   // the saved game to go on from
-    bool isSeedGiven = false;           // false: a loaded game brings its own
-    std::pair<int, std::string> saveAt; // the file, once so many frames of the game have been played
+    std::string load;                                 // the saved game to go on from
+    bool isSeedGiven = false;                         // false: a loaded game brings its own
+    std::pair<std::string, std::string> compareSaves; // two saved games to compare instead of playing; empty for none
+    std::pair<int, std::string> saveAt;               // the file, once so many frames of the game have been played
 
     // ---- input: paths, empty for none ----
     std::string input;   // a text of what is pressed and moved
