@@ -42,6 +42,7 @@ if type(host) ~= "table" then
             draw_set_alpha(alpha)
             draw_rectangle(left, top, right, bottom)
             draw_set_alpha(1)
+            draw_set_colour(0xFFFFFF)
         end,
     }
 end
@@ -53,6 +54,7 @@ local shots = include("kit/shots.lua")
 local shot_methods = include("kit/shot_methods.lua")
 local easing = include("kit/easing.lua")
 local effects = include("kit/effects.lua")
+local motion = include("kit/motion.lua")
 local overlay = include("kit/overlay.lua")
 
 local kit = { version = include("kit/version.lua"), host = host, easing = easing }
@@ -129,14 +131,16 @@ local function make(fields)
     end
     local key = key_of(given.view, given.camera)
     local states = all_states()
-    if not states.cameras[key] then
+    local before = states.cameras[key]
+    if not before then
         table.insert(states.order, key)
     end
     states.cameras[key] = {
         view = given.view, camera = given.camera, width = given.width, height = given.height, room = -1,
         attached = NO_CAMERA, effects = effects.new(), pixels = given.pixels or false, shots = shots.new(shot),
         pose = { x = 0, y = 0, zoom = 1, angle = 0 },
-        written = { width = -1, height = -1, angle = 0 },
+        written = { width = -1, height = -1, angle = false },
+        sized = before and before.sized, -- what the view was before the kit zoomed it
     }
     return handle_of(key)
 end
@@ -224,10 +228,13 @@ local view = { width = 0, height = 0 }
 local function attach(state, camera, room_number)
     state.attached, state.room = camera, room_number
     camera_set_view_target(camera, NO_CAMERA)
-    state.base_width, state.base_height = camera_get_view_width(camera), camera_get_view_height(camera)
+    local width, height = camera_get_view_width(camera), camera_get_view_height(camera)
+    local sized = state.sized
+    if not sized or sized.camera ~= camera or sized.room ~= room_number then
+        state.sized = { camera = camera, room = room_number, width = width, height = height }
+    end
     state.written.width = -1
-    local centre_x = camera_get_view_x(camera) + state.base_width / 2
-    local centre_y = camera_get_view_y(camera) + state.base_height / 2
+    local centre_x, centre_y = camera_get_view_x(camera) + width / 2, camera_get_view_y(camera) + height / 2
     local live = state.shots.chain[#state.shots.chain]
     state.shots.chain = { live }
     for _, rig in ipairs(state.shots.shots) do
@@ -258,7 +265,8 @@ local function step_camera(state, room_number)
     if camera ~= state.attached or room_number ~= state.room then
         attach(state, camera, room_number)
     end
-    view.width, view.height = state.width or state.base_width, state.height or state.base_height
+    view.width, view.height = state.width or state.sized.width, state.height or state.sized.height
+    motion.prepare(view, state.shots.shots[1], host.settings())
     shots.step(state.shots, host, view, room)
     overlay.step(state, host, state.shots.base, view)
     write(state, camera, state.pose)

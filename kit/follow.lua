@@ -19,6 +19,7 @@
 --   at, speed      after the smoothing
 
 local checks = include("kit/checks.lua")
+local motion = include("kit/motion.lua")
 local smooth = include("kit/smooth.lua")
 local zones = include("kit/zones.lua")
 local path = include("kit/path.lua")
@@ -265,14 +266,14 @@ local function write_pose(rig, x, y, size, view)
     local half_w, half_h = view.width * size / 2, view.height * size / 2
     local pose, shown = rig.pose, rig.shown
     shown.x, shown.y, shown.half_w, shown.half_h = x, y, half_w, half_h
-    pose.x, pose.y, pose.zoom, pose.angle = x, y, 1 / size, rig.angle
+    pose.x, pose.y, pose.zoom, pose.angle = x, y, 1 / size, motion.angle(rig.angle, view)
     pose.anchor_x, pose.anchor_y = rig.x.last, rig.y.last
     rig.ready = true
 end
 
 local function find_size(rig, view, wide, high, count)
     local size = (count > 1 or rig.group.max_zoom) and framing(rig, view, wide, high) or 1 / rig.zoom
-    size = zones.size(rig, size)
+    size = motion.size(zones.size(rig, size), view, count > 1 and rig.group.min_zoom)
     local now = rig.size
     if rig.ready then
         now.at, now.speed = smooth.spring(now.at, now.speed, size, rig.half_life.zoom)
