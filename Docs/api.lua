@@ -429,7 +429,7 @@ function screen_height() end
 ---@return integer index
 function script_add(callback) end
 
----Runs another Lua file, named relative to the game's, once; later calls give the first result
+---Runs another Lua file, named relative to the game's, once; later calls give the first result. `kit/camera_kit.lua` and its parts are also found in the Runner's own folder, `runner --kit DIRECTORY`
 ---@param file string a file's name, relative to the game's file
 ---@return any result
 function include(file) end
@@ -486,6 +486,10 @@ function game_load(name) end
 
 ---Ends the game after this frame
 function game_end() end
+
+---Runs a script by its number from `script_add`, without arguments
+---@param script integer a script's number, as script_add gave it
+function script_call(script) end
 
 ---0 to 255 each
 ---@param red number 0 to 255
@@ -908,3 +912,52 @@ function mouse_room(view, z) end
 ---@param y number downwards
 ---@return integer view
 function view_at(x, y) end
+
+---@class room_from_map.fields
+---@field name? string
+---@field objects? any Objects of the game by the class in the map. Others are found by the names that `object_add` gave them
+---@field background? integer A colour
+---@field views? table<integer, view.fields> As in `room_add`; a view that is given here counts before the map's
+---@field instances? any[][] More of them, as in `room_add`, after the map's
+---@field create? fun(self: Instance) As in `room_add`
+---@field load? fun() As in `room_add`
+---@field step? fun(self: Instance) As in `room_add`
+---@field draw? fun(self: Instance) As in `room_add`
+---@field draw_gui? fun() As in `room_add`
+
+---Adds a room that a TMX or TMJ map describes: its size, background, views, layers, instances
+---@param map_file string a map's file, relative to the game's file
+---@param fields? room_from_map.fields named fields; an unknown name is refused
+---@return integer index
+function room_from_map(map_file, fields) end
+
+---What the map says, as a new table: `file`, `class`, `width`, `height`, `tile_width`, `tile_height`, `left`, `top` (of the room in the map), `properties`, `layers` in their order
+---@param room integer a room's index, as room_add gave it
+---@return any table
+function map_info(room) end
+
+---The map's rectangles of class `zone`, as the camera kit takes zones: `name`, `left`, `top`, `right`, `bottom` and their properties
+---@param room integer a room's index, as room_add gave it
+---@return any list
+function map_zones(room) end
+
+---A cell of the running room's map; columns and rows count from 0, the tile 0 is empty or outside the layer. A layer is named, or numbered from 1 on
+---@param layer any a layer of the running room's map, by its name or by its number, from 1
+---@param column integer of a tile, from 0
+---@param row integer of a tile, from 0
+---@return integer tile
+---@return integer turn
+function map_tile_get(layer, column, row) end
+
+---Changes a cell until the room starts again. A save keeps the change
+---@param layer any a layer of the running room's map, by its name or by its number, from 1
+---@param column integer of a tile, from 0
+---@param row integer of a tile, from 0
+---@param map_tile integer a tile by its number in the map, 0 is empty
+---@param turn? integer 1 mirrored, 2 upside down, 4 columns exchanged with rows before that; summed
+function map_tile_set(layer, column, row, map_tile, turn) end
+
+---What the map says of a tile: `tileset`, `id` in it, `class`, `properties`, `objects` (its collision shapes); nil for a number that is no tile
+---@param map_tile integer a tile by its number in the map, 0 is empty
+---@return any table
+function map_tile_info(map_tile) end

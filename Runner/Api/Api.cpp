@@ -37,7 +37,7 @@ void RaisePainterError(const Arguments& call)
 std::array<ApiTable, 10> AllTables()
 {
     return {WorldApi(), RoomApi(),  SystemApi(), DrawApi(), PictureApi(),
-            SpaceApi(), InputApi(), PointApi(), MapApi(),  SaveApi()};
+            SpaceApi(), InputApi(), PointApi(),  MapApi(),  SaveApi()};
 }
 
 int CallApi(lua_State* L)
