@@ -17,6 +17,7 @@
 #include "Runner/Draw/Painter.h"
 #include "Runner/Game/Frame_Observer.h"
 #include "Runner/Game/Game_Identity.h"
+#include "Runner/Game/Game_Names.h"
 #include "Runner/Game/Journal.h"
 #include "Runner/Game/Room_Map.h"
 #include "Runner/Game/Trace.h"
@@ -135,6 +136,7 @@ public:
     ScriptEngine scripts;
     World world;
     Rooms rooms;
+    GameNames names;
     Input input;                            // of the running frame; no part of a saved game
     std::unique_ptr<AfterFrame> afterFrame; // null: nothing waits
     FrameObserver* observer = nullptr;      // who watches; not owned, null for nobody
