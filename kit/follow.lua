@@ -17,7 +17,7 @@
 --   goal           after the style
 --   near           the goal with its speed bounded
 --   at, speed      after the smoothing
---   moved, change  of the camera in the last frame, and of the target on the screen
+--   moved, change  of the camera in the last frame, and of the target on the screen; change_before: a frame earlier
 
 local checks = include("kit/checks.lua")
 local motion = include("kit/motion.lua")
@@ -49,7 +49,7 @@ follow.FIELDS = include("kit/shot_fields.lua")
 
 local function new_axis()
     return { last = 0, pace = 0, lead = 0, lead_speed = 0, goal = 0, near = 0, at = 0, speed = 0,
-             moved = 0, change = 0 }
+             moved = 0, change = 0, change_before = 0 }
 end
 
 function follow.new(name, fields)
@@ -237,24 +237,32 @@ end
 
 -- ---- smoothing ----
 
--- A camera that gathers or loses speed overtakes the target, or falls behind it: on the screen the target turns round. It
--- must not do so in the very frame before the target changes its own speed, or it goes to and fro within three frames.
--- So the camera goes along with the target for one frame in between, as far as this changes its speed by less.
+-- A camera that gathers or loses speed overtakes the target, or falls behind it: on the screen the target turns round. If
+-- the target changes its own speed just before or after, it goes to and fro within three frames. So the camera goes along
+-- with the target for one frame where it would turn it round, and where the target itself turns round twice in a row.
 local FELT = 0.02 -- room units a frame
 
 local function turns_round(change, last)
     return (last > FELT and change < -FELT) or (last < -FELT and change > FELT)
 end
 
-local function steady(axis, was, target_speed)
-    local moved, last_moved = axis.at - was, axis.moved
-    local change, target_before = target_speed - moved, axis.change + last_moved
-    if turns_round(change, axis.change) and turns_round(target_before - moved, axis.change) then
-        local along = math.max(math.min(moved, last_moved), math.min(math.max(moved, last_moved), target_speed))
-        axis.at, axis.speed = was + along, axis.speed + along - moved
-        moved = along
+local function goes_along(axis, change, target_speed, acceleration)
+    if not turns_round(change, axis.change) then
+        return false
+    elseif not turns_round(target_speed - axis.moved, axis.change) then
+        return true -- its speed is then between the last one and its own next one
     end
-    axis.moved, axis.change = moved, target_speed - moved
+    return turns_round(axis.change, axis.change_before) and math.abs(target_speed - axis.moved) <= acceleration
+end
+
+local function steady(axis, was, target_speed, acceleration)
+    local moved = axis.at - was
+    local change = target_speed - moved
+    if goes_along(axis, change, target_speed, acceleration) then
+        axis.at, axis.speed = was + target_speed, axis.speed + change
+        moved, change = target_speed, 0
+    end
+    axis.moved, axis.change_before, axis.change = moved, axis.change, change
 end
 
 -- The goal may move as fast as the stated acceleration allows, or as the target itself does. One frame of high speed is
@@ -279,12 +287,12 @@ local function approach(rig, axis, goal, life, target_speed)
         axis.at = smooth.exponential(was, axis.near, life)
         axis.speed = axis.at - was
     end
-    steady(axis, was, target_speed)
+    steady(axis, was, target_speed, rig.acceleration)
 end
 
 local function stand_at(axis, goal)
     axis.near, axis.at, axis.speed = goal, goal, 0
-    axis.pace, axis.moved, axis.change = 0, 0, 0
+    axis.pace, axis.moved, axis.change, axis.change_before = 0, 0, 0, 0
 end
 
 local function write_pose(rig, x, y, size, view)
