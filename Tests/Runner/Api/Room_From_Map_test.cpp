@@ -239,7 +239,7 @@ TEST_F(RoomFromMap, TheMapItsTilesetsAndTheirPicturesCountAsCode)
     const std::string map = MapText(Layer("1,0,0,0,0,0,0,0"));
     ASSERT_EQ(PlayMap(map), "");
     std::vector<std::string> names;
-    for (const Runner::GameFile& file : game->scripts.Files())
+    for (const Runner::GameFile& file : game->scripts.files.Read())
         names.push_back(file.name);
     EXPECT_THAT(names, testing::UnorderedElementsAre("main.lua", "room.tmx", "tiles.tsx", "tiles.png"));
     const uint64_t before = game->Identity().files;
@@ -252,7 +252,7 @@ TEST_F(RoomFromMap, TheMapItsTilesetsAndTheirPicturesCountAsCode)
 TEST_F(RoomFromMap, AMapThatCannotBeReadIsRefusedInOneLineAndWatched)
 {
     EXPECT_THAT(Play("room_from_map('none.tmx')"), HasSubstr("none.tmx"));
-    EXPECT_EQ(game->scripts.Files().back().name, "none.tmx");
+    EXPECT_EQ(game->scripts.files.Read().back().name, "none.tmx");
     EXPECT_THAT(Play("room_from_map('../room.tmx')"), HasSubstr("is no file of the game"));
     EXPECT_THAT(PlayMap(MapText(""), "width = 5"), HasSubstr("width"));
 }
