@@ -59,6 +59,10 @@ public:
             Add("surface " + std::to_string(surface.number), Text(surface.width) + "x" + Text(surface.height));
         for (const SavedTileMap& map : m_state.tileMaps)
             DescribeTileMap(map);
+        for (const SavedMapLayer& layer : m_state.mapLayers)
+            for (const SavedCell& cell : layer.cells)
+                Add("layer " + Text(layer.name) + " cell " + Text(cell.column) + ", " + Text(cell.row),
+                    Text(cell.cell));
         DescribeNames();
         DescribeTables();
         return std::move(m_lines);

@@ -3,6 +3,8 @@
 #include "Files/Graphics/Graphics_Support.h"
 #include "Runner/Game/Game.h"
 #include "Runner/Host/Buffer.h"
+#include "Runner/Host/Console.h"
+#include "Runner/Save/Map_Changes.h"
 #include "Runner/Save/Script_Values.h"
 
 namespace Runner
@@ -178,6 +180,8 @@ bool RestoreGame(Game& game, const SavedState& state)
     RestoreSurfaces(*game.CurrentPainter(), state.surfaces);
     RestoreTileMaps(*game.CurrentPainter(), state.tileMaps);
     RestoreRoom(game, state);
+    for (const std::string& line : RestoreMapChanges(game, state.mapLayers))
+        PrintLine("left out of the saved game: " + line);
     RestoreCameras(game, state.cameras, state.views);
     RestoreNames(game.names, state.names);
     game.GotoRoom(state.game.nextRoom);

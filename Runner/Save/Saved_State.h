@@ -82,6 +82,20 @@ struct SavedTileMap
     std::vector<int32_t> tiles; // frames row by row, -1 for none
 };
 
+struct SavedCell
+{
+    int32_t column = 0, row = 0;
+    uint32_t cell = 0; // a tile's number in the map, with the flags that turn it
+};
+
+// A layer of the running room's map whose cells differ from the map's file.
+struct SavedMapLayer
+{
+    int32_t number = 0; // in the map's layers
+    std::string name;
+    std::vector<SavedCell> cells; // by row, then by column
+};
+
 // ---- what scripts have stored ----
 
 struct TableNumber
@@ -153,6 +167,7 @@ struct SavedState
     std::vector<SavedTileMap> tileMaps; // ascending by number
     SavedValues values;
     SavedNames names; // empty in a file of version 1
+    std::vector<SavedMapLayer> mapLayers; // ascending by number
     SavedThumbnail thumbnail;
 };
 } // namespace Runner

@@ -59,6 +59,17 @@ template <typename Io> void Transfer(Io& io, FieldsOf<Io, SavedTileMap>& map)
     Transfer(io, map.tiles);
 }
 
+template <typename Io> void Transfer(Io& io, FieldsOf<Io, SavedCell>& cell)
+{
+    All(io, cell.column, cell.row, cell.cell);
+}
+
+template <typename Io> void Transfer(Io& io, FieldsOf<Io, SavedMapLayer>& layer)
+{
+    All(io, layer.number, layer.name);
+    Transfer(io, layer.cells);
+}
+
 template <typename Io> void Transfer(Io& io, FieldsOf<Io, SavedWorld>& world)
 {
     io(world.nextId);
@@ -159,6 +170,7 @@ constexpr Section MakeSection(const char (&tag)[5], uint32_t since = 1, bool (*i
             [](ByteReader& io, SavedState& state) { Transfer(io, state.*part); }};
 }
 
+bool HasChangedCells(const SavedState& state) { return !state.mapLayers.empty(); }
 bool HasThumbnail(const SavedState& state) { return !state.thumbnail.rgb.empty(); }
 } // namespace
 
@@ -171,6 +183,7 @@ const Section SECTIONS[SECTION_COUNT] = {
     MakeSection<&SavedState::tileMaps>("TILE"),
     MakeSection<&SavedState::values>("VARS"),
     MakeSection<&SavedState::names>("NAME", 2),
+    MakeSection<&SavedState::mapLayers>("MAPC", 2, HasChangedCells),
     MakeSection<&SavedState::thumbnail>(THUMBNAIL_TAG, 2, HasThumbnail),
 };
 } // namespace Runner
