@@ -424,10 +424,11 @@ function screen_width() end
 ---@return number number
 function screen_height() end
 
----A number under which a callback can be given to a camera
+---A number under which a callback can be given to a camera. By the name a save of another version of the game finds it again
 ---@param callback function what is called
+---@param script_name? string by which a saved game finds the script in another version of the game
 ---@return integer index
-function script_add(callback) end
+function script_add(callback, script_name) end
 
 ---Runs another Lua file, named relative to the game's, once; later calls give the first result. `kit/camera_kit.lua` and its parts are also found in the Runner's own folder, `runner --kit DIRECTORY`
 ---@param file string a file's name, relative to the game's file
@@ -473,16 +474,6 @@ function collect() end
 ---@param format? string "png" or "bmp"
 ---@return boolean boolean
 function screenshot(name, format) end
-
----Saves the game in a file of the save area, at the end of the frame. False: not asked for, because the name is refused or another save or load is waiting. When the file cannot be written, the console says why, the old one is as it was, and the game goes on
----@param name string a file's name in the save area
----@return boolean boolean
-function game_save(name) end
-
----Reads and checks the file at once, and goes on from it at the end of the frame. False: refused, the console says why, and nothing has changed. [Saves.md](Saves.md) tells what is kept
----@param name string a file's name in the save area
----@return boolean boolean
-function game_load(name) end
 
 ---Ends the game after this frame
 function game_end() end
@@ -961,3 +952,36 @@ function map_tile_set(layer, column, row, map_tile, turn) end
 ---@param map_tile integer a tile by its number in the map, 0 is empty
 ---@return any table
 function map_tile_info(map_tile) end
+
+---In the game's file: which version of the game this is, from 1. Saves then outlive changes of its files, and the game's own function `on_load(from_version, data)` turns those of other versions into this one's: [Saves.md](Saves.md)
+---@param version integer of the game, 1 or more
+function game_version(version) end
+
+---Saves the game in a file of the save area, at the end of the frame. False: not asked for, because the name is refused or another save or load is waiting. When the file cannot be written, the console says why, the old one is as it was, and the game goes on
+---@param name string a file's name in the save area
+---@return boolean boolean
+function game_save(name) end
+
+---Reads and checks the file at once, and goes on from it at the end of the frame. False: refused, the console says why, and nothing has changed. [Saves.md](Saves.md) tells what is kept
+---@param name string a file's name in the save area
+---@return boolean boolean
+function game_load(name) end
+
+---As `game_save`, in `autosave_1.sav` to `autosave_N.sav` in turn; answers the file's name, or false. A count that is saved chooses the file
+---@param slots integer files that take turns, 1 to 100
+---@return string string
+function game_autosave(slots) end
+
+---The saves of this game in the save area: a list of `{ name, version, room, frame, thumbnail }`, by name. The thumbnail is a sprite; [Saves.md](Saves.md) tells more
+---@return any table
+function game_saves() end
+
+---A name by which a save of another version of the game finds the camera again; one camera has it. Empty: takes it away
+---@param camera integer a camera's number
+---@param camera_name string the name of a camera, up to 100 bytes; empty for none
+function camera_set_name(camera, camera_name) end
+
+---The camera of that name, -1 when there is none
+---@param camera_name string the name of a camera, up to 100 bytes; empty for none
+---@return integer camera
+function camera_find(camera_name) end

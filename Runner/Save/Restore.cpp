@@ -3,8 +3,7 @@
 #include "Files/Graphics/Graphics_Support.h"
 #include "Runner/Game/Game.h"
 #include "Runner/Host/Buffer.h"
-#include "Runner/Host/Console.h"
-#include "Runner/Save/Map_Changes.h"
+#include "Runner/Save/Changed_Map.h"
 #include "Runner/Save/Script_Values.h"
 
 namespace Runner
@@ -180,8 +179,7 @@ bool RestoreGame(Game& game, const SavedState& state)
     RestoreSurfaces(*game.CurrentPainter(), state.surfaces);
     RestoreTileMaps(*game.CurrentPainter(), state.tileMaps);
     RestoreRoom(game, state);
-    for (const std::string& line : RestoreMapChanges(game, state.mapLayers))
-        PrintLine("left out of the saved game: " + line);
+    RestoreMap(game, state.map);
     RestoreCameras(game, state.cameras, state.views);
     RestoreNames(game.names, state.names);
     game.GotoRoom(state.game.nextRoom);

@@ -59,17 +59,6 @@ template <typename Io> void Transfer(Io& io, FieldsOf<Io, SavedTileMap>& map)
     Transfer(io, map.tiles);
 }
 
-template <typename Io> void Transfer(Io& io, FieldsOf<Io, SavedCell>& cell)
-{
-    All(io, cell.column, cell.row, cell.cell);
-}
-
-template <typename Io> void Transfer(Io& io, FieldsOf<Io, SavedMapLayer>& layer)
-{
-    All(io, layer.number, layer.name);
-    Transfer(io, layer.cells);
-}
-
 template <typename Io> void Transfer(Io& io, FieldsOf<Io, SavedWorld>& world)
 {
     io(world.nextId);
@@ -92,6 +81,23 @@ template <typename Io> void Transfer(Io& io, FieldsOf<Io, SavedNames>& names)
     Transfer(io, names.sprites);
     Transfer(io, names.scripts);
     Transfer(io, names.cameras);
+}
+
+template <typename Io> void Transfer(Io& io, FieldsOf<Io, SavedMapCell>& cell)
+{
+    All(io, cell.column, cell.row, cell.tileset, cell.tile);
+}
+
+template <typename Io> void Transfer(Io& io, FieldsOf<Io, SavedMapLayer>& layer)
+{
+    All(io, layer.number, layer.name);
+    Transfer(io, layer.cells);
+}
+
+template <typename Io> void Transfer(Io& io, FieldsOf<Io, SavedMap>& map)
+{
+    Transfer(io, map.tilesets);
+    Transfer(io, map.layers);
 }
 
 template <typename Io> void Transfer(Io& io, FieldsOf<Io, SavedThumbnail>& thumbnail)
@@ -170,7 +176,7 @@ constexpr Section MakeSection(const char (&tag)[5], uint32_t since = 1, bool (*i
             [](ByteReader& io, SavedState& state) { Transfer(io, state.*part); }};
 }
 
-bool HasChangedCells(const SavedState& state) { return !state.mapLayers.empty(); }
+bool HasMapCells(const SavedState& state) { return !state.map.layers.empty(); }
 bool HasThumbnail(const SavedState& state) { return !state.thumbnail.rgb.empty(); }
 } // namespace
 
@@ -183,7 +189,7 @@ const Section SECTIONS[SECTION_COUNT] = {
     MakeSection<&SavedState::tileMaps>("TILE"),
     MakeSection<&SavedState::values>("VARS"),
     MakeSection<&SavedState::names>("NAME", 2),
-    MakeSection<&SavedState::mapLayers>("MAPC", 2, HasChangedCells),
+    MakeSection<&SavedState::map>("MAPC", 2, HasMapCells),
     MakeSection<&SavedState::thumbnail>(THUMBNAIL_TAG, 2, HasThumbnail),
 };
 } // namespace Runner

@@ -2,10 +2,6 @@
 #include "Tests/Runner/Support/Game_Support.h"
 
 #include "Files/Graphics/Graphics_Support.h"
-#include "Runner/Save/Capture.h"
-#include "Runner/Save/Map_Changes.h"
-#include "Runner/Save/Restore.h"
-#include "Runner/Save/Save_File.h"
 
 #include <gmock/gmock.h>
 #include <png.h>
@@ -235,43 +231,6 @@ TEST_F(RoomFromMap, ARoomThatStartsShowsItsFileAgain)
         "");
     PlayOn(1);
     EXPECT_EQ(Log(), "1\t0\n1\t0\n1\t0\n");
-}
-
-// ---- saves ----
-
-// The save is made after the change of a cell, and goes on in a game that has changed another one.
-TEST_F(RoomFromMap, ASaveKeepsTheCellsThatDifferFromTheFileAndNoOthers)
-{
-    const std::string map = MapText(Layer("1,1,1,1,1,1,1,1"));
-    ASSERT_EQ(PlayMap(map, "create = function() map_tile_set(1, 3, 1, 2, 5) map_tile_set(1, 0, 0, 3) "
-                           "map_tile_set(1, 0, 0, 1) end, load = function() print(map_tile_get(1, 0, 0)) "
-                           "print(map_tile_get(1, 1, 1)) print(map_tile_get(1, 3, 1)) end, "
-                           "step = function() map_tile_set(1, 1, 1, 4) end"),
-              "");
-    std::vector<uint8_t> file;
-    std::string missing, why;
-    game->RunningMap()->SetCell(*game->CurrentPainter(), {0, 1, 1, 1});
-    ASSERT_TRUE(Runner::CaptureGame(*game, file, missing, why, false)) << why;
-    Runner::SavedState state;
-    ASSERT_TRUE(Runner::DecodeState(file, state, why)) << why;
-    ASSERT_EQ(state.mapLayers.size(), 1u);
-    EXPECT_EQ(state.mapLayers[0].name, "cells");
-    ASSERT_EQ(state.mapLayers[0].cells.size(), 1u) << "the others are as the file says again";
-    EXPECT_EQ(state.mapLayers[0].cells[0].cell, 2u | 0xA0000000u);
-    PlayOn(2);
-    ASSERT_TRUE(Runner::RestoreGame(*game, state)) << game->Failure();
-    EXPECT_EQ(Log(), "1\t0\n1\t0\n2\t5\n");
-}
-
-TEST_F(RoomFromMap, ChangedCellsFindTheirLayerByNameAndWhatHasNoPlaceIsTold)
-{
-    ASSERT_EQ(PlayMap(MapText(Layer("1,1,1,1,1,1,1,1"))), "");
-    const std::vector<Runner::SavedMapLayer> saved = {{7, "cells", {{2, 0, 3}, {40, 0, 3}, {0, 0, 99}}},
-                                                      {0, "walls", {{0, 0, 3}}}};
-    EXPECT_THAT(Runner::RestoreMapChanges(*game, saved),
-                testing::ElementsAre("the room's map has no place for 2 changed cells of layer \"cells\"",
-                                     "the room's map has no place for 1 changed cell of layer \"walls\""));
-    EXPECT_EQ(game->RunningMap()->Cell(*game->CurrentPainter(), 0, 2, 0), 3u);
 }
 
 // ---- files ----

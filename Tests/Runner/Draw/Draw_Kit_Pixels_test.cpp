@@ -1,5 +1,5 @@
-// Whole pixels as the camera kit makes them, in pictures: while a camera goes along with a walker at a fractional speed,
-// each picture of the wall behind is the one before, shifted by whole pixels, and the walker stands still in it.
+// Whole pixels as the camera kit makes them, in pictures: while a camera goes along with a walker at a fractional
+// speed, each picture of the wall behind is the one before, shifted by whole pixels, and the walker stands still in it.
 #include "Runner/Draw/Picture.h"
 #include "Tests/Runner/Draw/Draw_Support.h"
 #include "Tests/Runner/Support/Game_Support.h"
@@ -14,9 +14,9 @@ using Runner::Picture;
 
 constexpr int FRAMES = 40;
 
-// A wall of tiles of one unit, dark colours in no order, and a white walker. SPEED_X and SPEED_Y are units a frame, ASIDE
-// is how far the camera keeps beside the walker, SCALE the pixels for a unit, PIXELS and ZOOM the camera's fields. Without
-// PIXELS the walker is drawn at rounded places all the same, as games do.
+// A wall of tiles of one unit, dark colours in no order, and a white walker. SPEED_X and SPEED_Y are units a frame,
+// ASIDE is how far the camera keeps beside the walker, SCALE the pixels for a unit, PIXELS and ZOOM the camera's
+// fields. Without PIXELS the walker is drawn at rounded places all the same, as games do.
 constexpr char GAME[] = R"lua(
 local kit = include("kit/camera_kit.lua")
 screen_set_size(120, 64)

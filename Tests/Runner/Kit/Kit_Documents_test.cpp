@@ -71,7 +71,8 @@ TEST_P(KitDocuments, TheExampleHasItsPicture)
     ASSERT_NE(name, std::string::npos) << "no picture is named after it";
     const size_t begin = name + sizeof(PICTURE) - 1;
     const std::string file = after.substr(begin, after.find(')', begin) - begin);
-    EXPECT_TRUE(fs::exists(fs::path(SOURCE_DIR "/Docs/Pictures") / file)) << "Tools/make_kit_pictures.sh makes " << file;
+    EXPECT_TRUE(fs::exists(fs::path(SOURCE_DIR "/Docs/Pictures") / file))
+        << "Tools/make_kit_pictures.sh makes " << file;
 }
 
 INSTANTIATE_TEST_SUITE_P(Of, KitDocuments, testing::ValuesIn(Examples()),

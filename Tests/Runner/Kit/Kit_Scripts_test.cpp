@@ -1,5 +1,6 @@
-// The camera kit's tests are Lua scripts, Tests/Kit/*.lua, which check the kit's parts by themselves. Each is played here
-// as a game: a wrong value is an error at the script's line, and the last line says that the script came to its end.
+// The camera kit's tests are Lua scripts, Tests/Kit/*.lua, which check the kit's parts by themselves. Each is played
+// here as a game: a wrong value is an error at the script's line, and the last line says that the script came to its
+// end.
 #include "Tests/Runner/Support/Game_Support.h"
 
 #include <gmock/gmock.h>
