@@ -272,7 +272,11 @@ Instance* Game::CreatePlaced(const RoomPlacement& placement)
     world.Touch(instance);
     LetFollow(*rooms.Running(), placed.followers, instance.m_id);
     if (!SetPlacedProperties(scripts, {instance, placed}))
+    {
+        const std::string why = scripts.TakeFailure();
+        scripts.Fail("object " + std::to_string(placed.id) + " of the room's map: " + why);
         return nullptr;
+    }
     return scripts.Call(type.traits.Script(Event::Create), &instance) ? &instance : nullptr;
 }
 
