@@ -34,9 +34,10 @@ void RaisePainterError(const Arguments& call)
         call.Fail(problem);
 }
 
-std::array<ApiTable, 9> AllTables()
+std::array<ApiTable, 10> AllTables()
 {
-    return {WorldApi(), RoomApi(), SystemApi(), DrawApi(), PictureApi(), SpaceApi(), InputApi(), PointApi(), SaveApi()};
+    return {WorldApi(), RoomApi(),  SystemApi(), DrawApi(), PictureApi(),
+            SpaceApi(), InputApi(), PointApi(),  MapApi(),  SaveApi()};
 }
 
 int CallApi(lua_State* L)
@@ -83,6 +84,8 @@ void OpenApi(lua_State* L, Game& game)
     OpenColours(L);
     OpenSettings(L, game.options.settings);
     lua_newtable(L);
+    if (game.options.strict)
+        WatchVars(L);
     lua_setglobal(L, "vars");
 }
 

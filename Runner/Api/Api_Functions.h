@@ -43,6 +43,7 @@ ApiTable DrawApi();    // shapes, text, colours
 ApiTable PictureApi(); // sprites, surfaces, tile maps
 ApiTable SpaceApi();   // matrices and 3D
 ApiTable InputApi();   // keyboard, mouse, gamepads, actions
+ApiTable MapApi();     // rooms from an editor's maps
 ApiTable PointApi();   // from the screen to the room and back
 ApiTable SaveApi();    // the game's version, saves, names of cameras
 

@@ -25,8 +25,8 @@ int ReturnSprite(const Arguments& call, const Painter& painter, int sprite, cons
 std::string PictureFile(const Arguments& call)
 {
     const std::string name = call.Text(1);
-    std::string path = call.game.scripts.PathOf(name);
-    call.game.scripts.NoteFile(name);
+    std::string path = call.game.scripts.files.PathOf(name);
+    call.game.scripts.files.Note(name);
     return path;
 }
 

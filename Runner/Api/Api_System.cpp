@@ -19,6 +19,16 @@ int ScriptAdd(Arguments& call)
     return call.Return(call.game.scripts.numbered.Add(reference, call.Has(2) ? call.Text(2) : ""));
 }
 
+int ScriptCall(Arguments& call)
+{
+    const int reference = call.game.scripts.numbered.Find(call.Whole(1));
+    if (reference < 0)
+        call.FailArgument(1, "is a number from script_add, got " + DescribeAt(call.L, 1));
+    ScriptEngine::Push(call.L, reference);
+    lua_call(call.L, 0, 0);
+    return 0;
+}
+
 int Include(Arguments& call)
 {
     call.game.scripts.Include(call.L, call.Text(1));
@@ -111,6 +121,7 @@ constexpr ApiFunction FUNCTIONS[] = {
     {"collect", 0, {}, CollectAll},
     {"screenshot", 1, {"name", "format"}, Screenshot},
     {"game_end", 0, {}, GameEnd},
+    {"script_call", 1, {"script"}, ScriptCall},
 };
 } // namespace
 

@@ -1,5 +1,6 @@
 #include "Runner/App/Options.h"
 
+#include "Runner/App/New_Game.h"
 #include "Runner/Base/Printable.h"
 
 #include <algorithm>
@@ -78,6 +79,12 @@ struct Option
 };
 
 constexpr Option OPTIONS[] = {
+    {"--new", "NAME", "instead of playing: make the folder NAME with a game to start from",
+     [](RunOptions& options, const Values& values)
+     {
+         options.newGame = values[0];
+         return WrongGameName(values[0]);
+     }},
     {"--frames", "COUNT", "frames to play; 60, or all of a recording, unless given",
      [](RunOptions& options, const Values& values)
      {
@@ -172,6 +179,8 @@ constexpr Option OPTIONS[] = {
      "where the game's settings are read and kept; in a window\n"
      "settings.txt in the save area unless given, without one nowhere",
      [](RunOptions& options, const Values& values) { return ReadName(values[0], options.settings); }},
+    {"--kit", "DIRECTORY", "the camera kit for games that have none of their own, the Runner's own unless given",
+     [](RunOptions& options, const Values& values) { return ReadName(values[0], options.game.kit); }},
     {"--seed", "NUMBER", "of the random numbers, 1 unless given",
      [](RunOptions& options, const Values& values)
      {
@@ -190,6 +199,8 @@ constexpr Option OPTIONS[] = {
          options.game.check = true;
          return std::string();
      }},
+    {"--strict", "", "warn of variables of instances and vars that are read and were never set",
+     [](RunOptions& options, const Values&) { return SetFlag(options.game.strict); }},
     {"--gc-stress", "", "collect wherever a collection may happen",
      [](RunOptions& options, const Values&)
      {
@@ -241,6 +252,8 @@ private:
         m_wrong = why;
         m_result = ParseResult::Wrong;
     }
+
+    void Answer(ParseResult result) { m_result = result; }
 
     void TakeArgument(const std::string& argument)
     {
@@ -299,10 +312,17 @@ private:
 
     void CheckTogether()
     {
-        if (!m_options.compareSaves.first.empty() && m_given.size() + (m_hasGame ? 1 : 0) > 1)
-            return Refuse("--compare-saves plays no game: give nothing else with it");
+        if (!m_options.newGame.empty())
+        {
+            const bool isAlone = m_given.size() == 1 && !m_hasGame;
+            return isAlone ? Answer(ParseResult::NewGame) : Refuse("--new plays nothing: leave out what else is given");
+        }
         if (!m_options.compareSaves.first.empty())
-            return;
+        {
+            const bool isAlone = m_given.size() == 1 && !m_hasGame;
+            return isAlone ? Answer(ParseResult::CompareSaves)
+                           : Refuse("--compare-saves plays nothing: leave out what else is given");
+        }
         if (!m_options.menu.empty() && m_hasGame)
             return Refuse("--menu takes the place of GAME: leave one of them out");
         if (m_options.menu.empty() && !m_hasGame)

@@ -4,6 +4,7 @@
 #include "Runner/App/Compare_Saves.h"
 #include "Runner/App/Comparison.h"
 #include "Runner/App/Interrupt.h"
+#include "Runner/App/New_Game.h"
 #include "Runner/App/Options.h"
 #include "Runner/App/Run_Start.h"
 #include "Runner/App/Session.h"
@@ -49,6 +50,7 @@ Outcome StartAndPlay(const RunOptions& asked, FILE* err)
     NoInput nobody;
     Outcome outcome = Session(game, options, start, start.Player() != nullptr ? *start.Player() : nobody, err).Play();
     start.ShowNotice(err);
+    TellWarnings(game, err);
     return outcome;
 }
 
@@ -65,7 +67,11 @@ int PlayAndCheck(const RunOptions& options, FILE* err)
     const InterruptHandler interruptHandler;
     const Outcome outcome = Start(options, err);
     if (!outcome.line.empty())
-        return Complain(err, outcome.line, outcome.status);
+    {
+        Complain(err, outcome.line, outcome.status);
+        ShowDetails(outcome, err);
+        return outcome.status;
+    }
     if (outcome.status != EXIT_DONE)
         return outcome.status;
     const bool clean = LeaksNothing(blocksBefore, err);
@@ -79,6 +85,12 @@ int Print(const std::string& text, FILE* out, FILE* err)
     PrintLog(text);
     std::string why;
     return ConsoleIsGood(why) ? EXIT_DONE : Complain(err, why, EXIT_GAME_ERROR);
+}
+
+int MakeGame(const RunOptions& options, FILE* out, FILE* err)
+{
+    std::string told;
+    return MakeNewGame(options.newGame, told) ? Print(told + "\n", out, err) : Complain(err, told, EXIT_GAME_ERROR);
 }
 
 int PlayGame(const RunOptions& options, FILE* out, FILE* err)
@@ -107,10 +119,12 @@ int Run(int argc, char** argv, FILE* out, FILE* err)
     {
     case ParseResult::Help: return Print(HelpText(), out, err);
     case ParseResult::Version: return Print("runner " CAMERA_VERSION "\n", out, err);
+    case ParseResult::NewGame: return MakeGame(options, out, err);
+    case ParseResult::CompareSaves: return CompareTwoSaves(options, out, err);
     case ParseResult::Wrong: return EXIT_WRONG_USAGE;
     case ParseResult::Play: break;
     }
-    return options.compareSaves.first.empty() ? PlayGame(options, out, err) : CompareTwoSaves(options, out, err);
+    return PlayGame(options, out, err);
 }
 } // namespace
 

@@ -2,6 +2,7 @@
 
 #include "Runner/App/Interrupt.h"
 #include "Runner/App/Progress.h"
+#include "Runner/Game/Failure_Report.h"
 #include "Runner/Host/Console.h"
 #include "Runner/Save/Capture.h"
 #include "Runner/Save/Fit.h"
@@ -19,6 +20,19 @@ std::string Joined(const std::string& first, const std::string& second)
     return first + (first.empty() || second.empty() ? "" : "; ") + second;
 }
 } // namespace
+
+void ShowDetails(const Outcome& outcome, FILE* err)
+{
+    for (const std::string& line : outcome.details)
+        std::fprintf(err, "    %s\n", line.c_str());
+}
+
+void TellWarnings(const Game& game, FILE* err)
+{
+    const size_t count = game.scripts.warnings.Count();
+    if (count > 0)
+        std::fprintf(err, "runner: %zu warning%s\n", count, count == 1 ? "" : "s");
+}
 
 void Session::Note(const std::string& fault) { m_faults = Joined(m_faults, fault); }
 
@@ -138,6 +152,9 @@ Outcome Session::Play()
         Note(m_game.Failure());
     const std::string line = Joined(isInterrupted ? InterruptedText(failure) : failure, m_faults);
     const int status = line.empty() ? EXIT_DONE : EXIT_GAME_ERROR;
-    return {line, isInterrupted ? InterruptHandler::Status() : status};
+    Outcome outcome = {line, isInterrupted ? InterruptHandler::Status() : status, {}};
+    if (!failure.empty() && !isInterrupted)
+        outcome.details = DescribeFailure(m_game).Details();
+    return outcome;
 }
 } // namespace Runner

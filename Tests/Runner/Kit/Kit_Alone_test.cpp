@@ -1,0 +1,35 @@
+// The camera kit needs nothing of the Runner: here it runs in plain Lua, on stand-ins of its host.
+
+#include <gtest/gtest.h>
+
+#include <lua.hpp>
+
+#include <memory>
+#include <string>
+
+namespace
+{
+void OpenLibraries(lua_State* L)
+{
+    constexpr luaL_Reg libraries[] = {{LUA_GNAME, luaopen_base},
+                                      {LUA_TABLIBNAME, luaopen_table},
+                                      {LUA_STRLIBNAME, luaopen_string},
+                                      {LUA_MATHLIBNAME, luaopen_math}};
+    for (const luaL_Reg& library : libraries)
+    {
+        luaL_requiref(L, library.name, library.func, 1);
+        lua_pop(L, 1);
+    }
+}
+
+TEST(KitAlone, RunsInPlainLuaOnStandIns)
+{
+    const std::unique_ptr<lua_State, void (*)(lua_State*)> state(luaL_newstate(), lua_close);
+    lua_State* L = state.get();
+    ASSERT_NE(L, nullptr);
+    OpenLibraries(L);
+    lua_pushliteral(L, SOURCE_DIR "/kit");
+    lua_setglobal(L, "KIT");
+    EXPECT_EQ(luaL_dofile(L, TESTS_DIR "/Kit/support/alone.lua"), LUA_OK) << lua_tostring(L, -1);
+}
+} // namespace
