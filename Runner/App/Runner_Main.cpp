@@ -3,6 +3,7 @@
 #include "Runner/Api/Api.h"
 #include "Runner/App/Compare_Saves.h"
 #include "Runner/App/Comparison.h"
+#include "Runner/App/Comparison_Window.h"
 #include "Runner/App/Interrupt.h"
 #include "Runner/App/New_Game.h"
 #include "Runner/App/Options.h"
@@ -56,9 +57,11 @@ Outcome StartAndPlay(const RunOptions& asked, FILE* err)
 
 Outcome Start(const RunOptions& options, FILE* err)
 {
+    if (options.window && options.Compares())
+        return CompareInWindow(options, err);
     if (options.window)
         return PlayInWindow(options, err);
-    return options.compare.empty() ? StartAndPlay(options, err) : Compare(options, err);
+    return options.Compares() ? Compare(options, err) : StartAndPlay(options, err);
 }
 
 int PlayAndCheck(const RunOptions& options, FILE* err)

@@ -42,10 +42,11 @@ bool Session::Start()
 {
     const bool hasSave = m_start.Saved() != nullptr;
     SavedState saved = hasSave ? *m_start.Saved() : SavedState();
+    const std::string& path = m_options.load.empty() ? m_options.replay : m_options.load; // where the save was
     std::string why;
     if (!m_game.Load())
         return false;
-    const bool isGood = (!hasSave || FitToGame(m_game, saved, m_options.load, why)) && ConsoleIsGood(why);
+    const bool isGood = (!hasSave || FitToGame(m_game, saved, path, why)) && ConsoleIsGood(why);
     Note(why);
     if (!isGood || (hasSave && !RestoreGame(m_game, saved)))
         return false;

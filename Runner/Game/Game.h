@@ -41,9 +41,9 @@ constexpr int SCREEN_HEIGHT_UNLESS_SET = 720;
 
 struct GameOptions
 {
-    std::string file;                 // of the game
-    std::string kit = InstalledKit(); // folder of the camera kit; empty: a game has the one beside it or none
-    int width = 0;                    // of the picture, pixels; 0: the game's screen
+    std::string file; // of the game
+    std::string kit;  // folder of the camera kit for a game without its own; empty: InstalledKit
+    int width = 0;    // of the picture, pixels; 0: the game's screen
     int height = 0;
     uint64_t seed = 1;
     bool draw = true;      // false: everything runs, nothing is drawn

@@ -7,6 +7,7 @@
 #include "Runner/Game/Game.h"
 #include "Runner/Host/Buffer.h"
 #include "Runner/Host/Console.h"
+#include "Runner/Save/Changed_Map.h"
 #include "Runner/Save/Counterparts.h"
 #include "Runner/Save/Save_File.h"
 #include "Runner/Save/Script_Values.h"
@@ -141,6 +142,7 @@ bool CaptureState(Game& game, SavedState& state, std::string& missing, std::stri
     CaptureWorld(game.world, state.world);
     CaptureSurfaces(*game.CurrentPainter(), state.surfaces);
     CaptureTileMaps(*game.CurrentPainter(), state.tileMaps);
+    state.map = CaptureMap(game);
     state.names = NamesOf(game);
     if (!CaptureCameras(game, state.cameras, missing))
         why = "there is no memory for the cameras' state";

@@ -3,6 +3,7 @@
 #include "Runner/Base/Printable.h"
 #include "Runner/Game/Game.h"
 #include "Runner/Save/Camera_Stream.h"
+#include "Runner/Save/Changed_Map.h"
 #include "Runner/Save/Name_Matches.h"
 #include "Runner/Save/Tile_Counterparts.h"
 
@@ -49,6 +50,7 @@ public:
         FindViews();
         FindCameras();
         FindTileMaps(*m_game.CurrentPainter(), m_sprites, m_state, m_left);
+        FindMapCells(m_game, m_state, m_left);
         return true;
     }
 

@@ -59,6 +59,8 @@ public:
             Add("surface " + std::to_string(surface.number), Text(surface.width) + "x" + Text(surface.height));
         for (const SavedTileMap& map : m_state.tileMaps)
             DescribeTileMap(map);
+        for (const SavedMapLayer& layer : m_state.map.layers)
+            DescribeMapLayer(layer);
         DescribeNames();
         DescribeTables();
         return std::move(m_lines);
@@ -159,6 +161,14 @@ private:
             const auto columns = static_cast<size_t>(map.columns);
             Add(name + "column " + std::to_string(i % columns) + " row " + std::to_string(i / columns), map.tiles[i]);
         }
+    }
+
+    void DescribeMapLayer(const SavedMapLayer& layer)
+    {
+        for (const SavedMapCell& cell : layer.cells)
+            Add("map layer " + std::to_string(layer.number) + " column " + std::to_string(cell.column) + " row " +
+                    std::to_string(cell.row),
+                cell.tileset < 0 ? "empty" : "tileset " + Text(cell.tileset) + " tile " + Text(cell.tile));
     }
 
     void DescribeNames()

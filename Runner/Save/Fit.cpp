@@ -4,6 +4,7 @@
 #include "Runner/Draw/Painter.h"
 #include "Runner/Game/Game.h"
 #include "Runner/Host/Console.h"
+#include "Runner/Save/Changed_Map.h"
 #include "Runner/Save/Counterparts.h"
 #include "Runner/Save/Load_Hook.h"
 #include "Runner/Save/Save_File.h"
@@ -133,7 +134,8 @@ std::string FaultOf(const Game& game, const SavedState& state)
     if (reason.empty())
         reason = MissingObject(game, state.world);
     const bool makesSense = GameFits(game, state.game) && state.views.size() == ROOM_VIEWS && WorldFits(state.world) &&
-                            SurfacesFit(state.surfaces) && TileMapsFit(*game.CurrentPainter(), state.tileMaps);
+                            SurfacesFit(state.surfaces) && TileMapsFit(*game.CurrentPainter(), state.tileMaps) &&
+                            MapFits(game, state);
     return reason.empty() && !makesSense ? "it is damaged: its content makes no sense" : reason;
 }
 

@@ -309,6 +309,22 @@ void Recording::SetSums(const std::vector<uint64_t>& sums)
     AddAgain(std::move(frames), sums);
 }
 
+void Recording::AddChanges(int frame, const std::vector<HandChange>& changes)
+{
+    const bool isCoded = frame < m_coded;
+    const auto block = static_cast<size_t>(frame / BLOCK_FRAMES);
+    std::vector<RecordedFrame> decoded;
+    if (isCoded)
+        DecodeFrames(m_blocks[block], decoded, m_decodedSum);
+    const int first = isCoded ? frame / BLOCK_FRAMES * BLOCK_FRAMES : m_coded;
+    std::vector<HandChange>& all = (isCoded ? decoded : m_open)[static_cast<size_t>(frame - first)].changes;
+    all.insert(all.end(), changes.begin(), changes.end());
+    m_openIsKnown = m_openIsKnown && isCoded;
+    if (isCoded)
+        m_blocks[block] = EncodeFrames(decoded, UNKNOWN_SUM);
+    m_decodedBlock = SIZE_MAX;
+}
+
 void Recording::Cut(int frames, const std::vector<uint64_t>& sums)
 {
     AddAgain(TakeFrom(frames / BLOCK_FRAMES * BLOCK_FRAMES, frames), sums);

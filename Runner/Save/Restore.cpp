@@ -3,6 +3,7 @@
 #include "Files/Graphics/Graphics_Support.h"
 #include "Runner/Game/Game.h"
 #include "Runner/Host/Buffer.h"
+#include "Runner/Save/Changed_Map.h"
 #include "Runner/Save/Script_Values.h"
 
 namespace Runner
@@ -178,6 +179,7 @@ bool RestoreGame(Game& game, const SavedState& state)
     RestoreSurfaces(*game.CurrentPainter(), state.surfaces);
     RestoreTileMaps(*game.CurrentPainter(), state.tileMaps);
     RestoreRoom(game, state);
+    RestoreMap(game, state.map);
     RestoreCameras(game, state.cameras, state.views);
     RestoreNames(game.names, state.names);
     game.GotoRoom(state.game.nextRoom);

@@ -82,6 +82,28 @@ struct SavedTileMap
     std::vector<int32_t> tiles; // frames row by row, -1 for none
 };
 
+// ---- cells of the room's map that differ from its file ----
+
+struct SavedMapCell
+{
+    int32_t column = 0, row = 0; // in the room
+    int32_t tileset = -1;        // by number; -1 for an empty cell
+    uint32_t tile = 0;           // its id there, with the flags of a cell
+};
+
+struct SavedMapLayer
+{
+    int32_t number = 0; // in the map's layers
+    std::string name;
+    std::vector<SavedMapCell> cells; // ascending by row, then by column
+};
+
+struct SavedMap
+{
+    std::vector<std::string> tilesets; // the names of all; empty when there are no layers
+    std::vector<SavedMapLayer> layers; // those that were changed, ascending by number
+};
+
 // ---- what scripts have stored ----
 
 struct TableNumber
@@ -151,6 +173,7 @@ struct SavedState
     SavedCameras cameras;
     std::vector<SavedSurface> surfaces; // ascending by number
     std::vector<SavedTileMap> tileMaps; // ascending by number
+    SavedMap map;
     SavedValues values;
     SavedNames names; // empty in a file of version 1
     SavedThumbnail thumbnail;

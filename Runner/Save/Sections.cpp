@@ -83,6 +83,23 @@ template <typename Io> void Transfer(Io& io, FieldsOf<Io, SavedNames>& names)
     Transfer(io, names.cameras);
 }
 
+template <typename Io> void Transfer(Io& io, FieldsOf<Io, SavedMapCell>& cell)
+{
+    All(io, cell.column, cell.row, cell.tileset, cell.tile);
+}
+
+template <typename Io> void Transfer(Io& io, FieldsOf<Io, SavedMapLayer>& layer)
+{
+    All(io, layer.number, layer.name);
+    Transfer(io, layer.cells);
+}
+
+template <typename Io> void Transfer(Io& io, FieldsOf<Io, SavedMap>& map)
+{
+    Transfer(io, map.tilesets);
+    Transfer(io, map.layers);
+}
+
 template <typename Io> void Transfer(Io& io, FieldsOf<Io, SavedThumbnail>& thumbnail)
 {
     All(io, thumbnail.width, thumbnail.height, thumbnail.rgb);
@@ -159,6 +176,7 @@ constexpr Section MakeSection(const char (&tag)[5], uint32_t since = 1, bool (*i
             [](ByteReader& io, SavedState& state) { Transfer(io, state.*part); }};
 }
 
+bool HasMapCells(const SavedState& state) { return !state.map.layers.empty(); }
 bool HasThumbnail(const SavedState& state) { return !state.thumbnail.rgb.empty(); }
 } // namespace
 
@@ -171,6 +189,7 @@ const Section SECTIONS[SECTION_COUNT] = {
     MakeSection<&SavedState::tileMaps>("TILE"),
     MakeSection<&SavedState::values>("VARS"),
     MakeSection<&SavedState::names>("NAME", 2),
+    MakeSection<&SavedState::map>("MAPC", 2, HasMapCells),
     MakeSection<&SavedState::thumbnail>(THUMBNAIL_TAG, 2, HasThumbnail),
 };
 } // namespace Runner

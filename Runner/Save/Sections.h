@@ -15,7 +15,7 @@ struct Section
     void (*read)(ByteReader& io, SavedState& state);
 };
 
-constexpr uint32_t SECTION_COUNT = 9;
+constexpr uint32_t SECTION_COUNT = 10;
 extern const Section SECTIONS[SECTION_COUNT];
 
 constexpr char THUMBNAIL_TAG[] = "THMB";

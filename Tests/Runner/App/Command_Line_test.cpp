@@ -114,11 +114,16 @@ class GameErrors : public CommandLine, public ::testing::WithParamInterface<Game
 {
 };
 
-TEST_P(GameErrors, AreOneLineAndStatusOne)
+// What was running stands below, indented; nothing when no script was.
+TEST_P(GameErrors, AreALineWithWhatWasRunningBelowItAndStatusOne)
 {
     EXPECT_EQ(Play(GetParam().game, {"--frames", "2", "--no-draw"}), 1);
-    ExpectOneLine(err);
-    EXPECT_EQ(err, std::string("runner: ") + GetParam().line + "\n");
+    std::istringstream lines(err);
+    std::string line;
+    ASSERT_TRUE(std::getline(lines, line)) << err;
+    EXPECT_EQ(line, std::string("runner: ") + GetParam().line);
+    while (std::getline(lines, line))
+        EXPECT_EQ(line.substr(0, 4), "    ") << err;
 }
 
 INSTANTIATE_TEST_SUITE_P(
