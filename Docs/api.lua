@@ -424,12 +424,13 @@ function screen_width() end
 ---@return number number
 function screen_height() end
 
----A number under which a callback can be given to a camera
+---A number under which a callback can be given to a camera. By the name a save of another version of the game finds it again
 ---@param callback function what is called
+---@param script_name? string by which a saved game finds the script in another version of the game
 ---@return integer index
-function script_add(callback) end
+function script_add(callback, script_name) end
 
----Runs another Lua file, named relative to the game's, once; later calls give the first result
+---Runs another Lua file, named relative to the game's, once; later calls give the first result. `kit/camera_kit.lua` and its parts are also found in the Runner's own folder, `runner --kit DIRECTORY`
 ---@param file string a file's name, relative to the game's file
 ---@return any result
 function include(file) end
@@ -474,18 +475,12 @@ function collect() end
 ---@return boolean boolean
 function screenshot(name, format) end
 
----Saves the game in a file of the save area, at the end of the frame. False: not asked for, because the name is refused or another save or load is waiting. When the file cannot be written, the console says why, the old one is as it was, and the game goes on
----@param name string a file's name in the save area
----@return boolean boolean
-function game_save(name) end
-
----Reads and checks the file at once, and goes on from it at the end of the frame. False: refused, the console says why, and nothing has changed. [Saves.md](Saves.md) tells what is kept
----@param name string a file's name in the save area
----@return boolean boolean
-function game_load(name) end
-
 ---Ends the game after this frame
 function game_end() end
+
+---Runs a script by its number from `script_add`, without arguments
+---@param script integer a script's number, as script_add gave it
+function script_call(script) end
 
 ---0 to 255 each
 ---@param red number 0 to 255
@@ -908,3 +903,85 @@ function mouse_room(view, z) end
 ---@param y number downwards
 ---@return integer view
 function view_at(x, y) end
+
+---@class room_from_map.fields
+---@field name? string
+---@field objects? any Objects of the game by the class in the map. Others are found by the names that `object_add` gave them
+---@field background? integer A colour
+---@field views? table<integer, view.fields> As in `room_add`; a view that is given here counts before the map's
+---@field instances? any[][] More of them, as in `room_add`, after the map's
+---@field create? fun(self: Instance) As in `room_add`
+---@field load? fun() As in `room_add`
+---@field step? fun(self: Instance) As in `room_add`
+---@field draw? fun(self: Instance) As in `room_add`
+---@field draw_gui? fun() As in `room_add`
+
+---Adds a room that a TMX or TMJ map describes: its size, background, views, layers, instances
+---@param map_file string a map's file, relative to the game's file
+---@param fields? room_from_map.fields named fields; an unknown name is refused
+---@return integer index
+function room_from_map(map_file, fields) end
+
+---What the map says, as a new table: `file`, `class`, `width`, `height`, `tile_width`, `tile_height`, `left`, `top` (of the room in the map), `properties`, `layers` in their order
+---@param room integer a room's index, as room_add gave it
+---@return any table
+function map_info(room) end
+
+---The map's rectangles of class `zone`, as the camera kit takes zones: `name`, `left`, `top`, `right`, `bottom` and their properties
+---@param room integer a room's index, as room_add gave it
+---@return any list
+function map_zones(room) end
+
+---A cell of the running room's map; columns and rows count from 0, the tile 0 is empty or outside the layer. A layer is named, or numbered from 1 on
+---@param layer any a layer of the running room's map, by its name or by its number, from 1
+---@param column integer of a tile, from 0
+---@param row integer of a tile, from 0
+---@return integer tile
+---@return integer turn
+function map_tile_get(layer, column, row) end
+
+---Changes a cell until the room starts again. A save keeps the change
+---@param layer any a layer of the running room's map, by its name or by its number, from 1
+---@param column integer of a tile, from 0
+---@param row integer of a tile, from 0
+---@param map_tile integer a tile by its number in the map, 0 is empty
+---@param turn? integer 1 mirrored, 2 upside down, 4 columns exchanged with rows before that; summed
+function map_tile_set(layer, column, row, map_tile, turn) end
+
+---What the map says of a tile: `tileset`, `id` in it, `class`, `properties`, `objects` (its collision shapes); nil for a number that is no tile
+---@param map_tile integer a tile by its number in the map, 0 is empty
+---@return any table
+function map_tile_info(map_tile) end
+
+---In the game's file: which version of the game this is, from 1. Saves then outlive changes of its files, and the game's own function `on_load(from_version, data)` turns those of other versions into this one's: [Saves.md](Saves.md)
+---@param version integer of the game, 1 or more
+function game_version(version) end
+
+---Saves the game in a file of the save area, at the end of the frame. False: not asked for, because the name is refused or another save or load is waiting. When the file cannot be written, the console says why, the old one is as it was, and the game goes on
+---@param name string a file's name in the save area
+---@return boolean boolean
+function game_save(name) end
+
+---Reads and checks the file at once, and goes on from it at the end of the frame. False: refused, the console says why, and nothing has changed. [Saves.md](Saves.md) tells what is kept
+---@param name string a file's name in the save area
+---@return boolean boolean
+function game_load(name) end
+
+---As `game_save`, in `autosave_1.sav` to `autosave_N.sav` in turn; answers the file's name, or false. A count that is saved chooses the file
+---@param slots integer files that take turns, 1 to 100
+---@return string string
+function game_autosave(slots) end
+
+---The saves of this game in the save area: a list of `{ name, version, room, frame, thumbnail }`, by name. The thumbnail is a sprite; [Saves.md](Saves.md) tells more
+---@return any table
+function game_saves() end
+
+---A name by which a save of another version of the game finds the camera again; one camera has it. Empty: takes it away
+---@param camera integer a camera's number
+---@param camera_name string the name of a camera, up to 100 bytes; empty for none
+function camera_set_name(camera, camera_name) end
+
+---The camera of that name, -1 when there is none
+---@param camera_name string the name of a camera, up to 100 bytes; empty for none
+---@return integer camera
+function camera_find(camera_name) end

@@ -1,5 +1,5 @@
 #!/usr/bin/env python3
-"""Draws Games/town/tiles.png, people.png and clouds.png: what the map Games/town/town.tmx is made of.
+"""Draws Games/town/tiles.png, notice.png, people.png and clouds.png: what the map Games/town/town.tmx is made of.
 
 Tiles are 16 x 16 pixels, 8 to a row, with a margin and a spacing of one pixel. TILES names them in their order.
 """
@@ -303,5 +303,6 @@ def clouds():
 if __name__ == "__main__":
     game = os.path.join(os.path.dirname(os.path.dirname(os.path.abspath(__file__))), "Games", "town")
     tiles().save(os.path.join(game, "tiles.png"))
+    drawing("sign").save(os.path.join(game, "notice.png"))
     people().save(os.path.join(game, "people.png"))
     clouds().save(os.path.join(game, "clouds.png"))

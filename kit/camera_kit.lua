@@ -42,6 +42,7 @@ if type(host) ~= "table" then
             draw_set_alpha(alpha)
             draw_rectangle(left, top, right, bottom)
             draw_set_alpha(1)
+            draw_set_colour(0xFFFFFF)
         end,
     }
 end
@@ -50,8 +51,10 @@ end
 
 local checks = include("kit/checks.lua")
 local shots = include("kit/shots.lua")
+local shot_methods = include("kit/shot_methods.lua")
 local easing = include("kit/easing.lua")
 local effects = include("kit/effects.lua")
+local motion = include("kit/motion.lua")
 local overlay = include("kit/overlay.lua")
 
 local kit = { version = include("kit/version.lua"), host = host, easing = easing }
@@ -128,13 +131,16 @@ local function make(fields)
     end
     local key = key_of(given.view, given.camera)
     local states = all_states()
-    if not states.cameras[key] then
+    local before = states.cameras[key]
+    if not before then
         table.insert(states.order, key)
     end
     states.cameras[key] = {
         view = given.view, camera = given.camera, width = given.width, height = given.height, room = -1,
-        attached = NO_CAMERA, effects = effects.new(), pixels = given.pixels or false, shots = shots.new(shot), pose = { x = 0, y = 0, zoom = 1, angle = 0 },
-        written = { width = -1, height = -1, angle = 0 },
+        attached = NO_CAMERA, effects = effects.new(), pixels = given.pixels or false, shots = shots.new(shot),
+        pose = { x = 0, y = 0, zoom = 1, angle = 0 },
+        written = { width = -1, height = -1, angle = false },
+        sized = before and before.sized, -- what the view was before the kit zoomed it
     }
     return handle_of(key)
 end
@@ -149,7 +155,12 @@ kit.camera = checks.public("kit.camera", function(what)
 end)
 
 local function method(name, f)
-    Camera[name] = checks.public("camera:" .. name, f)
+    Camera[name] = checks.public("camera:" .. name, function(self, ...)
+        if type(self) ~= "table" or handles[self.key] ~= self then
+            checks.fail("call it with a colon, on what kit.camera gave: camera:" .. name .. "( ... )")
+        end
+        return f(self, ...)
+    end)
 end
 
 -- ---- methods: what is followed and how ----
@@ -208,81 +219,6 @@ method("progress", function(self, part)
     rig.path.progress = part ~= nil and checks.number("a part of the way, 0 to 1", 0, 1)("part", part) or nil
 end)
 
--- ---- methods: shots ----
-
--- Adds the shot of this name (switched on unless on = false), or changes it. Fields: those of kit.camera{...} but view,
--- camera, width and height, and priority (0 unless given) and on.
-method("shot", function(self, name, fields)
-    checks.text("name", name)
-    if type(fields) ~= "table" then
-        checks.refuse("fields", "a table", fields)
-    end
-    shots.put(self:state().shots, name, checks.fields(fields, shots.FIELDS, ""))
-end)
-
--- Switches a shot on or off.
-method("switch", function(self, name, on)
-    local rig = shots.get(self:state().shots, checks.text("name", name))
-    shots.put(self:state().shots, rig.name, { on = checks.boolean("on", on) })
-end)
-
-method("remove_shot", function(self, name)
-    shots.remove(self:state().shots, checks.text("name", name))
-end)
-
-local BLEND = { from = checks.text, to = checks.text, frames = checks.frames, ease = checks.one_of(easing.names()) }
-
--- How shots go over into each other: { from = , to = , frames = , ease = }; from or to left out: any shot. frames = 0
--- cuts. Of several that fit, the one that names both shots counts, or else that of the next shot.
-method("blend", function(self, fields)
-    if type(fields) ~= "table" then
-        checks.refuse("its argument", "a table", fields)
-    end
-    local blend = checks.fields(fields, BLEND, "")
-    shots.blend(self:state().shots, blend.from or "*", blend.to or "*", blend.frames or 45, blend.ease or "sine_inout")
-end)
-
--- Plays a cut-scene: a list of { shot = NAME } or of fields as in kit.camera{...}, each with frames (how long, its blend
--- included), and, if wanted, blend (frames), ease, and call (a script that runs when the item starts). done: a script
--- that runs when the scene is over; the shots then go on by priority.
-method("scene", function(self, list, done)
-    shots.play(self:state().shots, list, done ~= nil and checks.script("done", done) or nil)
-end)
-
--- Ends a cut-scene now; its `done` runs.
-method("skip", function(self)
-    shots.stop(self:state().shots, host)
-end)
-
--- ---- methods: reading ----
-
--- x, y, zoom, angle as they were written last: the centre in room units, effects and snapping included.
-method("place", function(self)
-    local pose = self:state().pose
-    return pose.x, pose.y, pose.zoom, pose.angle
-end)
-
--- The same without effects and snapping.
-method("base", function(self)
-    local base = self:state().shots.base
-    return base.x, base.y, base.zoom, base.angle
-end)
-
--- The name of the live shot, and whether it is still blended into.
-method("live", function(self)
-    local chain = self:state().shots.chain
-    return chain[#chain].rig.name, #chain > 1
-end)
-
-method("in_scene", function(self)
-    return self:state().shots.scene ~= nil
-end)
-
--- The number of the camera that it moves now; -1 for none.
-method("number", function(self)
-    return self:state().attached
-end)
-
 -- ---- a frame ----
 
 local room = { left = 0, right = 0, top = 0, bottom = 0 }
@@ -292,10 +228,13 @@ local view = { width = 0, height = 0 }
 local function attach(state, camera, room_number)
     state.attached, state.room = camera, room_number
     camera_set_view_target(camera, NO_CAMERA)
-    state.base_width, state.base_height = camera_get_view_width(camera), camera_get_view_height(camera)
+    local width, height = camera_get_view_width(camera), camera_get_view_height(camera)
+    local sized = state.sized
+    if not sized or sized.camera ~= camera or sized.room ~= room_number then
+        state.sized = { camera = camera, room = room_number, width = width, height = height }
+    end
     state.written.width = -1
-    local centre_x = camera_get_view_x(camera) + state.base_width / 2
-    local centre_y = camera_get_view_y(camera) + state.base_height / 2
+    local centre_x, centre_y = camera_get_view_x(camera) + width / 2, camera_get_view_y(camera) + height / 2
     local live = state.shots.chain[#state.shots.chain]
     state.shots.chain = { live }
     for _, rig in ipairs(state.shots.shots) do
@@ -326,7 +265,8 @@ local function step_camera(state, room_number)
     if camera ~= state.attached or room_number ~= state.room then
         attach(state, camera, room_number)
     end
-    view.width, view.height = state.width or state.base_width, state.height or state.base_height
+    view.width, view.height = state.width or state.sized.width, state.height or state.sized.height
+    motion.prepare(view, state.shots.shots[1], host.settings())
     shots.step(state.shots, host, view, room)
     overlay.step(state, host, state.shots.base, view)
     write(state, camera, state.pose)
@@ -348,6 +288,7 @@ kit.draw = checks.public("kit.draw", function()
     end
 end)
 
+shot_methods(method, host)
 overlay.methods(method, kit, host)
 
 return kit

@@ -19,6 +19,7 @@
 --   at, speed      after the smoothing
 
 local checks = include("kit/checks.lua")
+local motion = include("kit/motion.lua")
 local smooth = include("kit/smooth.lua")
 local zones = include("kit/zones.lua")
 local path = include("kit/path.lua")
@@ -41,103 +42,7 @@ local GROUP_MARGIN_PART, GROUP_MIN_ZOOM = 1 / 8, 0.25
 local SCREEN_MARGIN = 4
 local STILL_FRAMES = 2 -- without vertical motion: the target stands. At the top of a jump it hangs for one at most
 
--- ---- fields ----
-
--- An instance or object as its number, or a place that does not move.
-local function target(field, value)
-    if type(value) == "number" then
-        return checks.whole("an instance, an object or a place {x = , y = }", 0)(field, value)
-    elseif type(value) == "userdata" or (type(value) == "table" and value.id ~= nil) then
-        return checks.whole("an instance", 0)(field, value.id)
-    elseif type(value) == "table" and value.x ~= nil then
-        return checks.point(field, value)
-    end
-    checks.refuse(field, "an instance, an object or a place {x = , y = }", value)
-end
-
-local target_list = checks.list_of(target, "a list of targets", 0)
-
--- One target or a list; false for none.
-local function targets(field, value)
-    if type(value) == "table" and value.id == nil and value.x == nil then
-        return target_list(field, value)
-    end
-    return value == false and {} or { target(field, value) }
-end
-
-local function half_life(field, value)
-    if type(value) == "number" then
-        value = { x = value, y = value }
-    end
-    local lives = checks.table_of({ x = checks.not_negative, y = checks.not_negative, zoom = checks.not_negative },
-                                  "frames, or a table of frames for x, y and zoom")(field, value)
-    return lives
-end
-
-local limits = checks.table_of({ left = checks.any_number, right = checks.any_number, top = checks.any_number,
-                                 bottom = checks.any_number }, '"room", false or a table of left, right, top, bottom')
-
-local function limits_or_room(field, value)
-    return value == "room" and value or limits(field, value)
-end
-
-local margin = checks.sides(checks.any_number)
-
-local zone_fields = checks.table_of({
-    name = checks.text, left = checks.any_number, right = checks.any_number, top = checks.any_number,
-    bottom = checks.any_number, limits = checks.or_false(limits_or_room), zoom = checks.positive, margin = margin,
-    frames = checks.frames,
-}, "a table of left, right, top, bottom, limits, zoom, margin, frames", { "left", "right", "top", "bottom" })
-
-local function zone(field, value)
-    local taken = zone_fields(field, value)
-    taken.frames = taken.frames or 30
-    taken.weight = 0
-    return taken
-end
-
-local lead_fields = checks.table_of({ x = checks.any_number, y = checks.any_number, limit = checks.not_negative,
-                                      half_life = checks.not_negative },
-                                    "frames, or a table of x, y, limit and half_life")
-
-local function lead(field, value)
-    return lead_fields(field, type(value) == "number" and { x = value } or value)
-end
-
-local path_fields = checks.table_of({
-    points = checks.list_of(checks.point, "a list of at least two points {x, y}", 2), curve = checks.boolean,
-    closed = checks.boolean, progress = checks.number("a part of the way, 0 to 1", 0, 1),
-}, "a table of points, curve, closed and progress", { "points" })
-
-local function path_of(field, value)
-    local taken = path_fields(field, value)
-    taken.line = path.new(taken.points, taken.curve, taken.closed)
-    return taken
-end
-
-follow.FIELDS = {
-    follow = targets,
-    style = checks.one_of{ "lock", "platformer", "topdown", "screen", "path" },
-    offset = checks.point,
-    zoom = checks.positive,
-    angle = checks.any_number,
-    smoothing = checks.one_of{ "spring", "exponential", "none" },
-    half_life = half_life,
-    acceleration = checks.positive,
-    dead_zone = checks.or_false(checks.sides(checks.not_negative)),
-    soft_zone = checks.or_false(checks.sides(checks.not_negative)),
-    soft_half_life = checks.not_negative,
-    lead = checks.or_false(lead),
-    limits = checks.or_false(limits_or_room),
-    margin = margin,
-    group = checks.table_of({ margin = checks.not_negative, min_zoom = checks.positive, max_zoom = checks.positive },
-                            "a table of margin, min_zoom and max_zoom"),
-    screen = checks.table_of({ width = checks.positive, height = checks.positive, x = checks.any_number,
-                               y = checks.any_number, margin = checks.not_negative },
-                             "a table of width, height, x, y and margin"),
-    path = path_of,
-    zones = checks.list_of(zone, "a list of zones", 0),
-}
+follow.FIELDS = include("kit/shot_fields.lua")
 
 -- ---- making and changing ----
 
@@ -190,6 +95,14 @@ end
 
 -- Centre and size of the box around all targets that exist, and how many these are.
 local function locate(rig, host)
+    local only = #rig.targets == 1 and rig.targets[1]
+    if only and type(only) == "number" then
+        local x, y = host.position(only)
+        if x and x - x == 0 and y - y == 0 then
+            return x, y, 0, 0, 1
+        end
+        return rig.x.last, rig.y.last, 0, 0, 0
+    end
     local left, right, top, bottom = math.huge, -math.huge, math.huge, -math.huge
     local count = 0
     for _, one in ipairs(rig.targets) do
@@ -353,14 +266,14 @@ local function write_pose(rig, x, y, size, view)
     local half_w, half_h = view.width * size / 2, view.height * size / 2
     local pose, shown = rig.pose, rig.shown
     shown.x, shown.y, shown.half_w, shown.half_h = x, y, half_w, half_h
-    pose.x, pose.y, pose.zoom, pose.angle = x, y, 1 / size, rig.angle
+    pose.x, pose.y, pose.zoom, pose.angle = x, y, 1 / size, motion.angle(rig.angle, view)
     pose.anchor_x, pose.anchor_y = rig.x.last, rig.y.last
     rig.ready = true
 end
 
 local function find_size(rig, view, wide, high, count)
     local size = (count > 1 or rig.group.max_zoom) and framing(rig, view, wide, high) or 1 / rig.zoom
-    size = zones.size(rig, size)
+    size = motion.size(zones.size(rig, size), view, count > 1 and rig.group.min_zoom)
     local now = rig.size
     if rig.ready then
         now.at, now.speed = smooth.spring(now.at, now.speed, size, rig.half_life.zoom)
@@ -386,7 +299,9 @@ function follow.step(rig, host, view, room)
         stand_at(x, goal_x)
         stand_at(y, goal_y)
         x.pace, y.pace = 0, 0
-        return write_pose(rig, goal_x, goal_y, size, view)
+        write_pose(rig, goal_x, goal_y, size, view)
+        rig.ready = count > 0 or #rig.targets == 0 -- it starts where its target will appear
+        return
     end
     approach(rig, x, goal_x, rig.half_life.x, sustained(x, speed_x))
     approach(rig, y, goal_y, rig.half_life.y, sustained(y, speed_y))

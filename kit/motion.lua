@@ -1,10 +1,15 @@
 -- One setting for players who are made ill by motion: 1 plays shakes, rolls and zooms as the game has them, 0 plays none,
--- between them they are smaller. It scales what is shown and nothing that the game reckons with: a game plays on alike,
--- its callbacks come in the same frames.
+-- between them they are smaller. It scales what is shown; times, scripts and what is followed stay as they are.
 --
---   motion.get(settings) -> 0 to 1        1 unless set
+--   motion.get(settings) -> 0 to 1                  1 unless set
 --   motion.set(settings, amount)
---   motion.calm(pose, rest, amount) -> pose   the pose with its angle scaled, and its zoom about the rest zoom
+--   motion.prepare(view, main, settings)            once a frame: what the two below need, kept in the view
+--   motion.size(size, view, wide_zoom) -> size      the size of a view (1 / zoom); a group's widest zoom, if it has one
+--   motion.angle(angle, view) -> angle
+--
+-- Zooms and angles of shots are scaled about those of the camera's first shot: a game whose pictures are all twice as
+-- large or lie on their sides stays so. A group goes to its widest zoom, in which nobody is left out. They are scaled
+-- before limits are applied, so that no limit is broken.
 --
 -- `settings` is the Runner's table of the player's choices, which is kept apart from saves; the entry is kit_motion.
 
@@ -24,11 +29,22 @@ function motion.set(settings, amount)
     settings.kit_motion = checks.number("a number from 0 to 1", 0, 1)("the amount", amount)
 end
 
-function motion.calm(pose, rest, amount)
+function motion.prepare(view, main, settings)
+    view.motion, view.rest_zoom, view.rest_angle = motion.get(settings), main.zoom, main.angle
+end
+
+function motion.size(size, view, wide_zoom)
+    local amount = view.motion or 1
     if amount == 1 then
-        return pose
+        return size
     end
-    return { x = pose.x, y = pose.y, zoom = rest * (pose.zoom / rest) ^ amount, angle = pose.angle * amount }
+    local rest = 1 / (wide_zoom or view.rest_zoom)
+    return rest * (size / rest) ^ amount
+end
+
+function motion.angle(angle, view)
+    local amount = view.motion or 1
+    return amount == 1 and angle or view.rest_angle + (angle - view.rest_angle) * amount
 end
 
 return motion

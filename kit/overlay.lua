@@ -46,10 +46,9 @@ local function port_of(state, view)
 end
 
 function overlay.step(state, host, base, view)
-    local amount = motion.get(host.settings())
     local pose = base
     if #state.effects.list > 0 then
-        pose = effects.step(state.effects, base, host, amount)
+        pose = effects.step(state.effects, base, host, view.motion)
     end
     if state.pixels then
         anchor.x, anchor.y = base.anchor_x, base.anchor_y
@@ -101,6 +100,10 @@ local function add_effect_methods(method)
     -- Whether an effect waits or moves. One that has arrived and holds its place does not.
     method("busy", function(self, id)
         return effects.active(self:state().effects, checks.whole("the number of an effect", 1)("effect", id))
+    end)
+    -- How strong the newest effect of a kind is now: the trauma, a fade's alpha, a letterbox's part. 0 for none.
+    method("value", function(self, kind)
+        return (effects.value(self:state().effects, checks.one_of(KINDS)("kind", kind)))
     end)
 end
 

@@ -256,6 +256,9 @@ end
 
 local function highest(state)
     local best = state.shots[1]
+    if #state.shots == 1 then
+        return best
+    end
     for _, rig in ipairs(state.shots) do
         local is_higher = rig.priority > best.priority or (rig.priority == best.priority and rig.turn > best.turn)
         if rig.on and (is_higher or not best.on) then
@@ -282,6 +285,10 @@ end
 function shots.step(state, host, view, room)
     choose(state, host)
     local chain = state.chain
+    if #chain == 1 then
+        follow.step(chain[1].rig, host, view, room)
+        return copy_pose(state.base, chain[1].rig.pose)
+    end
     for index, link in ipairs(chain) do
         local is_first = true
         for before = 1, index - 1 do

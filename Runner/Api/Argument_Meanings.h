@@ -44,6 +44,11 @@ inline constexpr ArgumentMeaning ARGUMENT_MEANINGS[] = {
     {"low", "a number", "the least that can come"},
     {"high", "a number", "what comes no more"},
     {"on", "true or false", "whether it is on"},
+    {"version", "a whole number", "of the game, 1 or more"},
+    {"slots", "a whole number", "files that take turns, 1 to 100"},
+    {"camera", "a whole number", "a camera's number"},
+    {"camera_name", "a string", "the name of a camera, up to 100 bytes; empty for none"},
+    {"script_name", "a string", "by which a saved game finds the script in another version of the game"},
     // ---- colours ----
     {"colour", "a colour (see colour_rgb)", "red, green and blue in one number, red in the lowest byte"},
     {"alpha", "a number", "0 is invisible, 1 covers"},

@@ -197,12 +197,24 @@ void Turn(const MapObject& object, float (&point)[2], const Corner2& from)
 // An edge in the middle of a pixel leaves that pixel to what lies before it, as the editor's rounding does.
 constexpr double HALVES_GO_ON = 1.0 / 128.0;
 
+// The tileset's offset, which is scaled as the tile is.
+Corner2 ScaledOffset(const MapTileset& tileset, const MapObject& object)
+{
+    const MapTile* tile = tileset.FindTile(static_cast<int>((object.cell & MAP_CELL_NUMBER) - tileset.firstNumber));
+    const bool hasSize = tileset.IsCollection() && tile != nullptr && tile->width > 0 && tile->height > 0;
+    const double width = hasSize ? tile->width : tileset.tileWidth,
+                 height = hasSize ? tile->height : tileset.tileHeight;
+    return {width > 0 ? tileset.offsetX * object.width / width : 0.0,
+            height > 0 ? tileset.offsetY * object.height / height : 0.0};
+}
+
 MapSprite SpriteOf(const Making& making, const MapObject& object)
 {
     const MapTileset& tileset = *making.model.TilesetOf(object.cell);
     const Corner2 align = AlignedBy(tileset.objectAlignment);
-    const double left = align.x * object.width + tileset.offsetX + HALVES_GO_ON;
-    const double top = align.y * object.height + tileset.offsetY + HALVES_GO_ON;
+    const Corner2 offset = ScaledOffset(tileset, object);
+    const double left = align.x * object.width + offset.x + HALVES_GO_ON;
+    const double top = align.y * object.height + offset.y + HALVES_GO_ON;
     MapSprite sprite;
     sprite.cell = making.numbers.IndexOf(object.cell & MAP_CELL_NUMBER) | (object.cell & MAP_CELL_FLAGS);
     Turn(object, sprite.corners[0], {left, top});

@@ -11,14 +11,13 @@ namespace
 {
 constexpr int COLUMNS = 6;
 
-// Plays the recording with that game, and answers its row of the strip. outcome: of the run; its line is kept when the
-// run before had one.
-Picture PlayRow(const RunOptions& asked, const std::string& game, FILE* err, Outcome& outcome)
+// Plays the recording, and answers its row of the strip. outcome: of the run; its line is kept when the run before had
+// one.
+Picture PlayRow(const RunOptions& asked, FILE* err, Outcome& outcome)
 {
     RunOptions options = asked;
     RunStart start;
     std::string why;
-    options.game.file = game;
     options.anyway = true; // one of them is not the game that was recorded
     if (!start.Open(options, why))
     {
@@ -60,18 +59,26 @@ Picture Stacked(const Picture& upper, const Picture& lower)
 }
 } // namespace
 
+RunOptions OtherGame(const RunOptions& options)
+{
+    RunOptions other = options;
+    other.game.file = options.compare.empty() ? options.game.file : options.compare;
+    other.game.trace.clear();
+    other.saveAt = {};
+    return other;
+}
+
 Outcome Compare(const RunOptions& asked, FILE* err)
 {
     RunOptions options = asked;
     Outcome outcome;
     const std::string name = options.contactSheet;
     options.contactSheet.clear();
-    const Picture upper = PlayRow(options, options.game.file, err, outcome);
-    options.game.trace.clear(); // of the game, not of the one that it is compared to
-    options.saveAt = {};
-    const Picture lower = outcome.status == EXIT_DONE || outcome.status == EXIT_GAME_ERROR
-                              ? PlayRow(options, options.compare, err, outcome)
-                              : Picture();
+    const RunOptions other = OtherGame(options);
+    options.values.clear();
+    const Picture upper = PlayRow(options, err, outcome);
+    const Picture lower =
+        outcome.status == EXIT_DONE || outcome.status == EXIT_GAME_ERROR ? PlayRow(other, err, outcome) : Picture();
     std::string why;
     const Picture strip = Stacked(upper, lower);
     if (!strip.rgba.empty() && !WriteScreenshot(strip, name, "", why) && outcome.line.empty())

@@ -17,15 +17,17 @@ constexpr int64_t MILLISECONDS_WITHOUT_PROGRESS = 300; // that nobody is shown
 
 bool LiveRun::Fits(const RunOptions& options)
 {
-    return options.replay.empty() && options.input.empty() && options.every == 0 && options.screenshot.empty() &&
-           options.contactSheet.empty() && options.saveAt.first == 0;
+    return options.input.empty() && options.every == 0 && options.screenshot.empty() && options.contactSheet.empty() &&
+           options.profile.empty() && options.saveAt.first == 0;
 }
 
-LiveRun::LiveRun(const RunOptions& options, Window& window, std::vector<uint8_t> save, FILE* err)
-    : m_options(options), m_window(window), m_err(err),
-      m_timeline(OptionsOfGames(), OpenApi, options.record, std::move(save), ApplyByHand),
+LiveRun::LiveRun(const RunOptions& options, Window& window, RunStart& start, FILE* err)
+    : m_options(options), m_window(window), m_start(start), m_err(err),
+      m_timeline(OptionsOfGames(), OpenApi, options.record, start.SaveContent(), ApplyByHand),
       m_settings(options.settings, options.game.settings), m_page(window, PROGRESS_PAGE)
 {
+    if (start.Replayed() != nullptr)
+        m_timeline.Follow(*start.Replayed());
 }
 
 // The timeline keeps what enters the game, so the recording's file is its affair.
@@ -78,7 +80,7 @@ void LiveRun::LeaveGame() { m_inspector.reset(); }
 
 void LiveRun::EnterGame()
 {
-    m_stage->SetGame(m_timeline.Now());
+    m_picture->SetGame(m_timeline.Now());
     m_inspector = std::make_unique<WindowInspector>(m_window, m_timeline.Now());
     m_inspector->onChange = [this](const CameraChange& change) {
         m_timeline.Keep({change.camera, change.field, change.value});
@@ -135,6 +137,14 @@ void LiveRun::KeepSettings(bool isLast)
         std::fprintf(m_err, "runner: %s\n", why.c_str());
 }
 
+// A replay that stands at its end, which somebody has gone to, has no next frame. False: the game has failed.
+bool LiveRun::PlayFrame(const InputFrame& seen)
+{
+    if (m_start.Replayed() == nullptr)
+        return m_timeline.Play(seen);
+    return Position() >= Frames() || m_timeline.PlayRecorded();
+}
+
 // False: the game has failed.
 bool LiveRun::PlayFrames()
 {
@@ -143,19 +153,22 @@ bool LiveRun::PlayFrames()
     {
         if (!m_stage->Next(seen))
             return true;
-        if (m_timeline.Now().Failure().empty() && m_timeline.Play(seen))
+        if (m_timeline.Now().Failure().empty() && PlayFrame(seen))
             KeepSettings(false);
     }
     return m_timeline.Now().Failure().empty();
 }
 
-Outcome LiveRun::Play(FailureReport& report)
+// False: the game has failed, or it is not the one that was recorded: why.
+bool LiveRun::StartGame(std::string& why)
 {
-    std::string why;
-    bool isGood = m_timeline.Start(why);
+    std::string ignored; // the game has it, too
+    const bool isGood = m_timeline.Start(ignored) && m_start.FitsGame(m_timeline.Now(), why);
     WatchFiles();
-    m_stage = std::make_unique<WindowStage>(m_window, m_timeline.Now(), m_options.keys);
+    m_picture = std::make_unique<GamePicture>(m_timeline.Now());
+    m_stage = std::make_unique<WindowStage>(m_window, *m_picture, m_options.keys);
     m_stage->time = this;
+    m_stage->SetPaced(!m_options.unpaced);
     m_stage->overlay = [this](const Port& where) { m_inspector->Draw(where); };
     m_stage->toggleInspector = [this]
     {
@@ -163,6 +176,15 @@ Outcome LiveRun::Play(FailureReport& report)
         m_inspector->Toggle();
     };
     m_isInspecting = m_options.inspect;
+    return isGood;
+}
+
+Outcome LiveRun::Play(FailureReport& report)
+{
+    std::string why;
+    bool isGood = StartGame(why);
+    if (!why.empty())
+        return {why, EXIT_GAME_ERROR};
     EnterGame();
     for (isGood = isGood && PlayFrames(); !isGood; isGood = isGood && PlayFrames())
     {
@@ -174,12 +196,21 @@ Outcome LiveRun::Play(FailureReport& report)
         isGood = m_timeline.Now().Failure().empty();
     }
     LeaveGame();
+    m_stage->TellRate(m_err);
+    return End();
+}
+
+Outcome LiveRun::End()
+{
+    std::string why;
     if (m_timeline.Now().Failure().empty())
         KeepSettings(true);
     const std::string failure = m_timeline.Now().Failure();
     if (!m_timeline.Finish(why))
         std::fprintf(m_err, "runner: %s\n", why.c_str());
     m_timeline.Now().Finish();
+    if (failure.empty() && !m_start.TellParting(m_timeline.PartedAt(), why))
+        return {why, EXIT_GAME_ERROR};
     if (failure.empty() && ScriptEngine::Interrupted())
         return {InterruptHandler::Word() + (" after " + std::to_string(Position())) + " frames",
                 InterruptHandler::Status()};

@@ -11,16 +11,16 @@
 
 namespace Runner
 {
-// A game that somebody plays in a window, with its time: it can be gone back in, and with --watch it starts anew when
-// its files change, up to the same frame.
+// A game that somebody plays in a window, or a recording of it, with its time: it can be gone back in, and with --watch
+// it starts anew when its files change, up to the same frame.
 class LiveRun : public StageTime
 {
 public:
     // Whether the options ask for nothing that only a Session does.
     static bool Fits(const RunOptions& options);
 
-    // options: what RunStart has settled, kept. window, err: kept. save: of the saved game to go on from, or empty.
-    LiveRun(const RunOptions& options, Window& window, std::vector<uint8_t> save, FILE* err);
+    // All are kept, not copied. options: what start has settled.
+    LiveRun(const RunOptions& options, Window& window, RunStart& start, FILE* err);
 
     // report: filled when the outcome has a line.
     Outcome Play(FailureReport& report);
@@ -32,7 +32,10 @@ public:
     void Idle() override;
 
 private:
+    bool StartGame(std::string& why);
     bool PlayFrames();
+    bool PlayFrame(const InputFrame& seen);
+    Outcome End();
     void KeepSettings(bool isLast);
     bool WaitForMend(const FailureReport& report);
     void WatchFiles();
@@ -45,11 +48,13 @@ private:
 
     const RunOptions& m_options;
     Window& m_window;
+    RunStart& m_start;
     FILE* m_err;
     Timeline m_timeline;
     SettingsKeeper m_settings;
     FileWatch m_watch;
     Panel m_page;
+    std::unique_ptr<GamePicture> m_picture;
     std::unique_ptr<WindowStage> m_stage;
     std::unique_ptr<WindowInspector> m_inspector; // of the running game
     bool m_isInspecting = false;

@@ -1,5 +1,6 @@
 #include "Runner/App/Options.h"
 
+#include "Runner/App/Camera_Values.h"
 #include "Runner/App/New_Game.h"
 #include "Runner/Base/Printable.h"
 
@@ -120,6 +121,8 @@ constexpr Option OPTIONS[] = {
      [](RunOptions& options, const Values& values) { return ReadWhole(values[0], 1, SCALE_LIMIT, options.scale); }},
     {"--fullscreen", "", "fill the display",
      [](RunOptions& options, const Values&) { return SetFlag(options.fullscreen); }},
+    {"--unpaced", "", "in a window: play as fast as it can be shown, and say at the end how fast",
+     [](RunOptions& options, const Values&) { return SetFlag(options.unpaced); }},
     {"--keys", "NAME=KEY,...", "move the keys that the window keeps for itself; F12 shows them",
      [](RunOptions& options, const Values& values) { return options.keys.Move(values[0]); }},
     {"--instructions", "MILLIONS",
@@ -151,6 +154,12 @@ constexpr Option OPTIONS[] = {
      }},
     {"--load", "FILE", "go on from a saved game, with its seed unless --seed is given",
      [](RunOptions& options, const Values& values) { return ReadName(values[0], options.load); }},
+    {"--compare-saves", "A B", "instead of a game: tell how two saved games differ, thumbnails left out",
+     [](RunOptions& options, const Values& values)
+     {
+         const std::string wrong = ReadName(values[0], options.compareSaves.first);
+         return wrong.empty() ? ReadName(values[1], options.compareSaves.second) : wrong;
+     }},
     {"--record", "FILE", "keep in this file what enters the game: input, saves that it loads",
      [](RunOptions& options, const Values& values) { return ReadName(values[0], options.record); }},
     {"--replay", "FILE", "play a recording: the same frames again, and nothing is saved",
@@ -162,9 +171,13 @@ constexpr Option OPTIONS[] = {
          return std::string();
      }},
     {"--compare", "GAME",
-     "play a recording with this game, too, and write six frames of each as one\n"
-     "picture: comparison.png, or what --contact-sheet names",
+     "play a recording with this game, too: side by side in a window, or six\n"
+     "frames of each as comparison.png, or what --contact-sheet names",
      [](RunOptions& options, const Values& values) { return ReadName(values[0], options.compare); }},
+    {"--compare-values", "CAMERA.PROPERTY=NUMBER,...",
+     "the same, but the other game has these values of cameras from its first\n"
+     "frame on, such as 0.border_x=200; without --compare it is the same game",
+     [](RunOptions& options, const Values& values) { return ReadCameraValues(values[0], options.values); }},
     {"--watch", "", "in a window: start the game anew when its files change, up to the same frame",
      [](RunOptions& options, const Values&) { return SetFlag(options.watch); }},
     {"--input", "FILE", "keys, mouse and gamepads from a text (Docs/Recordings.md)",
@@ -309,6 +322,10 @@ private:
             const bool isAlone = m_given.size() == 1 && !m_hasGame;
             return isAlone ? Answer(ParseResult::NewGame) : Refuse("--new plays nothing: leave out what else is given");
         }
+        if (!m_options.compareSaves.first.empty() && m_given.size() + (m_hasGame ? 1 : 0) > 1)
+            return Refuse("--compare-saves plays no game: give nothing else with it");
+        if (!m_options.compareSaves.first.empty())
+            return;
         if (!m_options.menu.empty() && m_hasGame)
             return Refuse("--menu takes the place of GAME: leave one of them out");
         if (m_options.menu.empty() && !m_hasGame)
@@ -347,14 +364,26 @@ private:
                 return Refuse(std::string(name) + " and --replay: a recording has its own, leave one of them out");
         if (!m_options.menu.empty() && !(m_options.replay + m_options.record + m_options.input).empty())
             return Refuse("--menu chooses games, and a recording or a text of inputs is of one: name the game");
-        if (m_options.replay.empty() && (m_options.anyway || !m_options.compare.empty()))
+        if (m_options.replay.empty() && (m_options.anyway || m_options.Compares()))
             return Refuse(std::string(m_options.anyway ? "--anyway" : "--compare") + " is for --replay");
         if (m_options.watch && (!m_options.window || !m_options.replay.empty()))
             return Refuse("--watch is for a game that somebody plays: give --window, and no --replay");
-        if (!m_options.compare.empty() && m_options.contactSheet.empty())
+        if (m_options.Compares())
+            CheckComparison();
+    }
+
+    void CheckComparison()
+    {
+        const std::pair<const char*, bool> others[] = {
+            {"--every", m_options.every > 0},          {"--screenshot", !m_options.screenshot.empty()},
+            {"--inspect", m_options.inspect},          {"--contact-sheet", !m_options.contactSheet.empty()},
+            {"--profile", !m_options.profile.empty()}, {"--save-at", m_options.saveAt.first > 0},
+            {"--unpaced", m_options.unpaced}};
+        for (const auto& [name, isGiven] : others)
+            if (isGiven && m_options.window)
+                return Refuse(std::string(name) + " is not for a comparison in a window: leave one of them out");
+        if (m_options.contactSheet.empty() && !m_options.window)
             m_options.contactSheet = "comparison.png";
-        if (!m_options.compare.empty() && m_options.window)
-            Refuse("--compare writes a picture, without --window");
     }
 
     // A window ends when it is closed, and a script in it must come back.
@@ -364,6 +393,8 @@ private:
         const bool needsWindow = m_options.fullscreen || m_options.scale > 0;
         if (needsWindow && !m_options.window)
             return Refuse("--scale and --fullscreen need --window");
+        if (m_options.unpaced && !m_options.window)
+            return Refuse("--unpaced needs --window: nothing else waits");
         if (m_options.window && !m_options.game.draw)
             return Refuse("--window shows pictures, and --no-draw makes none: leave one of them out");
         if (m_options.window && !m_options.isFramesGiven)

@@ -2,6 +2,7 @@
 // The runner as a program, callable from tests.
 
 #include "Runner/Game/Game.h"
+#include "Runner/Save/Recording.h"
 #include "Runner/Window/Runner_Keys.h"
 
 #include <cstdio>
@@ -34,22 +35,26 @@ struct RunOptions
     // ---- the window ----
     bool window = false;
     bool fullscreen = false;
-    int scale = 0; // pixels of the display for one of the game; 0: as many as fit
+    int scale = 0;        // pixels of the display for one of the game; 0: as many as fit
+    bool unpaced = false; // frames follow each other without waiting for the clock or the display
     RunnerKeys keys;
     std::string menu; // directory of the games to choose from; empty: the game is given
 
     std::string settings; // the file of the game's settings; empty for none
 
     // ---- saved games: paths, empty for none ----
-    std::string load;                   // the saved game to go on from
-    bool isSeedGiven = false;           // false: a loaded game brings its own
-    std::pair<int, std::string> saveAt; // the file, once so many frames of the game have been played
+    std::string load;                                 // the saved game to go on from
+    bool isSeedGiven = false;                         // false: a loaded game brings its own
+    std::pair<std::string, std::string> compareSaves; // two saved games to compare instead of playing; empty for none
+    std::pair<int, std::string> saveAt;               // the file, once so many frames of the game have been played
 
     // ---- input: paths, empty for none ----
-    std::string input;   // a text of what is pressed and moved
-    std::string record;  // where to keep what enters the game
-    std::string replay;  // what to play again
-    std::string compare; // another version of the game, which the recording is played with, too
+    std::string input;              // a text of what is pressed and moved
+    std::string record;             // where to keep what enters the game
+    std::string replay;             // what to play again
+    std::string compare;            // another version of the game, which the recording is played with, too
+    std::vector<HandChange> values; // of cameras, before the first frame of the other game of a comparison
+    bool Compares() const { return !compare.empty() || !values.empty(); }
     bool watch = false;  // starts the game anew when its files change, in a window
     bool anyway = false; // replays a game that has changed since
 };

@@ -5,6 +5,7 @@
 #include "Runner/Base/Whole_File.h"
 #include "Runner/Input/Input_Script.h"
 #include "Runner/Inspect/Camera_Fields.h"
+#include "Runner/Inspect/Panel_Content.h"
 #include "Runner/Save/Save_File.h"
 
 #include <algorithm>
@@ -40,7 +41,11 @@ bool RunStart::OpenReplay(RunOptions& options, std::string& why)
                    " frames are played";
     options.frames = std::max(1, options.isFramesGiven ? std::min(options.frames, frames) : frames);
     options.game.seed = m_recording.head.identity.seed;
-    options.game.limits.instructions = m_recording.head.instructions;
+    if (!options.window || m_recording.head.instructions > 0) // a window must not freeze
+        options.game.limits.instructions = m_recording.head.instructions;
+    m_values = options.values;
+    if (!m_values.empty() && frames > 0)
+        m_recording.AddChanges(0, m_values);
     if (options.game.width == 0)
     {
         options.game.width = m_recording.head.width;
@@ -97,6 +102,12 @@ bool RunStart::OpenSettings(RunOptions& options, std::string& why)
 
 bool RunStart::FitsGame(const Game& game, std::string& why)
 {
+    for (const HandChange& value : m_values)
+        if (PeekCamera(value.camera) == nullptr)
+        {
+            why = "--compare-values: there is no camera " + std::to_string(value.camera) + " before the first frame";
+            return false;
+        }
     const std::string difference = m_replay == nullptr ? "" : DifferenceOf(game, m_recording.head);
     if (difference.empty())
         return true;
@@ -123,10 +134,15 @@ bool RunStart::Finish(const Game& game, std::string& why)
 {
     if (m_recorder != nullptr)
         m_recorder->Finish(game, why);
-    if (m_replay == nullptr || m_replay->PartedAt() == 0)
-        return why.empty();
+    return why.empty() ? TellParting(m_replay == nullptr ? 0 : m_replay->PartedAt(), why) : false;
+}
+
+bool RunStart::TellParting(int partedAt, std::string& why)
+{
+    if (partedAt == 0)
+        return true;
     const std::string parted = "the replay goes another way than the recorded run from frame " +
-                               std::to_string(m_replay->PartedAt() - 1) + " or soon after";
+                               std::to_string(partedAt - 1) + " or soon after";
     (m_goesOnAnyway ? m_notice : why) = parted;
     return why.empty();
 }

@@ -21,6 +21,7 @@ public:
 
     const SavedState* Saved() const { return m_saved.get(); }                 // null for a new game
     const std::vector<uint8_t>& SaveContent() const { return m_saveContent; } // of its file; empty for a new game
+    const Recording* Replayed() const { return m_replay == nullptr ? nullptr : &m_recording; } // null: none
     InputSource* Player() { return m_player; } // of a recording or a text; null: the user, or nobody
     void ShowNotice(FILE* err) const;          // a line for the user, if there is one
 
@@ -33,6 +34,10 @@ public:
 
     // After the last frame. False, and why in one line, when the recording is not whole or the replay went another way.
     bool Finish(const Game& game, std::string& why);
+
+    // What there is to say of a replay that went another way from that frame (counted from 1) on, or did not (0).
+    // False: why is a fault, in one line; true with a notice when the user goes on anyway.
+    bool TellParting(int partedAt, std::string& why);
 
 private:
     bool OpenReplay(RunOptions& options, std::string& why);
@@ -48,7 +53,8 @@ private:
     std::unique_ptr<InputSource> m_text;
     InputSource* m_player = nullptr;
     std::string m_notice;
-    std::string m_replayed; // path
+    std::string m_replayed;           // path
+    std::vector<HandChange> m_values; // made before its first frame
     bool m_goesOnAnyway = false;
 };
 } // namespace Runner

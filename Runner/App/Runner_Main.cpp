@@ -1,7 +1,9 @@
 // A whole run: from the command line to the exit status.
 
 #include "Runner/Api/Api.h"
+#include "Runner/App/Compare_Saves.h"
 #include "Runner/App/Comparison.h"
+#include "Runner/App/Comparison_Window.h"
 #include "Runner/App/Interrupt.h"
 #include "Runner/App/New_Game.h"
 #include "Runner/App/Options.h"
@@ -54,9 +56,11 @@ Outcome StartAndPlay(const RunOptions& asked, FILE* err)
 
 Outcome Start(const RunOptions& options, FILE* err)
 {
+    if (options.window && options.Compares())
+        return CompareInWindow(options, err);
     if (options.window)
         return PlayInWindow(options, err);
-    return options.compare.empty() ? StartAndPlay(options, err) : Compare(options, err);
+    return options.Compares() ? Compare(options, err) : StartAndPlay(options, err);
 }
 
 int PlayAndCheck(const RunOptions& options, FILE* err)
@@ -97,6 +101,15 @@ int PlayGame(const RunOptions& options, FILE* out, FILE* err)
     return isReady ? PlayAndCheck(options, err) : Complain(err, why, EXIT_GAME_ERROR);
 }
 
+// Status 0 for saves that are the same, as of other programs that compare.
+int CompareTwoSaves(const RunOptions& options, FILE* out, FILE* err)
+{
+    std::string why;
+    if (CompareSaves(options.compareSaves.first, options.compareSaves.second, out, why))
+        return EXIT_DONE;
+    return why.empty() ? EXIT_GAME_ERROR : Complain(err, why, EXIT_GAME_ERROR);
+}
+
 int Run(int argc, char** argv, FILE* out, FILE* err)
 {
     RunOptions options;
@@ -108,7 +121,7 @@ int Run(int argc, char** argv, FILE* out, FILE* err)
     case ParseResult::Wrong: return EXIT_WRONG_USAGE;
     case ParseResult::Play: break;
     }
-    return PlayGame(options, out, err);
+    return options.compareSaves.first.empty() ? PlayGame(options, out, err) : CompareTwoSaves(options, out, err);
 }
 } // namespace
 

@@ -26,13 +26,14 @@ void Session::Note(const std::string& fault) { m_faults = Joined(m_faults, fault
 
 bool Session::Start()
 {
-    const SavedState* saved = m_start.Saved();
+    const bool hasSave = m_start.Saved() != nullptr;
+    SavedState saved = hasSave ? *m_start.Saved() : SavedState();
     std::string why;
     if (!m_game.Load())
         return false;
-    const bool isGood = (saved == nullptr || FitsGame(m_game, *saved, m_options.load, why)) && ConsoleIsGood(why);
+    const bool isGood = (!hasSave || FitToGame(m_game, saved, m_options.load, why)) && ConsoleIsGood(why);
     Note(why);
-    if (!isGood || (saved != nullptr && !RestoreGame(m_game, *saved)))
+    if (!isGood || (hasSave && !RestoreGame(m_game, saved)))
         return false;
     if (!m_start.FitsGame(m_game, why))
         Note(why);

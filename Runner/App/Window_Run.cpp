@@ -68,10 +68,11 @@ private:
         }
     }
 
-    Outcome PlayLive(const RunOptions& options, const RunStart& start, FailureReport& report)
+    Outcome PlayLive(const RunOptions& options, RunStart& start, FailureReport& report)
     {
-        LiveRun run(options, m_window, start.SaveContent(), m_err);
+        LiveRun run(options, m_window, start, m_err);
         Outcome outcome = run.Play(report);
+        start.ShowNotice(m_err);
         m_wantsAgain = run.WantsAgain();
         report.line = outcome.line;
         return outcome;
@@ -96,7 +97,8 @@ private:
         options.game.openDevice = [this, &watching](int width, int height, std::string& error)
         { return OpenWatchedDevice(m_window, watching, width, height, error); };
         Game game(options.game, OpenApi);
-        WindowStage stage(m_window, game, options.keys, start.Player());
+        GamePicture picture(game);
+        WindowStage stage(m_window, picture, options.keys, start.Player());
         WindowInspector inspector(m_window, game);
         watching = &inspector;
         inspector.onChange = [&start](const CameraChange& change) {
@@ -106,7 +108,9 @@ private:
         stage.toggleInspector = [&inspector] { inspector.Toggle(); };
         if (m_options.inspect)
             inspector.Toggle();
+        stage.SetPaced(!options.unpaced);
         Outcome outcome = Session(game, options, start, stage, m_err).Play();
+        stage.TellRate(m_err);
         start.ShowNotice(m_err);
         if (game.scripts.Failed())
             report = DescribeFailure(game);
@@ -127,7 +131,7 @@ Outcome PlayInWindow(const RunOptions& options, FILE* err)
     std::string why;
     const std::string title =
         options.menu.empty() ? options.game.file.substr(options.game.file.rfind('/') + 1) : "Games";
-    const auto window = Window::Open({title, options.scale, options.fullscreen, options.keys}, why);
+    const auto window = Window::Open({title, options.scale, options.fullscreen, options.keys, !options.unpaced}, why);
     return window == nullptr ? Outcome{why, EXIT_GAME_ERROR} : WindowRun(options, *window, err).Play();
 }
 } // namespace Runner

@@ -6,6 +6,7 @@
 #include <algorithm>
 #include <chrono>
 #include <cmath>
+#include <cstdio>
 #include <thread>
 #include <utility>
 
@@ -24,8 +25,18 @@ constexpr int STANDING_MILLISECONDS = 30; // between two looks at a window that 
 constexpr int64_t MILLISECOND = NANOSECONDS / 1000;
 } // namespace
 
-WindowStage::WindowStage(Window& window, Game& game, const RunnerKeys& keys, InputSource* player)
-    : m_window(window), m_game(&game), m_player(player), m_keys(keys), m_panel(window, PANEL_SIZE),
+PixelSize GamePicture::Size() const { return {m_game->ScreenWidth(), m_game->ScreenHeight()}; }
+
+bool GamePicture::Show(const Showing& showing)
+{
+    Painter* const painter = m_game->CurrentPainter();
+    if (painter != nullptr)
+        painter->Show(showing);
+    return painter != nullptr;
+}
+
+WindowStage::WindowStage(Window& window, StagePicture& picture, const RunnerKeys& keys, InputSource* player)
+    : m_window(window), m_picture(picture), m_player(player), m_keys(keys), m_panel(window, PANEL_SIZE),
       m_bar(window, BAR_SIZE), m_clock(STEPS_PER_SECOND, window.Now())
 {
 }
@@ -78,18 +89,27 @@ void WindowStage::ShowBar(const Port& game)
 void WindowStage::ShowFrame()
 {
     m_unshown = 0;
-    m_window.Show({m_game->ScreenWidth(), m_game->ScreenHeight()});
-    Painter* const painter = m_game->CurrentPainter();
-    if (painter == nullptr || !m_window.IsVisible())
+    m_window.Show(m_picture.Size());
+    if (!m_window.IsVisible())
         return;
     const Letterbox box = m_window.Box();
     const PixelSize window = m_window.Pixels();
-    painter->Show({box.Where(), window.width, window.height, !box.IsWhole(), true});
+    if (!m_picture.Show({box.Where(), window.width, window.height, !box.IsWhole(), true}))
+        return;
     if (overlay != nullptr)
         overlay(box.Where());
     ShowBar(box.Where());
     ShowPanel(box.Where());
     m_window.Swap();
+    m_shownLast = m_window.Now();
+    m_shownFirst = m_shown++ == 0 ? m_shownLast : m_shownFirst;
+}
+
+void WindowStage::TellRate(FILE* out) const
+{
+    const auto seconds = static_cast<double>(m_shownLast - m_shownFirst) / static_cast<double>(NANOSECONDS);
+    if (!m_isPaced && seconds > 0.0)
+        std::fprintf(out, "runner: %d frames shown, %.2f a second\n", m_shown, (m_shown - 1) / seconds);
 }
 
 // ---- time ----
@@ -129,7 +149,8 @@ bool WindowStage::Do(Command command)
 // Dragging along the bar goes to the frame under the mouse.
 void WindowStage::Scrub(const InputFrame& devices)
 {
-    const auto width = static_cast<float>(m_game->ScreenWidth()), height = static_cast<float>(m_game->ScreenHeight());
+    const PixelSize size = m_picture.Size();
+    const auto width = static_cast<float>(size.width), height = static_cast<float>(size.height);
     const MouseFrame& mouse = devices.mouse;
     if ((mouse.buttons.pressed & 1) != 0)
         m_isScrubbing = mouse.y >= height * (1.0f - BAR_PART) && mouse.y <= height;
@@ -145,7 +166,7 @@ void WindowStage::Scrub(const InputFrame& devices)
 // Waits for an event in whole milliseconds, and sleeps through what is left of the last one.
 void WindowStage::Wait()
 {
-    const int64_t left = m_clock.UntilDue(m_window.Now());
+    const int64_t left = m_isPaced ? m_clock.UntilDue(m_window.Now()) : 0;
     if (left > 0 && left < MILLISECOND)
         std::this_thread::sleep_for(std::chrono::nanoseconds(left));
     m_window.Poll(static_cast<int>(left / MILLISECOND));
@@ -164,8 +185,8 @@ bool WindowStage::StandStill()
 
 bool WindowStage::Next(InputFrame& frame)
 {
-    m_window.Show({m_game->ScreenWidth(), m_game->ScreenHeight()});
-    if (!m_clock.IsDue(m_window.Now()) || ++m_unshown >= UNSHOWN_LIMIT)
+    m_window.Show(m_picture.Size());
+    if (!m_isPaced || !IsDue() || ++m_unshown >= UNSHOWN_LIMIT)
         ShowFrame();
     for (;;)
     {
@@ -177,7 +198,7 @@ bool WindowStage::Next(InputFrame& frame)
         bool isWanted = false;
         if (IsStanding())
             isWanted = StandStill();
-        else if (m_clock.IsDue(m_window.Now()))
+        else if (IsDue())
         {
             m_clock.Take(m_window.Now());
             isWanted = !m_isSlow || ++m_slowed % SLOW_STEPS == 0;

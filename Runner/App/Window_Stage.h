@@ -20,19 +20,45 @@ public:
     virtual void Idle() {}            // now and then, between two frames
 };
 
+// What a window shows.
+class StagePicture
+{
+public:
+    virtual ~StagePicture() = default;
+    virtual PixelSize Size() const = 0;
+    virtual bool Show(const Showing& showing) = 0; // false: there is nothing to show
+};
+
+// The picture of a game.
+class GamePicture : public StagePicture
+{
+public:
+    explicit GamePicture(Game& game) : m_game(&game) {} // kept
+    void SetGame(Game& game) { m_game = &game; }        // in place of the one before, which is gone
+    PixelSize Size() const override;
+    bool Show(const Showing& showing) override;
+
+private:
+    Game* m_game;
+};
+
 // A game in a window: shows each frame, waits until the next one is due, and gives it what the user did. While it is
 // paused, or the window has lost the focus, it waits. The game's frames do not depend on the window: each is drawn
 // once, shown or not.
 class WindowStage : public InputSource
 {
 public:
-    // window, game, player: kept, not copied. player: gives the input in place of the devices; null for the user.
-    WindowStage(Window& window, Game& game, const RunnerKeys& keys, InputSource* player = nullptr);
+    // window, picture, player: kept, not copied. player: gives the input in place of the devices; null for the user.
+    WindowStage(Window& window, StagePicture& picture, const RunnerKeys& keys, InputSource* player = nullptr);
 
     bool Next(InputFrame& frame) override;
 
-    void SetGame(Game& game) { m_game = &game; } // in place of the one before, which is gone
-    StageTime* time = nullptr;                   // not owned; null: nobody can go back
+    // Without a pace frames follow each other as fast as they can be shown, and each is.
+    void SetPaced(bool isPaced) { m_isPaced = isPaced; }
+    void Pause() { m_isPaused = true; }
+    void TellRate(FILE* out) const; // one line: frames a second since the first was shown. Nothing with a pace
+
+    StageTime* time = nullptr; // not owned; null: nobody can go back
 
     // Drawn over each frame that is shown, between the game's picture and the window's swap. Null for nothing.
     std::function<void(const Port& game)> overlay;
@@ -49,15 +75,19 @@ private:
     void Wait();
     bool IsStanding() const { return m_isPaused || !m_window.HasFocus(); }
     bool IsOver() const;
+    bool IsDue() const { return !m_isPaced || m_clock.IsDue(m_window.Now()); }
 
     Window& m_window;
-    Game* m_game;
+    StagePicture& m_picture;
     InputSource* m_player;
     const RunnerKeys m_keys;
     Panel m_panel;
     Panel m_bar;
     StepClock m_clock;
-    int m_unshown = 0; // frames since one was shown
+    bool m_isPaced = true;
+    int m_unshown = 0;                         // frames since one was shown
+    int m_shown = 0;                           // frames
+    int64_t m_shownFirst = 0, m_shownLast = 0; // when
     bool m_isPaused = false;
     bool m_isSlow = false;
     bool m_isScrubbing = false; // the mouse has been pressed on the bar and not let go

@@ -31,15 +31,19 @@ void Batch::Add(const DrawState& state, const Corner* corners, int count, const 
         Flush();
     m_state = state;
     const size_t first = m_vertices.size();
+    m_vertices.resize(first + static_cast<size_t>(count)); // once for all corners: most polygons are quads of sprites
     for (int i = 0; i < count; i++)
     {
         const Corner& c = corners[i];
-        m_vertices.push_back({c.x, c.y, c.z, c.u, c.v, {colour[0], colour[1], colour[2], colour[3]}});
+        m_vertices[first + static_cast<size_t>(i)] = {c.x, c.y, c.z,
+                                                      c.u, c.v, {colour[0], colour[1], colour[2], colour[3]}};
     }
+    size_t next = m_indices.size();
+    m_indices.resize(next + (static_cast<size_t>(count) - 2) * 3);
     for (size_t i = 2; i < static_cast<size_t>(count); i++)
     {
         for (const size_t corner : {first, first + i - 1, first + i})
-            m_indices.push_back(static_cast<uint16_t>(corner));
+            m_indices[next++] = static_cast<uint16_t>(corner);
     }
 }
 

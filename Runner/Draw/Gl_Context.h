@@ -17,6 +17,7 @@ public:
         s_current = this;
     }
 
+    virtual void EndFrame() = 0;            // hands the frame's commands to the driver
     virtual bool IsLost() { return false; } // whether the driver was reset, and took what was made in the context
 
 protected:

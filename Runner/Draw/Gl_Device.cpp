@@ -274,7 +274,7 @@ void GlDevice::DrawMesh(const DrawState& state, unsigned mesh, int quads)
 void GlDevice::Finish()
 {
     m_context->MakeCurrent();
-    glFinish();
+    m_context->EndFrame();
     NoteError("the frame");
 }
 

@@ -2,6 +2,7 @@
 
 #include <EGL/egl.h>
 #include <EGL/eglext.h>
+#include <GLES2/gl2.h>
 
 #include <cstdio>
 #include <cstring>
@@ -61,6 +62,8 @@ bool SurfacelessContext::Open(std::string& error)
 }
 
 void SurfacelessContext::Activate() { eglMakeCurrent(m_display, EGL_NO_SURFACE, EGL_NO_SURFACE, m_context); }
+
+void SurfacelessContext::EndFrame() { glFinish(); }
 
 SurfacelessContext::~SurfacelessContext()
 {

@@ -14,6 +14,7 @@ public:
     ~SurfacelessContext() override;
 
     bool Open(std::string& error); // once; makes it current
+    void EndFrame() override;      // waits: nobody swaps buffers, which would keep the commands from piling up
 
 private:
     void Activate() override;

@@ -84,6 +84,14 @@ RoomArea Moved(const RoomArea& area, float x, float y)
     return {area.left + x, area.top + y, area.right + x, area.bottom + y};
 }
 
+// Colour times alpha without rounding to bytes, which layers of both tint and opacity would show.
+void ExactTint(unsigned colour, uint8_t alpha, float (&tint)[4])
+{
+    tint[3] = ChannelToFloat(alpha);
+    for (unsigned channel = 0; channel < 3; channel++)
+        tint[channel] = ChannelToFloat(static_cast<uint8_t>(colour >> (8 * channel) & 255)) * tint[3];
+}
+
 // The n-th of first..last, or of last..first.
 int InOrder(int first, int last, bool backwards, int n) { return backwards ? last - n : first + n; }
 } // namespace
@@ -95,6 +103,7 @@ void Painter::MapLayer(int layer, float x, float y, int64_t milliseconds)
     DrawState drawing;
     if (grid == nullptr || !parts.PrepareMeshes(0, x, y, drawing))
         return;
+    ExactTint(parts.state.colour, parts.CurrentInk().bytes[3], drawing.tint);
     const LayerGrid::ChunkRange range = grid->Reached(Moved(VisibleRegion().bounds, -x, -y));
     for (int i = 0; i <= range.bottom - range.top; i++)
     {

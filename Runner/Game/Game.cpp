@@ -112,7 +112,8 @@ bool Game::Load()
         scripts.Fail(why);
     MakeDefaultCamera();
     OpenScripts();
-    if (scripts.Failed() || !scripts.RunMain(options.file, options.kit) || OpenPainter() == nullptr)
+    const std::string kit = options.kit.empty() ? InstalledKit() : options.kit;
+    if (scripts.Failed() || !scripts.RunMain(options.file, kit) || OpenPainter() == nullptr)
         return false;
     Identify();
     if (rooms.Count() == 0)

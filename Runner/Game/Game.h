@@ -17,6 +17,7 @@
 #include "Runner/Draw/Painter.h"
 #include "Runner/Game/Frame_Observer.h"
 #include "Runner/Game/Game_Identity.h"
+#include "Runner/Game/Game_Names.h"
 #include "Runner/Game/Journal.h"
 #include "Runner/Game/Room_Map.h"
 #include "Runner/Game/Trace.h"
@@ -40,9 +41,9 @@ constexpr int SCREEN_HEIGHT_UNLESS_SET = 720;
 
 struct GameOptions
 {
-    std::string file;                 // of the game
-    std::string kit = InstalledKit(); // folder of the camera kit; empty: a game has the one beside it or none
-    int width = 0;                    // of the picture, pixels; 0: the game's screen
+    std::string file; // of the game
+    std::string kit;  // folder of the camera kit for a game without its own; empty: InstalledKit
+    int width = 0;    // of the picture, pixels; 0: the game's screen
     int height = 0;
     uint64_t seed = 1;
     bool draw = true;      // false: everything runs, nothing is drawn
@@ -135,6 +136,7 @@ public:
     ScriptEngine scripts;
     World world;
     Rooms rooms;
+    GameNames names;
     Input input;                            // of the running frame; no part of a saved game
     std::unique_ptr<AfterFrame> afterFrame; // null: nothing waits
     FrameObserver* observer = nullptr;      // who watches; not owned, null for nobody

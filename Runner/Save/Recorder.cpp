@@ -90,6 +90,12 @@ void Recorder::Adopt(const Game& game, const std::vector<uint64_t>& sums)
     WriteAgain();
 }
 
+void Recorder::Take(Recording recording)
+{
+    m_recording = std::move(recording);
+    m_hasHead = true;
+}
+
 // The file from its start: the head and the blocks that are whole.
 void Recorder::WriteAgain()
 {

@@ -3,6 +3,7 @@
 #include "Runner/Save/Recording.h"
 
 #include <cstdio>
+#include <utility>
 
 namespace Runner
 {
@@ -27,6 +28,7 @@ public:
 
     void Keep(const HandChange& change) { m_changes.push_back(change); } // made since the frame before
     bool HasChanges() const { return !m_changes.empty(); }
+    std::vector<HandChange> TakeChanges() { return std::exchange(m_changes, {}); }
     void Forget(); // what was asked and changed since the frame before: the game is another one
 
     // Forgets the frames from that number on, in the file too. sums: Game::FrameSum of all frames.
@@ -34,6 +36,10 @@ public:
 
     // The frames are those of another game from now on, which has been played with them: sums are its own.
     void Adopt(const Game& game, const std::vector<uint64_t>& sums);
+
+    // The frames of another run, to be played again; nothing is kept of it in a file.
+    void Take(Recording recording);
+    void AddChanges(int frame, const std::vector<HandChange>& changes) { m_recording.AddChanges(frame, changes); }
 
     const Recording& Recorded() const { return m_recording; }
 

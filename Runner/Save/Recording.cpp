@@ -230,7 +230,7 @@ bool ReadPreamble(const std::vector<uint8_t>& file, std::string& why)
     else if (version > RECORDING_VERSION)
         why = "it was made by a newer runner (its version is " + std::to_string(version) + ", this one reads " +
               std::to_string(RECORDING_VERSION) + ")";
-    else if (version != RECORDING_VERSION)
+    else if (version == 0)
         why = "it is damaged: its version makes no sense";
     return why.empty();
 }
@@ -307,6 +307,22 @@ void Recording::SetSums(const std::vector<uint64_t>& sums)
     for (RecordedFrame& frame : frames)
         frame.changes.clear();
     AddAgain(std::move(frames), sums);
+}
+
+void Recording::AddChanges(int frame, const std::vector<HandChange>& changes)
+{
+    const bool isCoded = frame < m_coded;
+    const auto block = static_cast<size_t>(frame / BLOCK_FRAMES);
+    std::vector<RecordedFrame> decoded;
+    if (isCoded)
+        DecodeFrames(m_blocks[block], decoded, m_decodedSum);
+    const int first = isCoded ? frame / BLOCK_FRAMES * BLOCK_FRAMES : m_coded;
+    std::vector<HandChange>& all = (isCoded ? decoded : m_open)[static_cast<size_t>(frame - first)].changes;
+    all.insert(all.end(), changes.begin(), changes.end());
+    m_openIsKnown = m_openIsKnown && isCoded;
+    if (isCoded)
+        m_blocks[block] = EncodeFrames(decoded, UNKNOWN_SUM);
+    m_decodedBlock = SIZE_MAX;
 }
 
 void Recording::Cut(int frames, const std::vector<uint64_t>& sums)

@@ -14,7 +14,7 @@
 
 namespace Runner
 {
-constexpr uint32_t RECORDING_VERSION = 1;
+constexpr uint32_t RECORDING_VERSION = 2; // 1 is read, too: it has no answers about lists of saves
 constexpr uint64_t UNKNOWN_SUM = 0;
 constexpr int BLOCK_FRAMES = 60; // at most, so that a crash costs at most a second
 
@@ -68,6 +68,8 @@ public:
     void Cut(int frames, const std::vector<uint64_t>& sums); // forgets later ones. sums: of all frames
     // The frames are of a game that has changed: it has these sums, so far as they are known, and no changes by hand.
     void SetSums(const std::vector<uint64_t>& sums);
+    // Adds changes by hand to a frame that is there. The sums of later blocks stay those of the run without them.
+    void AddChanges(int frame, const std::vector<HandChange>& changes);
     bool CloseBlock(); // codes what is left over as a last, shorter block. False: nothing was
 
     // The content of the file's blocks. All but the last have BLOCK_FRAMES frames.

@@ -24,6 +24,7 @@ Answer Replay::Ask(Question question, const std::function<Answer()>&)
 {
     if (m_answered < m_answers.size() && m_answers[m_answered].question == question)
         return m_answers[m_answered++].answer;
+    m_askedElseAt = m_askedElseAt == 0 ? std::max(m_next, 1) : m_askedElseAt;
     Part(m_next);
     return {false, "the recording holds no answer to this", {}};
 }

@@ -26,6 +26,8 @@ public:
 
     // The first frame (from 1) of the second in which the game went another way; 0 while it has not.
     int PartedAt() const { return m_partedAt; }
+    // The first frame (from 1) in which it asked for what the recording does not hold; 0 while it has not.
+    int AskedElseAt() const { return m_askedElseAt; }
 
 private:
     void Part(int frame);
@@ -37,6 +39,7 @@ private:
     int m_next;                            // frame
     Hash m_blockSum;
     int m_partedAt = 0;
+    int m_askedElseAt = 0;
 };
 
 // Why a recording is not of this game as it is now, in a few words; empty when it is.

@@ -32,8 +32,9 @@ bool Timeline::MakeGame(const KeptState& from, Journal& journal, bool draw)
     GameOptions options = m_options;
     options.draw = options.draw && draw;
     options.journal = &m_switch;
-    if (m_recorder.Recorded().Frames() > 0) // the trace tells what was played first
+    if (!m_isFirst && m_recorder.Recorded().Frames() > 0) // the trace tells what was played first
         options.trace.clear();
+    m_isFirst = false;
     m_switch.to = &journal;
     m_game.reset();
     m_game = std::make_unique<Game>(options, m_openScripts);
@@ -54,17 +55,28 @@ bool Timeline::Restore(const std::vector<uint8_t>& save)
         return true;
     SavedState state;
     std::string why;
-    if (DecodeState(save, state, why) && FitsGame(*m_game, state, "the saved game", why) && RestoreGame(*m_game, state))
+    if (DecodeState(save, state, why) && FitToGame(*m_game, state, "the saved game", why) &&
+        RestoreGame(*m_game, state))
         return true;
     if (!m_game->scripts.Failed())
         m_game->scripts.Fail(why);
     return false;
 }
 
+void Timeline::Follow(Recording recording)
+{
+    m_recorder.Take(std::move(recording));
+    m_isFollowing = true;
+}
+
 bool Timeline::Start(std::string& why)
 {
-    if (!MakeGame(m_first, m_recorder, true))
+    Replay replay(Recorded(), 0, m_apply); // answers what the game asks before its first frame
+    Journal& journal = m_isFollowing ? static_cast<Journal&>(replay) : m_recorder;
+    if (!MakeGame(m_first, journal, true))
         why = m_game->Failure();
+    m_switch.to = &m_recorder;
+    m_askedElseAt = replay.AskedElseAt();
     return why.empty();
 }
 
@@ -82,6 +94,44 @@ bool Timeline::Play(const InputFrame& seen)
     TakeCheck(false);
     BeginCheck();
     return isGood;
+}
+
+bool Timeline::PlayRecorded()
+{
+    if (m_recorder.HasChanges())
+    {
+        DropStates(m_position);
+        m_sums.resize(std::min(m_sums.size(), static_cast<size_t>(m_position)));
+        m_recorder.AddChanges(m_position, m_recorder.TakeChanges());
+        m_isChanged = true;
+    }
+    Replay replay(Recorded(), m_position, m_apply); // making a change twice makes no difference
+    m_switch.to = &replay;
+    const bool isGood = PlayAgain(replay);
+    m_switch.to = &m_recorder;
+    TakeCheck(false);
+    BeginCheck();
+    return isGood;
+}
+
+int Timeline::PartedAt() const
+{
+    if (m_isChanged)
+        return 0;
+    Hash blockSum;
+    for (size_t frame = 0; frame < m_sums.size(); ++frame)
+    {
+        AddFrameSum(blockSum, m_sums[frame]);
+        const size_t block = frame / BLOCK_FRAMES;
+        const bool isBlockDone = (frame + 1) % BLOCK_FRAMES == 0 || frame + 1 == static_cast<size_t>(Frames());
+        if (!isBlockDone || block >= Recorded().Blocks().size())
+            continue;
+        const uint64_t recorded = Recorded().BlockSum(block);
+        if (recorded != UNKNOWN_SUM && recorded != blockSum.Value())
+            return static_cast<int>(block) * BLOCK_FRAMES + 1;
+        blockSum = Hash();
+    }
+    return m_askedElseAt;
 }
 
 // Notes how a frame went that this game, as its files are now, has played for the first time.
@@ -154,6 +204,7 @@ bool Timeline::PlayAgain(Replay& replay)
         m_hasParted = m_hasParted || m_game->FrameSum() != m_sums[number];
     else
         TakeFrame(isGood);
+    m_askedElseAt = m_askedElseAt == 0 ? replay.AskedElseAt() : m_askedElseAt;
     return isGood;
 }
 

@@ -36,6 +36,9 @@ public:
     Timeline(const Timeline&) = delete;
     Timeline& operator=(const Timeline&) = delete;
 
+    // Before Start: the frames of a recorded run lie ahead, and PlayRecorded plays them instead of Play.
+    void Follow(Recording recording);
+
     bool Start(std::string& why);   // makes the game and loads it. Once, before all else. False: it failed
     Game& Now() { return *m_game; } // another object after a way back
     int Position() const { return m_position; }
@@ -43,6 +46,14 @@ public:
 
     // Plays one frame on. What is known of later frames is forgotten. False: the game has failed.
     bool Play(const InputFrame& seen);
+
+    // Plays the next frame of what is followed, which is there. False: the game has failed. Changes by hand since the
+    // frame before belong to it from now on: the way back leads through them.
+    bool PlayRecorded();
+
+    // Of what is followed: the first frame (from 1) of the second in which the game went another way than the recorded
+    // run; 0 while it has not, and after a change by hand, which leads elsewhere.
+    int PartedAt() const;
 
     // A change that was made in the running game by hand, before its next frame. A reload leaves all of them out.
     void Keep(const HandChange& change) { m_recorder.Keep(change); }
@@ -118,6 +129,10 @@ private:
     int m_position = 0;
     bool m_hasParted = false;
     bool m_isReloading = false;
+    bool m_isFollowing = false; // of frames that a recording brought
+    bool m_isFirst = true;      // the game is the first one that was made
+    bool m_isChanged = false;   // what is followed, by hand
+    int m_askedElseAt = 0; // the frame (from 1) in which the game asked for what the recording does not hold; 0: none
 
     std::vector<KeptState> m_kept; // ascending
     int m_keepEvery = KEEP_EVERY;

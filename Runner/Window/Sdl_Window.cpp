@@ -6,6 +6,7 @@
 #include "Runner/Window/Window.h"
 
 #include <algorithm>
+#include <cmath>
 #include <cstdlib>
 
 namespace Runner
@@ -39,6 +40,8 @@ public:
                 m_status = reinterpret_cast<ResetStatus>(
                     SDL_GL_GetProcAddress((std::string("glGetGraphicsResetStatus") + kind).c_str()));
     }
+    // The driver draws while the next frame is worked out: waiting here would leave all processors but one idle.
+    void EndFrame() override { glFlush(); }
     bool IsLost() override { return m_status != nullptr && m_status() != GL_NO_ERROR; }
 
     ~SdlContext() override
@@ -92,7 +95,7 @@ private:
     void TakePad(const SDL_Event& event);
     void TakeWindow(const SDL_WindowEvent& event);
     void Paste();
-    int ScaleFor(PixelSize screen) const;
+    float ScaleFor(PixelSize screen) const;
 
     const WindowOptions m_options;
     SDL_Window* m_window = nullptr;
@@ -144,7 +147,7 @@ std::unique_ptr<Device> SdlWindow::OpenDevice(int width, int height, std::string
     auto device = std::make_unique<GlDevice>(std::make_unique<SdlContext>(m_window, context));
     if (!device->Open(width, height, error))
         return nullptr;
-    SDL_GL_SetSwapInterval(1);
+    SDL_GL_SetSwapInterval(m_options.waitsForDisplay ? 1 : 0);
     return device;
 }
 
@@ -158,14 +161,17 @@ int64_t SdlWindow::Now() const
            static_cast<int64_t>(count % perSecond * NANOSECONDS / perSecond);
 }
 
-int SdlWindow::ScaleFor(PixelSize screen) const
+// Whole pixels of the display for one of the game, unless the screen is larger than the display.
+float SdlWindow::ScaleFor(PixelSize screen) const
 {
     SDL_Rect display = {0, 0, screen.width, screen.height};
     SDL_GetDisplayUsableBounds(std::max(0, SDL_GetWindowDisplayIndex(m_window)), &display);
-    const auto fit = [](int whole, int part)
-    { return static_cast<int>(static_cast<float>(whole) * OF_DISPLAY / static_cast<float>(part)); };
-    return m_options.scale > 0 ? m_options.scale
-                               : std::max(1, std::min(fit(display.w, screen.width), fit(display.h, screen.height)));
+    const float fit = std::min(static_cast<float>(display.w) * OF_DISPLAY / static_cast<float>(screen.width),
+                               static_cast<float>(display.h) * OF_DISPLAY / static_cast<float>(screen.height));
+    if (m_options.scale > 0)
+        return static_cast<float>(m_options.scale);
+    const bool isLarger = screen.width > display.w || screen.height > display.h;
+    return isLarger ? fit : std::max(1.0f, std::floor(fit));
 }
 
 void SdlWindow::Show(PixelSize screen)
@@ -174,9 +180,10 @@ void SdlWindow::Show(PixelSize screen)
     if (m_isShown)
         return;
     m_isShown = true;
-    const int scale = ScaleFor(screen);
+    const float scale = ScaleFor(screen);
+    const auto side = [scale](int pixels) { return static_cast<int>(static_cast<float>(pixels) * scale); };
     SDL_SetWindowMinimumSize(m_window, SMALLEST_SIDE, SMALLEST_SIDE);
-    SDL_SetWindowSize(m_window, screen.width * scale, screen.height * scale);
+    SDL_SetWindowSize(m_window, side(screen.width), side(screen.height));
     SDL_SetWindowPosition(m_window, SDL_WINDOWPOS_CENTERED, SDL_WINDOWPOS_CENTERED);
     SDL_ShowWindow(m_window);
     if (m_options.fullscreen)

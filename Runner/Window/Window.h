@@ -20,6 +20,7 @@ struct WindowOptions
     int scale = 0; // pixels of the display for one of the game; 0: as many as fit well
     bool fullscreen = false;
     RunnerKeys keys;
+    bool waitsForDisplay = true; // Swap does
 };
 
 // A window on the user's display, and the devices that report to it. One at a time.

@@ -151,6 +151,8 @@ private:
 
     void ReadLayer(MapNode& node, MapLayerKind kind, int parent)
     {
+        if (m_map.layers.size() >= MapLimits::LAYERS)
+            throw MapFault("the map has more than " + std::to_string(MapLimits::LAYERS) + " layers: join some");
         MapLayer layer;
         layer.kind = kind;
         layer.id = node.Whole("id", 0, 0, INT_MAX);

@@ -100,11 +100,11 @@ public:
     RunningRoom& Start(int index);
     void End(); // destroys the view cameras that are left, and the room; nothing happens when no room runs
 
-    std::vector<int> OwnCameras() const;            // identifiers of the cameras made for views that still exist
+    std::vector<int> OwnCameras() const; // identifiers of the cameras made for views that still exist
+    void MakeCamera(size_t view); // for a view of the running room, as its description says; nothing for one without
     void AdoptCameras(const std::vector<int>& ids); // these are made for views: a saved game has brought them back
 
 private:
-    void MakeCameras(RunningRoom& room);
     void DestroyCameras();
 
     std::vector<std::unique_ptr<RoomSpec>> m_specs; // by index; their addresses stay

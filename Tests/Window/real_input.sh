@@ -59,7 +59,7 @@ room_add{ width = 640, height = 360, step = function() report() watch_input() en
 
 start() {
     : >"$log"
-    stdbuf -oL "$runner" "$work/game.lua" --window --scale 1 --out "$work/out" "$@" >"$log" 2>"$work/err" &
+    stdbuf -oL "$runner" "$work/game.lua" --window --scale 1 --out "$work/out" "$@" >>"$log" 2>"$work/err" & # appended: cases empty the log
     player=$!
     for _ in $(seq 200); do
         window=$(xdotool search --onlyvisible --pid "$player" 2>/dev/null | tail -1) && [ -n "$window" ] && break
@@ -325,6 +325,84 @@ END
     hear 'frame .*'
     [ "$(last_frame)" -ge $((last / 10 - 2)) ] && [ "$(last_frame)" -le $((last / 10 + 2)) ] ||
         fail "a tenth of $last is not $(last_frame)"
+}
+
+# A recording in the window is gone back in as a play is; every frame is the recorded one, and the end tells nothing.
+replay_time() {
+    {
+        echo "$head"
+        echo 'room_add{ step = function() if mouse_x() >= 0 then print("frame " .. frame_number(), mouse_x()) end end }'
+    } >"$work/game.lua"
+    for frame in $(seq 0 299); do echo "$frame mouse $((frame % 100)) 5"; done >"$work/input"
+    "$runner" "$work/game.lua" --no-draw --frames 300 --input "$work/input" --record "$work/run.rec" \
+        --out "$work/out" >"$work/recorded" || fail "nothing was recorded"
+    start --replay "$work/run.rec"
+    hear $'frame 30\t30.0' 20
+    xdotool key F10
+    sleep 0.3
+    point 320 355 # the middle of the bar, which has all recorded frames
+    xdotool click 1
+    sleep 0.7
+    : >"$log"
+    xdotool key F8
+    hear $'frame 1(49|50|51)\t.*'
+    point 128 355
+    xdotool click 1
+    sleep 0.5
+    xdotool key F7
+    sleep 0.3
+    : >"$log"
+    xdotool key F8
+    hear $'frame (58|59|60)\t(58|59|60)\\.0'
+    xdotool key F10
+    local status=0
+    wait "$player" || status=$?
+    player=
+    [ "$status" = 0 ] || fail "the status is $status"
+    diff <(tail -n 100 "$work/recorded") <(tail -n 100 "$log") >&2 || fail "the replay is another one"
+}
+
+# The colour of the pixel at x, y of the window, as RRGGBB.
+colour_at() { import -window "$window" -crop "1x1+$1+$2" -depth 8 rgb:- | od -An -tx1 | tr -d ' \n'; }
+
+# Waits until the pixel at x, y has that colour.
+see() {
+    for _ in $(seq 100); do
+        [ "$(colour_at "$1" "$2")" = "$3" ] && return
+        sleep 0.05
+    done
+    fail "the pixel at $1, $2 is $(colour_at "$1" "$2") and not $3"
+}
+
+# One recording in two versions, side by side: red and blue until frame 200, both green from there on.
+compare() {
+    local game='screen_set_size(320, 180) room_add{ width = 320, height = 180, background = colours.NAME,
+        draw_gui = function() if frame_number() >= 200 then draw_set_colour(colour_rgb(0, 255, 0))
+        draw_rectangle(0, 0, 320, 100) end end }'
+    echo "${game/NAME/red}" >"$work/game.lua"
+    echo "${game/NAME/blue}" >"$work/other.lua"
+    "$runner" "$work/game.lua" --no-draw --frames 300 --record "$work/run.rec" --out "$work/out" >"$log" ||
+        fail "nothing was recorded"
+    start --replay "$work/run.rec" --compare "$work/other.lua"
+    see 160 60 ff0000
+    see 484 60 0000ff
+    see 160 60 00ff00
+    see 484 60 00ff00
+    xdotool key F10
+    sleep 0.3
+    point 64 195 # a tenth of the bar
+    xdotool click 1
+    see 40 60 ff0000
+    see 600 60 0000ff
+    xdotool key F10
+    see 40 60 00ff00
+    sleep 2
+    kill -0 "$player" || fail "it did not stand at the end"
+    see 600 60 00ff00
+    ! pgrep -P "$player" >/dev/null || [ "$(pgrep -c -P "$player")" = 2 ] || fail "there are more processes than two"
+    kill -TERM "$player"
+    wait "$player" || true
+    player=
 }
 
 # A changed game plays on from the frame at which the other one was, also after a mistake in between.

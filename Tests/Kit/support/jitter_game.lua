@@ -1,5 +1,6 @@
--- Eight cameras that follow one target, which the test moves: settings.batch says which eight, settings.room how large
--- the room is. Tests/Runner/Support/Jitter.cpp looks at what they show.
+-- Cameras that follow one target, which the test moves: settings.batch says what they are, settings.first and
+-- settings.last which of them there are, settings.room how large the room is. Tests/Runner/Support/Jitter.cpp looks at what
+-- they show.
 
 local kit = include("kit/camera_kit.lua")
 
@@ -81,18 +82,20 @@ local function create()
     if settings.batch == "plain" then
         return
     end
-    for number, style in ipairs(STYLES) do
+    for number = settings.first, settings.last do
+        local style = STYLES[number]
         style.view, style.follow = number - 1, target
         if settings.batch == "snapped" then
             style.pixels = true
         end
-        cameras[number] = kit.camera(style)
+        table.insert(cameras, kit.camera(style))
     end
 end
 
 local views = {}
 for view = 0, 7 do
-    views[view] = { w = WIDTH, h = HEIGHT, wport = WIDTH * SCALE, hport = HEIGHT * SCALE }
+    local is_used = view + 1 >= settings.first and view + 1 <= settings.last
+    views[view] = { visible = is_used, w = WIDTH, h = HEIGHT, wport = WIDTH * SCALE, hport = HEIGHT * SCALE }
 end
 
 room_add{

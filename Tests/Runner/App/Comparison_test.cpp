@@ -43,6 +43,37 @@ TEST_F(ComparisonPictures, ShowTheGameAboveAndTheOtherVersionBelow)
     }
 }
 
+// The view is 40 units wide and shows a white stripe at 0 to 10; with a width of 20 the stripe takes half the picture.
+TEST_F(ComparisonPictures, TheSameGameWithOtherValues)
+{
+    const std::string game =
+        directory.Write("stripe.lua", "screen_set_size(40, 30) room_add{ width = 40, height = 30, "
+                                      "draw = function() draw_rectangle(0, 0, 10, 30) end, "
+                                      "views = { [0] = { w = 40, h = 30, wport = 40, hport = 30 } }, "
+                                      "create = function() print('camera ' .. view_get_camera(0)) end }");
+    const std::string record = directory.Path("run.rec"), area = directory.Path("out");
+    ASSERT_EQ(Run({game, "--no-draw", "--frames", "6", "--record", record, "--out", area}), 0) << err;
+    const std::string camera = out.substr(out.find("camera ") + 7, out.find('\n') - out.find("camera ") - 7);
+    ASSERT_EQ(Run({game, "--replay", record, "--compare-values", camera + ".width=20", "--out", area}), 0) << err;
+    Runner::Picture strip;
+    std::string why;
+    ASSERT_TRUE(Runner::ReadPng(area + "/comparison.png", strip, why)) << why;
+    EXPECT_EQ(PixelAt(strip, 8 + 8, 8 + 15), 0xFFFFFFu);
+    EXPECT_EQ(PixelAt(strip, 8 + 15, 8 + 15), 0u);
+    EXPECT_EQ(PixelAt(strip, 8 + 15, 46 + 8 + 15), 0xFFFFFFu);
+    EXPECT_EQ(PixelAt(strip, 8 + 25, 46 + 8 + 15), 0u);
+    EXPECT_EQ(Run({game, "--replay", record, "--compare-values", "77.width=20", "--out", area}), 1);
+    EXPECT_NE(err.find("there is no camera 77 before the first frame"), std::string::npos) << err;
+}
+
+TEST_F(ComparisonPictures, ValuesThatMakeNoSenseAreWrongUsage)
+{
+    for (const char* const values : {"", "width=20", "0.width", "0.size=3", "x.width=3", "0.width=3x", "-1.width=3",
+                                     "0.width=3,", "0.width=inf", "0.width=nan"})
+        EXPECT_EQ(Run({"game.lua", "--replay", "run.rec", "--compare-values", values}), 2) << values << err;
+    EXPECT_EQ(Run({"game.lua", "--compare-values", "0.width=3"}), 2) << "without a recording";
+}
+
 TEST_F(ComparisonPictures, AVersionThatFailsIsToldAndTheOtherOneShown)
 {
     const std::string red = Version("red.lua", "red"), broken = directory.Write("broken.lua", "room_add{");

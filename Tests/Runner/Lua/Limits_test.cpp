@@ -3,6 +3,8 @@
 
 #include "Tests/Runner/Support/Game_Support.h"
 
+#include <lua.hpp>
+
 namespace
 {
 class Limits : public RunnerTest::GameTest
@@ -35,6 +37,19 @@ TEST_F(Limits, TheMainFileIsLimitedToo) { EXPECT_EQ(Play("while true do end"), s
 TEST_F(Limits, EachFrameStartsAnew)
 {
     EXPECT_EQ(Play("room_add{ step = function() for i = 1, 1500000 do end end }", 3), "");
+}
+
+// The instruction at which a script is stopped is the same everywhere. A round takes four: read n, add 1, write n, jump
+// back. The limit is looked at every 10,000 instructions, so the script runs 2,010,000, of which few precede the loop.
+TEST_F(Limits, TheStopComesAtACertainInstruction)
+{
+    Play("n = 0\nroom_add{ step = function() while true do n = n + 1 end end }");
+    lua_State* const L = game->scripts.Running();
+    lua_getglobal(L, "n");
+    const lua_Integer rounds = lua_tointeger(L, -1);
+    lua_pop(L, 1);
+    EXPECT_LE(rounds, 2010000 / 4);
+    EXPECT_GE(rounds, 2010000 / 4 - 25);
 }
 
 TEST_F(Limits, WithoutALimitALongLoopIsPlayed)

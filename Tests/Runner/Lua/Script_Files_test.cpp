@@ -68,8 +68,6 @@ TEST_F(ScriptFilesTest, AMissingKitIsToldWithBothPlaces)
     const std::string failure = Play(GAME);
     EXPECT_NE(failure.find(directory.Path("kit/camera_kit.lua")), std::string::npos) << failure;
     EXPECT_NE(failure.find("nor is it in " + options.kit), std::string::npos) << failure;
-    options.kit.clear();
-    EXPECT_NE(Play(GAME).find("--kit"), std::string::npos) << game->Failure();
 }
 
 TEST_F(ScriptFilesTest, TheFingerprintTakesTheKitsVersionInsteadOfItsText)

@@ -24,7 +24,7 @@ int Mutations()
 
 // ---- the file's layout, written down here once more ----
 
-constexpr size_t CHECKSUM = 16, TABLE = 24, SECTIONS = 7, CONTENT = TABLE + 16 * SECTIONS;
+constexpr size_t CHECKSUM = 16, TABLE = 24, SECTIONS = 8, CONTENT = TABLE + 16 * SECTIONS;
 
 uint64_t Fnv(const uint8_t* bytes, size_t size)
 {
@@ -153,7 +153,7 @@ protected:
     {
         Runner::SavedState state;
         std::string why;
-        const bool fits = Runner::DecodeState(file, state, why) && Runner::FitsGame(*game, state, "file", why);
+        const bool fits = Runner::DecodeState(file, state, why) && Runner::FitToGame(*game, state, "file", why);
         EXPECT_EQ(fits, why.empty());
         if (!fits)
             return false;

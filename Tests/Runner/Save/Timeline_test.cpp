@@ -238,6 +238,78 @@ TEST_F(TimelineTest, AFrameThatFailedFailsAgainAndThoseBeforeItDoNot)
     EXPECT_EQ(timeline->Now().Failure(), failure);
 }
 
+// ---- following a recording ----
+
+class FollowedRecording : public TimelineTest
+{
+protected:
+    // Plays HONEST for so many frames, and follows the recording of it with that text.
+    void Follow(const std::string& text, int frames)
+    {
+        Begin(HONEST, frames);
+        std::string why, left;
+        ASSERT_TRUE(timeline->Finish(why)) << why;
+        Recording recording;
+        ASSERT_TRUE(ReadRecording(directory.Path("it.rec"), recording, left, why)) << why;
+        timeline.reset();
+        directory.Write("main.lua", text);
+        timeline = std::make_unique<Timeline>(options, OpenApi, "", std::vector<uint8_t>(), Widen);
+        timeline->Follow(std::move(recording));
+        ASSERT_TRUE(timeline->Start(why)) << why;
+    }
+
+    void PlayRecorded(int frames)
+    {
+        for (int i = 0; i < frames; ++i)
+            ASSERT_TRUE(timeline->PlayRecorded());
+    }
+};
+
+TEST_F(FollowedRecording, AllItsFramesCanBeGoneToBeforeTheyArePlayed)
+{
+    Follow(HONEST, 230);
+    EXPECT_EQ(timeline->Position(), 0);
+    EXPECT_EQ(timeline->Frames(), 230);
+    PlayRecorded(50);
+    ExpectState(50);
+    EXPECT_EQ(GoTo(200), Timeline::Arrival::There);
+    ExpectState(200);
+    EXPECT_EQ(GoTo(100), Timeline::Arrival::There);
+    ExpectState(100);
+    PlayRecorded(130);
+    EXPECT_EQ(timeline->Frames(), 230) << "playing on forgets nothing";
+    EXPECT_EQ(timeline->PartedAt(), 0);
+}
+
+TEST_F(FollowedRecording, AnotherGameIsSeenToPart)
+{
+    std::string changed = HONEST;
+    changed.replace(changed.find("self.x + random()"), 17, "self.x - random()");
+    Follow(changed, 130);
+    PlayRecorded(59);
+    EXPECT_EQ(timeline->PartedAt(), 0) << "a second is compared when it is whole";
+    PlayRecorded(1);
+    EXPECT_EQ(timeline->PartedAt(), 1);
+}
+
+TEST_F(FollowedRecording, AChangeByHandBelongsToItFromThenOn)
+{
+    Follow(HONEST, 130);
+    PlayRecorded(50);
+    const HandChange change = {Camera(), "width", 70.0f};
+    Widen(change);
+    timeline->Keep(change);
+    PlayRecorded(50);
+    EXPECT_EQ(GoTo(50), Timeline::Arrival::There);
+    EXPECT_EQ(Width(), 50.0f);
+    ExpectState(50);
+    EXPECT_EQ(GoTo(75), Timeline::Arrival::There);
+    EXPECT_EQ(Width(), 70.0f);
+    PlayRecorded(55);
+    EXPECT_FALSE(timeline->HasParted());
+    EXPECT_EQ(timeline->PartedAt(), 0) << "it is meant to go elsewhere";
+}
+
 // ---- reloading ----
 
 TEST_F(TimelineTest, AReloadPlaysTheSameInputInTheChangedGame)

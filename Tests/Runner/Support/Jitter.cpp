@@ -147,12 +147,13 @@ const char* NameOf(JitterBatch batch)
 class JitterGame
 {
 public:
-    JitterGame(JitterBatch batch, int roomSize, std::vector<JitterFigures>& figures)
+    // With the styles first to last, counted from 0.
+    JitterGame(JitterBatch batch, int roomSize, size_t first, size_t last, std::vector<JitterFigures>& figures)
         : m_isSnapped(batch == JitterBatch::Snapped), m_scale(batch == JitterBatch::Smooth ? 2.0 : 1.0),
-          m_roomSize(roomSize), m_game(OptionsFor(batch, roomSize), Runner::OpenApi)
+          m_roomSize(roomSize), m_first(first), m_game(OptionsFor(batch, roomSize, first, last), Runner::OpenApi)
     {
         const std::vector<JitterStyle>& styles = StylesOf(batch);
-        for (size_t i = 0; i < styles.size(); ++i)
+        for (size_t i = first; i <= last; ++i)
         {
             m_across.emplace_back(styles[i], styles[i].deadX, m_isSnapped, figures[i]);
             m_down.emplace_back(styles[i], styles[i].deadY, m_isSnapped, figures[i]);
@@ -174,21 +175,23 @@ public:
             Put(path[frame], frame == 0);
             if (!m_game.Frame())
                 return false;
-            for (size_t view = 0; view < m_across.size(); ++view)
-                Look(view, path[frame]);
+            for (size_t i = 0; i < m_across.size(); ++i)
+                Look(i, path[frame]);
         }
         return true;
     }
 
 private:
-    static Runner::GameOptions OptionsFor(JitterBatch batch, int roomSize)
+    static Runner::GameOptions OptionsFor(JitterBatch batch, int roomSize, size_t first, size_t last)
     {
         Runner::GameOptions options;
         options.file = std::string(SOURCE_DIR) + "/Tests/Kit/support/jitter_game.lua";
         options.kit = std::string(SOURCE_DIR) + "/kit";
         options.draw = false;
         options.settings["batch"] = std::string(NameOf(batch));
-        options.settings["room"] = static_cast<int64_t>(roomSize);
+        options.settings["room"] = int64_t{roomSize};
+        options.settings["first"] = static_cast<int64_t>(first + 1); // Lua counts from 1
+        options.settings["last"] = static_cast<int64_t>(last + 1);
         return options;
     }
 
@@ -203,9 +206,9 @@ private:
 
     double Snapped(float place) const { return std::floor(static_cast<double>(place) * m_scale + 0.5) / m_scale; }
 
-    void Look(size_t view, const PathFrame& frame)
+    void Look(size_t style, const PathFrame& frame)
     {
-        const CCamera* camera = g_CM.GetCamera(Run_Room->r_view[view]->cameraID);
+        const CCamera* camera = g_CM.GetCamera(Run_Room->r_view[m_first + style]->cameraID);
         if (camera == nullptr)
             return;
         const Place target = {static_cast<double>(frame.x), static_cast<double>(frame.y)};
@@ -214,13 +217,14 @@ private:
         Place screen = OnScreen(*camera, drawn, m_scale);
         if (m_isSnapped)
             screen = {std::round(screen.x), std::round(screen.y)};
-        m_across[view].See({target.x, frame.speedX, frame.constantX, centre.x, screen.x, m_roomSize});
-        m_down[view].See({target.y, frame.speedY, frame.constantY, centre.y, screen.y, m_roomSize});
+        m_across[style].See({target.x, frame.speedX, frame.constantX, centre.x, screen.x, m_roomSize});
+        m_down[style].See({target.y, frame.speedY, frame.constantY, centre.y, screen.y, m_roomSize});
     }
 
     bool m_isSnapped;
     double m_scale;
     double m_roomSize;
+    size_t m_first;
     Runner::Game m_game;
     std::vector<AxisJudge> m_across, m_down;
 };
@@ -246,22 +250,32 @@ const std::vector<JitterStyle>& StylesOf(JitterBatch batch)
     return batch == JitterBatch::Plain ? PLAIN : KIT;
 }
 
-std::vector<JitterFigures> MeasureJitter(const JitterRun& run, std::string& why)
+namespace
 {
+// The paths are dealt out to the rooms and to the groups of styles, one after the other.
+std::string PlayShare(const JitterRun& run, int share, std::vector<JitterFigures>& figures)
+{
+    const int rooms = static_cast<int>(std::size(ROOM_SIZES));
+    const int groups = static_cast<int>(figures.size()) / run.together;
+    const int size = ROOM_SIZES[share % rooms];
+    const size_t first = static_cast<size_t>(share / rooms) * static_cast<size_t>(run.together);
+    JitterGame game(run.batch, size, first, first + static_cast<size_t>(run.together) - 1, figures);
+    bool isPlaying = game.Load();
+    for (int path = share; isPlaying && path < run.paths; path += rooms * groups)
+        isPlaying = game.Play(RandomPath(run.firstSeed + static_cast<uint64_t>(path), size, run.frames));
+    return game.Failure();
+}
+} // namespace
+
+std::vector<JitterFigures> MeasureJitter(const JitterRun& asked, std::string& why)
+{
+    JitterRun run = asked;
     std::vector<JitterFigures> figures(StylesOf(run.batch).size());
-    for (size_t room = 0; room < std::size(ROOM_SIZES); ++room)
-    {
-        JitterGame game(run.batch, ROOM_SIZES[room], figures);
-        bool isPlaying = game.Load();
-        for (int path = static_cast<int>(room); isPlaying && path < run.paths;
-             path += static_cast<int>(std::size(ROOM_SIZES)))
-            isPlaying =
-                game.Play(RandomPath(run.firstSeed + static_cast<uint64_t>(path), ROOM_SIZES[room], run.frames));
-        why = game.Failure();
-        if (!why.empty())
-            return {};
-    }
-    return figures;
+    run.together = std::min(run.together, static_cast<int>(figures.size()));
+    const int shares = static_cast<int>(std::size(ROOM_SIZES) * figures.size()) / run.together;
+    for (int share = 0; share < shares && why.empty(); ++share)
+        why = PlayShare(run, share, figures);
+    return why.empty() ? figures : std::vector<JitterFigures>();
 }
 
 std::string JitterBroken(JitterBatch batch, const JitterStyle& style, const JitterFigures& figures)

@@ -43,6 +43,7 @@ struct JitterRun
     uint64_t firstSeed = 1;
     int paths = 0;
     int frames = 480; // of each path
+    int together = 8; // styles that follow each path; fewer take turns, and each follows so many paths fewer
 };
 
 // Plays the paths in rooms of three sizes, up to 32,768 units. Answers the figures of each style; empty, and why in one

@@ -94,6 +94,7 @@ private:
         const int frames = m_random.Range(12, 40);
         for (int i = 1; i <= frames && !IsDone() && !HasJustTurned(); ++i)
             Move(from + (to - from) * i / frames, 0.0);
+        Run(m_path.back().speedX, 0.0, SHORTEST_PHASE); // it may have turned in the last frame
     }
 
     // At an edge. It then goes on for a while: a target that trembles is not what is measured.
