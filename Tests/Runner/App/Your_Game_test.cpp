@@ -77,11 +77,13 @@ void PutInto(File& file, const std::string& block, const std::string& instead)
     for (auto piece = pieces.rbegin(); piece != pieces.rend(); ++piece)
     {
         const auto found = Find(file, KeyOf(*piece));
-        if (found != file.end())
-            *found = *piece;
-        else
+        if (found == file.end())
+        {
             file.insert(file.begin() + place, *piece);
-        place = found != file.end() ? found - file.begin() : place;
+            continue;
+        }
+        *found = *piece;
+        place = found - file.begin();
     }
 }
 
