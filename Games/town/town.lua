@@ -33,8 +33,7 @@ local function is_solid(x, y)
     if x < 4 or y < 8 or x > info.width - 4 or y > info.height - 2 then
         return true
     end
-    local bridged = map_tile_get("edges", x // tile, y // tile) > 0 or properties_at("ground", x, y).solid ~= true
-    return properties_at("walls", x, y).solid == true or not bridged
+    return properties_at("walls", x, y).solid == true or properties_at("ground", x, y).solid == true
 end
 
 -- ---- walking ----
