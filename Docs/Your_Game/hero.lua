@@ -17,14 +17,6 @@ function hero.move(self, dx, dy) -- false: something is in the way
     return true
 end
 
-hero.COLOURS = { colours.orange, colours.cyan }
-
-for number, keys in ipairs{ {"left", "right", "up"}, {"a", "d", "w"} } do
-    action_add{ name = "left" .. number, keys = {keys[1]} }
-    action_add{ name = "right" .. number, keys = {keys[2]} }
-    action_add{ name = "jump" .. number, keys = {keys[3]} }
-end
-
 local kit = include("kit/camera_kit.lua")
 
 function hero.land(self)
@@ -56,5 +48,13 @@ hero.object = object_add{
     step = function(self) hero.step(self) hero.return_when_lost(self) end,
     draw = function(self) hero.draw(self) end,
 }
+
+hero.COLOURS = { colours.orange, colours.cyan }
+
+for number, keys in ipairs{ {"left", "right", "up"}, {"a", "d", "w"} } do
+    action_add{ name = "left" .. number, keys = {keys[1]} }
+    action_add{ name = "right" .. number, keys = {keys[2]} }
+    action_add{ name = "jump" .. number, keys = {keys[3]} }
+end
 
 return hero

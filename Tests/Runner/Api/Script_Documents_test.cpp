@@ -182,6 +182,25 @@ TEST_F(ScriptDocuments, AnnotationsAreLuaAndNameEveryFunctionOfTheSandboxButLuas
     EXPECT_GE(functions, 47 + 97);
 }
 
+TEST_F(ScriptDocuments, AnnotationsNameEveryFunctionOfTheKit)
+{
+    options.kit = std::string(SOURCE_DIR) + "/kit";
+    const std::string annotations = Document("api.lua");
+    ASSERT_EQ(Run("local kit = include('kit/camera_kit.lua')\n"
+                  "for name, v in pairs(kit) do if type(v) == 'function' then print('Kit.' .. name) end end\n"
+                  "for name in pairs(getmetatable(kit.camera{ camera = camera_create_view(0, 0, 9, 9) }).__index) do\n"
+                  "print('KitCamera:' .. name) end"),
+              "");
+    std::istringstream names(Log());
+    int functions = 0;
+    for (std::string name; std::getline(names, name); ++functions)
+        if (name != "KitCamera:state") // the kit's own way to its data
+        {
+            EXPECT_NE(annotations.find("\nfunction " + name + "("), std::string::npos) << name;
+        }
+    EXPECT_GE(functions, 40);
+}
+
 // The kinds behind ---@return, as conditions on v.
 std::string Condition(const std::string& type)
 {

@@ -12,6 +12,8 @@ namespace
 {
 using RunnerTest::CommandLine;
 
+constexpr char KIT[] = SOURCE_DIR "/kit";
+
 // ---- the files of the game ----
 
 // What a piece is known by: its first line of code up to its value, arguments or fields.
@@ -247,6 +249,8 @@ private:
                 arguments.back() = "--no-draw";
                 arguments.insert(arguments.end(), {"--frames", "5", "--check"});
             }
+            if (arguments.at(0) != "--new")
+                arguments.insert(arguments.end(), {"--kit", KIT});
             EXPECT_EQ(Run(arguments), 0) << line << ": " << err;
         }
     }
@@ -256,7 +260,7 @@ private:
     {
         if (m_step > 0)
         {
-            EXPECT_EQ(Run({"hop/hop.lua", "--frames", "90", "--no-draw", "--check", "--quiet"}), 0)
+            EXPECT_EQ(Run({"hop/hop.lua", "--kit", KIT, "--frames", "90", "--no-draw", "--check", "--quiet"}), 0)
                 << "step " << m_step << ": " << err;
             for (const Scene& scene : SCENES)
                 if (scene.step == m_step)
@@ -274,6 +278,7 @@ private:
         Runner::GameOptions options;
         options.file = "hop/hop.lua";
         options.draw = false;
+        options.kit = KIT;
         Runner::Game game(options, Runner::OpenApi);
         ASSERT_TRUE(game.Load()) << game.Failure();
         Runner::InputScript input;
