@@ -101,8 +101,11 @@ struct CellArguments
 
     explicit CellArguments(const Arguments& call)
     {
-        if (lua_type(call.L, 1) == LUA_TSTRING)
+        const int type = lua_type(call.L, 1);
+        if (type == LUA_TSTRING)
             layerName = call.Text(1);
+        else if (type != LUA_TNUMBER)
+            call.FailArgument(1, "is a string or a whole number, got " + DescribeAt(call.L, 1));
         else
             layer = call.Whole(1) - 1; // numbers count from 1 on
         column = call.Whole(2);

@@ -63,7 +63,11 @@ std::ptrdiff_t TakeOut(File& file, const std::string& keys)
         EXPECT_NE(found, file.end()) << "there is no " << key;
         if (found == file.end())
             continue;
-        place = place < 0 ? found - file.begin() : place;
+        const std::ptrdiff_t index = found - file.begin();
+        if (place < 0)
+            place = index;
+        else if (index < place)
+            --place; // what stands behind moves up
         file.erase(found);
     }
     return place;
