@@ -1,9 +1,11 @@
-// Compares a screenshot with a picture that may be transparent, which is laid over a colour first.
+// Compares a screenshot with a picture that may be transparent, which is laid over a colour first. The picture may be
+// larger: what the screenshot does not show of it, to the right and below, is not compared.
 //
-//   compare_pictures SHOT LEFT TOP PICTURE COLOUR    the part of SHOT at LEFT, TOP that has the size of PICTURE
+//   compare_pictures SHOT PICTURE COLOUR DISPLACED
 //
-// Prints how many pixels differ by more than one of 255 in a channel, and the largest difference. Status 1 when there
-// are any, 2 when a picture cannot be read or is too small. COLOUR is six hexadecimal digits.
+// Says how many pixels differ by more than one of 255 in a channel, and the largest difference. Status 1 when there are
+// any but DISPLACED ones, which show what the picture has one pixel beside; 2 when a picture cannot be read or is too
+// small. COLOUR is six hexadecimal digits.
 
 #include "Runner/Draw/Png_Reader.h"
 
@@ -28,7 +30,7 @@ struct Difference
 bool ReadBoth(const char* const* paths, Picture& shot, Picture& picture)
 {
     std::string why;
-    if (Runner::ReadPng(paths[1], shot, why) && Runner::ReadPng(paths[4], picture, why))
+    if (Runner::ReadPng(paths[1], shot, why) && Runner::ReadPng(paths[2], picture, why))
         return true;
     std::fprintf(stderr, "%s\n", why.c_str());
     return false;
@@ -58,13 +60,13 @@ bool ShowsNeighbour(const uint8_t* opaque, const Picture& picture, int x, int y,
     return false;
 }
 
-Difference Compare(const Picture& shot, int left, int top, const Picture& picture, unsigned colour)
+Difference Compare(const Picture& shot, const Picture& picture, unsigned colour)
 {
     Difference found;
-    for (int y = 0; y < picture.height; y++)
-        for (int x = 0; x < picture.width; x++)
+    for (int y = 0; y < shot.height; y++)
+        for (int x = 0; x < shot.width; x++)
         {
-            const uint8_t* shown = &shot.rgba[shot.Offset(left + x, top + y)];
+            const uint8_t* shown = &shot.rgba[shot.Offset(x, y)];
             const int difference = DifferenceOf(shown, &picture.rgba[picture.Offset(x, y)], colour);
             found.largest = std::max(found.largest, difference);
             if (difference <= TOLERANCE)
@@ -80,21 +82,19 @@ Difference Compare(const Picture& shot, int left, int top, const Picture& pictur
 int main(int count, char** arguments)
 {
     Picture shot, picture;
-    if (count != 6 || !ReadBoth(arguments, shot, picture))
+    if (count != 5 || !ReadBoth(arguments, shot, picture))
         return 2;
-    const int left = std::atoi(arguments[2]), top = std::atoi(arguments[3]);
-    if (left < 0 || top < 0 || left + picture.width > shot.width || top + picture.height > shot.height)
+    if (shot.width > picture.width || shot.height > picture.height)
     {
-        std::fprintf(stderr, "%s has %d x %d pixels, the other one needs %d x %d at %d, %d\n", arguments[1], shot.width,
-                     shot.height, picture.width, picture.height, left, top);
+        std::printf("%s has %d x %d pixels, and the other one only %d x %d\n", arguments[1], shot.width, shot.height,
+                    picture.width, picture.height);
         return 2;
     }
-    const auto colour = static_cast<unsigned>(std::strtoul(arguments[5], nullptr, 16));
-    const Difference found = Compare(shot, left, top, picture, colour);
+    const Difference found = Compare(shot, picture, static_cast<unsigned>(std::strtoul(arguments[3], nullptr, 16)));
     if (found.pixels == 0)
         std::printf("equal, at most %d of 255 apart\n", found.largest);
     else
         std::printf("%d pixels differ, by up to %d of 255, the first at %d, %d; %d of them are displaced by one\n",
                     found.pixels, found.largest, found.firstX, found.firstY, found.displaced);
-    return found.pixels == 0 ? 0 : 1;
+    return found.pixels == found.displaced && found.displaced <= std::atoi(arguments[4]) ? 0 : 1;
 }

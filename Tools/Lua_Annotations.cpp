@@ -240,16 +240,19 @@ Told FindTold(const std::vector<PageRow>& rows, const std::string& signature)
 std::string Function(const Runner::Signature& function, const std::vector<PageRow>& rows)
 {
     const Told told = FindTold(rows, function.Text());
+    const std::string own =
+        FieldsOf(rows, function.name, "Field of `" + std::string(function.name) + "`", told.meaning);
+    const bool isToldOfFields = own.find("@field") != std::string::npos;
     std::string fields, parameters;
     for (int i = 0; i < function.Most(); ++i)
     {
         const std::string argument = function.arguments[static_cast<size_t>(i)];
-        const bool hasFields = argument == Runner::FIELDS_ARGUMENT;
+        const bool hasFields = argument == Runner::FIELDS_ARGUMENT && isToldOfFields;
         const Runner::ArgumentMeaning* const meaning = MeaningOf(argument);
         parameters += Parameter(argument, hasFields ? std::string(function.name) + ".fields" : TypeOf(argument),
                                 i >= function.least, meaning == nullptr ? "" : meaning->meaning);
         if (hasFields)
-            fields += FieldsOf(rows, function.name, "Field of `" + std::string(function.name) + "`", told.meaning);
+            fields += own;
     }
     const std::string does = told.meaning.empty() ? "" : "---" + Comment(told.meaning) + "\n";
     return fields + "\n" + does + parameters + Results(told.span) + End(function.name, function.arguments);

@@ -2,7 +2,7 @@
 """Writes a copy of a TMX map for tmxrasterizer, which draws what a game does not and leaves out what it does:
 objects that show no tile are taken out (their outlines would be drawn), templates are filled in (they would show as
 grey squares), and an opaque picture lies below everything, so that it rounds as often as a game does. The copy must
-stand in the map's folder; the picture stands beside it, as COPY.png.
+stand in the map's folder; the picture stands beside it, as COPY.png. Prints what was changed, where it is the map's own.
 
     prepare_reference_map.py MAP COPY RRGGBB
 """
@@ -46,15 +46,23 @@ def lay_colour_below(root, copy, colour):
 
 def prepare(source, copy, colour):
     tree, folder = ET.parse(source), os.path.dirname(source)
+    outlines = templates = 0
     for group in tree.getroot().iter("objectgroup"):
         for item in list(group.findall("object")):
             if "template" in item.attrib:
                 fill_in(item, tree.getroot(), folder)
+                templates += 1
             if "gid" not in item.attrib:
                 group.remove(item)
+                outlines += 1
     lay_colour_below(tree.getroot(), copy, colour)
     tree.write(copy, encoding="UTF-8", xml_declaration=True)
+    notes = [f"{count} {what}" for count, what in ((outlines, "outlines taken out"), (templates, "templates filled in"))
+             if count]
+    if tree.getroot().get("backgroundcolor"):
+        notes.append("over our colour instead of its own")
+    return ", ".join(notes)
 
 
 if __name__ == "__main__":
-    prepare(sys.argv[1], sys.argv[2], rgb(sys.argv[3]))
+    print(prepare(sys.argv[1], sys.argv[2], rgb(sys.argv[3])))

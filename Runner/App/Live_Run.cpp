@@ -209,6 +209,7 @@ Outcome LiveRun::End()
     if (!m_timeline.Finish(why))
         std::fprintf(m_err, "runner: %s\n", why.c_str());
     m_timeline.Now().Finish();
+    TellWarnings(m_timeline.Now(), m_err);
     if (failure.empty() && !m_start.TellParting(m_timeline.PartedAt(), why))
         return {why, EXIT_GAME_ERROR};
     if (failure.empty() && ScriptEngine::Interrupted())

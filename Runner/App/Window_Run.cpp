@@ -63,6 +63,7 @@ private:
             if (outcome.line.empty() || ScriptEngine::Interrupted())
                 return outcome;
             std::fprintf(m_err, "runner: %s\n", outcome.line.c_str());
+            ShowDetails(outcome, m_err);
             if (!std::exchange(m_wantsAgain, false) && !ShowErrorPage(m_window, report))
                 return {"", EXIT_GAME_ERROR};
         }
@@ -75,6 +76,7 @@ private:
         start.ShowNotice(m_err);
         m_wantsAgain = run.WantsAgain();
         report.line = outcome.line;
+        outcome.details = report.Details();
         return outcome;
     }
 
@@ -112,6 +114,7 @@ private:
         Outcome outcome = Session(game, options, start, stage, m_err).Play();
         stage.TellRate(m_err);
         start.ShowNotice(m_err);
+        TellWarnings(game, m_err);
         if (game.scripts.Failed())
             report = DescribeFailure(game);
         report.line = outcome.line;

@@ -25,6 +25,8 @@ Game::Game(const GameOptions& gameOptions, ScriptOpener openScripts)
 {
     s_current = this;
     scripts.SetLimits(options.limits);
+    if (options.strict)
+        scripts.strict.SwitchOn();
     ResetGraphics();
     TakeError();
     Collector::SetStress(options.gcStress);
@@ -272,7 +274,11 @@ Instance* Game::CreatePlaced(const RoomPlacement& placement)
     world.Touch(instance);
     LetFollow(*rooms.Running(), placed.followers, instance.m_id);
     if (!SetPlacedProperties(scripts, {instance, placed}))
+    {
+        const std::string why = scripts.TakeFailure();
+        scripts.Fail("object " + std::to_string(placed.id) + " of the room's map: " + why);
         return nullptr;
+    }
     return scripts.Call(type.traits.Script(Event::Create), &instance) ? &instance : nullptr;
 }
 

@@ -48,6 +48,7 @@ struct GameOptions
     uint64_t seed = 1;
     bool draw = true;      // false: everything runs, nothing is drawn
     bool check = false;    // walk all structures after each frame
+    bool strict = false;   // warn of variables that are read and were never set
     bool gcStress = false; // collect wherever a collection may happen
     std::string trace;     // file; empty for none
     ScriptLimits limits;

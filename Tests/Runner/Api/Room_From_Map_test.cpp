@@ -6,7 +6,6 @@
 #include <gmock/gmock.h>
 #include <png.h>
 
-
 namespace
 {
 using testing::EndsWith;
@@ -154,7 +153,8 @@ TEST_F(RoomFromMap, APropertyThatAnInstanceDoesNotTakeEndsTheGameInOneLine)
 {
     const std::string group = R"(<objectgroup name="a"><object id="1" type="person" x="0" y="0"><properties>)"
                               R"(<property name="depth" value="near"/></properties></object></objectgroup>)";
-    EXPECT_EQ(PlayMap(MapText(group), "", PERSON), "\"depth\" is a number, got the string \"near\"");
+    EXPECT_EQ(PlayMap(MapText(group), "", PERSON),
+              "object 1 of the room's map: \"depth\" of an instance is a number, got the string \"near\"");
 }
 
 // ---- views and zones ----
@@ -216,10 +216,11 @@ TEST_F(RoomFromMap, ScriptsReadAndChangeCells)
     ASSERT_EQ(
         PlayMap(MapText(Layer("1,2147483650,0,0,0,0,0,0")), "create = function()\n" + std::string(CELLS) + "\nend"),
         "");
-    EXPECT_EQ(Log(), "2\t1\n3\t5\n0\t0\ntrue\tnil\n"
-                     "map_tile_set() - the layer has no cell 4, 0\n"
-                     "map_tile_set: argument 4 (map_tile) must be 0 or a tile of the map, there is no tile 5\n"
-                     "map_tile_get: argument 1 (layer) must be a layer of the map, got the string \"walls\"\n");
+    EXPECT_EQ(Log(),
+              "2\t1\n3\t5\n0\t0\ntrue\tnil\n"
+              "main.lua:5: map_tile_set() - the layer has no cell 4, 0\n"
+              "main.lua:5: map_tile_set: argument 4 (map_tile) must be 0 or a tile of the map, there is no tile 5\n"
+              "main.lua:6: map_tile_get: argument 1 (layer) must be a layer of the map, got the string \"walls\"\n");
 }
 
 TEST_F(RoomFromMap, ARoomThatStartsShowsItsFileAgain)
@@ -306,16 +307,17 @@ TEST_F(RoomFromMap, ParallaxGoesByTheCamerasPositionTurnedAndZoomed)
                                Layer("0,3,0,0,0,0,0,0", R"(parallaxx="0.5" parallaxy="0.5")");
     const std::string views = "views = { [0] = { w = 32, h = 16 } }, ";
     ASSERT_EQ(DrawMap(MapText(layers), views), "");
-    EXPECT_EQ(Pixel(15, 9), GREY) << "left of the corner";
-    EXPECT_EQ(Pixel(16, 12), GREEN) << "8 + 8, 0 + 4 of the second layer lies over it";
-    EXPECT_EQ(Pixel(24, 12), RED);
+    EXPECT_EQ(Pixel(15, 12), GREY) << "left of the corner";
+    EXPECT_EQ(Pixel(16, 11), GREEN) << "the second layer's cell lies from 8 + 8, 0 + 4 to 24, 12";
+    EXPECT_EQ(Pixel(16, 12), RED);
     ASSERT_EQ(DrawMap(MapText(layers), views + "create = function() camera_set_view_angle(view_get_camera(0), 90) "
                                                "camera_set_view_size(view_get_camera(0), 64, 32) "
                                                "camera_set_view_pos(view_get_camera(0), -16, -8) end"),
               "");
-    EXPECT_EQ(Pixel(14, 6), GREY) << "turned by 90 degrees, the layer's lower right quarter is its upper right";
-    EXPECT_EQ(Pixel(18, 10), GREY);
+    EXPECT_EQ(Pixel(12, 6), GREY) << "what was to the right is above, what was below is to the right, half as large";
+    EXPECT_EQ(Pixel(14, 6), GREEN);
     EXPECT_EQ(Pixel(22, 6), RED);
+    EXPECT_EQ(Pixel(18, 10), GREY);
 }
 
 // A blue instance of depth 0 covers the layer below it and is covered by the one above.

@@ -99,6 +99,30 @@ TEST_F(PlayableGames, TheSecondGamepadOfTheCanyonPlaysTheBandit)
     EXPECT_GT(First("bandit").x, bandit) << "alone the bandit runs to the left";
 }
 
+TEST_F(PlayableGames, AdaOfTheTownWalksWhereTheKeysSayAndStopsAtTheRiver)
+{
+    Open("town");
+    const float x = First("walker").x, y = First("walker").y;
+    Frames(20, Held("left"));
+    EXPECT_NEAR(First("walker").x, x - 32.0f, 2.0f);
+    Frames(200, Held("down"));
+    EXPECT_GT(First("walker").y, y + 20.0f);
+    EXPECT_LT(First("walker").y, 37.0f * 16.0f) << "she walks into the river";
+}
+
+TEST_F(PlayableGames, TheViewsOfTheTownFollowWhomTheMapSays)
+{
+    Open("town");
+    Frames(300);
+    const auto& views = game->rooms.Running()->views;
+    const CCamera* small = g_CM.GetCamera(views[1].cameraID);
+    const Instance* followed = game->world.Find(small->GetTargetInstance());
+    ASSERT_NE(followed, nullptr);
+    EXPECT_EQ(followed->type.name, "villager");
+    EXPECT_NEAR(small->GetViewX() + 128.0f, followed->x, 1.0f);
+    EXPECT_EQ(Ports(), "0,0 1280x720 | 1004,20 256x144");
+}
+
 TEST_F(PlayableGames, AClickInShakeCallsDownAMeteor)
 {
     Open("shake");
