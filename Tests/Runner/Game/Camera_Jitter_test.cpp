@@ -27,7 +27,6 @@ TEST_P(CameraJitter, KeepsWhatEachStylePromises)
     JitterRun run;
     run.batch = GetParam();
     run.paths = 200;
-    run.frames = 300;
     run.together = STYLES_TOGETHER;
     std::string why;
     const std::vector<JitterFigures> figures = MeasureJitter(run, why);
