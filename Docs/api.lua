@@ -1155,13 +1155,14 @@ function KitCamera:number() end
 ---@field angle? number
 ---@field speed? number
 ---@field power? any
----@field frames? number how long
----@field ease? string its curve
+---@field frames? number how long: 40 for a shake, 60 for a trauma of 1, 30 for kick, fade and letterbox, 20 for a flash, else 60
+---@field ease? string its curve: `"elastic_out"` for a kick, `"quad_out"` for a flash, `"linear"` for shake, trauma, fade and wait, else `"sine_inout"`
 ---@field after? integer the number of another effect: it waits until that one has arrived
 ---@field done? integer a number from `script_add`: runs when it has arrived, but not when it is cancelled
 
 ---shakes for a time
 ---@param fields kit.shake.options
+---@return number number
 function KitCamera:shake(fields) end
 
 ---@class kit.trauma.options
@@ -1171,123 +1172,133 @@ function KitCamera:shake(fields) end
 ---@field angle? number
 ---@field speed? number
 ---@field power? any
----@field frames? number how long
----@field ease? string its curve
+---@field frames? number how long: 40 for a shake, 60 for a trauma of 1, 30 for kick, fade and letterbox, 20 for a flash, else 60
+---@field ease? string its curve: `"elastic_out"` for a kick, `"quad_out"` for a flash, `"linear"` for shake, trauma, fade and wait, else `"sine_inout"`
 ---@field after? integer the number of another effect: it waits until that one has arrived
 ---@field done? integer a number from `script_add`: runs when it has arrived, but not when it is cancelled
 
 ---a hit: hits add up, at most to 1, and wear off; the shake is the level's square. `frames` is how long a whole 1 lasts
 ---@param fields kit.trauma.options
+---@return number number
 function KitCamera:trauma(fields) end
 
 ---@class kit.kick.options
 ---@field x? number
 ---@field y? number
----@field frames? number how long
----@field ease? string its curve
+---@field frames? number how long: 40 for a shake, 60 for a trauma of 1, 30 for kick, fade and letterbox, 20 for a flash, else 60
+---@field ease? string its curve: `"elastic_out"` for a kick, `"quad_out"` for a flash, `"linear"` for shake, trauma, fade and wait, else `"sine_inout"`
 ---@field after? integer the number of another effect: it waits until that one has arrived
 ---@field done? integer a number from `script_add`: runs when it has arrived, but not when it is cancelled
 
 ---jolts in one direction and swings back
 ---@param fields kit.kick.options
+---@return number number
 function KitCamera:kick(fields) end
 
 ---@class kit.pan_to.options
 ---@field x? number
 ---@field y? number
 ---@field target? Target
----@field frames? number how long
----@field ease? string its curve
+---@field frames? number how long: 40 for a shake, 60 for a trauma of 1, 30 for kick, fade and letterbox, 20 for a flash, else 60
+---@field ease? string its curve: `"elastic_out"` for a kick, `"quad_out"` for a flash, `"linear"` for shake, trauma, fade and wait, else `"sine_inout"`
 ---@field after? integer the number of another effect: it waits until that one has arrived
 ---@field done? integer a number from `script_add`: runs when it has arrived, but not when it is cancelled
 
 ---goes to a point, or to an instance and along with it; *holds*
 ---@param fields kit.pan_to.options
+---@return number number
 function KitCamera:pan_to(fields) end
 
 ---@class kit.zoom_to.options
 ---@field zoom? number
 ---@field point? table
----@field frames? number how long
----@field ease? string its curve
+---@field frames? number how long: 40 for a shake, 60 for a trauma of 1, 30 for kick, fade and letterbox, 20 for a flash, else 60
+---@field ease? string its curve: `"elastic_out"` for a kick, `"quad_out"` for a flash, `"linear"` for shake, trauma, fade and wait, else `"sine_inout"`
 ---@field after? integer the number of another effect: it waits until that one has arrived
 ---@field done? integer a number from `script_add`: runs when it has arrived, but not when it is cancelled
 
 ---zooms, in equal ratios; a point that is given stays where it is on the screen; *holds*
 ---@param fields kit.zoom_to.options
+---@return number number
 function KitCamera:zoom_to(fields) end
 
 ---@class kit.rotate_to.options
 ---@field angle? number
 ---@field way? string
----@field frames? number how long
----@field ease? string its curve
+---@field frames? number how long: 40 for a shake, 60 for a trauma of 1, 30 for kick, fade and letterbox, 20 for a flash, else 60
+---@field ease? string its curve: `"elastic_out"` for a kick, `"quad_out"` for a flash, `"linear"` for shake, trauma, fade and wait, else `"sine_inout"`
 ---@field after? integer the number of another effect: it waits until that one has arrived
 ---@field done? integer a number from `script_add`: runs when it has arrived, but not when it is cancelled
 
 ---turns; `"straight"` may go more than half round; *holds*
 ---@param fields kit.rotate_to.options
+---@return number number
 function KitCamera:rotate_to(fields) end
 
 ---@class kit.release.options
----@field frames? number how long
----@field ease? string its curve
+---@field frames? number how long: 40 for a shake, 60 for a trauma of 1, 30 for kick, fade and letterbox, 20 for a flash, else 60
+---@field ease? string its curve: `"elastic_out"` for a kick, `"quad_out"` for a flash, `"linear"` for shake, trauma, fade and wait, else `"sine_inout"`
 ---@field after? integer the number of another effect: it waits until that one has arrived
 ---@field done? integer a number from `script_add`: runs when it has arrived, but not when it is cancelled
 
 ---takes all pans, zooms and turns back
 ---@param fields kit.release.options
+---@return number number
 function KitCamera:release(fields) end
 
 ---@class kit.fade.options
 ---@field to? number
 ---@field colour? integer
----@field frames? number how long
----@field ease? string its curve
+---@field frames? number how long: 40 for a shake, 60 for a trauma of 1, 30 for kick, fade and letterbox, 20 for a flash, else 60
+---@field ease? string its curve: `"elastic_out"` for a kick, `"quad_out"` for a flash, `"linear"` for shake, trauma, fade and wait, else `"sine_inout"`
 ---@field after? integer the number of another effect: it waits until that one has arrived
 ---@field done? integer a number from `script_add`: runs when it has arrived, but not when it is cancelled
 
 ---covers the view with a colour: `to` 1, or uncovers it: `to` 0; *holds*
 ---@param fields kit.fade.options
+---@return number number
 function KitCamera:fade(fields) end
 
 ---@class kit.letterbox.options
 ---@field to? number
 ---@field colour? integer
----@field frames? number how long
----@field ease? string its curve
+---@field frames? number how long: 40 for a shake, 60 for a trauma of 1, 30 for kick, fade and letterbox, 20 for a flash, else 60
+---@field ease? string its curve: `"elastic_out"` for a kick, `"quad_out"` for a flash, `"linear"` for shake, trauma, fade and wait, else `"sine_inout"`
 ---@field after? integer the number of another effect: it waits until that one has arrived
 ---@field done? integer a number from `script_add`: runs when it has arrived, but not when it is cancelled
 
 ---bars above and below, as parts of the height; *holds*
 ---@param fields kit.letterbox.options
+---@return number number
 function KitCamera:letterbox(fields) end
 
 ---@class kit.flash.options
 ---@field strength? number
 ---@field colour? integer
----@field frames? number how long
----@field ease? string its curve
+---@field frames? number how long: 40 for a shake, 60 for a trauma of 1, 30 for kick, fade and letterbox, 20 for a flash, else 60
+---@field ease? string its curve: `"elastic_out"` for a kick, `"quad_out"` for a flash, `"linear"` for shake, trauma, fade and wait, else `"sine_inout"`
 ---@field after? integer the number of another effect: it waits until that one has arrived
 ---@field done? integer a number from `script_add`: runs when it has arrived, but not when it is cancelled
 
 ---a colour that fades away
 ---@param fields kit.flash.options
+---@return number number
 function KitCamera:flash(fields) end
 
 ---@class kit.wait.options
----@field frames? number how long
----@field ease? string its curve
+---@field frames? number how long: 40 for a shake, 60 for a trauma of 1, 30 for kick, fade and letterbox, 20 for a flash, else 60
+---@field ease? string its curve: `"elastic_out"` for a kick, `"quad_out"` for a flash, `"linear"` for shake, trauma, fade and wait, else `"sine_inout"`
 ---@field after? integer the number of another effect: it waits until that one has arrived
 ---@field done? integer a number from `script_add`: runs when it has arrived, but not when it is cancelled
 
 ---nothing, for a time: to count in a chain
 ---@param fields kit.wait.options
+---@return number number
 function KitCamera:wait(fields) end
 
 ---starts each when the one before has arrived; answers the last one's number
 ---@param list table[]
----@return integer number
+---@return number number
 function KitCamera:chain(list) end
 
 ---ends an effect at once, or gliding back; what waits for it ends, too
@@ -1303,7 +1314,7 @@ function KitCamera:busy(number) end
 
 ---how strong the newest of a kind is: a trauma's level, a fade's alpha; 0 for none
 ---@param name string
----@return integer number
+---@return number number
 function KitCamera:value(name) end
 
 ---adds a shot, or changes it. Fields: those of Following and Limits, `priority` (0), `on` (true)
@@ -1334,8 +1345,8 @@ function KitCamera:skip() end
 ---@return boolean boolean
 function KitCamera:in_scene() end
 
----@param trueorfalse any
-function KitCamera:grounded(trueorfalse) end
+---@param value any
+function KitCamera:grounded(value) end
 
 ---@param value any
 function KitCamera:progress(value) end
