@@ -24,6 +24,8 @@ local function draw_screen()
     draw_text(16, 16, "coins " .. vars.coins .. " of 7", 2)
 end
 
+game_version(1)
+
 local function save_or_load()
     if key_pressed("f2") then game_save("hop.sav") end
     if key_pressed("f3") then game_load("hop.sav") end
