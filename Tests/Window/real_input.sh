@@ -421,6 +421,107 @@ watch() {
     [ "$(grep -m1 three "$log" | grep -oE '[0-9]+')" -ge 40 ] || fail "it started from the beginning"
 }
 
+# After a reload the panel lists what was changed by hand, makes it again, and copies it as Lua.
+changes_after_reload() {
+    play --watch <<END
+$head
+last = 0
+function watch_input()
+    local x = camera_get_view_x(view_get_camera(0))
+    if frame_number() % 10 == 0 then print("x " .. math.floor(x + 0.5)) end
+    if text_typed() ~= "" then print("typed " .. text_typed()) end
+end
+END
+    xdotool key F1
+    sleep 0.7
+    ! grep -q "without the inspector" "$log" || return 0 # a build without Dear ImGui
+    point 100 200
+    xdotool mousedown 1
+    sleep 0.3
+    point 80 200
+    hear 'x 10'
+    xdotool mouseup 1
+    sed -i 's/^last = 0/last = 77/' "$work/game.lua"
+    sleep 1
+    : >"$log"
+    hear 'x 0'
+    sleep 1
+    : >"$log"
+    point $APPLY_AGAIN
+    sleep 0.3
+    xdotool click 1
+    hear 'x 10'
+    sed -i 's/^last = 77/last = 78/' "$work/game.lua"
+    sleep 1
+    : >"$log"
+    hear 'x 0'
+    sleep 1
+    point $COPY
+    sleep 0.3
+    xdotool click 1
+    sleep 0.5
+    xdotool key F1
+    sleep 0.5
+    xdotool key ctrl+v
+    hear 'typed camera_set_view_pos\([0-9]+, 10(\.0000[0-9]*)?, 0\)'
+}
+APPLY_AGAIN="403 217" COPY="310 217" # where the buttons stand in the panel
+
+# The error page shows what went wrong over the last good picture: red, and not the blue of the event that failed.
+picture_behind_errors() {
+    echo "$head"' room_add{ draw_gui = function()
+        draw_set_colour(frame_number() < 20 and colours.red or colours.blue)
+        draw_rectangle(0, 0, 640, 360)
+        if frame_number() == 20 then error("here") end end }' >"$work/game.lua"
+    start --watch
+    see 600 300 4d0000
+    sed -i 's/error("here")/error(/' "$work/game.lua" # another mistake, of which there is no picture at all
+    sleep 1
+    see 600 300 4d0000
+    sed -i 's/error(/print("mended")/' "$work/game.lua"
+    see 600 300 0000ff
+}
+
+# R starts a failed game again and leaves the recording of the failed run as it is.
+recording_of_a_failure() {
+    echo "$head"' room_add{ step = function() if frame_number() == 90 then error("here") end end }' >"$work/game.lua"
+    start --record "$work/run.rec"
+    hear_error 'here'
+    sleep 0.5
+    xdotool key r
+    hear_error "is recorded in $work/run.2.rec"
+    sleep 1
+    kill -TERM "$player"
+    wait "$player" || true
+    player=
+    "$runner" "$work/game.lua" --no-draw --replay "$work/run.rec" >"$work/replayed" 2>"$work/err" && fail "it does not fail"
+    hear_error 'here'
+    "$runner" "$work/game.lua" --no-draw --replay "$work/run.2.rec" >"$work/replayed" 2>"$work/err" ||
+        fail "there is no second recording"
+}
+
+# A window that is closed, and a process that is killed, in the middle of a save leave the save before or the new one.
+closed_in_a_save() {
+    echo "$head"' vars.texts = {} for i = 1, 20000 do vars.texts[i] = "text number " .. i end
+        room_add{ step = function() vars.frame = frame_number() game_save("it.sav")
+            if frame_number() == 3 then print("saving") end end }' >"$work/game.lua"
+    local way
+    for way in "xdotool windowkill" "xdotool windowclose" "kill -TERM" "kill -KILL"; do
+        start
+        hear saving 20
+        sleep "0.$((RANDOM % 10))"
+        case $way in
+        kill*) $way "$player" ;;
+        *) $way "$window" ;;
+        esac
+        wait "$player" 2>/dev/null || true
+        player=
+        "$runner" "$work/game.lua" --no-draw --frames 2 --load "$work/out/it.sav" --out "$work/other" >"$work/loaded" \
+            2>"$work/err" || fail "after '$way' the save is no good"
+        [ "$(find "$work/out" -type f | wc -l)" -le 3 ] || fail "after '$way' there is more than the save and settings"
+    done
+}
+
 # What somebody played in the window is the same without one.
 recording() {
     play --record "$work/run.rec" <<END
