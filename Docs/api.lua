@@ -1020,6 +1020,7 @@ local KitCamera = {}
 ---@field limits? any what may be seen: the room, `false` for no limits, or a table of `left right top bottom`; a side that is left out has none
 ---@field margin? any how far from the limits the view stays: a number, `{across, down}`, or a table of `left right top bottom`; negative goes beyond them
 ---@field zones? table[] a list of zones
+---@field soft_half_life? number of the soft zone, frames
 ---@field priority? number the live shot is the one of the highest
 ---@field on? boolean whether it takes part
 
@@ -1106,6 +1107,9 @@ function KitCamera:height(value) end
 
 ---@param value any
 function KitCamera:pixels(value) end
+
+---@param value number
+function KitCamera:soft_half_life(value) end
 
 ---gives a view (`view = 0`) or a camera (`camera = number`) to the kit. Fields: those of Following and Limits, `pixels` (Pixel art), `width` and `height` (of the view at zoom 1; the view's own unless given)
 ---@param fields kit.fields|integer

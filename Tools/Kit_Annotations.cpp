@@ -9,16 +9,45 @@ namespace
 {
 // Arguments, fields and results, by their names. Others are of any kind: the kit checks them itself.
 constexpr const char* TYPES[][2] = {
-    {"view", "integer"},    {"number", "integer"},       {"frames", "number"},    {"ease", "string"},
-    {"name", "string"},     {"on", "boolean"},           {"list", "table[]"},     {"done", "integer"},
-    {"amount", "number"},   {"style", "string"},         {"smoothing", "string"}, {"zoom", "number"},
-    {"angle", "number"},    {"acceleration", "number"},  {"priority", "number"},  {"camera", "integer"},
-    {"width", "number"},    {"height", "number"},        {"zones", "table[]"},    {"group", "table"},
-    {"screen", "table"},    {"path", "table"},           {"x", "number"},         {"y", "number"},
-    {"strength", "number"}, {"level", "number"},         {"speed", "number"},     {"target", "Target"},
-    {"point", "table"},     {"way", "string"},           {"to", "number"},        {"colour", "integer"},
-    {"after", "integer"},   {"boolean", "boolean"},      {"blending", "boolean"}, {"grid", "string"},
-    {"scale", "number"},    {"integer_zoom", "boolean"},
+    {"view", "integer"},
+    {"number", "integer"},
+    {"frames", "number"},
+    {"ease", "string"},
+    {"name", "string"},
+    {"on", "boolean"},
+    {"list", "table[]"},
+    {"done", "integer"},
+    {"amount", "number"},
+    {"style", "string"},
+    {"smoothing", "string"},
+    {"zoom", "number"},
+    {"angle", "number"},
+    {"acceleration", "number"},
+    {"priority", "number"},
+    {"camera", "integer"},
+    {"width", "number"},
+    {"height", "number"},
+    {"zones", "table[]"},
+    {"group", "table"},
+    {"screen", "table"},
+    {"path", "table"},
+    {"x", "number"},
+    {"y", "number"},
+    {"strength", "number"},
+    {"level", "number"},
+    {"speed", "number"},
+    {"target", "Target"},
+    {"point", "table"},
+    {"way", "string"},
+    {"to", "number"},
+    {"colour", "integer"},
+    {"after", "integer"},
+    {"boolean", "boolean"},
+    {"blending", "boolean"},
+    {"grid", "string"},
+    {"scale", "number"},
+    {"integer_zoom", "boolean"},
+    {"soft_half_life", "number"},
 };
 
 std::string TypeOf(const std::string& name)
@@ -168,10 +197,11 @@ std::string CameraFields(const KitPages& pages, std::set<std::string>& done)
         if (row.heading == "Field" && done.insert(row.spans.front()).second)
             setters += "\n" + Doc(row.last) + "---@param value " + TypeOf(row.spans.front()) +
                        "\nfunction KitCamera:" + row.spans.front() + "(value) end\n";
-    for (const char* name : {"width", "height", "pixels"})
+    for (const char* name : {"width", "height", "pixels", "soft_half_life"})
         if (done.insert(name).second)
             setters += "\n---@param value " + TypeOf(name) + "\nfunction KitCamera:" + name + "(value) end\n";
     return "\n---@class kit.pixels\n" + FieldsUnder(pages.pixels, "Field") + "\n---@class kit.shot\n" + fields +
+           Field("soft_half_life", "of the soft zone, frames") +
            Field("priority", "the live shot is the one of the highest") + Field("on", "whether it takes part") +
            "\n---@class kit.fields: kit.shot\n" + Field("view", "a view, 0 to 7") +
            Field("camera", "a camera's number, in place of a view") +

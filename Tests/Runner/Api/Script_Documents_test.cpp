@@ -212,10 +212,11 @@ std::string Condition(const std::string& type)
         {"Matrix", "type(v) == 'table' and #v == 16"},
         {"Script", "v == -1"},
         {"Instance?", "v.id == 100000"},
+        {"table[]", "type(v) == 'table'"},
         {"number?", "v == nil or type(v) == 'number'"},
     };
     const auto found = conditions.find(type);
-    return found == conditions.end() ? "" : found->second;
+    return found == conditions.end() ? "true" : found->second;
 }
 
 TEST_F(ScriptDocuments, AnnotatedResultsAreWhatCallsAnswer)
@@ -264,7 +265,8 @@ TEST_F(ScriptDocuments, AnnotatedResultsAreWhatCallsAnswer)
         const auto call = calls.find(name);
         const bool takesView = name.rfind("view_get_", 0) == 0 || name.rfind("camera_get_", 0) == 0;
         const std::string given = call != calls.end() ? call->second : takesView && arguments == 1 ? "0" : "";
-        const bool isKnown = call != calls.end() || arguments == 0 || takesView;
+        const bool isOfKit = name.rfind("Kit", 0) == 0;
+        const bool isKnown = call != calls.end() || (arguments == 0 && !isOfKit) || takesView;
         if (!types.empty() && isKnown)
         {
             std::string statements = "local results = table.pack(" + name + "(" + given + "))\n";
