@@ -120,7 +120,7 @@ private:
     {
         const double speed = m_path.back().speedX;
         if (HasJustTurned())
-            return Run(speed, 0.0, SHORTEST_PHASE);
+            return Run(speed, m_path.back().speedY, SHORTEST_PHASE);
         const bool mayJump = static_cast<double>(m_path.back().y) > HEADROOM;
         switch (m_random.Range(0, 6))
         {
