@@ -63,8 +63,9 @@ std::ptrdiff_t TakeOut(File& file, const std::string& keys)
         EXPECT_NE(found, file.end()) << "there is no " << key;
         if (found == file.end())
             continue;
-        place = place < 0 ? found - file.begin() : place;
+        const std::ptrdiff_t at = found - file.begin();
         file.erase(found);
+        place = place < 0 ? at : at < place ? place - 1 : place; // the first of them keeps its place
     }
     return place;
 }
@@ -79,11 +80,13 @@ void PutInto(File& file, const std::string& block, const std::string& instead)
     for (auto piece = pieces.rbegin(); piece != pieces.rend(); ++piece)
     {
         const auto found = Find(file, KeyOf(*piece));
-        if (found != file.end())
-            *found = *piece;
-        else
+        if (found == file.end())
+        {
             file.insert(file.begin() + place, *piece);
-        place = found != file.end() ? found - file.begin() : place;
+            continue;
+        }
+        *found = *piece;
+        place = found - file.begin();
     }
 }
 
