@@ -59,6 +59,20 @@ private:
     float m_y = MARGIN;
 };
 
+// The picture, as large as it fits, and so dark that letters on it can be read.
+void PaintBehind(Painter& painter, int picture, const Picture& size)
+{
+    const Port where = Letterbox({size.width, size.height}, PAGE).Where();
+    const auto left = static_cast<float>(where.x), top = static_cast<float>(where.y);
+    painter.SetColour(TEXT_COLOUR);
+    painter.SpriteStretched(picture, 0, left, top, left + static_cast<float>(where.width),
+                            top + static_cast<float>(where.height));
+    painter.SetColour(0u);
+    painter.SetAlpha(0.7f);
+    painter.Rectangle(0.0f, 0.0f, static_cast<float>(PAGE.width), static_cast<float>(PAGE.height));
+    painter.SetAlpha(1.0f);
+}
+
 void PaintError(Painter& painter, const FailureReport& report)
 {
     Writer writer(painter);
@@ -194,13 +208,22 @@ private:
 };
 } // namespace
 
-bool ShowErrorPage(Window& window, const FailureReport& report, const std::function<bool()>& isMended)
+bool ShowErrorPage(Window& window, const FailureReport& report, const Picture& last,
+                   const std::function<bool()>& isMended)
 {
     Panel panel(window, PAGE);
+    Painter* const opened = last.rgba.empty() ? nullptr : panel.Open();
+    const int picture = opened == nullptr ? -1 : opened->AddSheet(last, last.width, last.height);
     const auto again = static_cast<size_t>(FindKey("r"));
     while (!IsOver(window))
     {
-        panel.Draw([&report](Painter& painter) { PaintError(painter, report); });
+        panel.Draw(
+            [&report, &last, picture](Painter& painter)
+            {
+                if (picture >= 0)
+                    PaintBehind(painter, picture, last);
+                PaintError(painter, report);
+            });
         panel.ShowAlone();
         if (PageInput(window).names.pressed[again] || (isMended != nullptr && isMended()))
             return true;

@@ -119,6 +119,8 @@ void Game::Draw()
     const std::string problem = m_painter->TakeError();
     if (!problem.empty())
         scripts.Fail(problem);
+    if (scripts.Failed()) // half a picture is of no use
+        m_painter->TakeBackFrame();
 }
 
 void Game::DrawViews(RunningRoom& room)

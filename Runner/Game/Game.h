@@ -94,6 +94,8 @@ public:
     const GameIdentity& Identity() const { return m_identity; } // since Load
     uint64_t FrameSum() const { return m_frameSum; }            // equal frames have equal ones: see SumFrame
 
+    Port PortOf(const View& view) const; // where the view stands on the picture, pixels
+
     // ---- what scripts ask for ----
     Instance* CreateInstance(ObjectType& type, float x, float y); // null: its create event failed
     bool DestroyInstance(Instance& instance);                     // false: its destroy event failed
@@ -192,7 +194,6 @@ private:
     void BeginTarget(const Port& port, unsigned background);
     void EndTarget();
     void ResetDrawingState();
-    Port PortOf(const View& view) const;
     Port FittingPort(float width, float height) const;
 
     const ScriptOpener m_openScripts;

@@ -10,6 +10,7 @@ namespace Runner
 namespace
 {
 constexpr char VARS[] = "vars";
+constexpr char KIT[] = "kit/";         // the camera kit looks whether its state is there
 constexpr size_t NAMES_LIMIT = 100000; // nothing is told beyond
 
 bool ReadName(lua_State* L, int index, std::string& name)
@@ -47,8 +48,11 @@ void StrictFields::NoteSet(lua_State* L, int name, const std::string& owner)
 void StrictFields::NoteRead(lua_State* L, int name, const std::string& owner)
 {
     std::string text;
-    if (m_isOn && m_known.size() < NAMES_LIMIT && ReadName(L, name, text) && m_known.emplace(owner, text).second)
-        m_warnings.Once(ScriptPosition(L) + "reads " + Cut(text) + " of " + owner + ", which no script has set");
+    const std::string position = m_isOn ? ScriptPosition(L) : "";
+    if (!m_isOn || position.rfind(KIT, 0) == 0)
+        return;
+    if (m_known.size() < NAMES_LIMIT && ReadName(L, name, text) && m_known.emplace(owner, text).second)
+        m_warnings.Once(position + "reads " + Cut(text) + " of " + owner + ", which no script has set");
 }
 
 void WatchVars(lua_State* L)

@@ -63,9 +63,12 @@ std::ptrdiff_t TakeOut(File& file, const std::string& keys)
         EXPECT_NE(found, file.end()) << "there is no " << key;
         if (found == file.end())
             continue;
-        const std::ptrdiff_t at = found - file.begin();
+        const std::ptrdiff_t index = found - file.begin();
+        if (place < 0)
+            place = index;
+        else if (index < place)
+            --place; // what stands behind moves up
         file.erase(found);
-        place = place < 0 ? at : at < place ? place - 1 : place; // the first of them keeps its place
     }
     return place;
 }
