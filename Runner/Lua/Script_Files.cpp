@@ -51,7 +51,7 @@ std::string ScriptFiles::PathOf(const std::string& name) const
 
 std::string ScriptFiles::FindScript(const std::string& name, const std::string& includer) const
 {
-    const std::string ofGame = PathOf(name);
+    std::string ofGame = PathOf(name);
     if (m_kit.empty() || !IsInKit(name))
         return ofGame;
     const std::string ofKit = m_kit + name.substr(sizeof KIT - 1);

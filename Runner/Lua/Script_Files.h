@@ -15,7 +15,7 @@ struct GameFile
 {
     std::string name;      // relative to the main file's directory, or "kit/..." of the camera kit
     uint64_t hash = 0;     // of its content; 0 when it could not be read
-    std::string path = ""; // where it was read; not known of a file that a recording tells of
+    std::string path = {}; // where it was read; not known of a file that a recording tells of
 };
 
 // Names are relative to the main file's directory. A name in "kit/" that is not there is one of the kit's folder.
