@@ -431,6 +431,7 @@ function screen_height() end
 function script_add(callback, script_name) end
 
 ---Runs another Lua file, named relative to the game's, once; later calls give the first result. `kit/camera_kit.lua` and its parts are also found in the Runner's own folder, `runner --kit DIRECTORY`
+---@overload fun(file: "kit/camera_kit.lua"): Kit
 ---@param file string a file's name, relative to the game's file
 ---@return any result
 function include(file) end
@@ -906,14 +907,14 @@ function view_at(x, y) end
 
 ---@class room_from_map.fields
 ---@field name? string
----@field objects? any Objects of the game by the class in the map. Others are found by the names that `object_add` gave them
+---@field objects? table<string, integer> Objects of the game by the class in the map. Others are found by the names that `object_add` gave them
 ---@field background? integer A colour
 ---@field views? table<integer, view.fields> As in `room_add`; a view that is given here counts before the map's
 ---@field instances? any[][] More of them, as in `room_add`, after the map's
----@field create? fun(self: Instance) As in `room_add`
+---@field create? fun() As in `room_add`
 ---@field load? fun() As in `room_add`
----@field step? fun(self: Instance) As in `room_add`
----@field draw? fun(self: Instance) As in `room_add`
+---@field step? fun() As in `room_add`
+---@field draw? fun() As in `room_add`
 ---@field draw_gui? fun() As in `room_add`
 
 ---Adds a room that a TMX or TMJ map describes: its size, background, views, layers, instances
@@ -924,12 +925,12 @@ function room_from_map(map_file, fields) end
 
 ---What the map says, as a new table: `file`, `class`, `width`, `height`, `tile_width`, `tile_height`, `left`, `top` (of the room in the map), `properties`, `layers` in their order
 ---@param room integer a room's index, as room_add gave it
----@return any table
+---@return table? table
 function map_info(room) end
 
 ---The map's rectangles of class `zone`, as the camera kit takes zones: `name`, `left`, `top`, `right`, `bottom` and their properties
 ---@param room integer a room's index, as room_add gave it
----@return any list
+---@return table[] list
 function map_zones(room) end
 
 ---A cell of the running room's map; columns and rows count from 0, the tile 0 is empty or outside the layer. A layer is named, or numbered from 1 on
@@ -950,7 +951,7 @@ function map_tile_set(layer, column, row, map_tile, turn) end
 
 ---What the map says of a tile: `tileset`, `id` in it, `class`, `properties`, `objects` (its collision shapes); nil for a number that is no tile
 ---@param map_tile integer a tile by its number in the map, 0 is empty
----@return any table
+---@return table? table
 function map_tile_info(map_tile) end
 
 ---In the game's file: which version of the game this is, from 1. Saves then outlive changes of its files, and the game's own function `on_load(from_version, data)` turns those of other versions into this one's: [Saves.md](Saves.md)
@@ -973,7 +974,7 @@ function game_load(name) end
 function game_autosave(slots) end
 
 ---The saves of this game in the save area: a list of `{ name, version, room, frame, thumbnail }`, by name. The thumbnail is a sprite; [Saves.md](Saves.md) tells more
----@return any table
+---@return table? table
 function game_saves() end
 
 ---A name by which a save of another version of the game finds the camera again; one camera has it. Empty: takes it away
@@ -985,3 +986,379 @@ function camera_set_name(camera, camera_name) end
 ---@param camera_name string the name of a camera, up to 100 bytes; empty for none
 ---@return integer camera
 function camera_find(camera_name) end
+
+---The camera kit (Docs/Kit.md): local kit = include("kit/camera_kit.lua")
+---@class Kit
+---@field version integer
+---@field easing table
+local Kit = {}
+
+---A camera of the kit.
+---@class KitCamera
+local KitCamera = {}
+
+---@class kit.pixels
+---@field grid? string `"art"`: the view moves by whole units of the room, a pixel of the art each. `"screen"`: by whole pixels of the screen, so the art scrolls by parts of its own pixels; each covers whole pixels of the screen all the same, and nothing shimmers
+---@field integer_zoom? boolean the zoom is the nearest at which a unit is a whole number of pixels, at least one
+---@field scale? number pixels of the screen for a unit at zoom 1: for a view that draws into a surface
+
+---@class kit.shot
+---@field follow? any an object (its first instance), an instance, a place `{x = , y = }`, or a list of these; `false` for none
+---@field style? string how, see below
+---@field offset? any `{x, y}`: the camera looks so far beside what it follows
+---@field zoom? number 2: twice as large
+---@field angle? number degrees
+---@field lead? any look-ahead: the camera goes ahead by so many frames of the target's motion. A number, or a table of `x`, `y` (frames), `limit` (room units; a quarter of the view), `half_life` (15 frames)
+---@field dead_zone? any how far the target may go from the middle before the camera moves: room units at zoom 1. A number, `{across, down}`, or a table of `left right top bottom`; `false` for none
+---@field soft_zone? any around the dead zone, given alike: in it the camera comes after slowly, with `soft_half_life` (8 frames); at its edge at once
+---@field smoothing? string `"spring"`: a critically damped spring; `"exponential"`; `"none"`
+---@field half_life? any frames in which half of the way to the goal is gone: a number, or a table of `x`, `y`, `zoom`
+---@field acceleration? number how much a smoothed camera's speed changes in a frame at most, room units
+---@field group? table of several targets: a table of `margin` (an eighth of the view), `min_zoom` (0.25), `max_zoom` (the camera's zoom)
+---@field screen? table of the style `"screen"`: a table of `width`, `height`, `x`, `y` (a corner), `margin` (4: how far the target must be past the edge)
+---@field path? table of the style `"path"`: a table of `points`, `curve` (true: a smooth curve through them), `closed`, `progress`
+---@field limits? any what may be seen: the room, `false` for no limits, or a table of `left right top bottom`; a side that is left out has none
+---@field margin? any how far from the limits the view stays: a number, `{across, down}`, or a table of `left right top bottom`; negative goes beyond them
+---@field zones? table[] a list of zones
+---@field soft_half_life? number of the soft zone, frames
+---@field priority? number the live shot is the one of the highest
+---@field on? boolean whether it takes part
+
+---@class kit.fields: kit.shot
+---@field view? integer a view, 0 to 7
+---@field camera? integer a camera's number, in place of a view
+---@field width? number of the view at zoom 1, room units
+---@field height? number of the view at zoom 1, room units
+---@field pixels? boolean|kit.pixels
+
+---an object (its first instance), an instance, a place `{x = , y = }`, or a list of these; `false` for none
+---@param value any
+function KitCamera:follow(value) end
+
+---how, see below
+---@param value string
+function KitCamera:style(value) end
+
+---`{x, y}`: the camera looks so far beside what it follows
+---@param value any
+function KitCamera:offset(value) end
+
+---2: twice as large
+---@param value number
+function KitCamera:zoom(value) end
+
+---degrees
+---@param value number
+function KitCamera:angle(value) end
+
+---look-ahead: the camera goes ahead by so many frames of the target's motion. A number, or a table of `x`, `y` (frames), `limit` (room units; a quarter of the view), `half_life` (15 frames)
+---@param value any
+function KitCamera:lead(value) end
+
+---how far the target may go from the middle before the camera moves: room units at zoom 1. A number, `{across, down}`, or a table of `left right top bottom`; `false` for none
+---@param value any
+function KitCamera:dead_zone(value) end
+
+---around the dead zone, given alike: in it the camera comes after slowly, with `soft_half_life` (8 frames); at its edge at once
+---@param value any
+function KitCamera:soft_zone(value) end
+
+---`"spring"`: a critically damped spring; `"exponential"`; `"none"`
+---@param value string
+function KitCamera:smoothing(value) end
+
+---frames in which half of the way to the goal is gone: a number, or a table of `x`, `y`, `zoom`
+---@param value any
+function KitCamera:half_life(value) end
+
+---how much a smoothed camera's speed changes in a frame at most, room units
+---@param value number
+function KitCamera:acceleration(value) end
+
+---of several targets: a table of `margin` (an eighth of the view), `min_zoom` (0.25), `max_zoom` (the camera's zoom)
+---@param value table
+function KitCamera:group(value) end
+
+---of the style `"screen"`: a table of `width`, `height`, `x`, `y` (a corner), `margin` (4: how far the target must be past the edge)
+---@param value table
+function KitCamera:screen(value) end
+
+---of the style `"path"`: a table of `points`, `curve` (true: a smooth curve through them), `closed`, `progress`
+---@param value table
+function KitCamera:path(value) end
+
+---what may be seen: the room, `false` for no limits, or a table of `left right top bottom`; a side that is left out has none
+---@param value any
+function KitCamera:limits(value) end
+
+---how far from the limits the view stays: a number, `{across, down}`, or a table of `left right top bottom`; negative goes beyond them
+---@param value any
+function KitCamera:margin(value) end
+
+---a list of zones
+---@param value table[]
+function KitCamera:zones(value) end
+
+---@param value number
+function KitCamera:width(value) end
+
+---@param value number
+function KitCamera:height(value) end
+
+---@param value any
+function KitCamera:pixels(value) end
+
+---@param value number
+function KitCamera:soft_half_life(value) end
+
+---gives a view (`view = 0`) or a camera (`camera = number`) to the kit. Fields: those of Following and Limits, `pixels` (Pixel art), `width` and `height` (of the view at zoom 1; the view's own unless given)
+---@param fields kit.fields|integer
+---@return KitCamera camera
+function Kit.camera(fields) end
+
+---moves all cameras by one frame. Once a frame, **after everything has moved**: in the step event of an object that is created last
+function Kit.step() end
+
+---draws fades, flashes and letterboxes. In the room's `draw_gui`, before what shall lie over them
+function Kit.draw() end
+
+---how much motion the player wants
+---@param amount? number
+---@return number amount
+function Kit.motion(amount) end
+
+---changes fields of `kit.camera`, all but `view` and `camera`
+---@param fields kit.shot
+function KitCamera:set(fields) end
+
+---goes to its goal at once: after a teleport, say
+function KitCamera:cut() end
+
+---what is shown: the centre in room units, effects and snapping included
+---@return number x
+---@return number y
+---@return number zoom
+---@return number angle
+function KitCamera:place() end
+
+---the same without effects and snapping
+---@return number x
+---@return number y
+---@return number zoom
+---@return number angle
+function KitCamera:base() end
+
+---the camera that it moves now, for the camera functions; -1 for none
+---@return integer camera
+function KitCamera:number() end
+
+---@class kit.shake.options
+---@field strength? number
+---@field x? number
+---@field y? number
+---@field angle? number
+---@field speed? number
+---@field power? any
+---@field frames? number how long: 40 for a shake, 60 for a trauma of 1, 30 for kick, fade and letterbox, 20 for a flash, else 60
+---@field ease? string its curve: `"elastic_out"` for a kick, `"quad_out"` for a flash, `"linear"` for shake, trauma, fade and wait, else `"sine_inout"`
+---@field after? integer the number of another effect: it waits until that one has arrived
+---@field done? integer a number from `script_add`: runs when it has arrived, but not when it is cancelled
+
+---shakes for a time
+---@param fields kit.shake.options
+---@return number number
+function KitCamera:shake(fields) end
+
+---@class kit.trauma.options
+---@field level? number
+---@field x? number
+---@field y? number
+---@field angle? number
+---@field speed? number
+---@field power? any
+---@field frames? number how long: 40 for a shake, 60 for a trauma of 1, 30 for kick, fade and letterbox, 20 for a flash, else 60
+---@field ease? string its curve: `"elastic_out"` for a kick, `"quad_out"` for a flash, `"linear"` for shake, trauma, fade and wait, else `"sine_inout"`
+---@field after? integer the number of another effect: it waits until that one has arrived
+---@field done? integer a number from `script_add`: runs when it has arrived, but not when it is cancelled
+
+---a hit: hits add up, at most to 1, and wear off; the shake is the level's square. `frames` is how long a whole 1 lasts
+---@param fields kit.trauma.options
+---@return number number
+function KitCamera:trauma(fields) end
+
+---@class kit.kick.options
+---@field x? number
+---@field y? number
+---@field frames? number how long: 40 for a shake, 60 for a trauma of 1, 30 for kick, fade and letterbox, 20 for a flash, else 60
+---@field ease? string its curve: `"elastic_out"` for a kick, `"quad_out"` for a flash, `"linear"` for shake, trauma, fade and wait, else `"sine_inout"`
+---@field after? integer the number of another effect: it waits until that one has arrived
+---@field done? integer a number from `script_add`: runs when it has arrived, but not when it is cancelled
+
+---jolts in one direction and swings back
+---@param fields kit.kick.options
+---@return number number
+function KitCamera:kick(fields) end
+
+---@class kit.pan_to.options
+---@field x? number
+---@field y? number
+---@field target? Target
+---@field frames? number how long: 40 for a shake, 60 for a trauma of 1, 30 for kick, fade and letterbox, 20 for a flash, else 60
+---@field ease? string its curve: `"elastic_out"` for a kick, `"quad_out"` for a flash, `"linear"` for shake, trauma, fade and wait, else `"sine_inout"`
+---@field after? integer the number of another effect: it waits until that one has arrived
+---@field done? integer a number from `script_add`: runs when it has arrived, but not when it is cancelled
+
+---goes to a point, or to an instance and along with it; *holds*
+---@param fields kit.pan_to.options
+---@return number number
+function KitCamera:pan_to(fields) end
+
+---@class kit.zoom_to.options
+---@field zoom? number
+---@field point? table
+---@field frames? number how long: 40 for a shake, 60 for a trauma of 1, 30 for kick, fade and letterbox, 20 for a flash, else 60
+---@field ease? string its curve: `"elastic_out"` for a kick, `"quad_out"` for a flash, `"linear"` for shake, trauma, fade and wait, else `"sine_inout"`
+---@field after? integer the number of another effect: it waits until that one has arrived
+---@field done? integer a number from `script_add`: runs when it has arrived, but not when it is cancelled
+
+---zooms, in equal ratios; a point that is given stays where it is on the screen; *holds*
+---@param fields kit.zoom_to.options
+---@return number number
+function KitCamera:zoom_to(fields) end
+
+---@class kit.rotate_to.options
+---@field angle? number
+---@field way? string
+---@field frames? number how long: 40 for a shake, 60 for a trauma of 1, 30 for kick, fade and letterbox, 20 for a flash, else 60
+---@field ease? string its curve: `"elastic_out"` for a kick, `"quad_out"` for a flash, `"linear"` for shake, trauma, fade and wait, else `"sine_inout"`
+---@field after? integer the number of another effect: it waits until that one has arrived
+---@field done? integer a number from `script_add`: runs when it has arrived, but not when it is cancelled
+
+---turns; `"straight"` may go more than half round; *holds*
+---@param fields kit.rotate_to.options
+---@return number number
+function KitCamera:rotate_to(fields) end
+
+---@class kit.release.options
+---@field frames? number how long: 40 for a shake, 60 for a trauma of 1, 30 for kick, fade and letterbox, 20 for a flash, else 60
+---@field ease? string its curve: `"elastic_out"` for a kick, `"quad_out"` for a flash, `"linear"` for shake, trauma, fade and wait, else `"sine_inout"`
+---@field after? integer the number of another effect: it waits until that one has arrived
+---@field done? integer a number from `script_add`: runs when it has arrived, but not when it is cancelled
+
+---takes all pans, zooms and turns back
+---@param fields kit.release.options
+---@return number number
+function KitCamera:release(fields) end
+
+---@class kit.fade.options
+---@field to? number
+---@field colour? integer
+---@field frames? number how long: 40 for a shake, 60 for a trauma of 1, 30 for kick, fade and letterbox, 20 for a flash, else 60
+---@field ease? string its curve: `"elastic_out"` for a kick, `"quad_out"` for a flash, `"linear"` for shake, trauma, fade and wait, else `"sine_inout"`
+---@field after? integer the number of another effect: it waits until that one has arrived
+---@field done? integer a number from `script_add`: runs when it has arrived, but not when it is cancelled
+
+---covers the view with a colour: `to` 1, or uncovers it: `to` 0; *holds*
+---@param fields kit.fade.options
+---@return number number
+function KitCamera:fade(fields) end
+
+---@class kit.letterbox.options
+---@field to? number
+---@field colour? integer
+---@field frames? number how long: 40 for a shake, 60 for a trauma of 1, 30 for kick, fade and letterbox, 20 for a flash, else 60
+---@field ease? string its curve: `"elastic_out"` for a kick, `"quad_out"` for a flash, `"linear"` for shake, trauma, fade and wait, else `"sine_inout"`
+---@field after? integer the number of another effect: it waits until that one has arrived
+---@field done? integer a number from `script_add`: runs when it has arrived, but not when it is cancelled
+
+---bars above and below, as parts of the height; *holds*
+---@param fields kit.letterbox.options
+---@return number number
+function KitCamera:letterbox(fields) end
+
+---@class kit.flash.options
+---@field strength? number
+---@field colour? integer
+---@field frames? number how long: 40 for a shake, 60 for a trauma of 1, 30 for kick, fade and letterbox, 20 for a flash, else 60
+---@field ease? string its curve: `"elastic_out"` for a kick, `"quad_out"` for a flash, `"linear"` for shake, trauma, fade and wait, else `"sine_inout"`
+---@field after? integer the number of another effect: it waits until that one has arrived
+---@field done? integer a number from `script_add`: runs when it has arrived, but not when it is cancelled
+
+---a colour that fades away
+---@param fields kit.flash.options
+---@return number number
+function KitCamera:flash(fields) end
+
+---@class kit.wait.options
+---@field frames? number how long: 40 for a shake, 60 for a trauma of 1, 30 for kick, fade and letterbox, 20 for a flash, else 60
+---@field ease? string its curve: `"elastic_out"` for a kick, `"quad_out"` for a flash, `"linear"` for shake, trauma, fade and wait, else `"sine_inout"`
+---@field after? integer the number of another effect: it waits until that one has arrived
+---@field done? integer a number from `script_add`: runs when it has arrived, but not when it is cancelled
+
+---nothing, for a time: to count in a chain
+---@param fields kit.wait.options
+---@return number number
+function KitCamera:wait(fields) end
+
+---starts each when the one before has arrived; answers the last one's number
+---@param list table[]
+---@return number number
+function KitCamera:chain(list) end
+
+---ends an effect at once, or gliding back; what waits for it ends, too
+---@param number integer
+---@param frames? number
+---@param ease? string
+function KitCamera:cancel(number, frames, ease) end
+
+---whether it waits or moves
+---@param number integer
+---@return boolean boolean
+function KitCamera:busy(number) end
+
+---how strong the newest of a kind is: a trauma's level, a fade's alpha; 0 for none
+---@param name string
+---@return number number
+function KitCamera:value(name) end
+
+---adds a shot, or changes it. Fields: those of Following and Limits, `priority` (0), `on` (true)
+---@param name string
+---@param fields kit.shot
+function KitCamera:shot(name, fields) end
+
+---switches a shot on or off
+---@param name string
+---@param on boolean
+function KitCamera:switch(name, on) end
+
+---@param name string
+function KitCamera:remove_shot(name) end
+
+---@return string name
+---@return boolean blending
+function KitCamera:live() end
+
+---plays a cut-scene; `done`: a number from `script_add`, runs at its end
+---@param list table[]
+---@param done? integer
+function KitCamera:scene(list, done) end
+
+---ends the scene now; its `done` runs
+function KitCamera:skip() end
+
+---@return boolean boolean
+function KitCamera:in_scene() end
+
+---@param value any
+function KitCamera:grounded(value) end
+
+---@param value any
+function KitCamera:progress(value) end
+
+---@param x number
+---@param y number
+function KitCamera:snap(x, y) end
+
+---How shots go over into each other.
+---@param fields {from?: string, to?: string, frames?: number, ease?: string}
+function KitCamera:blend(fields) end

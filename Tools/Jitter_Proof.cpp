@@ -23,7 +23,7 @@ void PrintRow(JitterBatch batch, const JitterStyle& style, const JitterFigures& 
         std::printf("- | ");
     std::printf("%.5f | %lld | %.3f | ", figures.step, static_cast<long long>(figures.alternations),
                 figures.acceleration);
-    if (style.acceleration > 0.0)
+    if (style.acceleration > 0.0 && batch == JitterBatch::Smooth)
         std::printf("%.0f | ", style.acceleration);
     else
         std::printf("- | ");

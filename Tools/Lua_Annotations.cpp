@@ -29,9 +29,9 @@ struct Typed
 
 // Results, by the word behind "->" on the page. Others are arguments of that name, or of any kind.
 constexpr Typed RESULT_TYPES[] = {
-    {"index", "integer"},  {"id", "integer"},     {"boolean", "boolean"}, {"number", "number"}, {"string", "string"},
-    {"text", "string"},    {"self", "Instance?"}, {"x", "number?"},       {"y", "number?"},     {"matrix", "Matrix"},
-    {"camera", "integer"}, {"map", "integer"},    {"result", "any"},
+    {"index", "integer"}, {"id", "integer"},     {"boolean", "boolean"}, {"number", "number"}, {"string", "string"},
+    {"text", "string"},   {"self", "Instance?"}, {"x", "number?"},       {"y", "number?"},     {"matrix", "Matrix"},
+    {"table", "table?"},  {"list", "table[]"},   {"camera", "integer"},  {"map", "integer"},   {"result", "any"},
 };
 
 constexpr Typed KIND_TYPES[] = {
@@ -49,14 +49,31 @@ constexpr Typed KIND_TYPES[] = {
 
 // Fields of tables and of instances. One of another name is of any kind.
 constexpr Typed FIELD_TYPES[] = {
-    {"name", "string"},       {"bbox", "number[]"},  {"visible", "boolean"},
-    {"solid", "boolean"},     {"cull", "boolean"},   {"views", "table<integer, view.fields>"},
-    {"instances", "any[][]"}, {"load", "fun()"},     {"draw_gui", "fun()"},
-    {"target", "Target"},     {"keys", "string[]"},  {"mouse", "string[]"},
-    {"buttons", "string[]"},  {"axes", "string[]"},  {"data", "integer[]"},
-    {"id", "integer"},        {"object", "integer"}, {"sprite", "integer"},
-    {"parent", "integer"},    {"colour", "integer"}, {"background", "integer"},
-    {"columns", "integer"},   {"rows", "integer"},   {"destroy", "fun(self: Instance)"},
+    {"name", "string"},
+    {"bbox", "number[]"},
+    {"visible", "boolean"},
+    {"solid", "boolean"},
+    {"cull", "boolean"},
+    {"views", "table<integer, view.fields>"},
+    {"instances", "any[][]"},
+    {"load", "fun()"},
+    {"objects", "table<string, integer>"},
+    {"draw_gui", "fun()"},
+    {"target", "Target"},
+    {"keys", "string[]"},
+    {"mouse", "string[]"},
+    {"buttons", "string[]"},
+    {"axes", "string[]"},
+    {"data", "integer[]"},
+    {"id", "integer"},
+    {"object", "integer"},
+    {"sprite", "integer"},
+    {"parent", "integer"},
+    {"colour", "integer"},
+    {"background", "integer"},
+    {"columns", "integer"},
+    {"rows", "integer"},
+    {"destroy", "fun(self: Instance)"},
 };
 constexpr const char* NUMBER_FIELDS =
     " x y w h xport yport wport hport hborder vborder hspeed vspeed width height depth "
@@ -90,7 +107,7 @@ std::string Comment(std::string text)
 std::string FieldType(const std::string& owner, const std::string& field)
 {
     if (Lists(EVENT_FIELDS, field))
-        return owner == "room_add" ? "fun()" : "fun(self: Instance)";
+        return owner.rfind("room_", 0) == 0 ? "fun()" : "fun(self: Instance)";
     if (Lists(NUMBER_FIELDS, field))
         return "number";
     const char* const known = Find(FIELD_TYPES, field);
@@ -240,17 +257,22 @@ Told FindTold(const std::vector<PageRow>& rows, const std::string& signature)
 std::string Function(const Runner::Signature& function, const std::vector<PageRow>& rows)
 {
     const Told told = FindTold(rows, function.Text());
+    const std::string own =
+        FieldsOf(rows, function.name, "Field of `" + std::string(function.name) + "`", told.meaning);
+    const bool isToldOfFields = own.find("@field") != std::string::npos;
     std::string fields, parameters;
     for (int i = 0; i < function.Most(); ++i)
     {
         const std::string argument = function.arguments[static_cast<size_t>(i)];
-        const bool hasFields = argument == Runner::FIELDS_ARGUMENT;
+        const bool hasFields = argument == Runner::FIELDS_ARGUMENT && isToldOfFields;
         const Runner::ArgumentMeaning* const meaning = MeaningOf(argument);
         parameters += Parameter(argument, hasFields ? std::string(function.name) + ".fields" : TypeOf(argument),
                                 i >= function.least, meaning == nullptr ? "" : meaning->meaning);
         if (hasFields)
-            fields += FieldsOf(rows, function.name, "Field of `" + std::string(function.name) + "`", told.meaning);
+            fields += own;
     }
+    if (function.name == std::string("include"))
+        parameters = "---@overload fun(file: \"kit/camera_kit.lua\"): Kit\n" + parameters;
     const std::string does = told.meaning.empty() ? "" : "---" + Comment(told.meaning) + "\n";
     return fields + "\n" + does + parameters + Results(told.span) + End(function.name, function.arguments);
 }

@@ -1,7 +1,7 @@
 // Prints a document that is made from the tables of functions:
 //
-//   script_documents built_ins                    Docs/Built_Ins.md
-//   script_documents annotations SCRIPT_API.md    Docs/api.lua
+//   script_documents built_ins           Docs/Built_Ins.md
+//   script_documents annotations DOCS    Docs/api.lua; DOCS: the folder of the pages that tell of functions
 #include "Tools/Script_Documents.h"
 
 #include <cstdio>
@@ -40,13 +40,23 @@ std::vector<std::string> SpansOf(const std::string& cell)
     return spans;
 }
 
-bool ReadWhole(const char* path, std::string& text)
+// Empty for a page that is not there.
+std::string ReadPage(const std::string& folder, const char* name)
 {
-    std::ifstream file(path, std::ios::binary);
+    std::ifstream file(folder + "/" + name, std::ios::binary);
     std::stringstream whole;
     whole << file.rdbuf();
-    text = whole.str();
-    return file.is_open() && !text.empty();
+    return whole.str();
+}
+
+std::string Annotations(const std::string& folder)
+{
+    const auto page = [&](const char* name) { return ReadPage(folder, name); };
+    const std::string functions = page("Script_API.md");
+    const KitPages kit = {page("Kit.md"), page("Kit_Effects.md"), page("Kit_Follow.md") + page("Kit_Limits.md"),
+                          page("Kit_Pixels.md"), page("Kit_Shots.md")};
+    const bool isWhole = !functions.empty() && !kit.kit.empty() && !kit.effects.empty() && !kit.fields.empty();
+    return isWhole ? LuaAnnotations(functions) + KitAnnotations(kit) : "";
 }
 } // namespace
 
@@ -63,7 +73,7 @@ std::vector<PageRow> RowsOf(const std::string& page)
         else if (heading.empty())
             heading = cells.front();
         else if (line.rfind("|---", 0) != 0)
-            rows.push_back({heading, cells.front(), cells.back(), SpansOf(cells.front())});
+            rows.push_back({heading, cells.front(), cells[1], cells.back(), SpansOf(cells.front())});
     }
     return rows;
 }
@@ -71,14 +81,14 @@ std::vector<PageRow> RowsOf(const std::string& page)
 int main(int argc, char** argv)
 {
     const std::string document = argc > 1 ? argv[1] : "";
-    std::string text, page;
+    std::string text;
     if (document == "built_ins" && argc == 2)
         text = BuiltInsPage();
-    else if (document == "annotations" && argc == 3 && ReadWhole(argv[2], page))
-        text = LuaAnnotations(page);
+    else if (document == "annotations" && argc == 3)
+        text = Annotations(argv[2]);
     if (text.empty())
     {
-        std::fputs("usage: script_documents built_ins | script_documents annotations Docs/Script_API.md\n", stderr);
+        std::fputs("usage: script_documents built_ins | script_documents annotations DOCS\n", stderr);
         return 2;
     }
     return std::fputs(text.c_str(), stdout) >= 0 && std::fflush(stdout) == 0 ? 0 : 1;

@@ -32,12 +32,7 @@ for game in $work/*.lua; do
         "Docs/Pictures/camera_$name.png"
 done
 
-cat >$work/input.txt <<'KEYS'
-0  key right down
-30 key up tap
-66 key up tap
-90 key right up
-KEYS
-$runner Docs/Your_Game/hop.lua --input $work/input.txt --frames 76 --quiet --out $work --screenshot game.png
+printf '0 key right down\n200 key right up\n' >$work/input.txt
+$runner Docs/Your_Game/hop.lua --input $work/input.txt --frames 400 --quiet --out $work --screenshot game.png
 convert $work/game.png -dither None -colors 32 -define png:exclude-chunks=date,time Docs/Pictures/your_game.png
 du -h Docs/Pictures/camera_*.png Docs/Pictures/your_game.png

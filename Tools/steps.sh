@@ -56,6 +56,7 @@ WINDOW_TEST_PACKAGES="xvfb xdotool imagemagick x11-utils"
 TEST_PACKAGES="libgtest-dev libgmock-dev liblodepng-dev clang clang-format clang-tidy"
 BENCH_PACKAGES="libbenchmark-dev libglm-dev libcglm-dev libeigen3-dev libyuv-dev libspng-dev liblodepng-dev
     libstb-dev valgrind python3 util-linux"
+WINDOW_BENCH_PACKAGES="love xvfb"
 PACKAGE_PACKAGES="lintian fakeroot dpkg-dev file gzip clang-16 lld libsfml-dev xvfb xauth"
 ARM_PACKAGES="g++-arm-linux-gnueabihf qemu-user googletest"
 

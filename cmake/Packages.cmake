@@ -69,4 +69,8 @@ if(CMAKE_CROSSCOMPILING)
     set(CPACK_DEBIAN_RUNNER_PACKAGE_SHLIBDEPS OFF)
     set(CPACK_DEBIAN_RUNNER_PACKAGE_DEPENDS "libc6 (>= 2.34), libgcc-s1, libpng16-16, libpugixml1v5, libstdc++6 (>= 12), libzstd1, zlib1g")
 endif()
+# What is loaded while it runs, which no tool sees: SDL's window asks for libGL, and drawing for a driver.
+if(RUNNER_DRAWING)
+    set(CPACK_DEBIAN_RUNNER_PACKAGE_RECOMMENDS "libegl-mesa0, libgl1, libgl1-mesa-dri")
+endif()
 include(CPack)

@@ -1,5 +1,8 @@
 -- The kinds of effects, for effects.lua: what each takes, and how it moves a pose.
 --
+--   kinds.by_name                                the table at the end
+--   kinds.new(kind, options, prefix) -> effect   plain data; refuses what is wrong
+--
 -- Every effect has a value that goes from `from` to `to` along its easing. A place (pan_to, zoom_to, rotate_to) goes
 -- from 0, not at all, to 1, there; what wears off (shake, trauma, kick, flash) goes down to 0; fade and letterbox go from
 -- where the picture is to where it shall be. An effect whose value has come to 0 is over; any other holds.
@@ -114,10 +117,10 @@ end
 
 -- ---- the table ----
 
--- takes: the options with their checks. starts: the fields of a new effect. one_of: options of which one
--- must be there. from, to: of the value, a number or the name of an option. once: a new one takes the place of the old one
--- and goes on from its value.
-return {
+-- takes: the options with their checks. starts: the fields of a new effect. one_of: options of which one must be given.
+-- from, to: of the value, a number or the name of an option. once: a new one takes the place of the old one and goes on
+-- from its value.
+local KINDS = {
     shake = { apply = shake, from = "strength", to = 0, takes = shaken("strength"),
               starts = { frames = 40, ease = "linear", strength = 1, x = 12, y = 12, angle = 0, speed = 0.35, power = 2 } },
     trauma = { apply = shake, from = "level", to = 0, takes = shaken("level"),
@@ -139,3 +142,43 @@ return {
     release = { from = 1, to = 0, takes = taken{}, starts = { frames = 60, ease = "sine_inout" } },
     wait = { from = 1, to = 0, takes = taken{}, starts = { frames = 60, ease = "linear" } },
 }
+
+local NAMES = {}
+for name in pairs(KINDS) do
+    NAMES[#NAMES + 1] = name
+end
+table.sort(NAMES)
+
+local kinds = { by_name = KINDS }
+
+-- ---- a new effect ----
+
+local function has_any(options, names)
+    for _, name in ipairs(names) do
+        if options[name] ~= nil then
+            return true
+        end
+    end
+end
+
+-- The effect that these options make; its course has not begun. prefix: of the fields in errors.
+function kinds.new(kind, options, prefix)
+    local spec = KINDS[checks.one_of(NAMES)(prefix .. "an effect", kind)]
+    if type(options) ~= "table" then
+        checks.refuse(prefix .. "its argument", "a table of options", options)
+    end
+    local given = checks.fields(options, spec.takes, prefix)
+    if spec.one_of and not has_any(given, spec.one_of) then
+        checks.fail(prefix .. table.concat(spec.one_of, " or ") .. " must be given")
+    end
+    local effect = { kind = kind, age = 0, time = 0 }
+    for name, value in pairs(spec.starts) do
+        effect[name] = value
+    end
+    for name, value in pairs(given) do
+        effect[name] = value
+    end
+    return effect
+end
+
+return kinds

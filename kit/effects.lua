@@ -19,49 +19,18 @@
 
 local checks = include("kit/checks.lua")
 local easing = include("kit/easing.lua")
-local KINDS = include("kit/effect_kinds.lua")
+local kinds = include("kit/effect_kinds.lua")
 
-local KIND_NAMES = {}
-for name in pairs(KINDS) do
-    KIND_NAMES[#KIND_NAMES + 1] = name
-end
-table.sort(KIND_NAMES)
+local KINDS = kinds.by_name
 
 local effects = {}
+
+local NONE = {} -- never written
 
 local LIMIT = 200 -- effects of one camera at a time: a game that adds one in every frame hears of it
 
 function effects.new()
     return { last = 0, list = {} }
-end
-
--- ---- reading options ----
-
-local function has_any(options, names)
-    for _, name in ipairs(names) do
-        if options[name] ~= nil then
-            return true
-        end
-    end
-end
-
-local function new_effect(kind, options)
-    local spec = KINDS[checks.one_of(KIND_NAMES)("an effect", kind)]
-    if type(options) ~= "table" then
-        checks.refuse(kind, "a table of options", options)
-    end
-    local given = checks.fields(options, spec.takes, "")
-    if spec.one_of and not has_any(given, spec.one_of) then
-        checks.fail(table.concat(spec.one_of, " or ") .. " must be given")
-    end
-    local effect = { kind = kind, age = 0, time = 0 }
-    for name, value in pairs(spec.starts) do
-        effect[name] = value
-    end
-    for name, value in pairs(given) do
-        effect[name] = value
-    end
-    return effect
 end
 
 -- ---- the list ----
@@ -160,13 +129,10 @@ local function grow(state, options)
     return effect.id
 end
 
-function effects.add(state, kind, options)
-    local effect = new_effect(kind, options or {})
-    local grown = kind == "trauma" and grow(state, effect)
+local function start(state, effect)
+    local grown = effect.kind == "trauma" and grow(state, effect)
     if grown then
         return grown
-    elseif #state.list >= LIMIT then
-        checks.fail("this camera has " .. LIMIT .. " effects already; cancel or release some")
     end
     state.last = state.last + 1
     effect.id, effect.waiting = state.last, true
@@ -177,28 +143,53 @@ function effects.add(state, kind, options)
     return effect.id
 end
 
+local function check_room(state, more)
+    if #state.list + more > LIMIT then
+        checks.fail("this camera would have more than " .. LIMIT .. " effects; cancel or release some")
+    end
+end
+
+function effects.add(state, kind, options)
+    local effect = kinds.new(kind, options or {}, "")
+    check_room(state, 1)
+    return start(state, effect)
+end
+
+-- Either all of them start, or, with an error, none.
 function effects.chain(state, list)
-    local id
-    for _, link in ipairs(list) do
-        local options = { after = id }
+    local made = {}
+    for index, link in ipairs(list) do
+        local options = {}
         for name, value in pairs(link) do
             if name ~= 1 then
                 options[name] = value
             end
         end
-        id = effects.add(state, link[1], options)
+        made[index] = kinds.new(link[1], options, "[" .. index .. "] ")
+    end
+    check_room(state, #made)
+    local id
+    for _, effect in ipairs(made) do
+        effect.after = id or effect.after
+        id = start(state, effect)
     end
     return id
 end
 
+local function is_ready(state, effect)
+    return effect.waiting and not (effect.after and is_pending(find(state, effect.after)))
+end
+
+-- Whoever waits for another looks at it before anybody begins in this frame.
 local function begin_waiting(state)
-    local ready = {}
+    local ready
     for _, effect in ipairs(state.list) do
-        if effect.waiting and not (effect.after and is_pending(find(state, effect.after))) then
+        if is_ready(state, effect) then
+            ready = ready or {}
             ready[#ready + 1] = effect
         end
     end
-    for _, effect in ipairs(ready) do
+    for _, effect in ipairs(ready or NONE) do
         begin(state, effect)
     end
 end
@@ -216,20 +207,31 @@ local function advance(effect)
 end
 
 -- Answers the effects that hold and have arrived in this frame, and the scripts to run. Those that are over are gone
--- before anything is shown: what is left of them is nothing, not a number close to nothing.
+-- before anything is shown: what is left of them is nothing, not a number close to nothing. Tables are made only when
+-- somebody arrives.
 local function advance_all(state)
-    local arrived, scripts, kept = {}, {}, {}
-    for _, effect in ipairs(state.list) do
+    local arrived, scripts = NONE, NONE
+    local list, kept = state.list, 0
+    local count = #list
+    for place = 1, count do
+        local effect = list[place]
         local arrives = not effect.waiting and advance(effect)
         if arrives and effect.done then
+            scripts = scripts == NONE and {} or scripts
             scripts[#scripts + 1], effect.done = effect.done, nil
         end
         if not (arrives and effect.to == 0) then
-            kept[#kept + 1] = effect
-            arrived[#arrived + 1] = arrives and effect or nil
+            kept = kept + 1
+            list[kept] = effect
+            if arrives then
+                arrived = arrived == NONE and {} or arrived
+                arrived[#arrived + 1] = effect
+            end
         end
     end
-    state.list = kept
+    for place = count, kept + 1, -1 do
+        list[place] = nil
+    end
     return arrived, scripts
 end
 

@@ -17,6 +17,7 @@
 --   goal           after the style
 --   near           the goal with its speed bounded
 --   at, speed      after the smoothing
+--   moved, change  of the camera in the last frame, and of the target on the screen; change_before: a frame earlier
 
 local checks = include("kit/checks.lua")
 local motion = include("kit/motion.lua")
@@ -47,7 +48,8 @@ follow.FIELDS = include("kit/shot_fields.lua")
 -- ---- making and changing ----
 
 local function new_axis()
-    return { last = 0, pace = 0, lead = 0, lead_speed = 0, goal = 0, near = 0, at = 0, speed = 0 }
+    return { last = 0, pace = 0, lead = 0, lead_speed = 0, goal = 0, near = 0, at = 0, speed = 0,
+             moved = 0, change = 0, change_before = 0 }
 end
 
 function follow.new(name, fields)
@@ -235,31 +237,62 @@ end
 
 -- ---- smoothing ----
 
+-- A camera that gathers or loses speed overtakes the target, or falls behind it: on the screen the target turns round. If
+-- the target changes its own speed just before or after, it goes to and fro within three frames. So the camera goes along
+-- with the target for one frame where it would turn it round, and where the target itself turns round twice in a row.
+local FELT = 0.02 -- room units a frame
+
+local function turns_round(change, last)
+    return (last > FELT and change < -FELT) or (last < -FELT and change > FELT)
+end
+
+local function goes_along(axis, change, target_speed, acceleration)
+    if not turns_round(change, axis.change) then
+        return false
+    elseif not turns_round(target_speed - axis.moved, axis.change) then
+        return true -- its speed is then between the last one and its own next one
+    end
+    return turns_round(axis.change, axis.change_before) and math.abs(target_speed - axis.moved) <= acceleration
+end
+
+local function steady(axis, was, target_speed, acceleration)
+    local moved = axis.at - was
+    local change = target_speed - moved
+    if goes_along(axis, change, target_speed, acceleration) then
+        axis.at, axis.speed = was + target_speed, axis.speed + change
+        moved, change = target_speed, 0
+    end
+    axis.moved, axis.change_before, axis.change = moved, axis.change, change
+end
+
 -- The goal may move as fast as the stated acceleration allows, or as the target itself does. One frame of high speed is
 -- a jump from one place to another, and does not count.
-local function approach(rig, axis, goal, life, pace)
-    if rig.smoothing == "none" or life <= 0 then
-        axis.near, axis.speed, axis.at = goal, goal - axis.at, goal
-        return
-    end
-    local bound = smooth.goal_speed(rig.smoothing, life, rig.acceleration)
-    axis.near = smooth.toward(axis.near, goal, math.max(bound, pace))
-    if rig.smoothing == "spring" then
-        axis.at, axis.speed = smooth.spring(axis.at, axis.speed, axis.near, life)
-    else
-        local at = smooth.exponential(axis.at, axis.near, life)
-        axis.at, axis.speed = at, at - axis.at
-    end
-end
-
-local function stand_at(axis, goal)
-    axis.near, axis.at, axis.speed = goal, goal, 0
-end
-
 local function sustained(axis, speed)
     local pace = math.min(axis.pace, math.abs(speed))
     axis.pace = math.abs(speed)
     return pace
+end
+
+local function approach(rig, axis, goal, life, target_speed)
+    local was = axis.at
+    if rig.smoothing == "none" or life <= 0 then
+        axis.near, axis.speed, axis.at = goal, goal - was, goal
+        return
+    end
+    local bound = smooth.goal_speed(rig.smoothing, life, rig.acceleration)
+    axis.near = smooth.toward(axis.near, goal, math.max(bound, sustained(axis, target_speed)))
+    if rig.smoothing == "spring" then
+        axis.at, axis.speed = smooth.spring(was, axis.speed, axis.near, life)
+    else
+        axis.at = smooth.exponential(was, axis.near, life)
+        axis.speed = axis.at - was
+    end
+    steady(axis, was, target_speed, rig.acceleration)
+end
+
+local function stand_at(axis, goal)
+    axis.near, axis.at, axis.speed = goal, goal, 0
+    axis.pace, axis.moved, axis.change, axis.change_before = 0, 0, 0, 0
 end
 
 local function write_pose(rig, x, y, size, view)
@@ -298,13 +331,12 @@ function follow.step(rig, host, view, room)
     if cut then
         stand_at(x, goal_x)
         stand_at(y, goal_y)
-        x.pace, y.pace = 0, 0
         write_pose(rig, goal_x, goal_y, size, view)
         rig.ready = count > 0 or #rig.targets == 0 -- it starts where its target will appear
         return
     end
-    approach(rig, x, goal_x, rig.half_life.x, sustained(x, speed_x))
-    approach(rig, y, goal_y, rig.half_life.y, sustained(y, speed_y))
+    approach(rig, x, goal_x, rig.half_life.x, speed_x)
+    approach(rig, y, goal_y, rig.half_life.y, speed_y)
     local shown_x, shown_y = zones.keep_inside(rig, x.at, y.at, half_w, half_h, room)
     write_pose(rig, shown_x, shown_y, size, view)
 end

@@ -17,18 +17,29 @@ function hero.move(self, dx, dy) -- false: something is in the way
     return true
 end
 
+local kit = include("kit/camera_kit.lua")
+
+function hero.land(self)
+    if self.speed == 10 then kit.camera(0):shake{ x = 0, y = 4, frames = 15 } end
+    self.speed = 0
+end
+
 function hero.step(self)
     local right, left = action_down("right" .. self.number), action_down("left" .. self.number)
     hero.move(self, (right and 3 or 0) - (left and 3 or 0), 0)
     local is_standing = hero.is_blocked(self.x, self.y + 1)
     if action_pressed("jump" .. self.number) and is_standing then self.speed = -15 end
     self.speed = math.min(self.speed + 1, 10)
-    if not hero.move(self, 0, self.speed) then self.speed = 0 end
+    if not hero.move(self, 0, self.speed) then hero.land(self) end
 end
 
 function hero.draw(self)
     draw_set_colour(hero.COLOURS[self.number])
     draw_rectangle(self.x - 8, self.y - 24, self.x + 8, self.y)
+end
+
+function hero.return_when_lost(self)
+    if self.y > room_height() + 100 then self.x, self.y, self.speed = 100, 300, 0 end
 end
 
 hero.object = object_add{
@@ -37,10 +48,6 @@ hero.object = object_add{
     step = function(self) hero.step(self) hero.return_when_lost(self) end,
     draw = function(self) hero.draw(self) end,
 }
-
-function hero.return_when_lost(self)
-    if self.y > room_height() + 100 then self.x, self.y, self.speed = 100, 300, 0 end
-end
 
 hero.COLOURS = { colours.orange, colours.cyan }
 

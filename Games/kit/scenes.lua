@@ -216,13 +216,12 @@ local easing = {
 
 local pixels = {
     place = garden, title = "Pixel art", text = "The same view twice at a zoom of 4: left as it comes, right on whole pixels.",
-    views = { [0] = { w = 160, h = 180, wport = 638, hport = 720 },
-              [1] = { w = 160, h = 180, xport = 642, wport = 638, hport = 720 } },
+    views = { [0] = { w = 159, h = 180, wport = 636, hport = 720 },
+              [1] = { w = 159, h = 180, xport = 644, wport = 636, hport = 720 } },
     start = function()
         local followed = walker()
         kit.camera{ view = 0, follow = followed, style = "topdown", limits = "room" }
-        kit.camera{ view = 1, follow = followed, style = "topdown", limits = "room",
-                    pixels = { grid = "art", scale = 4 } }
+        kit.camera{ view = 1, follow = followed, style = "topdown", limits = "room", pixels = true }
     end,
     draw = function()
         for i = 0, 159 do

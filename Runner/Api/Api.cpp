@@ -84,6 +84,8 @@ void OpenApi(lua_State* L, Game& game)
     OpenColours(L);
     OpenSettings(L, game.options.settings);
     lua_newtable(L);
+    if (game.options.strict)
+        WatchVars(L);
     lua_setglobal(L, "vars");
 }
 

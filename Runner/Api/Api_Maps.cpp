@@ -92,29 +92,43 @@ RoomMap& RunningMap(const Arguments& call)
     return *map;
 }
 
-// A layer by its name, or by its number from 1 on.
-int LayerArgument(const Arguments& call, const RoomMap& map)
+// Arguments 1 to 3, a cell. They are read before the map is looked for: a wrong kind is told in any room.
+struct CellArguments
 {
-    const bool isName = lua_type(call.L, 1) == LUA_TSTRING;
-    const int layer = isName ? map.FindLayerNamed(call.Text(1)) : call.Whole(1) - 1;
-    if (map.FindLayer(layer) == nullptr)
-        call.FailArgument(1, "must be a layer of the map, got " + DescribeAt(call.L, 1));
-    return layer;
-}
+    std::string layerName; // empty: the layer is named by its number
+    int layer = 0;
+    int column, row;
 
-ChangedCell CellArgument(const Arguments& call, const RoomMap& map)
-{
-    ChangedCell cell;
-    cell.layer = LayerArgument(call, map);
-    cell.column = call.Whole(2);
-    cell.row = call.Whole(3);
-    return cell;
-}
+    explicit CellArguments(const Arguments& call)
+    {
+        const int type = lua_type(call.L, 1);
+        if (type == LUA_TSTRING)
+            layerName = call.Text(1);
+        else if (type != LUA_TNUMBER)
+            call.FailArgument(1, "is a string or a whole number, got " + DescribeAt(call.L, 1));
+        else
+            layer = call.Whole(1) - 1; // numbers count from 1 on
+        column = call.Whole(2);
+        row = call.Whole(3);
+    }
+
+    ChangedCell In(const Arguments& call, const RoomMap& map) const
+    {
+        ChangedCell cell;
+        cell.layer = layerName.empty() ? layer : map.FindLayerNamed(layerName);
+        if (map.FindLayer(cell.layer) == nullptr)
+            call.FailArgument(1, "must be a layer of the map, got " + DescribeAt(call.L, 1));
+        cell.column = column;
+        cell.row = row;
+        return cell;
+    }
+};
 
 int MapTileGet(Arguments& call)
 {
+    const CellArguments where(call);
     const RoomMap& map = RunningMap(call);
-    const ChangedCell at = CellArgument(call, map);
+    const ChangedCell at = where.In(call, map);
     const MapCell cell = map.Cell(OpenedPainter(call), at.layer, at.column, at.row);
     lua_pushinteger(call.L, cell & MAP_CELL_NUMBER);
     lua_pushinteger(call.L, TurnOf(cell));
@@ -123,10 +137,11 @@ int MapTileGet(Arguments& call)
 
 int MapTileSet(Arguments& call)
 {
+    const CellArguments where(call);
+    const int tile = call.Whole(4), turn = call.Whole(5, 0);
     RoomMap& map = RunningMap(call);
     Painter& painter = OpenedPainter(call);
-    ChangedCell change = CellArgument(call, map);
-    const int tile = call.Whole(4), turn = call.Whole(5, 0);
+    ChangedCell change = where.In(call, map);
     if (turn < 0 || turn > 7)
         call.FailArgument(5, "must be 0 to 7, got " + std::to_string(turn));
     if (!map.HasCell(painter, change.layer, change.column, change.row))

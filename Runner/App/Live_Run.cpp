@@ -76,12 +76,30 @@ Timeline::Progress LiveRun::Progress(const std::string& what)
 }
 
 // The inspector watches one game, and must be gone before it.
-void LiveRun::LeaveGame() { m_inspector.reset(); }
+void LiveRun::LeaveGame()
+{
+    if (m_inspector != nullptr)
+        m_aside = m_inspector->Aside();
+    m_inspector.reset();
+}
+
+// A later change of the same property takes the place of an earlier one.
+void LiveRun::SetChangesAside()
+{
+    for (const HandChange& change : m_timeline.Changes())
+    {
+        const auto isSame = [&change](const CameraChange& other)
+        { return other.camera == change.camera && other.field == change.field; };
+        m_aside.erase(std::remove_if(m_aside.begin(), m_aside.end(), isSame), m_aside.end());
+        m_aside.push_back({0, change.camera, change.field, change.value});
+    }
+}
 
 void LiveRun::EnterGame()
 {
     m_picture->SetGame(m_timeline.Now());
     m_inspector = std::make_unique<WindowInspector>(m_window, m_timeline.Now());
+    m_inspector->Aside() = m_aside;
     m_inspector->onChange = [this](const CameraChange& change) {
         m_timeline.Keep({change.camera, change.field, change.value});
     };
@@ -99,9 +117,19 @@ void LiveRun::GoTo(int frame)
     EnterGame();
 }
 
+// A game that has failed before it showed anything leaves the picture of the one before.
+void LiveRun::KeepPicture()
+{
+    const int failed = m_timeline.Now().Failure().empty() ? 0 : 1;
+    if (m_timeline.Now().FrameNumber() > failed)
+        m_last = m_timeline.Now().Screen();
+}
+
 void LiveRun::Reload(int frame)
 {
+    KeepPicture();
     LeaveGame();
+    SetChangesAside();
     m_timeline.Reload(frame, Progress("Starting anew, up to frame " + std::to_string(frame)));
     EnterGame();
     WatchFiles();
@@ -119,7 +147,7 @@ void LiveRun::Idle()
 bool LiveRun::WaitForMend(const FailureReport& report)
 {
     bool isMended = false;
-    const bool goesOn = ShowErrorPage(m_window, report,
+    const bool goesOn = ShowErrorPage(m_window, report, m_last,
                                       [this, &isMended]
                                       {
                                           isMended = HaveFilesChanged();
@@ -179,7 +207,7 @@ bool LiveRun::StartGame(std::string& why)
     return isGood;
 }
 
-Outcome LiveRun::Play(FailureReport& report)
+Outcome LiveRun::Play(FailureReport& report, Picture& last)
 {
     std::string why;
     bool isGood = StartGame(why);
@@ -189,6 +217,7 @@ Outcome LiveRun::Play(FailureReport& report)
     for (isGood = isGood && PlayFrames(); !isGood; isGood = isGood && PlayFrames())
     {
         report = DescribeFailure(m_timeline.Now());
+        KeepPicture();
         const int frame = std::max(Position(), Frames());
         if (!m_options.watch || !WaitForMend(report))
             break;
@@ -196,6 +225,7 @@ Outcome LiveRun::Play(FailureReport& report)
         isGood = m_timeline.Now().Failure().empty();
     }
     LeaveGame();
+    last = m_last;
     m_stage->TellRate(m_err);
     return End();
 }
@@ -209,6 +239,7 @@ Outcome LiveRun::End()
     if (!m_timeline.Finish(why))
         std::fprintf(m_err, "runner: %s\n", why.c_str());
     m_timeline.Now().Finish();
+    TellWarnings(m_timeline.Now(), m_err);
     if (failure.empty() && !m_start.TellParting(m_timeline.PartedAt(), why))
         return {why, EXIT_GAME_ERROR};
     if (failure.empty() && ScriptEngine::Interrupted())

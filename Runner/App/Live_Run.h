@@ -22,8 +22,8 @@ public:
     // All are kept, not copied. options: what start has settled.
     LiveRun(const RunOptions& options, Window& window, RunStart& start, FILE* err);
 
-    // report: filled when the outcome has a line.
-    Outcome Play(FailureReport& report);
+    // report, last: filled when the outcome has a line; last is what the game showed before it failed.
+    Outcome Play(FailureReport& report, Picture& last);
     bool WantsAgain() const { return m_wantsAgain; } // the user has seen the error, and starts the game again
 
     int Position() const override { return m_timeline.Position(); }
@@ -38,11 +38,13 @@ private:
     Outcome End();
     void KeepSettings(bool isLast);
     bool WaitForMend(const FailureReport& report);
+    void KeepPicture();
     void WatchFiles();
     bool HaveFilesChanged();
     void Reload(int frame);
     GameOptions OptionsOfGames();
     void LeaveGame();
+    void SetChangesAside();
     void EnterGame();
     Timeline::Progress Progress(const std::string& what);
 
@@ -58,7 +60,9 @@ private:
     std::unique_ptr<WindowStage> m_stage;
     std::unique_ptr<WindowInspector> m_inspector; // of the running game
     bool m_isInspecting = false;
-    int64_t m_lookedAt = 0; // milliseconds: at the files
+    std::vector<CameraChange> m_aside; // changes by hand that a reload has left out
+    Picture m_last;                    // that the game showed before it failed, or before it was started anew
+    int64_t m_lookedAt = 0;            // milliseconds: at the files
     bool m_wantsAgain = false;
 };
 } // namespace Runner

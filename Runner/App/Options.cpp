@@ -206,6 +206,8 @@ constexpr Option OPTIONS[] = {
          options.game.check = true;
          return std::string();
      }},
+    {"--strict", "", "warn of variables of instances and vars that are read and were never set",
+     [](RunOptions& options, const Values&) { return SetFlag(options.game.strict); }},
     {"--gc-stress", "", "collect wherever a collection may happen",
      [](RunOptions& options, const Values&)
      {
@@ -259,6 +261,12 @@ private:
     }
 
     void Answer(ParseResult result) { m_result = result; }
+
+    void AnswerAlone(ParseResult result, const std::string& option)
+    {
+        const bool isAlone = m_given.size() == 1 && !m_hasGame;
+        return isAlone ? Answer(result) : Refuse(option + " plays nothing: leave out what else is given");
+    }
 
     void TakeArgument(const std::string& argument)
     {
@@ -318,14 +326,9 @@ private:
     void CheckTogether()
     {
         if (!m_options.newGame.empty())
-        {
-            const bool isAlone = m_given.size() == 1 && !m_hasGame;
-            return isAlone ? Answer(ParseResult::NewGame) : Refuse("--new plays nothing: leave out what else is given");
-        }
-        if (!m_options.compareSaves.first.empty() && m_given.size() + (m_hasGame ? 1 : 0) > 1)
-            return Refuse("--compare-saves plays no game: give nothing else with it");
+            return AnswerAlone(ParseResult::NewGame, "--new");
         if (!m_options.compareSaves.first.empty())
-            return;
+            return AnswerAlone(ParseResult::CompareSaves, "--compare-saves");
         if (!m_options.menu.empty() && m_hasGame)
             return Refuse("--menu takes the place of GAME: leave one of them out");
         if (m_options.menu.empty() && !m_hasGame)

@@ -65,6 +65,7 @@ enum class ParseResult
     Help,
     Version,
     NewGame,
+    CompareSaves,
     Wrong,
 };
 

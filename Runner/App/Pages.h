@@ -8,9 +8,11 @@
 
 namespace Runner
 {
-// Shows what went wrong until the user presses R, or isMended answers true: true, or until the user closes the window
-// or interrupts the run: false. isMended: asked now and then; null for never.
-bool ShowErrorPage(Window& window, const FailureReport& report, const std::function<bool()>& isMended = nullptr);
+// Shows what went wrong, over what the game showed last (empty for nothing), until the user presses R, or isMended
+// answers true: true, or until the user closes the window or interrupts the run: false. isMended: asked now and then;
+// null for never.
+bool ShowErrorPage(Window& window, const FailureReport& report, const Picture& last,
+                   const std::function<bool()>& isMended = nullptr);
 
 // Shows how far work has come that the user waits for. False: the user has pressed Escape or closed the window.
 bool ShowProgressPage(Window& window, Panel& panel, const std::string& what, int done, int all);

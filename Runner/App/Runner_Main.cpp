@@ -51,6 +51,7 @@ Outcome StartAndPlay(const RunOptions& asked, FILE* err)
     NoInput nobody;
     Outcome outcome = Session(game, options, start, start.Player() != nullptr ? *start.Player() : nobody, err).Play();
     start.ShowNotice(err);
+    TellWarnings(game, err);
     return outcome;
 }
 
@@ -69,7 +70,11 @@ int PlayAndCheck(const RunOptions& options, FILE* err)
     const InterruptHandler interruptHandler;
     const Outcome outcome = Start(options, err);
     if (!outcome.line.empty())
-        return Complain(err, outcome.line, outcome.status);
+    {
+        Complain(err, outcome.line, outcome.status);
+        ShowDetails(outcome, err);
+        return outcome.status;
+    }
     if (outcome.status != EXIT_DONE)
         return outcome.status;
     const bool clean = LeaksNothing(blocksBefore, err);
@@ -118,10 +123,11 @@ int Run(int argc, char** argv, FILE* out, FILE* err)
     case ParseResult::Help: return Print(HelpText(), out, err);
     case ParseResult::Version: return Print("runner " CAMERA_VERSION "\n", out, err);
     case ParseResult::NewGame: return MakeGame(options, out, err);
+    case ParseResult::CompareSaves: return CompareTwoSaves(options, out, err);
     case ParseResult::Wrong: return EXIT_WRONG_USAGE;
     case ParseResult::Play: break;
     }
-    return options.compareSaves.first.empty() ? PlayGame(options, out, err) : CompareTwoSaves(options, out, err);
+    return PlayGame(options, out, err);
 }
 } // namespace
 

@@ -54,6 +54,8 @@ void WindowInspector::Open()
     if (m_device != nullptr)
         m_preview = std::make_unique<Preview>(*m_device, m_inspector.Notes());
     m_isOpen = true;
+    if (m_game.FrameNumber() > 0)
+        m_inspector.Notes().Look(m_game);
 }
 
 void WindowInspector::Close()

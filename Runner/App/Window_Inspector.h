@@ -25,6 +25,8 @@ public:
 
     void Toggle() { m_isWanted = !m_isWanted; }               // with the next Draw
     std::function<void(const CameraChange& change)> onChange; // after one has been made by hand; null for nobody
+    // Changes by hand that a reload has left out, until they are made again.
+    std::vector<CameraChange>& Aside() { return m_inspector.aside; }
     void Draw(const Port& game); // where the game's screen stands in the window. Nothing while it is closed
 
 private:

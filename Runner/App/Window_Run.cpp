@@ -6,9 +6,11 @@
 #include "Runner/App/Run_Start.h"
 #include "Runner/App/Window_Inspector.h"
 #include "Runner/App/Window_Stage.h"
+#include "Runner/Base/Printable.h"
 #include "Runner/Draw/Device.h"
 #include "Runner/Host/Files.h"
 
+#include <filesystem>
 #include <utility>
 
 namespace Runner
@@ -19,7 +21,7 @@ class WindowRun
 {
 public:
     WindowRun(const RunOptions& options, Window& window, FILE* err)
-        : m_options(options), m_menuOut(options.out), m_window(window), m_err(err)
+        : m_options(options), m_menuOut(options.out), m_window(window), m_err(err), m_recordWanted(options.record)
     {
     }
 
@@ -63,24 +65,50 @@ private:
             if (outcome.line.empty() || ScriptEngine::Interrupted())
                 return outcome;
             std::fprintf(m_err, "runner: %s\n", outcome.line.c_str());
-            if (!std::exchange(m_wantsAgain, false) && !ShowErrorPage(m_window, report))
+            ShowDetails(outcome, m_err);
+            if (!std::exchange(m_wantsAgain, false) && !ShowErrorPage(m_window, report, m_last))
                 return {"", EXIT_GAME_ERROR};
+            KeepRecording();
+        }
+    }
+
+    // A game that starts again is recorded beside the run that failed, which shows how it came about.
+    void KeepRecording()
+    {
+        if (m_options.record.empty() || !std::filesystem::exists(m_options.record))
+            return;
+        m_options.record = FreeName(m_recordWanted);
+        std::fprintf(m_err, "runner: the game that starts again is recorded in %s\n",
+                     PrintableName(m_options.record).c_str());
+    }
+
+    // "run.2.rec" for "run.rec", or the next number.
+    static std::string FreeName(const std::filesystem::path& wanted)
+    {
+        for (int number = 2;; ++number)
+        {
+            std::filesystem::path name = wanted;
+            name.replace_filename(wanted.stem().string() + "." + std::to_string(number) + wanted.extension().string());
+            if (!std::filesystem::exists(name))
+                return name.string();
         }
     }
 
     Outcome PlayLive(const RunOptions& options, RunStart& start, FailureReport& report)
     {
         LiveRun run(options, m_window, start, m_err);
-        Outcome outcome = run.Play(report);
+        Outcome outcome = run.Play(report, m_last);
         start.ShowNotice(m_err);
         m_wantsAgain = run.WantsAgain();
         report.line = outcome.line;
+        outcome.details = report.Details();
         return outcome;
     }
 
     // report: filled when the outcome has a line.
     Outcome PlayOnce(FailureReport& report)
     {
+        m_last = Picture();
         RunOptions options = m_options;
         if (options.settings.empty())
             options.settings = options.out + "/settings.txt";
@@ -112,8 +140,11 @@ private:
         Outcome outcome = Session(game, options, start, stage, m_err).Play();
         stage.TellRate(m_err);
         start.ShowNotice(m_err);
+        TellWarnings(game, m_err);
         if (game.scripts.Failed())
             report = DescribeFailure(game);
+        if (game.FrameNumber() > 0)
+            m_last = game.Screen();
         report.line = outcome.line;
         return outcome;
     }
@@ -122,7 +153,9 @@ private:
     const std::string m_menuOut; // where the games of the menu have their save areas
     Window& m_window;
     FILE* m_err;
-    bool m_wantsAgain = false; // the error page has been shown, and the game is to start again
+    const std::string m_recordWanted; // by the user, for the first run
+    Picture m_last;                   // that the game showed before it failed
+    bool m_wantsAgain = false;        // the error page has been shown, and the game is to start again
 };
 } // namespace
 

@@ -47,7 +47,7 @@ bool WindowStage::IsOver() const { return m_window.IsClosed() || ScriptEngine::I
 
 void WindowStage::ShowPanel(const Port& game)
 {
-    if (!m_isHelping && !IsStanding())
+    if (!m_isHelping && (!IsStanding() || m_isPanelHidden))
         return;
     m_panel.Draw(
         [this](Painter& painter)
@@ -127,6 +127,7 @@ bool WindowStage::Do(Command command)
 {
     const bool goesBack = command == Command::Back || command == Command::Rewind;
     m_isPaused = m_isPaused || command == Command::Step || (goesBack && time != nullptr);
+    m_isPanelHidden = command != Command::Pause && command != Command::Help;
     switch (command)
     {
     case Command::Help: m_isHelping = !m_isHelping; break;
@@ -178,7 +179,9 @@ bool WindowStage::StandStill()
 {
     ShowFrame();
     m_window.Poll(STANDING_MILLISECONDS);
-    Scrub(m_window.TakeInput());
+    const InputFrame devices = m_window.TakeInput();
+    m_isPanelHidden = m_isPanelHidden || devices.mouse.buttons.pressed != 0;
+    Scrub(devices);
     m_clock.Restart(m_window.Now());
     return std::exchange(m_steps, 0) > 0;
 }
@@ -201,6 +204,7 @@ bool WindowStage::Next(InputFrame& frame)
         else if (IsDue())
         {
             m_clock.Take(m_window.Now());
+            m_isPanelHidden = false;
             isWanted = !m_isSlow || ++m_slowed % SLOW_STEPS == 0;
         }
         if (!isWanted || IsOver())

@@ -94,5 +94,6 @@ private:
     int m_steps = 0;            // frames to play although it is paused
     int m_slowed = 0;           // steps since a frame was played in slow motion
     bool m_isHelping = false;
+    bool m_isPanelHidden = false; // the one that shows while it stands: somebody looks at the picture behind it
 };
 } // namespace Runner

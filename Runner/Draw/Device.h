@@ -67,6 +67,11 @@ public:
                                const std::vector<uint16_t>& indices) = 0;
     virtual void DrawMesh(const DrawState& state, unsigned mesh, int quads) = 0;
 
+    // The screen is one of two pictures: drawing goes on in the other one, whose content is left over from before, and
+    // TakeBackScreen returns to the one before, untouched since. A device with one picture goes on in it.
+    virtual void BeginScreen() = 0;
+    virtual void TakeBackScreen() = 0;
+
     virtual void Finish() = 0;
     virtual void Show(const Showing& showing) = 0; // in the window that the device was made for
     virtual void Read(unsigned target, int width, int height, uint8_t* rgba) = 0; // top row first

@@ -7,6 +7,7 @@
 #include <algorithm>
 #include <cstdio>
 #include <cstring>
+#include <utility>
 
 namespace Runner
 {
@@ -269,6 +270,21 @@ void GlDevice::DrawMesh(const DrawState& state, unsigned mesh, int quads)
     glBindBuffer(GL_ARRAY_BUFFER, mesh);
     glBindBuffer(GL_ELEMENT_ARRAY_BUFFER, m_quadIndices);
     Draw(state, quads * 6);
+}
+
+void GlDevice::BeginScreen()
+{
+    m_context->MakeCurrent();
+    if (m_otherScreen == 0 && !m_isRefused)
+        m_otherScreen = MakeTarget(m_targets[m_screen].width, m_targets[m_screen].height);
+    m_isRefused = m_otherScreen == 0;
+    TakeBackScreen();
+}
+
+void GlDevice::TakeBackScreen()
+{
+    if (m_otherScreen != 0)
+        std::swap(m_screen, m_otherScreen);
 }
 
 void GlDevice::Finish()

@@ -31,6 +31,8 @@ public:
     void DrawTriangles(const DrawState& state, const std::vector<Vertex>& vertices,
                        const std::vector<uint16_t>& indices) override;
     void DrawMesh(const DrawState& state, unsigned mesh, int quads) override;
+    void BeginScreen() override;
+    void TakeBackScreen() override;
     void Finish() override;
     void Show(const Showing& showing) override;
     void Read(unsigned target, int width, int height, uint8_t* rgba) override;
@@ -59,6 +61,8 @@ private:
     GlProgram m_flat;
     GlProgram m_solid; // discards transparent pixels: for the depth test
     GLuint m_screen = 0;
+    GLuint m_otherScreen = 0; // of the frame before; 0 before the second frame, and when the driver refuses it
+    bool m_isRefused = false; // the other screen
     GLuint m_vertices = 0;
     GLuint m_indices = 0;
     GLuint m_quadIndices = 0;

@@ -56,6 +56,8 @@ public:
     void DrawTriangles(const DrawState& state, const std::vector<Vertex>& vertices,
                        const std::vector<uint16_t>& indices) override;
     void DrawMesh(const DrawState& state, unsigned mesh, int quads) override;
+    void BeginScreen() override { m_device->BeginScreen(); }
+    void TakeBackScreen() override { m_device->TakeBackScreen(); }
     void Finish() override { m_device->Finish(); }
     void Show(const Showing& showing) override { m_device->Show(showing); }
     void Read(unsigned target, int width, int height, uint8_t* rgba) override

@@ -126,6 +126,15 @@ void Painter::BeginFrame()
     SetFlatView(0.0f, 0.0f, static_cast<float>(m_parts->width), static_cast<float>(m_parts->height));
     m_parts->batch.Flush();
     m_parts->batch.ResetCounts();
+    if (Draws() && m_parts->isShown)
+        m_parts->device->BeginScreen();
+}
+
+void Painter::TakeBackFrame()
+{
+    m_parts->batch.Flush();
+    if (Draws() && m_parts->isShown)
+        m_parts->device->TakeBackScreen();
 }
 
 void Painter::EndFrame()

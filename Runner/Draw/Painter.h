@@ -89,8 +89,9 @@ public:
     std::string TakeError();   // the first error since the last call; empty for none
 
     // ---- frame ----
-    void BeginFrame(); // resets target and port to the whole screen, the drawing state, and the counts
-    void EndFrame();   // flushes the batch, and pops the targets that are still pushed
+    void BeginFrame();    // resets target and port to the whole screen, the drawing state, and the counts
+    void TakeBackFrame(); // of a frame that failed: the screen is again as the frame before left it
+    void EndFrame();      // flushes the batch, and pops the targets that are still pushed
     FrameCounts Counts() const;
     void Show(const Showing& showing); // the screen in a window; nothing for a painter that draws nothing
 

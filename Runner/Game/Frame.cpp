@@ -2,6 +2,7 @@
 
 #include "Files/Graphics/Graphics_Support.h"
 #include "Runner/Game/Game.h"
+#include "Runner/Game/Mistakes.h"
 #include "Runner/Host/Collector.h"
 #include "Runner/Host/Console.h"
 #include "Runner/Host/Graphics.h"
@@ -118,6 +119,8 @@ void Game::Draw()
     const std::string problem = m_painter->TakeError();
     if (!problem.empty())
         scripts.Fail(problem);
+    if (scripts.Failed()) // half a picture is of no use
+        m_painter->TakeBackFrame();
 }
 
 void Game::DrawViews(RunningRoom& room)
@@ -173,6 +176,8 @@ void Game::DrawDefaultView(const RunningRoom& room)
 // A callback may destroy its camera or put another one in its place, so every step looks the camera up anew.
 void Game::DrawThrough(const CameraNumber& number, int view)
 {
+    if (g_CM.GetCamera(number.Now()) == nullptr)
+        WarnOfMissingCamera(*this, number.Now(), view);
     g_CM.SetActiveCamera(number.Now());
     {
         const PartScope part(observer, FramePart::Cameras);
@@ -201,6 +206,8 @@ void Game::Perform(void (CCamera::*step)(), const CameraNumber& number, const ch
 void Game::Update(const CameraNumber& number)
 {
     const CCamera* camera = g_CM.GetCamera(number.Now());
+    if (camera != nullptr)
+        WarnOfTarget(*this, *camera);
     const bool isTold = observer != nullptr && camera != nullptr && !scripts.Failed();
     const CCameraHandle updated(isTold ? camera : nullptr);
     if (isTold)

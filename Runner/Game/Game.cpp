@@ -25,6 +25,8 @@ Game::Game(const GameOptions& gameOptions, ScriptOpener openScripts)
 {
     s_current = this;
     scripts.SetLimits(options.limits);
+    if (options.strict)
+        scripts.strict.SwitchOn();
     ResetGraphics();
     TakeError();
     Collector::SetStress(options.gcStress);

@@ -48,6 +48,7 @@ struct GameOptions
     uint64_t seed = 1;
     bool draw = true;      // false: everything runs, nothing is drawn
     bool check = false;    // walk all structures after each frame
+    bool strict = false;   // warn of variables that are read and were never set
     bool gcStress = false; // collect wherever a collection may happen
     std::string trace;     // file; empty for none
     ScriptLimits limits;
@@ -92,6 +93,8 @@ public:
     Picture Screen();                                           // what the last frame drew
     const GameIdentity& Identity() const { return m_identity; } // since Load
     uint64_t FrameSum() const { return m_frameSum; }            // equal frames have equal ones: see SumFrame
+
+    Port PortOf(const View& view) const; // where the view stands on the picture, pixels
 
     // ---- what scripts ask for ----
     Instance* CreateInstance(ObjectType& type, float x, float y); // null: its create event failed
@@ -191,7 +194,6 @@ private:
     void BeginTarget(const Port& port, unsigned background);
     void EndTarget();
     void ResetDrawingState();
-    Port PortOf(const View& view) const;
     Port FittingPort(float width, float height) const;
 
     const ScriptOpener m_openScripts;

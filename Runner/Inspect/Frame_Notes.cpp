@@ -5,6 +5,7 @@
 #include "Files/Instance/Instance.h"
 #include "Runner/Game/Game.h"
 #include "Runner/Host/Graphics.h"
+#include "Runner/Inspect/Panel_Content.h"
 #include "Runner/World/Camera_Callbacks.h"
 
 #include <algorithm>
@@ -23,6 +24,25 @@ AxisNote NoteOf(const CFollowAxis& axis)
 InstanceNote NoteOf(const Instance& instance, bool isDrawn)
 {
     return {instance.m_id, instance.drawArea, isDrawn, instance.MayBeCulled(), instance.x, instance.y};
+}
+
+// By the current matrices and the published area, without instances.
+ViewNote NoteOfView(int view, int camera, int surface, const Port& port)
+{
+    return {view,
+            camera,
+            surface,
+            port,
+            CurrentMatrix(eM_View),
+            CurrentMatrix(eM_Projection),
+            CurrentMatrix(eM_View),
+            CurrentMatrix(eM_Projection),
+            g_ViewAreaX,
+            g_ViewAreaY,
+            g_ViewAreaW,
+            g_ViewAreaH,
+            g_ViewAreaA,
+            {}};
 }
 
 // The culled ones are what is left of those that a view could show.
@@ -94,22 +114,36 @@ void FrameNotes::UpdateEnded(const CCamera& camera)
     note.y.after = camera.m_viewY;
 }
 
+// The camera's own record stays as it is: a copy of it builds the matrices that its next step would.
+void FrameNotes::Look(const Game& game)
+{
+    FrameBegins(game);
+    m_frame = game.FrameNumber() - 1;
+    const GraphicsKeeper keeper;
+    const RunningRoom* room = game.rooms.Running();
+    for (int number = 0; room != nullptr && number < ROOM_VIEWS; ++number)
+    {
+        const View& view = room->views[static_cast<size_t>(number)];
+        const CCamera* camera = view.visible ? PeekCamera(view.cameraID) : nullptr;
+        if (camera == nullptr)
+            continue;
+        CCamera built;
+        built.CopyViewFrom(*camera);
+        built.SetViewMat(camera->m_viewMat);
+        built.SetProjMat(camera->m_projMat);
+        built.m_isViewDirty = camera->m_isViewDirty;
+        built.ApplyMatrices();
+        m_views.push_back(NoteOfView(number, view.cameraID, view.surface, game.PortOf(view)));
+        StepNote step;
+        step.camera = view.cameraID;
+        step.kind = UpdateKind::Unseen;
+        m_steps.push_back(step);
+    }
+}
+
 void FrameNotes::ViewIsDrawn(const Game& game, const DrawnView& view)
 {
-    ViewNote note = {view.view,
-                     view.camera,
-                     view.surface,
-                     view.port,
-                     CurrentMatrix(eM_View),
-                     CurrentMatrix(eM_Projection),
-                     CurrentMatrix(eM_View),
-                     CurrentMatrix(eM_Projection),
-                     g_ViewAreaX,
-                     g_ViewAreaY,
-                     g_ViewAreaW,
-                     g_ViewAreaH,
-                     g_ViewAreaA,
-                     {}};
+    ViewNote note = NoteOfView(view.view, view.camera, view.surface, view.port);
     note.drawn = static_cast<int>(view.drawn.size());
     for (const Instance* instance : view.drawn)
         if (note.instances.size() < INSTANCES_LIMIT)

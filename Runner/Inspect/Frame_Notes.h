@@ -24,6 +24,7 @@ struct AxisNote
 
 enum class UpdateKind
 {
+    Unseen,   // nobody watched
     Callback, // the update callback ran instead of following
     NoTarget, // nothing to follow was asked for
     Missing,  // what is to be followed does not exist, or is not active
@@ -64,6 +65,10 @@ class FrameNotes : public FrameObserver
 {
 public:
     static constexpr size_t INSTANCES_LIMIT = 4000; // noted a view, so that the notes of a crowded room cost little
+
+    // Notes the views of a game whose last frame nobody watched, as they show it now, without its instances. Nothing of
+    // the game runs or changes.
+    void Look(const Game& game);
 
     void FrameBegins(const Game& game) override;
     void UpdateBegins(const CCamera& camera) override;

@@ -120,7 +120,7 @@ private:
                                  StyleOf(line.kind).width);
             for (const OverlayText& text : overlay.texts)
                 AddText(list, OnCanvas(text.at, canvas), ColourOf(text.kind), text.text);
-            AddText(list, OnCanvas({low.x + 6.0, low.y + 6.0}, canvas), IM_COL32_WHITE,
+            AddText(list, OnCanvas(LabelPlace(overlay), canvas), IM_COL32_WHITE,
                     "camera " + std::to_string(overlay.camera));
             list.PopClipRect();
         }
@@ -189,6 +189,7 @@ private:
                     inspector.Select(camera.id);
             ImGui::EndListBox();
         }
+        DrawAside(content.aside, inspector);
         const CCamera* camera = PeekCamera(content.selected);
         if (camera == nullptr)
             return;
@@ -200,6 +201,26 @@ private:
         DrawChanges();
         for (const PanelSection& section : content.sections)
             DrawSection(section, *camera);
+    }
+
+    void DrawAside(const PanelAside& aside, Inspector& inspector)
+    {
+        if (aside.changes.empty())
+            return;
+        ImGui::TextColored(ImVec4(1.0f, 0.85f, 0.4f, 1.0f), "Changed by hand before the reload");
+        for (const std::string& text : aside.texts)
+            ImGui::TextWrapped("%s", text.c_str());
+        if (ImGui::Button("Copy as Lua##aside") && copy != nullptr)
+            copy(aside.lua);
+        ImGui::SameLine();
+        if (!ImGui::Button("Apply again"))
+            return;
+        for (CameraChange change : aside.changes)
+        {
+            change.frame = m_frame;
+            m_made.push_back(change);
+        }
+        inspector.aside.clear();
     }
 
     void DrawChanges()

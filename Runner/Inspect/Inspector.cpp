@@ -6,6 +6,13 @@
 
 namespace Runner
 {
+PanelContent Inspector::Content() const
+{
+    PanelContent content = DescribePanel(m_game, m_notes, m_selected);
+    content.aside = DescribeAside(aside);
+    return content;
+}
+
 Picture Inspector::Show(std::string& why)
 {
     Painter* painter = m_game.CurrentPainter();

@@ -31,9 +31,12 @@ public:
 
     FrameObserver& Observer() { return m_notes; }
     void Select(int camera) { m_selected = camera; } // as for DescribePanel
-    PanelContent Content() const { return DescribePanel(m_game, m_notes, m_selected); }
+    PanelContent Content() const;
     const FrameNotes& Notes() const { return m_notes; }
     FrameNotes& Notes() { return m_notes; }
+
+    // Changes by hand that a reload has left out, until they are made again.
+    std::vector<CameraChange> aside;
 
     // The last frame with overlays and panel. Empty before there is a screen and without drawing; why: what failed.
     Picture Show(std::string& why);

@@ -63,7 +63,8 @@ void PaintOverlay(const ViewOverlay& overlay, Painter& painter)
                               ColourOf(text.kind), painter);
     const std::string name = "camera " + std::to_string(overlay.camera);
     const std::string view = overlay.view < 0 ? "no view, " : "view " + std::to_string(overlay.view) + ", ";
-    PaintShadowedText(left + 6.0f, top + 6.0f, view + name, WHITE, painter);
+    const Point place = LabelPlace(overlay);
+    PaintShadowedText(static_cast<float>(place.x), static_cast<float>(place.y), view + name, WHITE, painter);
 }
 
 // ---- the panel ----
@@ -135,6 +136,10 @@ std::vector<PanelLine> LinesOf(const PanelContent& content)
 {
     std::vector<PanelLine> lines;
     AddCameras(content, lines);
+    if (!content.aside.texts.empty())
+        AddTitle("changed by hand before the reload", lines);
+    for (const std::string& text : content.aside.texts)
+        lines.push_back({{0.0f, WHITE, text}});
     if (content.selected < 0)
         return lines;
     AddTitle("why did camera " + std::to_string(content.selected) + " move?", lines);

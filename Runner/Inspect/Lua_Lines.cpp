@@ -1,6 +1,7 @@
 #include "Runner/Inspect/Lua_Lines.h"
 
 #include "Runner/Inspect/Number_Text.h"
+#include "Runner/Inspect/Panel_Content.h"
 #include "Runner/Lua/Function_Place.h"
 #include "Runner/World/Camera_Callbacks.h"
 
@@ -41,7 +42,48 @@ std::string CallbackLine(const CameraCallback& callback, const CCamera& camera)
     const std::string place = PlaceOf(value);
     return "-- " + function + "...) with the function at " + (place.empty() ? "an unknown place" : place) + "\n";
 }
+// What the change makes of the property; null for one that none makes.
+const CameraChange* LastChange(const std::vector<CameraChange>& changes, int camera, const std::string& field)
+{
+    const auto found =
+        std::find_if(changes.rbegin(), changes.rend(),
+                     [&](const CameraChange& change) { return change.camera == camera && change.field == field; });
+    return found == changes.rend() ? nullptr : &*found;
+}
+
+std::string SetLine(const std::vector<CameraChange>& changes, int id, const std::string& function)
+{
+    const CCamera* camera = PeekCamera(id);
+    std::string line = function + "(" + std::to_string(id);
+    for (const CameraField& field : CAMERA_FIELDS)
+    {
+        if (function != field.setBy)
+            continue;
+        const CameraChange* change = LastChange(changes, id, field.name);
+        line += ", ";
+        if (change != nullptr)
+            line += LuaNumber(change->value);
+        else
+            line += camera == nullptr ? "?" : LuaNumber(ValueOf(*camera, field));
+    }
+    return (camera == nullptr ? "-- " : "") + line + ")\n";
+}
 } // namespace
+
+std::string LuaLines(const std::vector<CameraChange>& changes)
+{
+    std::string lines;
+    std::vector<std::string> made;
+    for (const CameraChange& change : changes)
+    {
+        const CameraField* field = FindCameraField(change.field);
+        const std::string line = field == nullptr ? "" : SetLine(changes, change.camera, field->setBy);
+        if (std::find(made.begin(), made.end(), line) == made.end())
+            lines += line;
+        made.push_back(line);
+    }
+    return lines;
+}
 
 std::string LuaLines(const CCamera& camera)
 {

@@ -286,6 +286,13 @@ bool MayShow(const OverlayLine& line, const Port& port)
            std::max(line.from.y, line.to.y) >= port.y - LINE && std::min(line.from.y, line.to.y) <= bottom + LINE;
 }
 
+Point LabelPlace(const ViewOverlay& overlay)
+{
+    constexpr double MARGIN = 6.0, DOWN = 0.88; // pixels; of the port's height
+    const Port& port = overlay.port;
+    return {port.x + MARGIN, port.y + port.height * DOWN};
+}
+
 // The two ends are guessed and then asked for, since rounding decides near them.
 DeadZone DeadZoneOf(const AxisNote& axis)
 {

@@ -57,6 +57,10 @@ struct ViewOverlay
     std::vector<OverlayText> texts;
 };
 
+// Where the words stand that tell whose view it is: low on the left, since games have their own words in the upper
+// corners, and a window has the bar of the time along its lower edge.
+Point LabelPlace(const ViewOverlay& overlay);
+
 // The positions of a target, each taken down to a whole unit, between which the next step leaves the edge alone: from
 // low up to, but without, high. empty: every position moves the view.
 struct DeadZone

@@ -173,6 +173,20 @@ int SelectCamera(const FrameNotes& notes, int wanted)
     return -1;
 }
 
+PanelAside DescribeAside(const std::vector<CameraChange>& changes)
+{
+    PanelAside aside;
+    aside.changes = changes;
+    for (const CameraChange& change : changes)
+    {
+        const bool isThere = PeekCamera(change.camera) != nullptr;
+        aside.texts.push_back("camera " + std::to_string(change.camera) + ": " + change.field + " = " +
+                              NumberText(change.value) + (isThere ? "" : " (there is no such camera now)"));
+    }
+    aside.lua = LuaLines(changes);
+    return aside;
+}
+
 PanelContent DescribePanel(const Game& game, const FrameNotes& notes, int selected)
 {
     PanelContent content;

@@ -34,6 +34,15 @@ struct PanelCamera
     std::string text; // "3: view 0, follows player"
 };
 
+// Changes by hand that the game does not have any more, since it was started anew: whoever shows them offers to make
+// them again and to copy the lines.
+struct PanelAside
+{
+    std::vector<CameraChange> changes; // the last of each camera and property
+    std::vector<std::string> texts;    // of each: "camera 2: border_x = 60"
+    std::string lua;                   // the lines that make them
+};
+
 struct PanelContent
 {
     std::vector<PanelCamera> cameras;   // all, by slot
@@ -41,7 +50,10 @@ struct PanelContent
     std::vector<PanelSection> sections; // of the selected camera
     std::vector<std::string> reason;    // why it moved in the last frame
     std::string lua;                    // the lines that make it
+    PanelAside aside;                   // empty but after a reload
 };
+
+PanelAside DescribeAside(const std::vector<CameraChange>& changes);
 
 // selected: an identifier. One that names no camera selects the first camera that drew, or else the first of all.
 PanelContent DescribePanel(const Game& game, const FrameNotes& notes, int selected);

@@ -64,6 +64,7 @@ void AddUpdate(const StepNote& note, const CCamera& camera, std::vector<std::str
 {
     switch (note.kind)
     {
+    case UpdateKind::Unseen: break; // there is no update to tell of
     case UpdateKind::NoTarget: lines.emplace_back("it follows nothing, and no script moved it in its update"); break;
     case UpdateKind::Missing:
         lines.push_back("its target " + std::to_string(note.target) + " stands for no active instance");
@@ -93,6 +94,8 @@ std::vector<std::string> ReasonLines(const StepNote* note, const CCamera& camera
 {
     if (note == nullptr)
         return {"no view was drawn through it in this frame, so it had no update"};
+    if (note->kind == UpdateKind::Unseen)
+        return {"nobody watched its last update; the next one will be told"};
     std::vector<std::string> lines;
     AddUpdate(*note, camera, lines);
     AddLater(note->x.after, camera.m_viewX, "x", lines);

@@ -3,6 +3,7 @@
 #include "Files/Run/Run_Globals.h"
 #include "Runner/Lua/Sandbox.h"
 #include "Runner/Lua/Self.h"
+#include "Runner/Lua/Value_Text.h"
 #include "Runner/World/Instance.h"
 
 #include <lua.hpp>
@@ -319,28 +320,29 @@ std::string ScriptEngine::PositionOfGiver() const
     return giver == m_givers.end() ? "" : giver->second;
 }
 
-// Nothing is pushed: the stack may be full.
+// A report that memory runs out for tells what is there.
 void ScriptEngine::NoteTrouble(lua_State* L)
 {
-    constexpr int DEEPEST = 24;
-    m_trouble = ScriptTrouble();
-    m_trouble.object = m_self != nullptr ? m_self->type.name : "";
-    m_trouble.camera = Current_Object;
-    lua_Debug frame;
-    for (int level = 0; level < DEEPEST && lua_getstack(L, level, &frame) != 0; ++level)
+    NoteEvent();
+    try
     {
-        lua_getinfo(L, "nSl", &frame);
-        if (frame.currentline <= 0)
-            continue;
-        m_trouble.stack += std::string(frame.short_src) + ":" + std::to_string(frame.currentline) + ": in ";
-        m_trouble.stack += frame.name != nullptr ? frame.name
-                           : *frame.what == 'm'  ? "the file"
-                                                 : "a function of line " + std::to_string(frame.linedefined);
-        m_trouble.stack += "\n";
+        m_trouble.value = lua_type(L, 1) == LUA_TSTRING ? "" : ValueText(L, 1);
+        m_trouble.stack = RunningFunctions(L);
+    }
+    catch (const std::bad_alloc&)
+    {
+        m_trouble.stack.clear();
     }
 }
 
-// Turns an error value of any type into a line of text, with a position where one is known.
+void ScriptEngine::NoteEvent()
+{
+    m_trouble = ScriptTrouble();
+    m_trouble.object = m_self != nullptr ? m_self->type.name : "";
+    m_trouble.camera = Current_Object;
+}
+
+// Turns an error value of any type into a line of text, with a position where one is known. No metamethod is asked.
 int ScriptEngine::DescribeError(lua_State* L)
 {
     if (!s_current->Failed())
@@ -351,8 +353,6 @@ int ScriptEngine::DescribeError(lua_State* L)
     size_t size = 0;
     if (const char* text = lua_type(L, 1) == LUA_TSTRING ? lua_tolstring(L, 1, &size) : nullptr)
         return HasPosition(std::string(text, size)) ? 1 : PushText(L, position + std::string(text, size));
-    if (luaL_callmeta(L, 1, "__tostring") != 0 && lua_type(L, -1) == LUA_TSTRING)
-        return 1;
     return PushText(L, position + "an error without a message (a " + luaL_typename(L, 1) + " value)");
 }
 
@@ -377,6 +377,8 @@ bool ScriptEngine::Protect(Body body, void* context, int called)
     if (status != LUA_OK)
     {
         const char* message = lua_tostring(L, -1);
+        if (!Failed() && status == LUA_ERRMEM) // no message handler has run
+            NoteEvent();
         if (!Failed())
             m_trouble.called = called;
         Fail(status == LUA_ERRMEM ? MemoryFailure() : message == nullptr ? "an error without a message" : message);

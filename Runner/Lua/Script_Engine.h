@@ -7,6 +7,8 @@
 #include "Runner/Lua/Missing_Scripts.h"
 #include "Runner/Lua/Numbered_Scripts.h"
 #include "Runner/Lua/Script_Files.h"
+#include "Runner/Lua/Script_Trouble.h"
+#include "Runner/Lua/Strict_Fields.h"
 
 #include <cstddef>
 #include <map>
@@ -45,15 +47,6 @@ struct ScriptLimits
     size_t memory = MEMORY_UNLESS_SET; // bytes
 };
 
-// Where the first failure happened, for a page that shows it. Unknown parts are empty or -1.
-struct ScriptTrouble
-{
-    int called = -1;    // the reference of the function that the engine was to run
-    int camera = -1;    // whose callback ran
-    std::string object; // the name of the object whose event ran
-    std::string stack;  // a line for each function that was running, the innermost first
-};
-
 class ScriptEngine
 {
 public:
@@ -68,6 +61,8 @@ public:
 
     NumberedScripts numbered; // the scripts of script_add
     MissingScripts missing;   // callbacks with a number that was never given
+    Warnings warnings;
+    StrictFields strict{warnings}; // --strict
 
     lua_State* Running() const { return m_running; } // the main state, or the coroutine that runs now
 
@@ -140,6 +135,7 @@ private:
     std::string PositionOfGiver() const;
     bool HasSpentInstructions() const { return m_limits.instructions > 0 && m_instructions > m_limits.instructions; }
     void NoteTrouble(lua_State* L);
+    void NoteEvent();
     std::string MemoryFailure() const;
 
     // The message handler of Protect.

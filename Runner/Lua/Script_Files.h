@@ -35,7 +35,8 @@ public:
     // Reads a script, and notes it. Throws ScriptError when it cannot be read.
     std::vector<uint8_t> ReadScript(const std::string& name, const std::string& path);
     void Note(const std::string& name); // a file other than a script that the game has read, such as a picture
-    // Notes a file that counts as code, such as a map: a change of it is a change of the game. name: as PathOf takes it.
+    // Notes a file that counts as code, such as a map: a change of it is a change of the game. name: as PathOf takes
+    // it.
     void NoteCode(const std::string& name, const std::vector<uint8_t>& content);
     void NoteMissing(const std::string& name); // a file that could not be read: it is watched
 

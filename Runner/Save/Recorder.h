@@ -27,6 +27,7 @@ public:
     bool Finish(const Game& game, std::string& why);
 
     void Keep(const HandChange& change) { m_changes.push_back(change); } // made since the frame before
+    const std::vector<HandChange>& Changes() const { return m_changes; }
     bool HasChanges() const { return !m_changes.empty(); }
     std::vector<HandChange> TakeChanges() { return std::exchange(m_changes, {}); }
     void Forget(); // what was asked and changed since the frame before: the game is another one

@@ -134,6 +134,25 @@ int Timeline::PartedAt() const
     return m_askedElseAt;
 }
 
+std::vector<HandChange> Timeline::Changes() const
+{
+    std::vector<HandChange> all;
+    const auto add = [&all](const std::vector<HandChange>& changes)
+    {
+        for (const HandChange& change : changes)
+        {
+            const auto isSame = [&change](const HandChange& other)
+            { return other.camera == change.camera && other.field == change.field; };
+            all.erase(std::remove_if(all.begin(), all.end(), isSame), all.end());
+            all.push_back(change);
+        }
+    };
+    for (int frame = 0; frame < Frames(); ++frame)
+        add(Recorded().Frame(frame).changes);
+    add(m_recorder.Changes());
+    return all;
+}
+
 // Notes how a frame went that this game, as its files are now, has played for the first time.
 void Timeline::TakeFrame(bool isGood)
 {

@@ -58,6 +58,9 @@ public:
     // A change that was made in the running game by hand, before its next frame. A reload leaves all of them out.
     void Keep(const HandChange& change) { m_recorder.Keep(change); }
 
+    // Changes by hand of all frames, and of the one to come: the last of each camera and property, in their order.
+    std::vector<HandChange> Changes() const;
+
     // Called now and then on the way, with the frames played and to be played; false ends the way there.
     using Progress = std::function<bool(int done, int all)>;
 

@@ -26,6 +26,7 @@ public:
     void Read(size_t count, std::vector<MapCell>& cells)
     {
         const size_t wanted = cells.size() + count;
+        cells.reserve(wanted);
         SkipSpace();
         while (m_at != m_end)
         {

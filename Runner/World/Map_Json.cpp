@@ -58,7 +58,10 @@ public:
     {
         if (m_skipped > 0 || m_levels.empty() || m_levels.back().kind != Level::Cells)
             return Scalar(Kind::Whole, {}, value);
-        m_levels.back().node.cells.push_back(value);
+        std::vector<MapCell>& cells = m_levels.back().node.cells;
+        if (cells.size() >= static_cast<size_t>(MapLimits::LAYER_CELLS))
+            throw MapFault("a layer has more than " + std::to_string(MapLimits::LAYER_CELLS) + " cells: split the map");
+        cells.push_back(value);
         return true;
     }
 

@@ -307,12 +307,17 @@ local function mistakes_are_told()
     expect.refusal("ease", add("wait", { ease = "quad" }), 'ease is "linear", or one of quad cubic quart quint sine expo '
         .. "circ back elastic bounce with _in, _out or _inout after it, got quad")
     expect.equal("nothing was added", #state.list, 0)
+    expect.refusal("in a chain", function() effects.chain(state, { { "wait" }, { "pan_to", x = false } }) end,
+        "[2] x is a number, got false")
+    expect.refusal("no goal in a chain", function() effects.chain(state, { { "pan_to" } }) end,
+        "[1] x or y or target must be given")
+    expect.equal("nothing of a chain was added", #state.list, 0)
     local function hoard()
         while true do
             effects.add(state, "wait")
         end
     end
-    expect.refusal("too many", hoard, "this camera has 200 effects already; cancel or release some")
+    expect.refusal("too many", hoard, "this camera would have more than 200 effects; cancel or release some")
 end
 
 room_add{ create = function()

@@ -12,6 +12,8 @@ namespace
 {
 using RunnerTest::CommandLine;
 
+constexpr char KIT[] = SOURCE_DIR "/kit";
+
 // ---- the files of the game ----
 
 // What a piece is known by: its first line of code up to its value, arguments or fields.
@@ -43,22 +45,55 @@ std::vector<std::string> PiecesOf(const std::string& text)
     return pieces;
 }
 
-// Puts the pieces of a block into a file, as the page tells its readers.
-void PutInto(std::vector<std::string>& file, const std::string& block)
+using File = std::vector<std::string>; // of pieces
+
+File::iterator Find(File& file, const std::string& key)
 {
-    const bool isNewFile = file.empty();
-    for (const std::string& piece : PiecesOf(block))
+    return std::find_if(file.begin(), file.end(), [&](const std::string& piece) { return KeyOf(piece) == key; });
+}
+
+// Takes out the pieces of a list with ", " between. Where the first of them stood; the end for none.
+std::ptrdiff_t TakeOut(File& file, const std::string& keys)
+{
+    std::ptrdiff_t place = -1;
+    std::istringstream list(keys);
+    for (std::string key; std::getline(list >> std::ws, key, ',');)
     {
-        const auto found = std::find_if(file.begin(), file.end(),
-                                        [&](const std::string& other) { return KeyOf(other) == KeyOf(piece); });
-        if (found != file.end())
-            *found = piece;
-        else
-            file.insert(isNewFile ? file.end() : file.end() - 1, piece);
+        const auto found = Find(file, key);
+        EXPECT_NE(found, file.end()) << "there is no " << key;
+        if (found == file.end())
+            continue;
+        const std::ptrdiff_t index = found - file.begin();
+        if (place < 0)
+            place = index;
+        else if (index < place)
+            --place; // what stands behind moves up
+        file.erase(found);
+    }
+    return place;
+}
+
+// Puts the pieces of a block into a file, as the page tells its readers. instead: the pieces that go for it.
+void PutInto(File& file, const std::string& block, const std::string& instead)
+{
+    const std::ptrdiff_t taken = TakeOut(file, instead);
+    const std::ptrdiff_t last = static_cast<std::ptrdiff_t>(file.size()) - 1;
+    std::ptrdiff_t place = taken >= 0 ? taken : std::max<std::ptrdiff_t>(last, 0);
+    const std::vector<std::string> pieces = PiecesOf(block);
+    for (auto piece = pieces.rbegin(); piece != pieces.rend(); ++piece)
+    {
+        const auto found = Find(file, KeyOf(*piece));
+        if (found == file.end())
+        {
+            file.insert(file.begin() + place, *piece);
+            continue;
+        }
+        *found = *piece;
+        place = found - file.begin();
     }
 }
 
-std::string Joined(const std::vector<std::string>& pieces)
+std::string Joined(const File& pieces)
 {
     std::string text;
     for (const std::string& piece : pieces)
@@ -79,7 +114,10 @@ struct Scene
     int coins;  // -1: there are none yet
 };
 
+constexpr int FIRST_SMOOTH_STEP = 9; // the kit's camera goes to its place ever more slowly
 constexpr char RIGHT[] = "0 key right down\n";
+
+constexpr char APART[] = "0 key right down\n200 key right up\n";
 
 // Ground lies at y = 352. A hero walks 3 units a frame and comes down in 10 frames: 1 + 2 + ... + 9, and the rest.
 constexpr Scene SCENES[] = {
@@ -96,7 +134,11 @@ constexpr Scene SCENES[] = {
     {6, RIGHT, 60, 0, 280, 352, 80, -1}, // 280 + 120 - 320
     {7, RIGHT, 60, 0, 280, 352, 80, 1},  // the coin at 144, 336
     {7, "", 60, 0, 100, 352, 0, 1},      // the second hero stands beside it
-    {9, "0 key right down\n40 key f2 tap\n60 key right up\n80 key f3 tap\n", 81, 0, 223, 352, 23, 1},
+    {9, "", 120, 0, 100, 352, 0, 1},
+    {9, APART, 500, 0, 700, 352, 80, 1}, // 560 apart and 60 around: 680 shown, the middle is 420
+    {10, "", 60, 0, 100, 352, 0, 1},
+    {10, APART, 500, 0, 700, 352, 80, 1},
+    {11, "0 key right down\n40 key f2 tap\n60 key right up\n80 key f3 tap\n", 81, 0, 223, 352, 0, 1},
 };
 
 class YourGame : public CommandLine
@@ -156,25 +198,31 @@ private:
 
     void TakeBlock(const std::string& head, const std::string& block, const std::string& named)
     {
-        const size_t blank = head.find(' ');
-        const std::string kind = head.substr(0, blank), name = blank == std::string::npos ? "" : head.substr(blank + 1);
+        std::istringstream words(head);
+        std::string kind, name, instead;
+        words >> kind >> name >> instead >> instead; // "lua hop.lua instead of room_add, local coin"
+        std::getline(words >> std::ws, instead);
         if (kind == "sh")
             return RunLines(block);
-        EXPECT_TRUE(name.empty() || named == name) << "the text speaks of " << named;
+        EXPECT_TRUE(name.empty() || named == std::filesystem::path(name).filename()) << "the text speaks of " << named;
         if (kind == "text")
+        {
             directory.Write(name, block);
+            if (name.rfind("hop/", 0) == 0)
+                files[name.substr(4)] = {block};
+        }
         else if (kind == "lua")
-            TakeLua(name, block);
+            TakeLua(name, block, instead);
     }
 
-    void TakeLua(const std::string& name, const std::string& block)
+    void TakeLua(const std::string& name, const std::string& block, const std::string& instead)
     {
-        std::vector<std::string>& file = files[name];
+        File& file = files[name];
         if (files.size() == 1 && file.empty()) // the first step shows what the runner has made
         {
             EXPECT_EQ(directory.Read("hop/" + name), block);
         }
-        PutInto(file, block);
+        PutInto(file, block, instead);
         directory.Write("hop/" + name, Joined(file));
     }
 
@@ -188,6 +236,11 @@ private:
             std::vector<std::string> arguments;
             for (words >> program; words >> word;)
                 arguments.push_back(word);
+            if (program == "cp")
+            {
+                std::filesystem::copy_file(std::string(SOURCE_DIR) + "/" + arguments.at(0), arguments.at(1));
+                continue;
+            }
             if (program == "cmp")
             {
                 EXPECT_EQ(directory.Read(arguments.at(0)), directory.Read(arguments.at(1)));
@@ -200,6 +253,8 @@ private:
                 arguments.back() = "--no-draw";
                 arguments.insert(arguments.end(), {"--frames", "5", "--check"});
             }
+            if (arguments.at(0) != "--new")
+                arguments.insert(arguments.end(), {"--kit", KIT});
             EXPECT_EQ(Run(arguments), 0) << line << ": " << err;
         }
     }
@@ -209,7 +264,7 @@ private:
     {
         if (m_step > 0)
         {
-            EXPECT_EQ(Run({"hop/hop.lua", "--frames", "90", "--no-draw", "--check", "--quiet"}), 0)
+            EXPECT_EQ(Run({"hop/hop.lua", "--kit", KIT, "--frames", "90", "--no-draw", "--check", "--quiet"}), 0)
                 << "step " << m_step << ": " << err;
             for (const Scene& scene : SCENES)
                 if (scene.step == m_step)
@@ -227,6 +282,7 @@ private:
         Runner::GameOptions options;
         options.file = "hop/hop.lua";
         options.draw = false;
+        options.kit = KIT;
         Runner::Game game(options, Runner::OpenApi);
         ASSERT_TRUE(game.Load()) << game.Failure();
         Runner::InputScript input;
@@ -241,7 +297,8 @@ private:
         const Runner::Instance& hero = *game.world.Instances()[static_cast<size_t>(scene.hero)];
         EXPECT_EQ(hero.x, scene.x);
         EXPECT_EQ(hero.y, scene.y);
-        EXPECT_EQ(g_CM.GetCamera(Run_Room->r_view[0]->cameraID)->GetViewX(), scene.left);
+        const CCamera& camera = *g_CM.GetCamera(Run_Room->r_view[0]->cameraID);
+        EXPECT_NEAR(camera.GetViewX(), scene.left, scene.step < FIRST_SMOOTH_STEP ? 0.0f : 0.5f);
         const auto& all = game.world.Instances();
         const auto left =
             std::count_if(all.begin(), all.end(), [](const auto& each) { return each->type.name == "coin"; });
@@ -252,15 +309,15 @@ private:
     int m_step = 0;
 
 protected:
-    std::map<std::string, std::vector<std::string>> files; // by their names, as far as the page has come
-    int closed = 0;                                        // steps
+    std::map<std::string, File> files; // by their names, as far as the page has come
+    int closed = 0;                    // steps
 };
 
 // The finished game stands beside the page, for readers and for its picture. YOUR_GAME_WRITE=1 writes it anew.
 TEST_F(YourGame, EachStepOfThePagePlaysAsItSaysAndTheLastIsTheFinishedGame)
 {
     Follow();
-    EXPECT_EQ(closed, 10);
+    EXPECT_EQ(closed, 12);
     const std::string folder = std::string(SOURCE_DIR) + "/Docs/Your_Game/";
     for (const auto& [name, pieces] : files)
     {
@@ -271,7 +328,7 @@ TEST_F(YourGame, EachStepOfThePagePlaysAsItSaysAndTheLastIsTheFinishedGame)
         text << file.rdbuf();
         EXPECT_EQ(text.str(), Joined(pieces)) << name << ": play this test with YOUR_GAME_WRITE=1";
     }
-    EXPECT_EQ(files.size(), 4u);
+    EXPECT_EQ(files.size(), 5u);
 }
 
 // ---- --new ----

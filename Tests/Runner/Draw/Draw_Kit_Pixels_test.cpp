@@ -12,14 +12,14 @@ using DrawTest::At;
 using DrawTest::WHITE;
 using Runner::Picture;
 
-constexpr int FRAMES = 40;
+constexpr int FRAMES = 24;
 
 // A wall of tiles of one unit, dark colours in no order, and a white walker. SPEED_X and SPEED_Y are units a frame,
 // ASIDE is how far the camera keeps beside the walker, SCALE the pixels for a unit, PIXELS and ZOOM the camera's
 // fields. Without PIXELS the walker is drawn at rounded places all the same, as games do.
 constexpr char GAME[] = R"lua(
 local kit = include("kit/camera_kit.lua")
-screen_set_size(120, 64)
+screen_set_size(60, 32)
 local walker = object_add{ bbox = {-3, -3, 3, 3},
     step = function(self) self.x, self.y = self.x + SPEED_X, self.y + SPEED_Y end,
     draw = function(self)
@@ -36,7 +36,7 @@ local function draw_tile(column, row)
     draw_set_colour(colour_rgb(shade, 2 * shade, 127 - shade))
     draw_rectangle(column, row, column + 1, row + 1)
 end
-room_add{ width = 400, height = 400, views = { [0] = { w = 120 // SCALE, h = 64 // SCALE } },
+room_add{ width = 400, height = 400, views = { [0] = { w = 60 // SCALE, h = 32 // SCALE } },
     instances = { {walker, 80.3, 60.7}, {follower, 0, 0} },
     create = function()
         kit.camera{ view = 0, follow = walker, style = "lock", limits = false, offset = {x = ASIDE, y = -0.3},
@@ -45,8 +45,8 @@ room_add{ width = 400, height = 400, views = { [0] = { w = 120 // SCALE, h = 64 
     draw = function()
         local camera = view_get_camera(0)
         local left, top = math.floor(camera_get_view_x(camera)), math.floor(camera_get_view_y(camera))
-        for column = left - 1, left + 120 // SCALE + 1 do
-            for row = top - 1, top + 64 // SCALE + 1 do
+        for column = left - 1, left + 60 // SCALE + 1 do
+            for row = top - 1, top + 32 // SCALE + 1 do
                 draw_tile(column, row)
             end
         end

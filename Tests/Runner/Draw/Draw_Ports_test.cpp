@@ -14,6 +14,27 @@ TEST_F(Ports, NothingIsDrawnOutsideOfThePort)
     EXPECT_EQ(CountPixels(Shown(), BLACK), 64 * 64 - 200);
 }
 
+// A frame that fails leaves the picture of the frame before; the next one draws on.
+TEST_F(Ports, AFrameThatIsTakenBackLeavesTheScreenOfTheOneBefore)
+{
+    Fill(RED, 0, 0, 64, 64);
+    Paint().EndFrame();
+    for (const Pixel& colour : {BLUE, GREEN})
+    {
+        Paint().BeginFrame();
+        Paint().Clear(0);
+        Fill(colour, 0, 0, 32, 64);
+        Paint().TakeBackFrame();
+        EXPECT_EQ(CountPixels(Paint().ReadScreen(), RED), 64 * 64);
+    }
+    Paint().BeginFrame();
+    Paint().Clear(0);
+    Fill(YELLOW, 0, 0, 32, 64);
+    Paint().EndFrame();
+    EXPECT_EQ(CountPixels(Paint().ReadScreen(), YELLOW), 32 * 64);
+    EXPECT_EQ(CountPixels(Paint().ReadScreen(), BLACK), 32 * 64);
+}
+
 TEST_F(Ports, AWideLineDoesNotSpillEither)
 {
     Paint().SetPort({8, 16, 20, 10});

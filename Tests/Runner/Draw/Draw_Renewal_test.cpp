@@ -36,6 +36,8 @@ public:
         m_real->DrawTriangles(state, vertices, indices);
     }
     void DrawMesh(const DrawState& state, unsigned mesh, int quads) override { m_real->DrawMesh(state, mesh, quads); }
+    void BeginScreen() override { m_real->BeginScreen(); }
+    void TakeBackScreen() override { m_real->TakeBackScreen(); }
     void Finish() override { m_real->Finish(); }
     void Show(const Showing& showing) override { m_real->Show(showing); }
     void Read(unsigned target, int width, int height, uint8_t* rgba) override

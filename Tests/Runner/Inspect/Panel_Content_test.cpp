@@ -1,12 +1,14 @@
 // What the inspector says of a camera.
 #include "Runner/Inspect/Lua_Lines.h"
 #include "Runner/Inspect/Number_Text.h"
+#include "Runner/Inspect/Overlay.h"
 #include "Runner/Inspect/Step_Reason.h"
 #include "Runner/World/Camera_Callbacks.h"
 #include "Tests/Runner/Inspect/Inspect_Support.h"
 
 #include <gmock/gmock.h>
 
+#include <algorithm>
 #include <cmath>
 
 namespace
@@ -218,5 +220,56 @@ TEST_F(Inspector, AFunctionInACallbackIsACommentWithItsLine)
     ASSERT_EQ(Run("local c = camera_create_view(1, 2, 3, 4)\ncamera_set_end_script(c, function() end)"), "");
     EXPECT_THAT(LuaLines(*PeekCamera(1)),
                 HasSubstr("\n-- camera_set_end_script(camera, ...) with the function at main.lua:3\n"));
+}
+// The view's height and the border's y stay what the camera has, since one function sets both.
+TEST_F(Inspector, ListsWhatAReloadHasLeftOut)
+{
+    ASSERT_EQ(Watch(RunnerTest::FOLLOWING_GAME), "");
+    const int camera = game->rooms.Running()->views[0].cameraID;
+    const std::string number = std::to_string(camera);
+    const PanelAside aside = DescribeAside({{0, camera, "border_x", 60.5f},
+                                            {0, camera, "target", 3.0f},
+                                            {0, camera, "width", 200.0f},
+                                            {0, camera, "speed_x", 2.0f},
+                                            {0, camera, "speed_y", 3.0f},
+                                            {0, 99, "angle", 45.0f},
+                                            {0, 99, "x", 4.0f}});
+    EXPECT_THAT(aside.texts,
+                ElementsAre("camera " + number + ": border_x = 60.5", "camera " + number + ": target = 3",
+                            "camera " + number + ": width = 200", "camera " + number + ": speed_x = 2",
+                            "camera " + number + ": speed_y = 3", "camera 99: angle = 45 (there is no such camera now)",
+                            "camera 99: x = 4 (there is no such camera now)"));
+    EXPECT_EQ(aside.lua, "camera_set_view_border(" + number + ", 60.5, 40)\ncamera_set_view_target(" + number +
+                             ", 3)\ncamera_set_view_size(" + number + ", 200, 180)\ncamera_set_view_speed(" + number +
+                             ", 2, 3)\n-- camera_set_view_angle(99, 45)\n-- camera_set_view_pos(99, 4, ?)\n");
+    EXPECT_TRUE(Panel().aside.texts.empty());
+}
+
+// The view's centre is at 530 + 6 + 160, 90; the target's cross and the dead zone need no step that somebody watched.
+TEST_F(Inspector, SeesAGameThatNobodyWatched)
+{
+    Play(RunnerTest::FOLLOWING_GAME, 3);
+    const int camera = game->rooms.Running()->views[0].cameraID;
+    g_CM.GetCamera(camera)->SetViewDirty();
+    notes.Look(*game);
+    EXPECT_TRUE(g_CM.GetCamera(camera)->IsViewDirty()) << "nothing is built in the game";
+    EXPECT_EQ(notes.Frame(), 2);
+    ASSERT_EQ(notes.Views().size(), 1u);
+    EXPECT_EQ(notes.Views()[0].camera, camera);
+    EXPECT_EQ(notes.Views()[0].port.width, 640);
+    EXPECT_NEAR(notes.Views()[0].areaX, 540.0f, 0.001f);
+    EXPECT_THAT(Panel().reason, ElementsAre("nobody watched its last update; the next one will be told"));
+    const auto overlays = MakeOverlays(notes);
+    ASSERT_EQ(overlays.size(), 1u);
+    const auto has = [&overlays](OverlayKind kind)
+    {
+        return std::any_of(overlays[0].lines.begin(), overlays[0].lines.end(),
+                           [kind](const OverlayLine& line) { return line.kind == kind; });
+    };
+    EXPECT_TRUE(has(OverlayKind::DeadZone));
+    EXPECT_TRUE(has(OverlayKind::Target));
+    game->observer = &notes;
+    EXPECT_EQ(PlayOn(1), "");
+    EXPECT_EQ(notes.Frame(), 3);
 }
 } // namespace

@@ -4,11 +4,27 @@
 
 #include <lua.hpp>
 
+#include <cmath>
 #include <memory>
 #include <string>
 
 namespace
 {
+template <double (*FUNCTION)(double)> int Inexact(lua_State* L)
+{
+    lua_pushnumber(L, FUNCTION(luaL_checknumber(L, 1)));
+    return 1;
+}
+
+// Our Lua leaves these to its host, so that they have the same bits everywhere.
+void OpenInexact(lua_State* L)
+{
+    constexpr luaL_Reg functions[] = {{"sin", Inexact<std::sin>}, {"cos", Inexact<std::cos>}, {nullptr, nullptr}};
+    lua_getglobal(L, LUA_MATHLIBNAME);
+    luaL_setfuncs(L, functions, 0);
+    lua_pop(L, 1);
+}
+
 void OpenLibraries(lua_State* L)
 {
     constexpr luaL_Reg libraries[] = {{LUA_GNAME, luaopen_base},
@@ -20,6 +36,7 @@ void OpenLibraries(lua_State* L)
         luaL_requiref(L, library.name, library.func, 1);
         lua_pop(L, 1);
     }
+    OpenInexact(L);
 }
 
 TEST(KitAlone, RunsInPlainLuaOnStandIns)

@@ -100,16 +100,17 @@ TEST_F(SaveLists, ADrawnGameHasThumbnailsThatComparisonsLeaveOut)
     std::string why;
     std::vector<uint8_t> first, second;
     ASSERT_TRUE(Runner::DecodeState({drawn.begin(), drawn.end()}, state, why)) << why;
-    ASSERT_EQ(state.thumbnail.rgb.size(), 96u * 48u * 3u);
-    EXPECT_EQ(state.thumbnail.rgb[3 * (20 * 96 + 40)], 255); // left of the middle
-    EXPECT_EQ(state.thumbnail.rgb[3 * (20 * 96 + 60)], 0);
+    constexpr size_t PIXELS = size_t{96} * 48, ROW = size_t{96} * 20;
+    ASSERT_EQ(state.thumbnail.rgb.size(), 3 * PIXELS);
+    EXPECT_EQ(state.thumbnail.rgb[3 * (ROW + 40)], 255); // left of the middle
+    EXPECT_EQ(state.thumbnail.rgb[3 * (ROW + 60)], 0);
     ASSERT_TRUE(Runner::ComparableSave({drawn.begin(), drawn.end()}, first, why));
     options.draw = false;
     game.reset();
     ASSERT_EQ(Play(text.substr(0, text.find("if frame_number() == 2")) + "end }", 3), "");
     const std::string bare = directory.Read("save/a.sav");
     ASSERT_TRUE(Runner::ComparableSave({bare.begin(), bare.end()}, second, why));
-    EXPECT_LT(bare.size(), drawn.size() - 96u * 48u * 3u + 100);
+    EXPECT_LT(bare.size(), drawn.size() - 3 * PIXELS + 100);
     EXPECT_EQ(first.size(), bare.size());
     EXPECT_EQ(std::string(second.begin(), second.end()), bare);
 }
@@ -121,20 +122,21 @@ class OldSaves : public SaveTest
 protected:
     const std::string folder = std::string(SOURCE_DIR) + "/Tests/Runner/Save/Old_Saves/";
 
-    std::string LoadOld(const std::string& text)
+    // Loads the save of that name in a game of that text.
+    std::string LoadOld(const std::string& text, const std::string& name = "version_1")
     {
-        std::ifstream file(folder + "version_1.sav", std::ios::binary);
+        std::ifstream file(folder + name + ".sav", std::ios::binary);
         std::stringstream bytes;
         bytes << file.rdbuf();
         directory.Write("state.sav", bytes.str());
-        options.file = directory.Write("version_1.lua", text);
+        options.file = directory.Write(name + ".lua", text);
         game = std::make_unique<Runner::Game>(options, Runner::OpenApi);
         return game->Load() ? Load() : game->Failure();
     }
 
-    std::string OldGame() const
+    std::string OldGame(const std::string& name = "version_1") const
     {
-        std::ifstream file(folder + "version_1.lua");
+        std::ifstream file(folder + name + ".lua");
         std::stringstream text;
         text << file.rdbuf();
         return text.str();
@@ -157,6 +159,22 @@ TEST_F(OldSaves, OneOfFileVersionOneIsRefusedByOtherCodeAndTheLineNamesIt)
               "cannot load " + SavePath() +
                   ": it is of file version 1, which holds no names, and the game's files have changed since it was "
                   "made");
+}
+
+TEST_F(OldSaves, OneOfFileVersionTwoLoadsInTheGameThatMadeItAndInALaterOne)
+{
+    ASSERT_EQ(LoadOld(OldGame("version_2"), "version_2"), "");
+    EXPECT_EQ(Log(), "loaded 7 90 3\n");
+    EXPECT_EQ(PlayOn(10), "");
+    EXPECT_EQ(game->world.Find(100000)->x, 16.0f); // 1, and 30 steps of a half
+    game.reset();
+    ASSERT_EQ(
+        LoadOld("function on_load() end " + OldGame("version_2").replace(OldGame("version_2").find("(1)"), 3, "(2)"),
+                "version_2"),
+        "");
+    EXPECT_EQ(game->world.Find(100000)->x, 11.0f);
+    EXPECT_EQ(Log(),
+              "loaded 7 90 3\n" + SavePath() + ": it was made by version 1 and goes on in version 2\nloaded 7 90 3\n");
 }
 
 TEST_F(OldSaves, SavingItAgainWritesTheNewFile)

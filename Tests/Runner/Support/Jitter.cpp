@@ -58,6 +58,7 @@ public:
         m_before = m_change;
         m_change = change;
         m_pace = pace;
+        m_targetStep = now.target - m_last.target;
         m_last = now;
         ++m_frames;
     }
@@ -87,7 +88,9 @@ private:
 
     void JudgeStep(const Look& now, double change)
     {
-        if (now.constant < STEADY_FRAMES || m_isSteady < STEADY_FRAMES)
+        // Where a float's unit changes, a constant speed becomes another one.
+        const bool isConstant = now.constant >= STEADY_FRAMES && now.target - m_last.target == m_targetStep;
+        if (!isConstant || m_isSteady < STEADY_FRAMES)
             return;
         ++m_figures.steadyFrames;
         m_figures.step = std::max(m_figures.step, std::abs(change - m_change));
@@ -107,7 +110,7 @@ private:
     JitterFigures& m_figures;
     int m_frames = 0, m_isSteady = 0;
     bool m_wasFree = false;
-    double m_change = 0.0, m_before = 0.0, m_pace = 0.0;
+    double m_change = 0.0, m_before = 0.0, m_pace = 0.0, m_targetStep = 0.0;
     Look m_last = {};
 };
 
@@ -291,8 +294,9 @@ std::string JitterBroken(JitterBatch batch, const JitterStyle& style, const Jitt
         return name + ": a steady step changes by " + std::to_string(figures.step) + " pixels";
     if (figures.alternations > 0)
         return name + ": the target went to and fro " + std::to_string(figures.alternations) + " times";
-    const double snap = isSnapped ? 2.0 : 0.0;
-    if (style.acceleration > 0.0 && figures.acceleration > style.acceleration + ROUNDING + snap)
+    // Whole pixels come after the smoothing, which is the same in the smooth batch.
+    const bool isSmoothed = style.acceleration > 0.0 && !isSnapped;
+    if (isSmoothed && figures.acceleration > style.acceleration + ROUNDING)
         return name + ": the camera's speed changes by " + std::to_string(figures.acceleration) + " in a frame";
     return "";
 }

@@ -42,7 +42,7 @@ struct JitterRun
     JitterBatch batch = JitterBatch::Smooth;
     uint64_t firstSeed = 1;
     int paths = 0;
-    int frames = 480; // of each path
+    int frames = 300; // of each path
     int together = 8; // styles that follow each path; fewer take turns, and each follows so many paths fewer
 };
 

@@ -69,8 +69,17 @@ private:
         m_path.push_back(next);
     }
 
+    // A phase does not begin with a turn at an edge: it heads away from one that is near.
+    double Away(float place, double speed) const
+    {
+        const double end = static_cast<double>(place) + speed * SHORTEST_PHASE;
+        return end < EDGE || end > m_size - EDGE ? -speed : speed;
+    }
+
     void Run(double speedX, double speedY, int frames)
     {
+        speedX = Away(m_path.back().x, speedX);
+        speedY = Away(m_path.back().y, speedY);
         for (int i = 0; i < frames && !IsDone(); ++i)
         {
             Move(speedX, speedY);
@@ -82,10 +91,17 @@ private:
     // Up and down again to the same ground, or to a platform on the way down.
     void Jump(double speedX)
     {
+        speedX = Away(m_path.back().x, speedX);
         const int rise = m_random.Range(12, 28);
         const int frames = m_random.Range(0, 1) == 0 ? 2 * rise + 1 : rise + 1 + m_random.Range(rise / 2, rise);
         for (int i = 0; i < frames && !IsDone() && !HasJustTurned(); ++i)
             Move(speedX, (i - rise) * GRAVITY);
+    }
+
+    bool IsFarFromEdges() const
+    {
+        const double x = static_cast<double>(m_path.back().x);
+        return x > 10.0 * EDGE && x < m_size - 10.0 * EDGE;
     }
 
     void Accelerate(double to)
@@ -111,7 +127,7 @@ private:
         case 0: return Run(0.0, 0.0, PhaseLength());
         case 1: return Run(-speed, 0.0, PhaseLength());
         case 2: return Run(RandomSpeed(), RandomSpeed(), PhaseLength()); // flies
-        case 3: return Accelerate(RandomSpeed());
+        case 3: return IsFarFromEdges() ? Accelerate(RandomSpeed()) : Run(speed, 0.0, PhaseLength());
         case 4: return mayJump ? Jump(speed) : Run(speed, 0.0, PhaseLength());
         default: return Run(RandomSpeed(), 0.0, PhaseLength());
         }
