@@ -204,6 +204,24 @@ TEST_F(RoomFromMap, ZonesAreGivenAsTheKitTakesThem)
     EXPECT_EQ(Log(), "hall\t8.0\t2.0\t24.0\t6.0\t1.5\tfalse\n");
 }
 
+TEST_F(RoomFromMap, TheKitTakesTheZonesOfAMap)
+{
+    const std::string group =
+        R"(<objectgroup name="a"><object id="1" type="person" x="20" y="4"/><object id="2" type="zone" )"
+        R"(name="hall" x="8" y="2" width="16" height="8"><properties>)"
+        R"(<property name="zoom" type="float" value="2"/><property name="frames" type="int" value="0"/>)"
+        R"(<property name="margin" type="int" value="1"/></properties></object></objectgroup>)";
+    options.kit = SOURCE_DIR "/kit";
+    ASSERT_EQ(
+        PlayMap(MapText(group),
+                "views = { [0] = { w = 32, h = 16 } }, create = function() kit.camera{ view = 0, follow = 0, style = "
+                "'lock', zones = map_zones(ROOM) } end, step = function() kit.step() "
+                "print(camera_get_view_width(view_get_camera(0))) end",
+                std::string("kit = include('kit/camera_kit.lua')\n") + PERSON),
+        "");
+    EXPECT_THAT(Log(), EndsWith("\n16\n")) << "half of 32, by the zone's zoom";
+}
+
 // ---- cells ----
 
 constexpr char CELLS[] = R"(print(map_tile_get('cells', 1, 0)); map_tile_set('cells', 1, 0, 3, 5)
