@@ -50,7 +50,7 @@ need() {
 }
 
 BUILD_PACKAGES="g++ cmake ninja-build pkg-config patch libpng-dev libegl-dev libgles-dev
-    libgl1-mesa-dri libegl-mesa0 ca-certificates"
+    libgl1-mesa-dri libegl-mesa0 ca-certificates libpugixml-dev rapidjson-dev zlib1g-dev libzstd-dev"
 WINDOW_PACKAGES="libsdl2-dev libimgui-dev"
 WINDOW_TEST_PACKAGES="xvfb xdotool imagemagick x11-utils"
 TEST_PACKAGES="libgtest-dev libgmock-dev liblodepng-dev clang clang-format clang-tidy"

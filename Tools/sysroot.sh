@@ -21,6 +21,7 @@ folder=$(cd "$folder" && pwd)
 
 # libc, libgcc and libstdc++ are not listed: they come with the cross compiler.
 PACKAGES="libpng-dev libpng16-16 zlib1g-dev zlib1g googletest
+    libpugixml-dev libpugixml1v5 libzstd-dev libzstd1 rapidjson-dev
     libbenchmark-dev libbenchmark1debian libglm-dev libcglm-dev libeigen3-dev libyuv-dev libyuv0 libjpeg62-turbo
     libspng-dev libspng0 liblodepng-dev liblodepng0 libstb-dev"
 

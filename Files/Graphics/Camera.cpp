@@ -22,13 +22,6 @@ void Discard(RValue& field)
     field = EmptyValue(VALUE_UNDEFINED);
 }
 
-// Where the matrix is singular, its own copy is stored as the inverse.
-void StoreInverse(kvMatrix& inverse, const kvMatrix& matrix)
-{
-    if (!InvertTo(inverse, matrix))
-        inverse = matrix;
-}
-
 } // namespace
 
 CCamera::CCamera()
@@ -102,9 +95,9 @@ void CCamera::SetViewMat(const kvMatrix& view)
 
 void CCamera::UpdateAfterBuild()
 {
-    StoreInverse(m_invProjMat, m_projMat); // first: it depends on nothing that follows
-    UpdateProducts();
-    StoreInverse(m_invViewMat, m_viewMat);
+    kvMatrix::Multiply(m_viewProjMat, m_viewMat, m_projMat);
+    UpdateInverses();
+    Update2D();
     m_isViewDirty = false;
 }
 

@@ -124,18 +124,21 @@ CFollowAxis CCamera::FollowAxisY() const { return AxisY(*this); }
 
 CInstance* CCamera::FindTarget() const { return TargetOf(m_targetInstance); }
 
+// Apart from CameraUpdate, so that a step without a callback pays nothing for the handle.
+bool CCamera::UpdateByScript()
+{
+    const CCameraHandle self(this);
+    if (!ExecuteScript(&m_updateScript))
+        return false;
+    if (self.IsOfNoCamera() || self.Get() != nullptr)
+        BuildViewIfDirty();
+    return true;
+}
+
 void CCamera::CameraUpdate()
 {
-    if (!IsNoScript(m_updateScript))
-    {
-        const CCameraHandle self(this);
-        if (ExecuteScript(&m_updateScript))
-        {
-            if (self.IsOfNoCamera() || self.Get() != nullptr)
-                BuildViewIfDirty();
-            return;
-        }
-    }
+    if (!IsNoScript(m_updateScript) && UpdateByScript())
+        return;
     if (CInstance* const target = TargetOf(m_targetInstance))
         Follow(*target);
     BuildViewIfDirty();

@@ -16,7 +16,7 @@ constexpr float DEPTH_RANGE = 32000.0f;
 // A view that looks along +z at the room point (x, y), rotated by the angle.
 void LookAlongZ(kvMatrix& view, float x, float y, float eyeZ, float degrees)
 {
-    const float angle = -(degrees * RADIANS_PER_DEGREE); // negated after the product: 0 gives minus zero
+    const float angle = degrees * -RADIANS_PER_DEGREE; // 0 gives minus zero
     const kvVector3 eye = {x, y, eyeZ};
     const kvVector3 at = {x, y, 0.0f};
     const SineCosine turn = GR_SinCos(angle);

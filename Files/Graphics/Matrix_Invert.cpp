@@ -5,6 +5,7 @@
 
 #include "Files/Graphics/Matrix_Invert.h"
 
+#include "Files/Graphics/Camera.h"
 #include "Files/Graphics/Matrix_Adjugate.h"
 #include "Platform/Lanes.h"
 #include "Platform/Matrix.h"
@@ -23,6 +24,7 @@ namespace
 
 constexpr uint32_t ONE = 0x3F800000;
 constexpr float SMALL = 1099511627776.0f; // 2^40
+constexpr float BELOW_2 = 1.99999988f;    // the last one
 
 #if defined(__SSE2__)
 
@@ -44,14 +46,19 @@ struct Rows
     }
     Rows(__m128 row0, __m128 row1, __m128 row2, __m128 row3) : r0(row0), r1(row1), r2(row2), r3(row3) {}
 
+    void Store(float* m) const
+    {
+        _mm_storeu_ps(m, r0);
+        _mm_storeu_ps(m + 4, r1);
+        _mm_storeu_ps(m + 8, r2);
+        _mm_storeu_ps(m + 12, r3);
+    }
+
     // Stores every entry, multiplied by 1 / determinant.
     void StoreDivided(float* m, float determinant) const
     {
         const __m128 s = _mm_set1_ps(1.0f / determinant);
-        _mm_storeu_ps(m, r0 * s);
-        _mm_storeu_ps(m + 4, r1 * s);
-        _mm_storeu_ps(m + 8, r2 * s);
-        _mm_storeu_ps(m + 12, r3 * s);
+        Rows(r0 * s, r1 * s, r2 * s, r3 * s).Store(m);
     }
 };
 
@@ -75,21 +82,24 @@ inline bool InvertFlat(float* inverse, const Rows& m)
     const __m128 ze = _mm_unpackhi_ps(m.r3, m.r2); // z e 1 0
     const __m128 eeee = Spread<2>(m.r2);
 
-    // de -be -ce ae
-    const __m128 block = _mm_xor_ps(Pick<3, 2, 1, 0>(acbd) * eeee, negate12);
-    const __m128 terms = m.r0 * Pick<0, 2, 2, 2>(block);
-    const float determinant = First(terms) + First(Spread<1>(terms));
+    // de ce, then ade bce
+    const __m128 terms = m.r0 * (Pick<1, 0, 2, 3>(m.r1) * eeee);
+    const float determinant = First(terms) - First(Spread<1>(terms));
     if (determinant == 0.0f)
         return false;
 
+    const __m128 block = _mm_xor_ps(Pick<3, 2, 1, 0>(acbd) * eeee, negate12); // de -be -ce ae
     // ce ae ad ad, then cey aey adz ade; xd xb cb cb, then xde xbe cbz cbe
     const __m128 u = Pick<1, 0, 0, 0>(acbd) * Pick<0, 0, 1, 1>(eeee, m.r1);
     const __m128 v = Pick<0, 0, 0, 0>(m.r3, m.r1) * Pick<3, 2, 2, 2>(acbd);
     const __m128 row3 = u * Pick<1, 1, 0, 1>(m.r3, ze) - v * Pick<0, 0, 0, 1>(eeee, ze);
 
-    Rows(_mm_movelh_ps(block, zero) + zero, _mm_movehl_ps(zero, block) + zero, Only<2>(u - v) + zero,
-         _mm_xor_ps(row3, negate12) + zero)
-        .StoreDivided(inverse, determinant);
+    const __m128 s = _mm_set1_ps(1.0f / determinant);
+    const __m128 divided = (block + zero) * s;
+    const __m128 row2 = (Only<2>(u - v) + zero) * s; // its first two lanes are what the rows above end with
+    Rows(Pick<0, 1, 0, 1>(divided, row2), Pick<2, 3, 0, 1>(divided, row2), row2,
+         (_mm_xor_ps(row3, negate12) + zero) * s)
+        .Store(inverse);
     return true;
 }
 
@@ -109,10 +119,43 @@ inline bool InvertUpright(float* inverse, const Rows& m)
     const __m128 u = Pick<0, 1, 1, 1>(_mm_unpacklo_ps(m.r3, m.r0)) * Pick<0, 2, 0, 0>(ddee);
     const __m128 eyze = _mm_move_ss(Pick<1, 1, 0, 1>(m.r3, _mm_unpackhi_ps(m.r3, m.r2)), eeee);
 
-    Rows(_mm_move_ss(zero, de) + zero, Only<1>(u) + zero, Only<2>(u) + zero, _mm_xor_ps(u * eyze, negate012) + zero)
+    const __m128 diagonal = _mm_move_ss(u, de) + zero;
+    Rows(Only<0>(diagonal), Only<1>(diagonal), Only<2>(diagonal), _mm_xor_ps(u * eyze, negate012) + zero)
         .StoreDivided(inverse, determinant);
     return true;
 }
+
+// HasFlatShape of several matrices at once, by a stricter test: entries of the rows 0 to 2 below 2, as those of a view
+// larger than one unit are. The bits of numbers, laid over each other, are those of a number no smaller than each,
+// which a NaN or an infinity makes one, too. The last rows hold places; their magnitudes are added.
+struct ShapesTogether
+{
+    __m128 rows01, rows2, rows3;
+    uint32_t lastEntries;
+
+    ShapesTogether(const kvMatrix& matrix, const Rows& m)
+        : rows01(_mm_or_ps(m.r0, m.r1)), rows2(m.r2), rows3(Magnitudes(m.r3)), lastEntries(matrix.u[15] ^ ONE)
+    {
+    }
+
+    void Add(const kvMatrix& matrix, const Rows& m)
+    {
+        rows01 = _mm_or_ps(_mm_or_ps(rows01, m.r0), m.r1);
+        rows2 = _mm_or_ps(rows2, m.r2);
+        rows3 = rows3 + Magnitudes(m.r3);
+        lastEntries |= matrix.u[15] ^ ONE;
+    }
+
+    bool AreFlat() const
+    {
+        const __m128 rows01Fit = _mm_cmple_ps(Magnitudes(rows01), _mm_setr_ps(BELOW_2, BELOW_2, 0.0f, 0.0f));
+        const __m128 rows2Fit = _mm_cmple_ps(Magnitudes(rows2), _mm_setr_ps(0.0f, 0.0f, BELOW_2, 0.0f));
+        const __m128 rows3Fit = _mm_cmple_ps(rows3, _mm_setr_ps(SMALL, SMALL, SMALL, SMALL));
+        return InAll(_mm_and_ps(_mm_and_ps(rows01Fit, rows2Fit), rows3Fit)) && lastEntries == 0;
+    }
+};
+
+inline bool IsUnturned(const kvMatrix& matrix) { return (matrix.u[1] | matrix.u[4]) << 1 == 0; }
 
 // ---- any matrix: one row of the adjugate (four cofactors) at once, in the definition's order ----
 
@@ -205,7 +248,28 @@ bool CameraModule::InvertTo(kvMatrix& inverse, const kvMatrix& matrix)
     const Rows m(matrix.m);
     if (!HasFlatShape(matrix, m))
         return InvertAny(inverse.m, m, matrix.m);
-    return (matrix.u[1] | matrix.u[4]) << 1 == 0 ? InvertUpright(inverse.m, m) : InvertFlat(inverse.m, m);
+    return IsUnturned(matrix) ? InvertUpright(inverse.m, m) : InvertFlat(inverse.m, m);
+}
+
+// Most cameras are flat: all three are inverted as such, and again where one was not or has no inverse. One look at all
+// shapes together takes less than three.
+void CCamera::UpdateInverses()
+{
+    const Rows projection(m_projMat.m);
+    ShapesTogether shapes(m_projMat, projection);
+    bool inverted = IsUnturned(m_projMat) && InvertUpright(m_invProjMat.m, projection);
+    if (inverted)
+    {
+        const bool unturned = IsUnturned(m_viewMat) && IsUnturned(m_viewProjMat);
+        const Rows product(m_viewProjMat.m);
+        shapes.Add(m_viewProjMat, product);
+        inverted = unturned ? InvertUpright(m_invViewProjMat.m, product) : InvertFlat(m_invViewProjMat.m, product);
+        const Rows view(m_viewMat.m);
+        shapes.Add(m_viewMat, view);
+        inverted &= unturned ? InvertUpright(m_invViewMat.m, view) : InvertFlat(m_invViewMat.m, view);
+    }
+    if (!inverted || !shapes.AreFlat())
+        UpdateEachInverse();
 }
 
 #else
@@ -248,6 +312,15 @@ bool CameraModule::InvertTo(kvMatrix& inverse, const kvMatrix& matrix)
     return HasFlatShape(matrix) ? InvertFlat(inverse, matrix) : InvertByDefinition(inverse.m, matrix.m);
 }
 
+void CCamera::UpdateInverses() { UpdateEachInverse(); }
+
 #endif
+
+void CCamera::UpdateEachInverse()
+{
+    StoreInverse(m_invProjMat, m_projMat);
+    StoreInverse(m_invViewProjMat, m_viewProjMat);
+    StoreInverse(m_invViewMat, m_viewMat);
+}
 
 bool kvMatrix::Invert() { return InvertTo(*this, *this); }

@@ -3,6 +3,7 @@
 #include "Runner/Api/Api_Functions.h"
 #include "Runner/Draw/Painter.h"
 #include "Runner/Game/Game.h"
+#include "Runner/Host/Console.h"
 #include "Runner/Lua/Script_Engine.h"
 #include "Runner/Lua/Settings_Table.h"
 
@@ -33,9 +34,10 @@ void RaisePainterError(const Arguments& call)
         call.Fail(problem);
 }
 
-std::array<ApiTable, 8> AllTables()
+std::array<ApiTable, 10> AllTables()
 {
-    return {WorldApi(), RoomApi(), SystemApi(), DrawApi(), PictureApi(), SpaceApi(), InputApi(), PointApi()};
+    return {WorldApi(), RoomApi(),  SystemApi(), DrawApi(), PictureApi(),
+            SpaceApi(), InputApi(), PointApi(),  MapApi(),  SaveApi()};
 }
 
 int CallApi(lua_State* L)
@@ -82,6 +84,8 @@ void OpenApi(lua_State* L, Game& game)
     OpenColours(L);
     OpenSettings(L, game.options.settings);
     lua_newtable(L);
+    if (game.options.strict)
+        WatchVars(L);
     lua_setglobal(L, "vars");
 }
 
@@ -101,6 +105,13 @@ std::string ShownText(const Arguments& call, int i)
     size_t size = 0;
     const char* text = lua_tolstring(call.L, i, &size);
     return std::string(text, size);
+}
+
+int ReturnTold(const Arguments& call, const Answer& answer)
+{
+    if (!answer.done && !answer.why.empty())
+        PrintLine(std::string(call.Name()) + "() - " + answer.why);
+    return call.Return(answer.done);
 }
 
 Painter& OpenedPainter(const Arguments& call)

@@ -43,7 +43,9 @@ ApiTable DrawApi();    // shapes, text, colours
 ApiTable PictureApi(); // sprites, surfaces, tile maps
 ApiTable SpaceApi();   // matrices and 3D
 ApiTable InputApi();   // keyboard, mouse, gamepads, actions
+ApiTable MapApi();     // rooms from an editor's maps
 ApiTable PointApi();   // from the screen to the room and back
+ApiTable SaveApi();    // the game's version, saves, names of cameras
 
 // The painter. DrawingPainter refuses the call while nothing is being drawn.
 class Painter;
@@ -52,6 +54,10 @@ Painter& OpenedPainter(const Arguments& call); // also while nothing is being dr
 
 kvMatrix MatrixArgument(const Arguments& call, int i); // reads a table of 16 numbers
 std::string ShownText(const Arguments& call, int i);   // of a string, or of a number as tostring shows it
+
+// Returns to the script whether it was done. The reason of a failure goes to the console, and the game goes on.
+struct Answer;
+int ReturnTold(const Arguments& call, const Answer& answer);
 
 // So many finite numbers from argument first on, read one after the other: of several bad ones the first is named,
 // whereas a compiler may evaluate the arguments of a call in any order.

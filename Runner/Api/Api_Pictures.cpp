@@ -8,12 +8,16 @@ namespace
 {
 // ---- sprites ----
 
-int ReturnSprite(const Arguments& call, const Painter& painter, int sprite)
+// file: as the script names it.
+int ReturnSprite(const Arguments& call, const Painter& painter, int sprite, const std::string& file)
 {
     const SpriteInfo* info = painter.FindSprite(sprite);
     if (info != nullptr)
+    {
+        call.game.names.NoteSprite(sprite, file);
         call.game.world.SetSpriteExtent(
             sprite, {static_cast<float>(info->width), static_cast<float>(info->height), info->originX, info->originY});
+    }
     return call.Return(sprite);
 }
 
@@ -21,8 +25,8 @@ int ReturnSprite(const Arguments& call, const Painter& painter, int sprite)
 std::string PictureFile(const Arguments& call)
 {
     const std::string name = call.Text(1);
-    std::string path = call.game.scripts.PathOf(name);
-    call.game.scripts.NoteFile(name);
+    std::string path = call.game.scripts.files.PathOf(name);
+    call.game.scripts.files.Note(name);
     return path;
 }
 
@@ -33,7 +37,7 @@ int SpriteAdd(Arguments& call)
     const int frames = call.Whole(2, 1);
     const float originX = call.Float(3, 0.0f);
     const float originY = call.Float(4, 0.0f);
-    return ReturnSprite(call, painter, painter.LoadSprite(file, frames, originX, originY));
+    return ReturnSprite(call, painter, painter.LoadSprite(file, frames, originX, originY), call.Text(1));
 }
 
 int SpriteAddSheet(Arguments& call)
@@ -44,7 +48,8 @@ int SpriteAddSheet(Arguments& call)
     const int frameHeight = call.Whole(3);
     const float originX = call.Float(4, 0.0f);
     const float originY = call.Float(5, 0.0f);
-    return ReturnSprite(call, painter, painter.LoadSheet(file, frameWidth, frameHeight, originX, originY));
+    return ReturnSprite(call, painter, painter.LoadSheet(file, frameWidth, frameHeight, originX, originY),
+                        call.Text(1));
 }
 
 const SpriteInfo& Info(const Arguments& call)

@@ -4,7 +4,6 @@
 #include "Runner/Game/Game.h"
 #include "Runner/Host/Collector.h"
 #include "Runner/Host/Console.h"
-#include "Runner/Save/Save_Request.h"
 
 #include <climits>
 
@@ -14,7 +13,21 @@ namespace
 {
 // ---- scripts ----
 
-int ScriptAdd(Arguments& call) { return call.Return(call.game.scripts.numbered.Add(call.Function(1))); }
+int ScriptAdd(Arguments& call)
+{
+    const int reference = call.Function(1);
+    return call.Return(call.game.scripts.numbered.Add(reference, call.Has(2) ? call.Text(2) : ""));
+}
+
+int ScriptCall(Arguments& call)
+{
+    const int reference = call.game.scripts.numbered.Find(call.Whole(1));
+    if (reference < 0)
+        call.FailArgument(1, "is a number from script_add, got " + DescribeAt(call.L, 1));
+    ScriptEngine::Push(call.L, reference);
+    lua_call(call.L, 0, 0);
+    return 0;
+}
 
 int Include(Arguments& call)
 {
@@ -66,14 +79,6 @@ int CollectAll(Arguments& call)
     return 0;
 }
 
-// Returns to the script whether it was done. The reason of a failure goes to the console, and the game goes on.
-int ReturnTold(const Arguments& call, const Answer& answer)
-{
-    if (!answer.done && !answer.why.empty())
-        PrintLine(std::string(call.Name()) + "() - " + answer.why);
-    return call.Return(answer.done);
-}
-
 Answer TakeScreenshot(Game& game, const std::string& name, const std::string& format)
 {
     const Painter* painter = game.CurrentPainter();
@@ -97,10 +102,6 @@ int Screenshot(Arguments& call)
                       call.game.Ask(Question::Screenshot, [&] { return TakeScreenshot(call.game, name, format); }));
 }
 
-int GameSave(Arguments& call) { return ReturnTold(call, SaveRequest::Of(call.game).AskSave(call.game, call.Text(1))); }
-
-int GameLoad(Arguments& call) { return ReturnTold(call, SaveRequest::Of(call.game).AskLoad(call.game, call.Text(1))); }
-
 int GameEnd(Arguments& call)
 {
     call.game.End();
@@ -108,7 +109,7 @@ int GameEnd(Arguments& call)
 }
 
 constexpr ApiFunction FUNCTIONS[] = {
-    {"script_add", 1, {"function"}, ScriptAdd},
+    {"script_add", 1, {"function", "script_name"}, ScriptAdd},
     {"include", 1, {"file"}, Include},
     {"camera_current", 0, {}, CameraCurrent},
     {"random", 0, {}, RandomNumber},
@@ -119,9 +120,8 @@ constexpr ApiFunction FUNCTIONS[] = {
     {"log", 1, {"text"}, Log},
     {"collect", 0, {}, CollectAll},
     {"screenshot", 1, {"name", "format"}, Screenshot},
-    {"game_save", 1, {"name"}, GameSave},
-    {"game_load", 1, {"name"}, GameLoad},
     {"game_end", 0, {}, GameEnd},
+    {"script_call", 1, {"script"}, ScriptCall},
 };
 } // namespace
 

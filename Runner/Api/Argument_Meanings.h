@@ -23,6 +23,7 @@ inline constexpr ArgumentMeaning ARGUMENT_MEANINGS[] = {
     {"surface", "a whole number", "a surface, as surface_create gave it"},
     {"map", "a whole number", "a tile map, as tilemap_add gave it"},
     {"view", "a whole number", "a view of the running room, 0 to 7"},
+    {"script", "a whole number", "a script's number, as script_add gave it"},
     // ---- input ----
     {"key", "a string", "a key by what is written on it (\"space\"), or by its place on a US keyboard (\"@w\")"},
     {"mouse_button", "a string", "\"left\", \"middle\", \"right\", \"side1\" or \"side2\""},
@@ -43,6 +44,11 @@ inline constexpr ArgumentMeaning ARGUMENT_MEANINGS[] = {
     {"low", "a number", "the least that can come"},
     {"high", "a number", "what comes no more"},
     {"on", "true or false", "whether it is on"},
+    {"version", "a whole number", "of the game, 1 or more"},
+    {"slots", "a whole number", "files that take turns, 1 to 100"},
+    {"camera", "a whole number", "a camera's number"},
+    {"camera_name", "a string", "the name of a camera, up to 100 bytes; empty for none"},
+    {"script_name", "a string", "by which a saved game finds the script in another version of the game"},
     // ---- colours ----
     {"colour", "a colour (see colour_rgb)", "red, green and blue in one number, red in the lowest byte"},
     {"alpha", "a number", "0 is invisible, 1 covers"},
@@ -83,6 +89,10 @@ inline constexpr ArgumentMeaning ARGUMENT_MEANINGS[] = {
     {"column", "a whole number", "of a tile, from 0"},
     {"row", "a whole number", "of a tile, from 0"},
     {"tile", "a whole number", "0 is empty, n is the sprite's frame n - 1"},
+    {"map_file", "a string", "a map's file, relative to the game's file"},
+    {"layer", "a string or a whole number", "a layer of the running room's map, by its name or by its number, from 1"},
+    {"map_tile", "a whole number", "a tile by its number in the map, 0 is empty"},
+    {"turn", "a whole number", "1 mirrored, 2 upside down, 4 columns exchanged with rows before that; summed"},
     // ---- matrices ----
     {"matrix", "a table of 16 numbers", "row by row"},
     {"a", "a table of 16 numbers", "the matrix that is applied first, row by row"},

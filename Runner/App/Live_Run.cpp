@@ -13,13 +13,6 @@ namespace
 constexpr int64_t MILLISECOND = NANOSECONDS / 1000;
 constexpr int64_t MILLISECONDS_BETWEEN_LOOKS = 50;     // at the files
 constexpr int64_t MILLISECONDS_WITHOUT_PROGRESS = 300; // that nobody is shown
-
-std::string DirectoryOf(const std::string& file)
-{
-    const size_t slash = file.rfind('/');
-    return slash == std::string::npos ? "" : file.substr(0, slash + 1);
-}
-
 } // namespace
 
 bool LiveRun::Fits(const RunOptions& options)
@@ -54,8 +47,8 @@ void LiveRun::WatchFiles()
 {
     std::vector<std::string> paths = m_watch.Paths();
     paths.push_back(m_options.game.file);
-    for (const GameFile& file : m_timeline.Now().scripts.Files())
-        paths.push_back(DirectoryOf(m_options.game.file) + file.name);
+    for (const GameFile& file : m_timeline.Now().scripts.files.Read())
+        paths.push_back(file.path);
     std::sort(paths.begin(), paths.end());
     paths.erase(std::unique(paths.begin(), paths.end()), paths.end());
     m_watch.Watch(std::move(paths));
@@ -246,6 +239,7 @@ Outcome LiveRun::End()
     if (!m_timeline.Finish(why))
         std::fprintf(m_err, "runner: %s\n", why.c_str());
     m_timeline.Now().Finish();
+    TellWarnings(m_timeline.Now(), m_err);
     if (failure.empty() && !m_start.TellParting(m_timeline.PartedAt(), why))
         return {why, EXIT_GAME_ERROR};
     if (failure.empty() && ScriptEngine::Interrupted())

@@ -1,6 +1,7 @@
 #include "Runner/App/Options.h"
 
 #include "Runner/App/Camera_Values.h"
+#include "Runner/App/New_Game.h"
 #include "Runner/Base/Printable.h"
 
 #include <algorithm>
@@ -79,6 +80,12 @@ struct Option
 };
 
 constexpr Option OPTIONS[] = {
+    {"--new", "NAME", "instead of playing: make the folder NAME with a game to start from",
+     [](RunOptions& options, const Values& values)
+     {
+         options.newGame = values[0];
+         return WrongGameName(values[0]);
+     }},
     {"--frames", "COUNT", "frames to play; 60, or all of a recording, unless given",
      [](RunOptions& options, const Values& values)
      {
@@ -147,6 +154,12 @@ constexpr Option OPTIONS[] = {
      }},
     {"--load", "FILE", "go on from a saved game, with its seed unless --seed is given",
      [](RunOptions& options, const Values& values) { return ReadName(values[0], options.load); }},
+    {"--compare-saves", "A B", "instead of a game: tell how two saved games differ, thumbnails left out",
+     [](RunOptions& options, const Values& values)
+     {
+         const std::string wrong = ReadName(values[0], options.compareSaves.first);
+         return wrong.empty() ? ReadName(values[1], options.compareSaves.second) : wrong;
+     }},
     {"--record", "FILE", "keep in this file what enters the game: input, saves that it loads",
      [](RunOptions& options, const Values& values) { return ReadName(values[0], options.record); }},
     {"--replay", "FILE", "play a recording: the same frames again, and nothing is saved",
@@ -173,6 +186,8 @@ constexpr Option OPTIONS[] = {
      "where the game's settings are read and kept; in a window\n"
      "settings.txt in the save area unless given, without one nowhere",
      [](RunOptions& options, const Values& values) { return ReadName(values[0], options.settings); }},
+    {"--kit", "DIRECTORY", "the camera kit for games that have none of their own, the Runner's own unless given",
+     [](RunOptions& options, const Values& values) { return ReadName(values[0], options.game.kit); }},
     {"--seed", "NUMBER", "of the random numbers, 1 unless given",
      [](RunOptions& options, const Values& values)
      {
@@ -191,6 +206,8 @@ constexpr Option OPTIONS[] = {
          options.game.check = true;
          return std::string();
      }},
+    {"--strict", "", "warn of variables of instances and vars that are read and were never set",
+     [](RunOptions& options, const Values&) { return SetFlag(options.game.strict); }},
     {"--gc-stress", "", "collect wherever a collection may happen",
      [](RunOptions& options, const Values&)
      {
@@ -241,6 +258,14 @@ private:
     {
         m_wrong = why;
         m_result = ParseResult::Wrong;
+    }
+
+    void Answer(ParseResult result) { m_result = result; }
+
+    void AnswerAlone(ParseResult result, const std::string& option)
+    {
+        const bool isAlone = m_given.size() == 1 && !m_hasGame;
+        return isAlone ? Answer(result) : Refuse(option + " plays nothing: leave out what else is given");
     }
 
     void TakeArgument(const std::string& argument)
@@ -300,6 +325,10 @@ private:
 
     void CheckTogether()
     {
+        if (!m_options.newGame.empty())
+            return AnswerAlone(ParseResult::NewGame, "--new");
+        if (!m_options.compareSaves.first.empty())
+            return AnswerAlone(ParseResult::CompareSaves, "--compare-saves");
         if (!m_options.menu.empty() && m_hasGame)
             return Refuse("--menu takes the place of GAME: leave one of them out");
         if (m_options.menu.empty() && !m_hasGame)

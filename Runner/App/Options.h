@@ -20,6 +20,7 @@ enum ExitStatus : int
 struct RunOptions
 {
     GameOptions game;
+    std::string newGame;          // the name of a game to make instead of playing one; empty for none
     int frames = 60;              // to play, unless the game ends earlier
     bool isFramesGiven = false;   // false: a replay plays all that was recorded
     int instructionMillions = -1; // of Lua in one frame; -1: not given
@@ -42,9 +43,10 @@ struct RunOptions
     std::string settings; // the file of the game's settings; empty for none
 
     // ---- saved games: paths, empty for none ----
-    std::string load;                   // the saved game to go on from
-    bool isSeedGiven = false;           // false: a loaded game brings its own
-    std::pair<int, std::string> saveAt; // the file, once so many frames of the game have been played
+    std::string load;                                 // the saved game to go on from
+    bool isSeedGiven = false;                         // false: a loaded game brings its own
+    std::pair<std::string, std::string> compareSaves; // two saved games to compare instead of playing; empty for none
+    std::pair<int, std::string> saveAt;               // the file, once so many frames of the game have been played
 
     // ---- input: paths, empty for none ----
     std::string input;              // a text of what is pressed and moved
@@ -62,11 +64,13 @@ enum class ParseResult
     Play,
     Help,
     Version,
+    NewGame,
+    CompareSaves,
     Wrong,
 };
 
-// Reads the command line. Wrong: the line about what is wrong and what to do has been written to err. Help and Version:
-// nothing has been written, and the options are incomplete.
+// Reads the command line. Wrong: the line about what is wrong and what to do has been written to err. Help, Version and
+// NewGame: nothing has been written, and only what they need of the options is there.
 ParseResult ParseOptions(int argc, char** argv, RunOptions& options, FILE* err);
 
 // What --help prints: usage, then one line for each option.

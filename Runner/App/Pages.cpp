@@ -15,7 +15,8 @@ namespace
 constexpr PixelSize PAGE = {640, 360};
 constexpr float MARGIN = 20.0f;
 constexpr float LINE = 14.0f;
-constexpr size_t CHARACTERS = 75; // of a line
+constexpr float BOTTOM = 360.0f - 2 * LINE; // of what is written: further lines are on the console alone
+constexpr size_t CHARACTERS = 75;           // of a line
 constexpr int POLL_MILLISECONDS = 30;
 constexpr unsigned TITLE_COLOUR = 0x80E0FF, TEXT_COLOUR = 0xFFFFFF, QUIET_COLOUR = 0xB0B0B0;
 
@@ -45,6 +46,8 @@ public:
         const auto characters = static_cast<size_t>(static_cast<float>(CHARACTERS) / scale);
         for (const std::string& part : Wrapped(Printable(line, line.size()), characters))
         {
+            if (m_y > BOTTOM - LINE * scale)
+                return;
             m_painter.Text(MARGIN, m_y, part, scale);
             m_y += LINE * scale;
         }
@@ -77,12 +80,10 @@ void PaintError(Painter& painter, const FailureReport& report)
     writer.Skip();
     writer.Write(TEXT_COLOUR, report.line);
     writer.Skip();
-    if (!report.event.empty())
-        writer.Write(TEXT_COLOUR, "In " + report.event + ", frame " + std::to_string(report.frame));
-    for (const std::string& line : report.stack)
-        writer.Write(QUIET_COLOUR, "  " + line);
+    for (const std::string& line : report.Details())
+        writer.Write(line[0] == ' ' ? QUIET_COLOUR : TEXT_COLOUR, line);
     painter.SetColour(0x30221C);
-    painter.Rectangle(0.0f, 360.0f - 2 * LINE, 640.0f, 360.0f);
+    painter.Rectangle(0.0f, BOTTOM, 640.0f, 360.0f);
     painter.SetColour(TITLE_COLOUR);
     painter.Text(MARGIN, 360.0f - 1.5f * LINE, "R starts it again; close the window to end");
 }

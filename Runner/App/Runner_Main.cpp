@@ -1,9 +1,11 @@
 // A whole run: from the command line to the exit status.
 
 #include "Runner/Api/Api.h"
+#include "Runner/App/Compare_Saves.h"
 #include "Runner/App/Comparison.h"
 #include "Runner/App/Comparison_Window.h"
 #include "Runner/App/Interrupt.h"
+#include "Runner/App/New_Game.h"
 #include "Runner/App/Options.h"
 #include "Runner/App/Run_Start.h"
 #include "Runner/App/Session.h"
@@ -49,6 +51,7 @@ Outcome StartAndPlay(const RunOptions& asked, FILE* err)
     NoInput nobody;
     Outcome outcome = Session(game, options, start, start.Player() != nullptr ? *start.Player() : nobody, err).Play();
     start.ShowNotice(err);
+    TellWarnings(game, err);
     return outcome;
 }
 
@@ -67,7 +70,11 @@ int PlayAndCheck(const RunOptions& options, FILE* err)
     const InterruptHandler interruptHandler;
     const Outcome outcome = Start(options, err);
     if (!outcome.line.empty())
-        return Complain(err, outcome.line, outcome.status);
+    {
+        Complain(err, outcome.line, outcome.status);
+        ShowDetails(outcome, err);
+        return outcome.status;
+    }
     if (outcome.status != EXIT_DONE)
         return outcome.status;
     const bool clean = LeaksNothing(blocksBefore, err);
@@ -83,6 +90,12 @@ int Print(const std::string& text, FILE* out, FILE* err)
     return ConsoleIsGood(why) ? EXIT_DONE : Complain(err, why, EXIT_GAME_ERROR);
 }
 
+int MakeGame(const RunOptions& options, FILE* out, FILE* err)
+{
+    std::string told;
+    return MakeNewGame(options.newGame, told) ? Print(told + "\n", out, err) : Complain(err, told, EXIT_GAME_ERROR);
+}
+
 int PlayGame(const RunOptions& options, FILE* out, FILE* err)
 {
     SetConsoleOutput(out);
@@ -93,6 +106,15 @@ int PlayGame(const RunOptions& options, FILE* out, FILE* err)
     return isReady ? PlayAndCheck(options, err) : Complain(err, why, EXIT_GAME_ERROR);
 }
 
+// Status 0 for saves that are the same, as of other programs that compare.
+int CompareTwoSaves(const RunOptions& options, FILE* out, FILE* err)
+{
+    std::string why;
+    if (CompareSaves(options.compareSaves.first, options.compareSaves.second, out, why))
+        return EXIT_DONE;
+    return why.empty() ? EXIT_GAME_ERROR : Complain(err, why, EXIT_GAME_ERROR);
+}
+
 int Run(int argc, char** argv, FILE* out, FILE* err)
 {
     RunOptions options;
@@ -100,6 +122,8 @@ int Run(int argc, char** argv, FILE* out, FILE* err)
     {
     case ParseResult::Help: return Print(HelpText(), out, err);
     case ParseResult::Version: return Print("runner " CAMERA_VERSION "\n", out, err);
+    case ParseResult::NewGame: return MakeGame(options, out, err);
+    case ParseResult::CompareSaves: return CompareTwoSaves(options, out, err);
     case ParseResult::Wrong: return EXIT_WRONG_USAGE;
     case ParseResult::Play: break;
     }

@@ -2,6 +2,7 @@
 
 #include "Runner/App/Interrupt.h"
 #include "Runner/App/Progress.h"
+#include "Runner/Game/Failure_Report.h"
 #include "Runner/Host/Console.h"
 #include "Runner/Save/Capture.h"
 #include "Runner/Save/Fit.h"
@@ -20,19 +21,34 @@ std::string Joined(const std::string& first, const std::string& second)
 }
 } // namespace
 
+void ShowDetails(const Outcome& outcome, FILE* err)
+{
+    for (const std::string& line : outcome.details)
+        std::fprintf(err, "    %s\n", line.c_str());
+}
+
+void TellWarnings(const Game& game, FILE* err)
+{
+    const size_t count = game.scripts.warnings.Count();
+    if (count > 0)
+        std::fprintf(err, "runner: %zu warning%s\n", count, count == 1 ? "" : "s");
+}
+
 void Session::Note(const std::string& fault) { m_faults = Joined(m_faults, fault); }
 
 // ---- before the first frame ----
 
 bool Session::Start()
 {
-    const SavedState* saved = m_start.Saved();
+    const bool hasSave = m_start.Saved() != nullptr;
+    SavedState saved = hasSave ? *m_start.Saved() : SavedState();
+    const std::string& path = m_options.load.empty() ? m_options.replay : m_options.load; // where the save was
     std::string why;
     if (!m_game.Load())
         return false;
-    const bool isGood = (saved == nullptr || FitsGame(m_game, *saved, m_options.load, why)) && ConsoleIsGood(why);
+    const bool isGood = (!hasSave || FitToGame(m_game, saved, path, why)) && ConsoleIsGood(why);
     Note(why);
-    if (!isGood || (saved != nullptr && !RestoreGame(m_game, *saved)))
+    if (!isGood || (hasSave && !RestoreGame(m_game, saved)))
         return false;
     if (!m_start.FitsGame(m_game, why))
         Note(why);
@@ -137,6 +153,9 @@ Outcome Session::Play()
         Note(m_game.Failure());
     const std::string line = Joined(isInterrupted ? InterruptedText(failure) : failure, m_faults);
     const int status = line.empty() ? EXIT_DONE : EXIT_GAME_ERROR;
-    return {line, isInterrupted ? InterruptHandler::Status() : status};
+    Outcome outcome = {line, isInterrupted ? InterruptHandler::Status() : status, {}};
+    if (!failure.empty() && !isInterrupted)
+        outcome.details = DescribeFailure(m_game).Details();
+    return outcome;
 }
 } // namespace Runner

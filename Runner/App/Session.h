@@ -9,6 +9,7 @@
 
 #include <functional>
 #include <string>
+#include <vector>
 
 namespace Runner
 {
@@ -17,7 +18,11 @@ struct Outcome
 {
     std::string line;
     int status = EXIT_DONE;
+    std::vector<std::string> details = {}; // of a script's error: lines to show below, indented
 };
+
+void ShowDetails(const Outcome& outcome, FILE* err); // indented by four
+void TellWarnings(const Game& game, FILE* err);      // how many there were; nothing for none
 
 // One run of a game: its frames, and what is written after them.
 class Session

@@ -65,6 +65,7 @@ private:
             if (outcome.line.empty() || ScriptEngine::Interrupted())
                 return outcome;
             std::fprintf(m_err, "runner: %s\n", outcome.line.c_str());
+            ShowDetails(outcome, m_err);
             if (!std::exchange(m_wantsAgain, false) && !ShowErrorPage(m_window, report, m_last))
                 return {"", EXIT_GAME_ERROR};
             KeepRecording();
@@ -100,6 +101,7 @@ private:
         start.ShowNotice(m_err);
         m_wantsAgain = run.WantsAgain();
         report.line = outcome.line;
+        outcome.details = report.Details();
         return outcome;
     }
 
@@ -138,6 +140,7 @@ private:
         Outcome outcome = Session(game, options, start, stage, m_err).Play();
         stage.TellRate(m_err);
         start.ShowNotice(m_err);
+        TellWarnings(game, m_err);
         if (game.scripts.Failed())
             report = DescribeFailure(game);
         if (game.FrameNumber() > 0)

@@ -7,7 +7,7 @@
 
 namespace Runner
 {
-constexpr int STEPS_PER_SECOND = 60;
+constexpr int STEPS_PER_SECOND = FRAMES_A_SECOND;
 
 // What a window offers besides playing on: the time of a game in which one can go back.
 class StageTime

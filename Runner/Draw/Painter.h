@@ -18,6 +18,7 @@
 #include "Runner/Draw/Picture.h"
 #include "Runner/Draw/Port.h"
 
+#include <cstdint>
 #include <functional>
 #include <memory>
 #include <string>
@@ -48,6 +49,8 @@ struct Placement
     unsigned colour = 0xFFFFFF;         // multiplies the picture's colours
     float alpha = 1.0f;
 };
+
+class LayerGrid;
 
 struct TileMapInfo
 {
@@ -163,6 +166,15 @@ public:
     bool FindTileMap(int map, TileMapInfo& info) const;    // false when there is none
     int TileMapNumbers() const;                            // all tile maps have smaller numbers
     void TileMap(int map, float x, float y); // draws it, top left corner at x, y, in the current colour and alpha
+
+    // ---- layers of maps: grids of tiles of several sprites, turned and animated; numbers from 0 ----
+    int AddMapLayer(LayerGrid grid);                                // its sprites must exist
+    bool SetMapCell(int layer, int column, int row, uint32_t cell); // false outside, or for a tile that does not exist
+    bool HasMapCell(int layer, int column, int row) const;
+    uint32_t GetMapCell(int layer, int column, int row) const;        // 0 when empty or outside
+    void MapLayer(int layer, float x, float y, int64_t milliseconds); // as TileMap; of the animations' time
+    // A frame as the flags of a cell turn it, with its corners there: top left, top right, bottom right, bottom left.
+    void TurnedSprite(int sprite, int frame, uint32_t cell, const float (&corners)[4][2]);
 
     // ---- 3D, in the current colour and alpha ----
     // Corners: top left, top right, bottom right, bottom left of the picture. sprite -1: plain colour.

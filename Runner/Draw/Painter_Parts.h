@@ -3,6 +3,7 @@
 
 #include "Runner/Draw/Batch.h"
 #include "Runner/Draw/Device.h"
+#include "Runner/Draw/Layer_Grid.h"
 #include "Runner/Draw/Numbered.h"
 #include "Runner/Draw/Painter.h"
 #include "Runner/Draw/Sheet.h"
@@ -84,7 +85,15 @@ struct Painter::Parts
     void DrawLine(float x1, float y1, float x2, float y2, float lineWidth);
     void DrawFace(const SpriteEntry* sprite, int frame, const kvVector3 (&corners)[4], Ink ink);
 
+    // The drawing state for meshes whose origin stands at x, y, in the current colour and alpha, after a flush of the
+    // batch. False when nothing drawn could show.
+    bool PrepareMeshes(unsigned texture, float x, float y, DrawState& out);
     void DrawChunk(TileGrid& grid, int chunkColumn, int chunkRow, const SpriteEntry& sprite, const DrawState& state);
+
+    bool MapShows(int sprite) const; // a layer of a map has tiles of it
+    void BuildChunk(LayerGrid& grid, int chunkColumn, int chunkRow, int64_t milliseconds);
+    void DrawChunk(LayerGrid& grid, int chunkColumn, int chunkRow, int64_t milliseconds, DrawState& state);
+    void KeepFewMeshes(LayerGrid& grid);
 
     const int width, height; // of the screen
     const DeviceOpener openDevice;
@@ -106,7 +115,9 @@ struct Painter::Parts
     Numbered<SurfaceEntry> surfaces;
     int64_t surfacePixels = 0; // of all surfaces
     Numbered<TileGrid> tileMaps;
-    std::vector<Vertex> chunkVertices; // scratch
+    Numbered<LayerGrid> mapLayers;
+    std::vector<Vertex> chunkVertices;          // scratch
+    std::vector<LayerGrid::BuiltRun> chunkRuns; // scratch
     Sheet font;
     unsigned fontTexture = 0;
 };

@@ -33,6 +33,9 @@ void Painter::Parts::Renew()
         if (map != nullptr)
             for (TileGrid::Chunk& chunk : map->Chunks())
                 chunk = TileGrid::Chunk();
+    for (const auto& layer : mapLayers.All())
+        if (layer != nullptr)
+            layer->ForgetMeshes();
     if (device == nullptr)
     {
         Fail(std::move(why));

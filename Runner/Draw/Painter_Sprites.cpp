@@ -114,6 +114,8 @@ bool Painter::FreeSprite(int sprite)
     if (std::any_of(maps.begin(), maps.end(),
                     [sprite](const auto& m) { return m != nullptr && m->Sprite() == sprite; }))
         return parts.Fail("sprite " + std::to_string(sprite) + " cannot be freed: a tile map shows it");
+    if (parts.MapShows(sprite))
+        return parts.Fail("sprite " + std::to_string(sprite) + " cannot be freed: a map shows it");
     parts.batch.Flush();
     if (parts.device != nullptr)
         parts.device->DeleteTexture(entry->texture);

@@ -98,6 +98,23 @@ void Painter::Parts::DrawChunk(TileGrid& grid, int chunkColumn, int chunkRow, co
     batch.Count(chunk.quads * 4);
 }
 
+bool Painter::Parts::PrepareMeshes(unsigned texture, float x, float y, DrawState& out)
+{
+    const DrawState* current = Prepare(texture);
+    if (current == nullptr || !std::isfinite(x) || !std::isfinite(y))
+        return false;
+    batch.Flush();
+    out = *current;
+    kvMatrix translation = IdentityMatrix();
+    translation._41 = x;
+    translation._42 = y;
+    translation._43 = state.depth;
+    kvMatrix::Multiply(out.toClip, translation, out.toClip);
+    const Ink ink = CurrentInk();
+    std::transform(std::begin(ink.bytes), std::end(ink.bytes), out.tint, ChannelToFloat);
+    return true;
+}
+
 void Painter::TileMap(int map, float x, float y)
 {
     Parts& parts = *m_parts;
@@ -105,19 +122,9 @@ void Painter::TileMap(int map, float x, float y)
     if (grid == nullptr)
         return;
     const SpriteEntry& sprite = parts.sprites.Get(grid->Sprite());
-    const DrawState* prepared = parts.Prepare(sprite.texture);
-    if (prepared == nullptr || !std::isfinite(x) || !std::isfinite(y))
+    DrawState drawing;
+    if (!parts.PrepareMeshes(sprite.texture, x, y, drawing))
         return;
-    parts.batch.Flush();
-
-    DrawState drawing = *prepared;
-    kvMatrix translation = IdentityMatrix();
-    translation._41 = x;
-    translation._42 = y;
-    translation._43 = parts.state.depth;
-    kvMatrix::Multiply(drawing.toClip, translation, drawing.toClip);
-    const Ink ink = parts.CurrentInk();
-    std::transform(std::begin(ink.bytes), std::end(ink.bytes), drawing.tint, ChannelToFloat);
     for (int row = 0; row < grid->ChunkRows(); row++)
     {
         for (int column = 0; column < grid->ChunkColumns(); column++)

@@ -58,6 +58,58 @@ TextureArea Sheet::Area(int frame) const
 
 void Sheet::DropPixels() { std::vector<uint8_t>().swap(m_packed.rgba); }
 
+namespace
+{
+Picture Transparent(int width, int height)
+{
+    Picture made;
+    made.width = width;
+    made.height = height;
+    made.rgba.assign(made.Offset(0, height), 0);
+    return made;
+}
+
+// Copies a part of one row, as far as the source reaches.
+void CopyRow(const Picture& from, int fromX, int fromY, int width, Picture& to, int toX, int toY)
+{
+    if (fromX < 0 || fromY < 0 || fromY >= from.height)
+        return;
+    const int fitting = std::min(width, from.width - fromX);
+    if (fitting > 0)
+        std::copy_n(from.rgba.data() + from.Offset(fromX, fromY), static_cast<size_t>(fitting) * 4,
+                    to.rgba.data() + to.Offset(toX, toY));
+}
+} // namespace
+
+Picture CropPicture(const Picture& picture, int left, int top, int width, int height)
+{
+    Picture part = Transparent(width, height);
+    for (int y = 0; y < height; y++)
+        CopyRow(picture, left, top + y, width, part, 0, y);
+    return part;
+}
+
+Picture JoinFrames(const Picture& picture, const FrameLayout& layout)
+{
+    Picture joined = Transparent(layout.columns * layout.width,
+                                 (layout.count + layout.columns - 1) / layout.columns * layout.height);
+    for (int y = 0; y < joined.height; y++)
+    {
+        const int fromY = layout.margin + y + y / layout.height * layout.spacing;
+        for (int column = 0; column < layout.columns; column++)
+            CopyRow(picture, layout.margin + column * (layout.width + layout.spacing), fromY, layout.width, joined,
+                    column * layout.width, y);
+    }
+    return joined;
+}
+
+void ClearColour(Picture& picture, uint8_t red, uint8_t green, uint8_t blue)
+{
+    for (size_t i = 0; i + 4 <= picture.rgba.size(); i += 4)
+        if (picture.rgba[i] == red && picture.rgba[i + 1] == green && picture.rgba[i + 2] == blue)
+            picture.rgba[i + 3] = 0;
+}
+
 void DivideByAlpha(Picture& picture)
 {
     for (size_t i = 0; i + 4 <= picture.rgba.size(); i += 4)

@@ -39,6 +39,23 @@ private:
     Picture m_packed;
 };
 
+// How frames lie in a picture: a margin around all of them, spacing between them.
+struct FrameLayout
+{
+    int width = 0, height = 0; // of a frame, 1 or more
+    int margin = 0, spacing = 0;
+    int columns = 0, count = 0; // frames in a row, and in all; 1 or more
+};
+
+// The frames without margin and spacing, `columns` to a row. What lies outside of the picture is transparent.
+Picture JoinFrames(const Picture& picture, const FrameLayout& layout);
+
+// A part of a picture. What lies outside of the picture is transparent.
+Picture CropPicture(const Picture& picture, int left, int top, int width, int height);
+
+// Makes the pixels of that colour transparent: an editor's way to a transparent colour.
+void ClearColour(Picture& picture, uint8_t red, uint8_t green, uint8_t blue);
+
 // A colour channel times alpha, both 0 to 255, to the nearest.
 inline uint8_t MultiplyByAlpha(unsigned channel, unsigned alpha)
 {

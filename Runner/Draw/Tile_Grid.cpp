@@ -23,6 +23,12 @@ unsigned Outcode(const kvMatrix& m, float x, float y)
 }
 } // namespace
 
+bool AreaMayBeVisible(const RoomArea& area, const kvMatrix& toClip)
+{
+    return (Outcode(toClip, area.left, area.top) & Outcode(toClip, area.right, area.top) &
+            Outcode(toClip, area.right, area.bottom) & Outcode(toClip, area.left, area.bottom)) == 0;
+}
+
 TileGrid::TileGrid(int sprite, int columns, int rows, float tileWidth, float tileHeight)
     : m_sprite(sprite), m_columns(columns), m_rows(rows), m_tileWidth(tileWidth), m_tileHeight(tileHeight),
       m_frames(static_cast<size_t>(columns) * static_cast<size_t>(rows), -1),
@@ -79,7 +85,6 @@ bool TileGrid::MayBeVisible(int chunkColumn, int chunkRow, const kvMatrix& toCli
 {
     const float left = X(chunkColumn * CHUNK), right = X(std::min((chunkColumn + 1) * CHUNK, m_columns));
     const float top = Y(chunkRow * CHUNK), bottom = Y(std::min((chunkRow + 1) * CHUNK, m_rows));
-    return (Outcode(toClip, left, top) & Outcode(toClip, right, top) & Outcode(toClip, right, bottom) &
-            Outcode(toClip, left, bottom)) == 0;
+    return AreaMayBeVisible({left, top, right, bottom}, toClip);
 }
 } // namespace Runner

@@ -1,10 +1,14 @@
 #pragma once
 
+#include "Runner/Base/Area.h"
 #include "Runner/Draw/Device.h"
 #include "Runner/Draw/Sheet.h"
 
 namespace Runner
 {
+// False only when all corners of the area lie beyond the same side of the clip volume.
+bool AreaMayBeVisible(const RoomArea& area, const kvMatrix& toClip);
+
 // The cells of a tile map, in square chunks with a mesh each: only visible chunks are drawn, only changed ones are
 // built again. One formula computes a corner from its column and row alone, so neighbouring tiles share their corners
 // bit for bit, across chunks too, and no gap can open between them.
@@ -41,7 +45,6 @@ public:
     // Four white vertices for each tile that is not empty.
     void BuildVertices(int chunkColumn, int chunkRow, const Sheet& sheet, std::vector<Vertex>& out) const;
 
-    // False only when all corners of the chunk lie beyond the same side of the clip volume.
     bool MayBeVisible(int chunkColumn, int chunkRow, const kvMatrix& toClip) const;
 
 private:

@@ -1,9 +1,12 @@
 #include "Runner/Game/Failure_Report.h"
 
+#include "Files/Graphics/Graphics_Support.h"
+#include "Runner/Base/Printable.h"
 #include "Runner/Game/Game.h"
+#include "Runner/Lua/Function_Place.h"
+#include "Runner/World/Camera_Callbacks.h"
 
 #include <algorithm>
-#include <sstream>
 
 namespace Runner
 {
@@ -37,30 +40,60 @@ std::string EventOfRooms(const Rooms& rooms, int called)
     for (int index = 0; index < rooms.Count(); ++index)
         for (const RoomScript& script : ROOM_SCRIPTS)
             if (rooms.Find(index)->scripts.*script.reference == called)
-                return std::string("the ") + script.name + " script of room \"" + rooms.Find(index)->name + "\"";
+                return "room " + Printable(rooms.Find(index)->name) + ": " + script.name;
     return "";
+}
+
+// The camera may be gone, or its callback another one by now: the camera alone is told then.
+std::string EventOfCamera(int camera, int called)
+{
+    const std::string name = "camera " + std::to_string(camera);
+    const CCamera* const running = g_CM.GetCamera(camera);
+    for (const CameraCallback& callback : CAMERA_CALLBACKS)
+        if (running != nullptr && CallbackReference(running->*callback.value) == called)
+            return name + ": " + callback.name;
+    return name + ": a callback";
 }
 
 std::string EventOf(const Game& game, const ScriptTrouble& trouble)
 {
     if (trouble.called < 0)
-        return "the game's file";
-    const std::string event = EventOfObjects(game.world, trouble.called);
-    const std::string ofRoom = EventOfRooms(game.rooms, trouble.called);
+        return trouble.stack.empty() ? "" : "the game's file";
+    const std::string event = trouble.object.empty() ? "" : EventOfObjects(game.world, trouble.called);
     if (!event.empty())
-        return "the " + event + " event of object \"" + trouble.object + "\"";
-    return ofRoom.empty() ? "a callback of camera " + std::to_string(trouble.camera) : ofRoom;
+        return Printable(trouble.object) + ": " + event;
+    const std::string ofRoom = EventOfRooms(game.rooms, trouble.called);
+    return ofRoom.empty() ? EventOfCamera(trouble.camera, trouble.called) : ofRoom;
 }
 } // namespace
 
 FailureReport DescribeFailure(const Game& game)
 {
     const ScriptTrouble& trouble = game.scripts.Trouble();
-    const int failed = std::max(0, game.FrameNumber() - 1); // the frame that failed is counted as well
-    FailureReport report = {game.Failure(), EventOf(game, trouble), failed, {}};
-    std::istringstream lines(trouble.stack);
-    for (std::string line; std::getline(lines, line);)
-        report.stack.push_back(line);
+    FailureReport report;
+    report.line = game.Failure();
+    report.event = EventOf(game, trouble);
+    report.value = trouble.value;
+    report.room = game.rooms.Running() == nullptr ? "" : game.rooms.Running()->spec.name;
+    report.frame = std::max(0, game.FrameNumber() - 1); // the frame that failed is counted as well
+    report.stack = trouble.stack;
     return report;
+}
+
+std::vector<std::string> FailureReport::Details() const
+{
+    if (event.empty())
+        return {};
+    std::vector<std::string> lines = {event};
+    lines.push_back((room.empty() ? "" : "room " + Printable(room) + ", ") + "frame " + std::to_string(frame));
+    if (!value.empty())
+        lines.push_back("the error is " + value);
+    for (const StackLevel& level : stack)
+    {
+        lines.push_back(level.place);
+        for (const auto& [name, text] : level.locals)
+            lines.push_back("    " + name + " = " + text);
+    }
+    return lines;
 }
 } // namespace Runner

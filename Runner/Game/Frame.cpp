@@ -2,6 +2,7 @@
 
 #include "Files/Graphics/Graphics_Support.h"
 #include "Runner/Game/Game.h"
+#include "Runner/Game/Mistakes.h"
 #include "Runner/Host/Collector.h"
 #include "Runner/Host/Console.h"
 #include "Runner/Host/Graphics.h"
@@ -175,6 +176,8 @@ void Game::DrawDefaultView(const RunningRoom& room)
 // A callback may destroy its camera or put another one in its place, so every step looks the camera up anew.
 void Game::DrawThrough(const CameraNumber& number, int view)
 {
+    if (g_CM.GetCamera(number.Now()) == nullptr)
+        WarnOfMissingCamera(*this, number.Now(), view);
     g_CM.SetActiveCamera(number.Now());
     {
         const PartScope part(observer, FramePart::Cameras);
@@ -203,6 +206,8 @@ void Game::Perform(void (CCamera::*step)(), const CameraNumber& number, const ch
 void Game::Update(const CameraNumber& number)
 {
     const CCamera* camera = g_CM.GetCamera(number.Now());
+    if (camera != nullptr)
+        WarnOfTarget(*this, *camera);
     const bool isTold = observer != nullptr && camera != nullptr && !scripts.Failed();
     const CCameraHandle updated(isTold ? camera : nullptr);
     if (isTold)
@@ -226,15 +231,27 @@ void Game::DrawRoom(const CameraNumber& number, int view)
     DrawInstances();
 }
 
+// The layers of the room's map stand between the instances by their depth, before instances of the same depth.
 void Game::DrawInstances()
 {
+    size_t nextLayer = 0;
     for (Instance* instance : m_seen)
     {
+        DrawMap(instance->depth, nextLayer);
         if (instance->IsLive())
             DrawInstance(*instance);
         if (scripts.Failed())
             return;
     }
+    DrawMap(-INFINITY, nextLayer);
+}
+
+// Animated tiles count the time by frames, so that every run shows the same.
+void Game::DrawMap(float depth, size_t& next)
+{
+    const RoomMap* map = RunningMap();
+    if (map != nullptr)
+        map->Draw(*m_painter, int64_t{m_frame} * 1000 / FRAMES_A_SECOND, depth, next);
 }
 
 void Game::TellOfView(int camera, int view) const

@@ -6,7 +6,10 @@
 #include "Runner/Host/Graphics.h"
 #include "Runner/Host/Memory.h"
 #include "Runner/Lua/Bridge.h"
+#include "Runner/Lua/Map_Values.h"
 #include "Runner/Lua/Self.h"
+
+#include <utility>
 
 namespace Runner
 {
@@ -22,6 +25,8 @@ Game::Game(const GameOptions& gameOptions, ScriptOpener openScripts)
 {
     s_current = this;
     scripts.SetLimits(options.limits);
+    if (options.strict)
+        scripts.strict.SwitchOn();
     ResetGraphics();
     TakeError();
     Collector::SetStress(options.gcStress);
@@ -97,7 +102,7 @@ void Game::Identify()
     const Random::State now = random.GetState();
     const Random::State start = Random(options.seed).GetState();
     m_identity.name = options.file.substr(options.file.rfind('/') + 1);
-    m_identity.files = scripts.Fingerprint();
+    m_identity.files = scripts.files.Fingerprint();
     m_identity.seed = options.seed;
     m_identity.usesSeed = now.position != start.position || now.increment != start.increment;
 }
@@ -109,7 +114,8 @@ bool Game::Load()
         scripts.Fail(why);
     MakeDefaultCamera();
     OpenScripts();
-    if (scripts.Failed() || !scripts.RunMain(options.file) || OpenPainter() == nullptr)
+    const std::string kit = options.kit.empty() ? InstalledKit() : options.kit;
+    if (scripts.Failed() || !scripts.RunMain(options.file, kit) || OpenPainter() == nullptr)
         return false;
     Identify();
     if (rooms.Count() == 0)
@@ -200,10 +206,80 @@ bool Game::StartRoom(int number)
     const RunningRoom& room = rooms.Start(number);
     world.SetRoomSize(room.r_width, room.r_height);
     FitDefaultCamera(room);
+    if (RoomMap* map = RunningMap())
+        map->Reset(*m_painter);
     for (const RoomPlacement& placement : room.spec.instances)
-        if (CreateInstance(*world.FindObject(placement.object), placement.x, placement.y) == nullptr)
+        if (CreatePlaced(placement) == nullptr)
             return false;
     return scripts.Call(room.spec.scripts.create);
+}
+
+// ---- maps ----
+
+int Game::AddMap(std::unique_ptr<RoomMap> map)
+{
+    m_maps.push_back(std::move(map));
+    return static_cast<int>(m_maps.size()) - 1;
+}
+
+RoomMap* Game::FindMap(int map) const
+{
+    return map >= 0 && static_cast<size_t>(map) < m_maps.size() ? m_maps[static_cast<size_t>(map)].get() : nullptr;
+}
+
+RoomMap* Game::RunningMap() const
+{
+    const RunningRoom* room = rooms.Running();
+    return room == nullptr ? nullptr : FindMap(room->spec.map);
+}
+
+namespace
+{
+struct Placing
+{
+    Instance& instance;
+    const PlacedObject& placed;
+};
+
+bool SetPlacedProperties(ScriptEngine& scripts, Placing placing)
+{
+    const ScriptEngine::Body set = [](lua_State* L, void* pointer)
+    {
+        const auto& [instance, placed] = *static_cast<Placing*>(pointer);
+        SetProperties(L, instance, placed.properties);
+    };
+    return scripts.Protect(set, &placing);
+}
+
+// The cameras of these views, a bit each, follow the instance from now on.
+void LetFollow(const RunningRoom& room, unsigned followers, int id)
+{
+    for (size_t view = 0; view < room.views.size(); ++view)
+        if (CCamera* camera = (followers >> view & 1) != 0 ? g_CM.GetCamera(room.views[view].cameraID) : nullptr)
+            camera->SetTargetInstance(id);
+}
+} // namespace
+
+// The properties of a map's object are there before the create event.
+Instance* Game::CreatePlaced(const RoomPlacement& placement)
+{
+    ObjectType& type = *world.FindObject(placement.object);
+    if (placement.placed == nullptr)
+        return CreateInstance(type, placement.x, placement.y);
+    const PlacedObject& placed = *placement.placed;
+    Instance& instance = world.Create(type, placement.x, placement.y);
+    instance.visible = instance.visible && placed.visible;
+    instance.angle += placed.angle;
+    instance.depth += placed.depth;
+    world.Touch(instance);
+    LetFollow(*rooms.Running(), placed.followers, instance.m_id);
+    if (!SetPlacedProperties(scripts, {instance, placed}))
+    {
+        const std::string why = scripts.TakeFailure();
+        scripts.Fail("object " + std::to_string(placed.id) + " of the room's map: " + why);
+        return nullptr;
+    }
+    return scripts.Call(type.traits.Script(Event::Create), &instance) ? &instance : nullptr;
 }
 
 // The Runner's own default camera shows the whole room. One that a script has put in its place is the script's affair.

@@ -11,12 +11,15 @@
 // The module's one camera manager is empty before Load and again after the game's destruction.
 
 #include "Files/Graphics/Camera_Handle.h"
+#include "Runner/Base/Installed_Kit.h"
 #include "Runner/Base/Random.h"
 #include "Runner/Base/Settings.h"
 #include "Runner/Draw/Painter.h"
 #include "Runner/Game/Frame_Observer.h"
 #include "Runner/Game/Game_Identity.h"
+#include "Runner/Game/Game_Names.h"
 #include "Runner/Game/Journal.h"
+#include "Runner/Game/Room_Map.h"
 #include "Runner/Game/Trace.h"
 #include "Runner/Input/Input.h"
 #include "Runner/Lua/Script_Engine.h"
@@ -32,17 +35,20 @@ class CCamera;
 namespace Runner
 {
 constexpr int NO_VIEW = -1; // the default camera draws without one
+constexpr int FRAMES_A_SECOND = 60;
 constexpr int SCREEN_WIDTH_UNLESS_SET = 1280;
 constexpr int SCREEN_HEIGHT_UNLESS_SET = 720;
 
 struct GameOptions
 {
     std::string file; // of the game
+    std::string kit;  // folder of the camera kit for a game without its own; empty: InstalledKit
     int width = 0;    // of the picture, pixels; 0: the game's screen
     int height = 0;
     uint64_t seed = 1;
     bool draw = true;      // false: everything runs, nothing is drawn
     bool check = false;    // walk all structures after each frame
+    bool strict = false;   // warn of variables that are read and were never set
     bool gcStress = false; // collect wherever a collection may happen
     std::string trace;     // file; empty for none
     ScriptLimits limits;
@@ -106,6 +112,11 @@ public:
         return options.journal != nullptr ? options.journal->Ask(question, ask) : ask();
     }
 
+    // ---- maps of rooms ----
+    int AddMap(std::unique_ptr<RoomMap> map); // the number, for RoomSpec
+    RoomMap* FindMap(int map) const;          // null when there is none
+    RoomMap* RunningMap() const;              // the running room's; null when it has none
+
     // ---- the screen ----
     bool SetScreenSize(int width, int height); // false once something was made for the old size
     int ScreenWidth() const { return m_screenWidth; }
@@ -128,6 +139,7 @@ public:
     ScriptEngine scripts;
     World world;
     Rooms rooms;
+    GameNames names;
     Input input;                            // of the running frame; no part of a saved game
     std::unique_ptr<AfterFrame> afterFrame; // null: nothing waits
     FrameObserver* observer = nullptr;      // who watches; not owned, null for nobody
@@ -148,6 +160,7 @@ private:
         const int32_t& m_where;
     };
 
+    Instance* CreatePlaced(const RoomPlacement& placement);
     bool CheckEverything();
     void CollectHostError(int camera);
 
@@ -174,6 +187,7 @@ private:
     void Update(const CameraNumber& number);
     void DrawRoom(const CameraNumber& number, int view);
     void DrawInstances();
+    void DrawMap(float depth, size_t& next);
     void TellOfView(int camera, int view) const;
     void DrawInstance(Instance& instance);
     void DrawGui(const RunningRoom& room);
@@ -186,6 +200,7 @@ private:
     std::unique_ptr<Painter> m_painter;
     Trace m_trace;
     GameIdentity m_identity;
+    std::vector<std::unique_ptr<RoomMap>> m_maps;
     std::vector<Instance*> m_seen; // of the view being drawn
     int m_screenWidth = SCREEN_WIDTH_UNLESS_SET;
     int m_screenHeight = SCREEN_HEIGHT_UNLESS_SET;

@@ -15,8 +15,9 @@ enum class Question : uint8_t
     Screenshot = 1,
     Save,
     Load,
+    Saves, // which saved games there are
 };
-constexpr Question LAST_QUESTION = Question::Load;
+constexpr Question LAST_QUESTION = Question::Saves;
 
 struct Answer
 {

@@ -21,17 +21,18 @@ using Lanes::Spread;
 
 inline __m128 Load(const kvVector3& v)
 {
-    const __m128 xy = _mm_loadl_pi(_mm_setzero_ps(), reinterpret_cast<const __m64*>(&v.x));
+    const __m128 xy = _mm_castsi128_ps(_mm_loadl_epi64(reinterpret_cast<const __m128i*>(&v.x)));
     return _mm_movelh_ps(xy, _mm_load_ss(&v.z));
 }
 
-// Skips the root and the division when the squared length is exactly 1: both would change nothing, and the side vector
-// of most flat cameras has that length.
+// Skips the root and the division when the squared length is 1 or the next float: its root is 1 then, and dividing by
+// it changes nothing. The side vector of most flat cameras has that length.
 inline __m128 Normalised(__m128 v)
 {
     const __m128 squares = _mm_mul_ps(v, v);
     const __m128 sum = _mm_add_ss(_mm_add_ss(squares, Spread<1>(squares)), Spread<2>(squares));
-    if (Lanes::First(sum) == 1.0f)
+    constexpr uint32_t one = 0x3F800000; // the bits of 1; the next float's are one more
+    if (static_cast<uint32_t>(_mm_cvtsi128_si32(_mm_castps_si128(sum))) - one <= 1)
         return v;
     return _mm_div_ps(v, Spread<0>(_mm_sqrt_ss(sum)));
 }
@@ -73,6 +74,7 @@ void kvMatrix::Multiply(kvMatrix& out, const kvMatrix& a, const kvMatrix& b)
 {
     const __m128 b0 = _mm_loadu_ps(b.m), b1 = _mm_loadu_ps(b.m + 4);
     const __m128 b2 = _mm_loadu_ps(b.m + 8), b3 = _mm_loadu_ps(b.m + 12);
+#pragma GCC unroll 4
     for (int row = 0; row < 16;
          row += 4) // out may be a or b: b is in registers, and each row of a is read before it is written
         _mm_storeu_ps(out.m + row, RowTimes(a.m + row, b0, b1, b2, b3));
@@ -88,11 +90,10 @@ void kvMatrix::LookAtLH(kvMatrix& out, const kvVector3& eye, const kvVector3& at
     const __m128 sum = _mm_add_ps(_mm_mul_ps(row0, _mm_set1_ps(eye.x)), _mm_mul_ps(row1, _mm_set1_ps(eye.y)));
     const __m128 place = _mm_add_ps(sum, _mm_mul_ps(row2, _mm_set1_ps(eye.z)));
     const __m128 lanes012 = _mm_castsi128_ps(_mm_setr_epi32(-1, -1, -1, 0));
-    const __m128 turned = _mm_and_ps(_mm_xor_ps(place, _mm_set1_ps(-0.0f)), lanes012);
     _mm_storeu_ps(out.m, row0);
     _mm_storeu_ps(out.m + 4, row1);
     _mm_storeu_ps(out.m + 8, row2);
-    _mm_storeu_ps(out.m + 12, _mm_or_ps(turned, _mm_setr_ps(0.0f, 0.0f, 0.0f, 1.0f)));
+    _mm_storeu_ps(out.m + 12, _mm_xor_ps(_mm_and_ps(place, lanes012), _mm_setr_ps(-0.0f, -0.0f, -0.0f, 1.0f)));
 }
 
 void kvMatrix::OrthoLH(kvMatrix& out, float width, float height, float zNear, float zFar)

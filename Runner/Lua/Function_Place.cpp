@@ -8,26 +8,24 @@
 
 namespace Runner
 {
-namespace
+int CallbackReference(const RValue& callback)
 {
-// The Lua reference of the function, negative for none.
-int ReferenceOf(const RValue& callback, const ScriptEngine& engine)
-{
+    const ScriptEngine* const engine = ScriptEngine::Current();
+    if (engine == nullptr || !engine->IsOpen())
+        return -1;
     if (KvKind(callback) == VALUE_OBJECT)
     {
         const ScriptFunction* function = ScriptFunction::From(callback.pObj);
         return function == nullptr ? -1 : function->Reference();
     }
     int number = -1;
-    return ScriptNumberOf(callback, number) ? engine.numbered.Find(number) : -1;
+    return ScriptNumberOf(callback, number) ? engine->numbered.Find(number) : -1;
 }
-} // namespace
 
 std::string PlaceOf(const RValue& callback)
 {
-    const ScriptEngine* engine = ScriptEngine::Current();
-    const int reference = engine == nullptr || !engine->IsOpen() ? -1 : ReferenceOf(callback, *engine);
-    lua_State* L = reference < 0 ? nullptr : engine->Running();
+    const int reference = CallbackReference(callback);
+    lua_State* L = reference < 0 ? nullptr : ScriptEngine::Current()->Running();
     if (L == nullptr || lua_checkstack(L, 2) == 0)
         return "";
     ScriptEngine::Push(L, reference);

@@ -70,7 +70,7 @@ bool Script_Perform(int index, CInstance*, CInstance*, int, RValue* result, Dyna
     const int reference = engine->numbered.Find(index);
     if (reference < 0)
     {
-        engine->missing.Tell(Current_Object, index);
+        engine->missing.Tell(engine->warnings, Current_Object, index);
         return false;
     }
     Perform({reference, nullptr, 0, result});

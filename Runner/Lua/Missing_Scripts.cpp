@@ -22,7 +22,7 @@ std::string Line(int cameraId, const std::string& callback, int number)
 } // namespace
 
 // The module does not say which callback asks, so each that has the number is told.
-void MissingScripts::Tell(int cameraId, int number)
+void MissingScripts::Tell(Warnings& warnings, int cameraId, int number)
 {
     const CCamera* camera = m_told.size() < LINES_AT_MOST ? g_CM.GetCamera(cameraId) : nullptr;
     if (camera == nullptr)
@@ -31,17 +31,17 @@ void MissingScripts::Tell(int cameraId, int number)
     {
         int own = -1;
         if (ScriptNumberOf(camera->*callback.value, own) && own == number)
-            TellOnce(cameraId, {camera->m_birth, callback.name, number});
+            TellOnce(warnings, cameraId, {camera->m_birth, callback.name, number});
     }
 }
 
-void MissingScripts::TellOnce(int cameraId, const Callback& callback)
+void MissingScripts::TellOnce(Warnings& warnings, int cameraId, const Callback& callback)
 {
     const bool isKnown = std::find(m_told.begin(), m_told.end(), callback) != m_told.end();
     if (isKnown || m_told.size() >= LINES_AT_MOST)
         return;
     m_told.push_back(callback);
-    PrintLine(Line(cameraId, callback.name, callback.number));
+    warnings.Tell(Line(cameraId, callback.name, callback.number));
     if (m_told.size() == LINES_AT_MOST)
         PrintLine("further callbacks with a number that script_add never gave are not told");
 }

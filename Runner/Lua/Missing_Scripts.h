@@ -2,6 +2,8 @@
 // Cameras whose callback is a number that script_add never gave: the module asks for the script each frame, and nothing
 // runs. The console says so once for each camera, callback and number.
 
+#include "Runner/Lua/Warnings.h"
+
 #include <cstddef>
 #include <cstdint>
 #include <vector>
@@ -14,7 +16,7 @@ public:
     static constexpr size_t LINES_AT_MOST = 50; // in a game; then one last line says that the rest is not told
 
     // The registered camera of that identifier was to perform the script of that number; others are not told.
-    void Tell(int cameraId, int number);
+    void Tell(Warnings& warnings, int cameraId, int number);
 
 private:
     struct Callback
@@ -28,7 +30,7 @@ private:
         }
     };
 
-    void TellOnce(int cameraId, const Callback& callback);
+    void TellOnce(Warnings& warnings, int cameraId, const Callback& callback);
 
     std::vector<Callback> m_told; // at most LINES_AT_MOST
 };

@@ -2,9 +2,10 @@
 
 namespace Runner
 {
-int NumberedScripts::Add(int reference)
+int NumberedScripts::Add(int reference, const std::string& name)
 {
     m_references.push_back(reference);
+    m_names.push_back(name);
     return static_cast<int>(m_references.size()) - 1;
 }
 

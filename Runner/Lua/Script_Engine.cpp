@@ -1,10 +1,9 @@
 #include "Runner/Lua/Script_Engine.h"
 
 #include "Files/Run/Run_Globals.h"
-#include "Runner/Base/Printable.h"
-#include "Runner/Base/Whole_File.h"
 #include "Runner/Lua/Sandbox.h"
 #include "Runner/Lua/Self.h"
+#include "Runner/Lua/Value_Text.h"
 #include "Runner/World/Instance.h"
 
 #include <lua.hpp>
@@ -59,6 +58,19 @@ std::string_view WithoutPreamble(std::string_view text)
     if (text.substr(0, 1) == "#")
         text.remove_prefix(std::min(text.find('\n'), text.size()));
     return text;
+}
+
+// The file of the innermost script function that is running; empty when there is none.
+std::string RunningFile(lua_State* L)
+{
+    lua_Debug frame;
+    for (int level = 0; lua_getstack(L, level, &frame) != 0; ++level)
+    {
+        lua_getinfo(L, "Sl", &frame);
+        if (frame.currentline > 0 && frame.source[0] == '@')
+            return frame.source + 1;
+    }
+    return "";
 }
 
 struct ProtectedCall
@@ -217,55 +229,28 @@ void ScriptEngine::CheckInterrupt(lua_State* L, lua_Debug*)
 
 // ---- files ----
 
-std::string ScriptEngine::PathOf(const std::string& name) const
+void ScriptEngine::LoadFile(lua_State* L, const std::string& name, const std::string& path)
 {
-    const bool climbs = name == ".." || name.rfind("../", 0) == 0 || name.find("/../") != std::string::npos ||
-                        (name.size() >= 3 && name.compare(name.size() - 3, 3, "/..") == 0);
-    if (name.empty() || name[0] == '/' || climbs || name.find('\0') != std::string::npos)
-        throw ScriptError("\"" + Printable(name) +
-                          "\" is no file of the game: give a name relative to the game's file");
-    return m_directory + name;
-}
-
-void ScriptEngine::LoadFile(lua_State* L, const std::string& path, const std::string& shownName)
-{
-    std::vector<uint8_t> bytes;
-    std::string why;
-    const bool isRead = ReadWholeFile(path, bytes, why);
-    m_read.push_back({shownName, isRead ? HashBytes(bytes.data(), bytes.size()) : 0});
-    if (!isRead)
-        throw ScriptError(why);
-    m_files.Bytes(shownName.c_str(), shownName.size() + 1);
-    m_files.Bytes(bytes.data(), bytes.size());
-    const std::string chunk = "@" + shownName;
+    const std::vector<uint8_t> bytes = files.ReadScript(name, path);
+    const std::string chunk = "@" + name;
     const std::string_view text = WithoutPreamble({reinterpret_cast<const char*>(bytes.data()), bytes.size()});
     if (luaL_loadbufferx(L, text.data(), text.size(), chunk.c_str(), "t") != LUA_OK)
         throw PositionedError(lua_tostring(L, -1));
 }
 
-void ScriptEngine::NoteFile(const std::string& name)
+bool ScriptEngine::RunMain(const std::string& file, const std::string& kit)
 {
-    std::vector<uint8_t> bytes;
-    std::string ignored;
-    const bool isRead = ReadWholeFile(m_directory + name, bytes, ignored);
-    m_read.push_back({name, isRead ? HashBytes(bytes.data(), bytes.size()) : 0});
-}
-
-bool ScriptEngine::RunMain(const std::string& file)
-{
-    const size_t slash = file.rfind('/');
-    m_directory = slash == std::string::npos ? "" : file.substr(0, slash + 1);
     struct Start
     {
         ScriptEngine& engine;
         const std::string& path;
-        std::string shownName;
+        std::string name;
     };
-    Start start = {*this, file, file.substr(m_directory.size())};
+    Start start = {*this, file, files.Open(file, kit)};
     const Body run = [](lua_State* L, void* context)
     {
         const auto& main = *static_cast<const Start*>(context);
-        main.engine.LoadFile(L, main.path, main.shownName);
+        main.engine.LoadFile(L, main.name, main.path);
         lua_call(L, 0, 0);
     };
     return Protect(run, &start);
@@ -277,7 +262,7 @@ void ScriptEngine::Include(lua_State* L, const std::string& name)
     if (lua_getfield(L, -1, name.c_str()) == LUA_TNIL)
     {
         lua_pop(L, 1);
-        LoadFile(L, PathOf(name), name);
+        LoadFile(L, name, files.FindScript(name, RunningFile(L)));
         lua_createtable(L, 1, 0);
         lua_pushvalue(L, -1);
         lua_setfield(
@@ -335,28 +320,29 @@ std::string ScriptEngine::PositionOfGiver() const
     return giver == m_givers.end() ? "" : giver->second;
 }
 
-// Nothing is pushed: the stack may be full.
+// A report that memory runs out for tells what is there.
 void ScriptEngine::NoteTrouble(lua_State* L)
 {
-    constexpr int DEEPEST = 24;
-    m_trouble = ScriptTrouble();
-    m_trouble.object = m_self != nullptr ? m_self->type.name : "";
-    m_trouble.camera = Current_Object;
-    lua_Debug frame;
-    for (int level = 0; level < DEEPEST && lua_getstack(L, level, &frame) != 0; ++level)
+    NoteEvent();
+    try
     {
-        lua_getinfo(L, "nSl", &frame);
-        if (frame.currentline <= 0)
-            continue;
-        m_trouble.stack += std::string(frame.short_src) + ":" + std::to_string(frame.currentline) + ": in ";
-        m_trouble.stack += frame.name != nullptr ? frame.name
-                           : *frame.what == 'm'  ? "the file"
-                                                 : "a function of line " + std::to_string(frame.linedefined);
-        m_trouble.stack += "\n";
+        m_trouble.value = lua_type(L, 1) == LUA_TSTRING ? "" : ValueText(L, 1);
+        m_trouble.stack = RunningFunctions(L);
+    }
+    catch (const std::bad_alloc&)
+    {
+        m_trouble.stack.clear();
     }
 }
 
-// Turns an error value of any type into a line of text, with a position where one is known.
+void ScriptEngine::NoteEvent()
+{
+    m_trouble = ScriptTrouble();
+    m_trouble.object = m_self != nullptr ? m_self->type.name : "";
+    m_trouble.camera = Current_Object;
+}
+
+// Turns an error value of any type into a line of text, with a position where one is known. No metamethod is asked.
 int ScriptEngine::DescribeError(lua_State* L)
 {
     if (!s_current->Failed())
@@ -367,8 +353,6 @@ int ScriptEngine::DescribeError(lua_State* L)
     size_t size = 0;
     if (const char* text = lua_type(L, 1) == LUA_TSTRING ? lua_tolstring(L, 1, &size) : nullptr)
         return HasPosition(std::string(text, size)) ? 1 : PushText(L, position + std::string(text, size));
-    if (luaL_callmeta(L, 1, "__tostring") != 0 && lua_type(L, -1) == LUA_TSTRING)
-        return 1;
     return PushText(L, position + "an error without a message (a " + luaL_typename(L, 1) + " value)");
 }
 
@@ -393,6 +377,8 @@ bool ScriptEngine::Protect(Body body, void* context, int called)
     if (status != LUA_OK)
     {
         const char* message = lua_tostring(L, -1);
+        if (!Failed() && status == LUA_ERRMEM) // no message handler has run
+            NoteEvent();
         if (!Failed())
             m_trouble.called = called;
         Fail(status == LUA_ERRMEM ? MemoryFailure() : message == nullptr ? "an error without a message" : message);

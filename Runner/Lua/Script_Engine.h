@@ -4,15 +4,16 @@
 // Scripts run inside Protect: no C++ exception passes through Lua and no Lua error through the module. An error that
 // leaves Protect becomes the engine's failure, which stops the game; no script runs after it.
 
-#include "Runner/Base/Hash.h"
 #include "Runner/Lua/Missing_Scripts.h"
 #include "Runner/Lua/Numbered_Scripts.h"
+#include "Runner/Lua/Script_Files.h"
+#include "Runner/Lua/Script_Trouble.h"
+#include "Runner/Lua/Strict_Fields.h"
 
 #include <cstddef>
 #include <map>
 #include <stdexcept>
 #include <string>
-#include <vector>
 
 struct lua_Debug;
 struct lua_State;
@@ -37,13 +38,6 @@ public:
     using ScriptError::ScriptError;
 };
 
-// A file that a game has read.
-struct GameFile
-{
-    std::string name;  // relative to the main file's directory
-    uint64_t hash = 0; // of its content; 0 when it could not be read
-};
-
 // What a game's scripts may use up.
 struct ScriptLimits
 {
@@ -51,15 +45,6 @@ struct ScriptLimits
 
     int64_t instructions = 0;          // of Lua in one frame, the same on every machine; 0 for no limit
     size_t memory = MEMORY_UNLESS_SET; // bytes
-};
-
-// Where the first failure happened, for a page that shows it. Unknown parts are empty or -1.
-struct ScriptTrouble
-{
-    int called = -1;    // the reference of the function that the engine was to run
-    int camera = -1;    // whose callback ran
-    std::string object; // the name of the object whose event ran
-    std::string stack;  // a line for each function that was running, the innermost first
 };
 
 class ScriptEngine
@@ -76,16 +61,15 @@ public:
 
     NumberedScripts numbered; // the scripts of script_add
     MissingScripts missing;   // callbacks with a number that was never given
+    Warnings warnings;
+    StrictFields strict{warnings}; // --strict
 
     lua_State* Running() const { return m_running; } // the main state, or the coroutine that runs now
 
-    // ---- files; names are relative to the main file's directory ----
-    bool RunMain(const std::string& file);               // false: it failed, see Failure
-    void Include(lua_State* L, const std::string& name); // pushes the file's result. Throws ScriptError
-    std::string PathOf(const std::string& name) const; // throws ScriptError for a name outside of the game's directory
-    const std::vector<GameFile>& Files() const { return m_read; } // all files read so far, in their order
-    void NoteFile(const std::string& name); // a file other than a script that the game has read, such as a picture
-    uint64_t Fingerprint() const { return m_files.Value(); } // a hash of the names and texts of all files run so far
+    // ---- files ----
+    ScriptFiles files;                                             // those of the game
+    bool RunMain(const std::string& file, const std::string& kit); // false: it failed, see Failure. kit: its folder
+    void Include(lua_State* L, const std::string& name);           // pushes the file's result. Throws ScriptError
 
     // ---- values that outlive a call ----
     int Keep(lua_State* L, int index);                      // a reference to the value
@@ -146,11 +130,12 @@ public:
 private:
     static void* Allocate(void* engine, void* block, size_t oldSize, size_t newSize);
     static void CheckInterrupt(lua_State* L, lua_Debug* where);
-    void LoadFile(lua_State* L, const std::string& path, const std::string& shownName);
+    void LoadFile(lua_State* L, const std::string& name, const std::string& path);
     void Prepare(Random& random);
     std::string PositionOfGiver() const;
     bool HasSpentInstructions() const { return m_limits.instructions > 0 && m_instructions > m_limits.instructions; }
     void NoteTrouble(lua_State* L);
+    void NoteEvent();
     std::string MemoryFailure() const;
 
     // The message handler of Protect.
@@ -166,10 +151,7 @@ private:
     size_t m_memory = 0;        // bytes allocated by Lua
     std::string m_refusedAt;    // the script's position at the last refused allocation
     ScriptTrouble m_trouble;
-    std::string m_directory; // of the main file, ends with a slash; empty: the working directory
     std::string m_failure;
-    Hash m_files;
-    std::vector<GameFile> m_read;
 };
 
 // "file.lua:12: " of the innermost script function that is running; empty when there is none.

@@ -1,5 +1,6 @@
 #include "Runner/Lua/Self.h"
 
+#include "Runner/Base/Printable.h"
 #include "Runner/Lua/Arguments.h"
 #include "Runner/Lua/Script_Engine.h"
 #include "Runner/World/World.h"
@@ -148,6 +149,8 @@ Instance& LiveInstance(lua_State* L, const Handle& handle)
 
 Handle& HandleAt(lua_State* L, int index) { return *static_cast<Handle*>(luaL_checkudata(L, index, SELF_TYPE)); }
 
+std::string OwnerOf(const Instance& instance) { return "object \"" + Printable(instance.type.name) + "\""; }
+
 // ---- metamethods ----
 
 int ReadField(lua_State* L)
@@ -163,13 +166,19 @@ int ReadField(lua_State* L)
         lua_pushvalue(L, 2);
         lua_rawget(L, -2);
     }
+    StrictFields& strict = ScriptEngine::Current()->strict;
+    if (strict.IsOn() && handle.instance != nullptr && lua_isnil(L, -1) && !field.has_value())
+        strict.NoteRead(L, 2, OwnerOf(*handle.instance));
     return 1;
 }
 
-void WriteVariable(lua_State* L)
+void WriteVariable(lua_State* L, const Instance& instance)
 {
     if (lua_type(L, 2) != LUA_TSTRING)
         throw ScriptError("a variable of an instance must have a name, got a " + KeyText(L, 2));
+    StrictFields& strict = ScriptEngine::Current()->strict;
+    if (strict.IsOn())
+        strict.NoteSet(L, 2, OwnerOf(instance));
     if (lua_getiuservalue(L, 1, 1) != LUA_TTABLE)
     {
         lua_newtable(L);
@@ -187,7 +196,7 @@ int WriteField(lua_State* L)
     const std::optional<Field> field = FieldAt(L, 2);
     if (!field.has_value())
     {
-        WriteVariable(L);
+        WriteVariable(L, instance);
         return 0;
     }
     const std::string name = field->Name();
@@ -291,6 +300,11 @@ void SetVariables(lua_State* L, Instance& instance, int table)
     lua_pushvalue(L, table);
     lua_setiuservalue(L, -2, 1);
     lua_pop(L, 1);
+    StrictFields& strict = ScriptEngine::Current()->strict;
+    if (!strict.IsOn())
+        return;
+    for (lua_pushnil(L); lua_next(L, table) != 0; lua_pop(L, 1))
+        strict.NoteSet(L, lua_absindex(L, -2), OwnerOf(instance));
 }
 
 Instance* SelfAt(lua_State* L, int index)

@@ -3,11 +3,15 @@
 #include "Files/Graphics/Graphics_Support.h"
 #include "Runner/Base/Printable.h"
 #include "Runner/Base/Whole_File.h"
+#include "Runner/Draw/Reduced.h"
 #include "Runner/Game/Game.h"
 #include "Runner/Host/Buffer.h"
 #include "Runner/Host/Console.h"
+#include "Runner/Save/Changed_Map.h"
+#include "Runner/Save/Counterparts.h"
 #include "Runner/Save/Save_File.h"
 #include "Runner/Save/Script_Values.h"
+#include "Runner/Save/Tile_Counterparts.h"
 #include "Runner/Save/Withheld_Callbacks.h"
 
 #include <algorithm>
@@ -16,6 +20,8 @@ namespace Runner
 {
 namespace
 {
+constexpr int THUMBNAIL_WIDTH = 96, THUMBNAIL_HEIGHT = 54; // at most
+
 void CaptureHead(const Game& game, SavedGame& saved)
 {
     const Random::State random = game.random.GetState();
@@ -96,24 +102,16 @@ void CaptureSurfaces(const Painter& painter, std::vector<SavedSurface>& saved)
             saved.push_back({number, painter.SurfaceWidth(number), painter.SurfaceHeight(number)});
 }
 
-void CaptureTiles(const Painter& painter, SavedTileMap& saved)
+// The screen as the last frame drew it. Nothing where nothing is drawn.
+void CaptureThumbnail(Game& game, SavedThumbnail& saved)
 {
-    saved.tiles.reserve(static_cast<size_t>(saved.columns) * static_cast<size_t>(saved.rows));
-    for (int row = 0; row < saved.rows; ++row)
-        for (int column = 0; column < saved.columns; ++column)
-            saved.tiles.push_back(painter.GetTile(saved.number, column, row));
-}
-
-void CaptureTileMaps(const Painter& painter, std::vector<SavedTileMap>& saved)
-{
-    TileMapInfo info;
-    for (int number = 0; number < painter.TileMapNumbers(); ++number)
-    {
-        if (!painter.FindTileMap(number, info))
-            continue;
-        saved.push_back({number, info.sprite, info.columns, info.rows, info.tileWidth, info.tileHeight, {}});
-        CaptureTiles(painter, saved.back());
-    }
+    if (!game.CurrentPainter()->Draws())
+        return;
+    const Picture small = Reduced(game.Screen(), THUMBNAIL_WIDTH, THUMBNAIL_HEIGHT);
+    saved.width = small.width;
+    saved.height = small.height;
+    for (size_t pixel = 0; pixel < small.rgba.size(); pixel += 4)
+        saved.rgb.insert(saved.rgb.end(), {small.rgba[pixel], small.rgba[pixel + 1], small.rgba[pixel + 2]});
 }
 
 // A script error during the capture becomes the reason of the refusal, and the game goes on.
@@ -144,15 +142,19 @@ bool CaptureState(Game& game, SavedState& state, std::string& missing, std::stri
     CaptureWorld(game.world, state.world);
     CaptureSurfaces(*game.CurrentPainter(), state.surfaces);
     CaptureTileMaps(*game.CurrentPainter(), state.tileMaps);
+    state.map = CaptureMap(game);
+    state.names = NamesOf(game);
     if (!CaptureCameras(game, state.cameras, missing))
         why = "there is no memory for the cameras' state";
     return why.empty() && CaptureScripts(game, state, why);
 }
 } // namespace
 
-bool CaptureGame(Game& game, std::vector<uint8_t>& file, std::string& missing, std::string& why)
+bool CaptureGame(Game& game, std::vector<uint8_t>& file, std::string& missing, std::string& why, bool withThumbnail)
 {
     SavedState state;
+    if (withThumbnail)
+        CaptureThumbnail(game, state.thumbnail);
     if (CaptureState(game, state, missing, why) && EncodeState(state, file, why) && file.size() > SAVE_SIZE_MAX)
         why = "there is too much to save";
     return why.empty();
@@ -162,7 +164,7 @@ bool SaveGame(Game& game, const std::string& path, std::string& why)
 {
     std::vector<uint8_t> file;
     std::string missing, reason;
-    if (!CaptureGame(game, file, missing, reason))
+    if (!CaptureGame(game, file, missing, reason, true))
         why = "cannot save " + PrintableName(path) + ": " + reason;
     if (!reason.empty() || !WriteFileAtomically(path, file.data(), file.size(), why))
         return false;

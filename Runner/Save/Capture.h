@@ -15,6 +15,7 @@ class Game;
 bool SaveGame(Game& game, const std::string& path, std::string& why);
 
 // The content of that file. missing: the line about callbacks that are not saved, empty when there are none. False, and
-// why in a few words.
-bool CaptureGame(Game& game, std::vector<uint8_t>& file, std::string& missing, std::string& why);
+// why in a few words. withThumbnail: with what the last frame drew, which is no part of the game's state.
+bool CaptureGame(Game& game, std::vector<uint8_t>& file, std::string& missing, std::string& why,
+                 bool withThumbnail = false);
 } // namespace Runner

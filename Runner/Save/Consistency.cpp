@@ -1,4 +1,5 @@
-#include "Files/Graphics/Camera_State.h"
+#include "Runner/Draw/Picture.h"
+#include "Runner/Save/Camera_Stream.h"
 #include "Runner/Save/Sections.h"
 
 #include <algorithm>
@@ -8,40 +9,22 @@ namespace Runner
 {
 namespace
 {
-constexpr size_t CameraRecordSize()
-{
-    size_t items = 0;
-    for (const CameraStateField& field : CAMERA_STATE)
-        items += static_cast<size_t>(field.count);
-    return 4 * items;
-}
-
 // Reads the module's stream: the slot count and the identifiers of its cameras, ascending. False when the bytes are not
 // exactly one stream, or when a camera is not in the slot of its identifier.
 bool ReadIdentifiers(const std::vector<uint8_t>& stream, std::vector<int32_t>& ids, int32_t& slots)
 {
-    ByteReader io(stream.data(), stream.size());
-    io(slots);
-    for (int32_t slot = 0; slot < slots && !io.Failed(); ++slot)
+    constexpr size_t ID = CameraItem(offsetof(CCamera, m_ID));
+    CameraRecords records;
+    if (!ReadCameraStream(stream, records))
+        return false;
+    slots = records.slots;
+    for (const auto& [slot, record] : records.cameras)
     {
-        uint32_t isThere = 0;
-        io(isThere);
-        if (isThere > 1)
+        if (static_cast<int32_t>(record[ID]) != slot)
             return false;
-        if (isThere == 0)
-            continue;
-        int32_t id = -1;
-        io(id);
-        for (size_t item = 4; item < CameraRecordSize(); item += 4)
-        {
-            uint32_t ignored = 0;
-            io(ignored);
-        }
-        if (id != slot)
-            return false;
-        ids.push_back(id);
+        ids.push_back(slot);
     }
-    return !io.Failed() && io.Left() == 0 && slots >= 0;
+    return true;
 }
 
 bool IsTable(const SavedValues& values, uint32_t number) { return number < values.tables.size(); }
@@ -62,6 +45,16 @@ bool CamerasAreConsistent(const SavedCameras& cameras)
         return false;
     return std::equal(ids.begin(), ids.end(), cameras.flags.begin(), cameras.flags.end(),
                       [](int32_t id, const SavedCameraFlags& camera) { return id == camera.id; });
+}
+
+bool ThumbnailIsConsistent(const SavedThumbnail& thumbnail)
+{
+    if (thumbnail.rgb.empty())
+        return thumbnail.width == 0 && thumbnail.height == 0;
+    const bool isSize = thumbnail.width > 0 && thumbnail.height > 0 && thumbnail.width <= PICTURE_SIDE_LIMIT &&
+                        thumbnail.height <= PICTURE_SIDE_LIMIT;
+    return isSize &&
+           thumbnail.rgb.size() == static_cast<size_t>(thumbnail.width) * static_cast<size_t>(thumbnail.height) * 3;
 }
 
 bool ValuesAreConsistent(const SavedState& state)

@@ -3,6 +3,10 @@
 #include "Runner/Base/Printable.h"
 #include "Runner/Draw/Painter.h"
 #include "Runner/Game/Game.h"
+#include "Runner/Host/Console.h"
+#include "Runner/Save/Changed_Map.h"
+#include "Runner/Save/Counterparts.h"
+#include "Runner/Save/Load_Hook.h"
 #include "Runner/Save/Save_File.h"
 
 #include <algorithm>
@@ -10,16 +14,24 @@
 
 namespace Runner
 {
+namespace
+{
+std::string SeedDifference(const GameIdentity& here, const GameIdentity& saved)
+{
+    if (!saved.usesSeed || saved.seed == here.seed)
+        return "";
+    return "it was made with --seed " + std::to_string(saved.seed) + ", this game was started with --seed " +
+           std::to_string(here.seed);
+}
+} // namespace
+
 std::string DifferenceOf(const GameIdentity& here, const GameIdentity& saved)
 {
     if (saved.files != here.files && saved.name != here.name)
         return "it is of another game (" + Printable(saved.name) + ", not " + Printable(here.name) + ")";
     if (saved.files != here.files)
         return "the game's files have changed since it was made";
-    if (saved.usesSeed && saved.seed != here.seed)
-        return "it was made with --seed " + std::to_string(saved.seed) + ", this game was started with --seed " +
-               std::to_string(here.seed);
-    return "";
+    return SeedDifference(here, saved);
 }
 
 namespace
@@ -114,19 +126,79 @@ bool TileMapsFit(const Painter& painter, const std::vector<SavedTileMap>& saved)
                        [&painter, &next](const SavedTileMap& map)
                        { return map.number == next++ && TilesFit(painter, map); });
 }
-} // namespace
 
-bool FitsGame(const Game& game, const SavedState& state, const std::string& path, std::string& why)
+// What the state names exists here, and its numbers make sense. Empty when that is so.
+std::string FaultOf(const Game& game, const SavedState& state)
 {
-    std::string reason = DifferenceOf(game.Identity(), state.game.identity);
-    if (reason.empty())
-        reason = MissingRoom(game, state.game);
+    std::string reason = MissingRoom(game, state.game);
     if (reason.empty())
         reason = MissingObject(game, state.world);
     const bool makesSense = GameFits(game, state.game) && state.views.size() == ROOM_VIEWS && WorldFits(state.world) &&
-                            SurfacesFit(state.surfaces) && TileMapsFit(*game.CurrentPainter(), state.tileMaps);
-    if (reason.empty() && !makesSense)
-        reason = "it is damaged: its content makes no sense";
+                            SurfacesFit(state.surfaces) && TileMapsFit(*game.CurrentPainter(), state.tileMaps) &&
+                            MapFits(game, state);
+    return reason.empty() && !makesSense ? "it is damaged: its content makes no sense" : reason;
+}
+
+// ---- other code ----
+
+std::string VersionText(int32_t version)
+{
+    return version == 0 ? "a version of the game that declares none" : "version " + std::to_string(version);
+}
+
+// Whether a state that other code has made may be loaded at all, and through on_load. Empty when it may.
+std::string RefusalOf(Game& game, const SavedState& state, bool& needsHook)
+{
+    const int32_t version = game.names.version;
+    needsHook = version != state.names.version;
+    if (version == 0)
+        return "the game's files have changed since it was made: declare game_version(n), so that saves outlive that";
+    if (state.fileVersion < 2)
+        return "it is of file version 1, which holds no names, and the game's files have changed since it was made";
+    if (needsHook && !HasLoadHook(game))
+        return "it was made by " + VersionText(state.names.version) + ", and this is version " +
+               std::to_string(version) + ": give the game on_load(from_version, data), which turns it into this one's";
+    return SeedDifference(game.Identity(), state.game.identity);
+}
+
+void TellChange(const SavedState& state, const Game& game, const std::string& path, std::vector<std::string> left)
+{
+    constexpr size_t LINES = 20;
+    const std::string name = PrintableName(path);
+    PrintLine(name + (state.names.version == game.names.version
+                          ? ": the game's code has changed since it was made"
+                          : ": it was made by " + VersionText(state.names.version) + " and goes on in version " +
+                                std::to_string(game.names.version)));
+    const size_t more = left.size() > LINES ? left.size() - LINES : 0;
+    left.resize(left.size() - more);
+    for (const std::string& line : left)
+        PrintLine(name + ": left out: " + line);
+    if (more > 0)
+        PrintLine(name + ": left out: " + std::to_string(more) + " more");
+}
+
+std::string Adapt(Game& game, SavedState& state, const std::string& path)
+{
+    bool needsHook = false;
+    std::vector<std::string> left;
+    std::string why = RefusalOf(game, state, needsHook);
+    if (!why.empty() || (needsHook && !RunLoadHook(game, state, why)) || !FindCounterparts(game, state, left, why))
+        return why;
+    why = FaultOf(game, state);
+    if (why.empty())
+        TellChange(state, game, path, std::move(left));
+    return why;
+}
+} // namespace
+
+bool FitToGame(Game& game, SavedState& state, const std::string& path, std::string& why)
+{
+    const bool isOtherCode = state.game.identity.files != game.Identity().files;
+    std::string reason = DifferenceOf(game.Identity(), state.game.identity);
+    if (isOtherCode && state.game.identity.name == game.Identity().name)
+        reason = Adapt(game, state, path);
+    else if (reason.empty())
+        reason = FaultOf(game, state);
     if (!reason.empty())
         why = CannotLoad(path, reason);
     return reason.empty();

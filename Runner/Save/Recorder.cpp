@@ -61,7 +61,7 @@ void Recorder::TakeHead(const Game& game)
     m_hasHead = true;
     RecordingHead& head = m_recording.head;
     head.identity = game.Identity();
-    head.files = game.scripts.Files();
+    head.files = game.scripts.files.Read();
     head.width = game.options.width;
     head.height = game.options.height;
     head.instructions = game.options.limits.instructions;
@@ -85,7 +85,7 @@ void Recorder::Cut(int frames, const std::vector<uint64_t>& sums)
 void Recorder::Adopt(const Game& game, const std::vector<uint64_t>& sums)
 {
     m_recording.head.identity = game.Identity();
-    m_recording.head.files = game.scripts.Files();
+    m_recording.head.files = game.scripts.files.Read();
     m_recording.SetSums(sums);
     WriteAgain();
 }

@@ -230,7 +230,7 @@ bool ReadPreamble(const std::vector<uint8_t>& file, std::string& why)
     else if (version > RECORDING_VERSION)
         why = "it was made by a newer runner (its version is " + std::to_string(version) + ", this one reads " +
               std::to_string(RECORDING_VERSION) + ")";
-    else if (version != RECORDING_VERSION)
+    else if (version == 0)
         why = "it is damaged: its version makes no sense";
     return why.empty();
 }

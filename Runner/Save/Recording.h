@@ -14,7 +14,7 @@
 
 namespace Runner
 {
-constexpr uint32_t RECORDING_VERSION = 1;
+constexpr uint32_t RECORDING_VERSION = 2; // 1 is read, too: it has no answers about lists of saves
 constexpr uint64_t UNKNOWN_SUM = 0;
 constexpr int BLOCK_FRAMES = 60; // at most, so that a crash costs at most a second
 

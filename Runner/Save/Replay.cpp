@@ -66,7 +66,7 @@ std::string ChangedFile(const std::vector<GameFile>& now, const std::vector<Game
 std::string DifferenceOf(const Game& game, const RecordingHead& head)
 {
     std::string difference = DifferenceOf(game.Identity(), head.identity);
-    const std::string file = ChangedFile(game.scripts.Files(), head.files);
+    const std::string file = ChangedFile(game.scripts.files.Read(), head.files);
     if (!difference.empty() && game.Identity().name != head.identity.name)
         return difference;
     return file.empty() ? difference : "the game has changed since it was made: see " + Printable(file);

@@ -3,6 +3,7 @@
 #include "Files/Graphics/Graphics_Support.h"
 #include "Runner/Game/Game.h"
 #include "Runner/Host/Buffer.h"
+#include "Runner/Save/Changed_Map.h"
 #include "Runner/Save/Script_Values.h"
 
 namespace Runner
@@ -87,6 +88,8 @@ void RestoreViews(RunningRoom& room, const std::vector<SavedView>& saved)
 {
     for (size_t i = 0; i < room.views.size(); ++i)
     {
+        if (saved[i].isNew)
+            continue;
         View& view = room.views[i];
         view.cameraID = saved[i].camera;
         static_cast<ViewFields&>(view) = saved[i].fields;
@@ -113,8 +116,16 @@ void ReadStream(const std::vector<uint8_t>& stream)
     g_CM.DeSerialize(&buffer);
 }
 
+// Views that the saved room did not have start as in a new room.
+void MakeNewCameras(Rooms& rooms, const std::vector<SavedView>& views)
+{
+    for (size_t view = 0; view < views.size(); ++view)
+        if (views[view].isNew)
+            rooms.MakeCamera(view);
+}
+
 // The camera table must be empty.
-void RestoreCameras(Game& game, const SavedCameras& saved)
+void RestoreCameras(Game& game, const SavedCameras& saved, const std::vector<SavedView>& views)
 {
     std::vector<int> roomCameras;
     ReadStream(saved.stream);
@@ -132,8 +143,16 @@ void RestoreCameras(Game& game, const SavedCameras& saved)
     }
     game.rooms.AdoptCameras(roomCameras);
     game.AdoptDefaultCamera(saved.ownDefaultCamera);
+    MakeNewCameras(game.rooms, views);
     g_CM.BuildRoomCameraList();
     g_CM.SetActiveCamera(saved.activeCamera);
+}
+
+void RestoreNames(GameNames& names, const SavedNames& saved)
+{
+    names.autosaves = saved.autosaves;
+    for (const SavedCameraName& camera : saved.cameras)
+        names.SetCamera(camera.id, camera.name);
 }
 
 // ---- scripts ----
@@ -160,7 +179,9 @@ bool RestoreGame(Game& game, const SavedState& state)
     RestoreSurfaces(*game.CurrentPainter(), state.surfaces);
     RestoreTileMaps(*game.CurrentPainter(), state.tileMaps);
     RestoreRoom(game, state);
-    RestoreCameras(game, state.cameras);
+    RestoreMap(game, state.map);
+    RestoreCameras(game, state.cameras, state.views);
+    RestoreNames(game.names, state.names);
     game.GotoRoom(state.game.nextRoom);
     game.SetFrameNumber(state.game.frame);
     game.random.SetState({state.game.randomPosition, state.game.randomIncrement});

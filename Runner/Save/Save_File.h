@@ -10,8 +10,11 @@
 
 namespace Runner
 {
-constexpr uint32_t SAVE_VERSION = 1;
+constexpr uint32_t SAVE_VERSION = 2;
 constexpr size_t SAVE_SIZE_MAX = size_t{1} << 28; // bytes
+
+// Whether a file starts as saved games do; false when it cannot be read.
+bool StartsAsSave(const std::string& path);
 
 // Reads a file and decodes it. False, and why in one line.
 bool ReadSavedGame(const std::string& path, SavedState& state, std::string& why);
@@ -25,7 +28,11 @@ std::string CannotLoad(const std::string& path, const std::string& reason);
 // The content of the file. False, and why in a few words, when the state does not fit into a file.
 bool EncodeState(const SavedState& state, std::vector<uint8_t>& file, std::string& why);
 
-// False, and why in a few words, when the content is damaged or of another version. A decoded state is consistent in
+// False, and why in a few words, when the content is damaged or of a newer version. A decoded state is consistent in
 // itself: every number of a table or camera names one.
 bool DecodeState(const std::vector<uint8_t>& file, SavedState& state, std::string& why);
+
+// The same content without its thumbnail, in this runner's file version: two saves are the same when these bytes are.
+// False, and why in a few words, as DecodeState.
+bool ComparableSave(const std::vector<uint8_t>& file, std::vector<uint8_t>& comparable, std::string& why);
 } // namespace Runner

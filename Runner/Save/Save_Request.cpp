@@ -50,13 +50,21 @@ Answer SaveRequest::ReadSave(const std::string& name) const
     return answer;
 }
 
-Answer SaveRequest::AskLoad(const Game& game, const std::string& name)
+Answer SaveRequest::AskAutosave(Game& game, int slots, std::string& name)
+{
+    name = "autosave_" + std::to_string(game.names.autosaves % slots + 1) + ".sav";
+    Answer answer = AskSave(game, name);
+    game.names.autosaves += answer.done ? 1 : 0;
+    return answer;
+}
+
+Answer SaveRequest::AskLoad(Game& game, const std::string& name)
 {
     Answer answer = game.Ask(Question::Load, [&] { return ReadSave(name); });
     const std::string path = SaveArea() + "/" + name;
     auto state = std::make_unique<SavedState>();
     answer.done = answer.done && ReadSavedGame(path, answer.content, *state, answer.why) &&
-                  FitsGame(game, *state, path, answer.why);
+                  FitToGame(game, *state, path, answer.why);
     if (answer.done)
         m_load = std::move(state);
     return answer;

@@ -17,7 +17,11 @@ public:
     // Names are those of files in the save area. Not done: the request was not taken, and why tells in one line, or is
     // empty for a name that the save area has refused on the console. The file system is asked through the journal.
     Answer AskSave(const Game& game, const std::string& name);
-    Answer AskLoad(const Game& game, const std::string& name); // reads and checks the file already
+    Answer AskLoad(Game& game, const std::string& name); // reads and checks the file already
+
+    // Saves in one of so many slots, autosave_1.sav first. The count of such saves, which is saved itself, chooses the
+    // slot. name: that of the slot's file.
+    Answer AskAutosave(Game& game, int slots, std::string& name);
 
     // Between two frames. A save that fails is told on the console, and the game goes on.
     void Perform(Game& game) override;

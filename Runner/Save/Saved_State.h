@@ -31,6 +31,7 @@ struct SavedView
 {
     int32_t camera = -1;
     ViewFields fields;
+    bool isNew = false; // not in a file: the room starts it, since the saved room had no such view
 };
 
 struct SavedInstance
@@ -81,6 +82,28 @@ struct SavedTileMap
     std::vector<int32_t> tiles; // frames row by row, -1 for none
 };
 
+// ---- cells of the room's map that differ from its file ----
+
+struct SavedMapCell
+{
+    int32_t column = 0, row = 0; // in the room
+    int32_t tileset = -1;        // by number; -1 for an empty cell
+    uint32_t tile = 0;           // its id there, with the flags of a cell
+};
+
+struct SavedMapLayer
+{
+    int32_t number = 0; // in the map's layers
+    std::string name;
+    std::vector<SavedMapCell> cells; // ascending by row, then by column
+};
+
+struct SavedMap
+{
+    std::vector<std::string> tilesets; // the names of all; empty when there are no layers
+    std::vector<SavedMapLayer> layers; // those that were changed, ascending by number
+};
+
 // ---- what scripts have stored ----
 
 struct TableNumber
@@ -113,14 +136,46 @@ struct SavedValues
     std::vector<SavedTable> tables; // table 0 is vars
 };
 
+// ---- names, by which another version of the game finds what the numbers mean ----
+
+struct SavedCameraName
+{
+    int32_t id = 0;
+    std::string name;
+};
+
+struct SavedNames
+{
+    int32_t version = 0;   // game_version; 0 when the game declares none
+    int32_t autosaves = 0; // made so far: they choose the slot of the next one
+    std::string room;
+    std::string nextRoom;                 // empty for none
+    uint32_t views = 0;                   // a bit for each view that the room's description has
+    std::vector<std::string> objects;     // by index; empty for one that was given no name
+    std::vector<std::string> sprites;     // by number: FILE#0, FILE#1; empty for one that is of no file
+    std::vector<std::string> scripts;     // by number; empty for one that was given no name
+    std::vector<SavedCameraName> cameras; // those that were given one, ascending by identifier
+};
+
+// The screen as the last frame drew it, small. It depends on the graphics driver, so that comparisons leave it out.
+struct SavedThumbnail
+{
+    int32_t width = 0, height = 0;
+    std::vector<uint8_t> rgb; // rows from the top down; empty when nothing was drawn
+};
+
 struct SavedState
 {
+    uint32_t fileVersion = 0; // of the file that it was read from
     SavedGame game;
     std::vector<SavedView> views; // all eight
     SavedWorld world;
     SavedCameras cameras;
     std::vector<SavedSurface> surfaces; // ascending by number
     std::vector<SavedTileMap> tileMaps; // ascending by number
+    SavedMap map;
     SavedValues values;
+    SavedNames names; // empty in a file of version 1
+    SavedThumbnail thumbnail;
 };
 } // namespace Runner

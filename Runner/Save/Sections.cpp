@@ -17,6 +17,7 @@ template <typename T> void Transfer(ByteWriter& io, const std::vector<T>& list);
 template <typename T> void Transfer(ByteReader& io, std::vector<T>& list);
 
 template <typename Io> void Transfer(Io& io, FieldsOf<Io, int32_t>& number) { io(number); }
+template <typename Io> void Transfer(Io& io, FieldsOf<Io, std::string>& text) { io(text); }
 
 template <typename Io> void Transfer(Io& io, FieldsOf<Io, SavedGame>& game)
 {
@@ -69,6 +70,39 @@ template <typename Io> void Transfer(Io& io, FieldsOf<Io, SavedCameras>& cameras
     All(io, cameras.defaultCamera, cameras.ownDefaultCamera, cameras.activeCamera, cameras.highPoint);
     Transfer(io, cameras.flags);
     io(cameras.stream);
+}
+
+template <typename Io> void Transfer(Io& io, FieldsOf<Io, SavedCameraName>& camera) { All(io, camera.id, camera.name); }
+
+template <typename Io> void Transfer(Io& io, FieldsOf<Io, SavedNames>& names)
+{
+    All(io, names.version, names.autosaves, names.room, names.nextRoom, names.views);
+    Transfer(io, names.objects);
+    Transfer(io, names.sprites);
+    Transfer(io, names.scripts);
+    Transfer(io, names.cameras);
+}
+
+template <typename Io> void Transfer(Io& io, FieldsOf<Io, SavedMapCell>& cell)
+{
+    All(io, cell.column, cell.row, cell.tileset, cell.tile);
+}
+
+template <typename Io> void Transfer(Io& io, FieldsOf<Io, SavedMapLayer>& layer)
+{
+    All(io, layer.number, layer.name);
+    Transfer(io, layer.cells);
+}
+
+template <typename Io> void Transfer(Io& io, FieldsOf<Io, SavedMap>& map)
+{
+    Transfer(io, map.tilesets);
+    Transfer(io, map.layers);
+}
+
+template <typename Io> void Transfer(Io& io, FieldsOf<Io, SavedThumbnail>& thumbnail)
+{
+    All(io, thumbnail.width, thumbnail.height, thumbnail.rgb);
 }
 
 // ---- values: the kind, then its content ----
@@ -132,18 +166,30 @@ template <typename T> void Transfer(ByteReader& io, std::vector<T>& list)
 
 // ---- sections ----
 
-template <auto part> constexpr Section MakeSection(const char (&tag)[5])
+template <auto part>
+constexpr Section MakeSection(const char (&tag)[5], uint32_t since = 1, bool (*isThere)(const SavedState&) = nullptr)
 {
     return {{tag[0], tag[1], tag[2], tag[3], '\0'},
+            since,
+            isThere,
             [](ByteWriter& io, const SavedState& state) { Transfer(io, state.*part); },
             [](ByteReader& io, SavedState& state) { Transfer(io, state.*part); }};
 }
+
+bool HasMapCells(const SavedState& state) { return !state.map.layers.empty(); }
+bool HasThumbnail(const SavedState& state) { return !state.thumbnail.rgb.empty(); }
 } // namespace
 
 const Section SECTIONS[SECTION_COUNT] = {
-    MakeSection<&SavedState::game>("GAME"),     MakeSection<&SavedState::views>("VIEW"),
-    MakeSection<&SavedState::world>("INST"),    MakeSection<&SavedState::cameras>("CAMS"),
-    MakeSection<&SavedState::surfaces>("SURF"), MakeSection<&SavedState::tileMaps>("TILE"),
+    MakeSection<&SavedState::game>("GAME"),
+    MakeSection<&SavedState::views>("VIEW"),
+    MakeSection<&SavedState::world>("INST"),
+    MakeSection<&SavedState::cameras>("CAMS"),
+    MakeSection<&SavedState::surfaces>("SURF"),
+    MakeSection<&SavedState::tileMaps>("TILE"),
     MakeSection<&SavedState::values>("VARS"),
+    MakeSection<&SavedState::names>("NAME", 2),
+    MakeSection<&SavedState::map>("MAPC", 2, HasMapCells),
+    MakeSection<&SavedState::thumbnail>(THUMBNAIL_TAG, 2, HasThumbnail),
 };
 } // namespace Runner

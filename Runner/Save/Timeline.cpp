@@ -55,7 +55,8 @@ bool Timeline::Restore(const std::vector<uint8_t>& save)
         return true;
     SavedState state;
     std::string why;
-    if (DecodeState(save, state, why) && FitsGame(*m_game, state, "the saved game", why) && RestoreGame(*m_game, state))
+    if (DecodeState(save, state, why) && FitToGame(*m_game, state, "the saved game", why) &&
+        RestoreGame(*m_game, state))
         return true;
     if (!m_game->scripts.Failed())
         m_game->scripts.Fail(why);

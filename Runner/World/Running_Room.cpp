@@ -70,7 +70,8 @@ const RoomSpec* Rooms::Find(int index) const
 RunningRoom& Rooms::Start(int index)
 {
     m_running = std::make_unique<RunningRoom>(index, *m_specs[static_cast<size_t>(index)]);
-    MakeCameras(*m_running);
+    for (size_t view = 0; view < m_running->views.size(); ++view)
+        MakeCamera(view);
     Run_Room = m_running.get();
     g_CM.StartRoom();
     if (g_CM.m_pScriptInstance != nullptr)
@@ -78,19 +79,16 @@ RunningRoom& Rooms::Start(int index)
     return *m_running;
 }
 
-void Rooms::MakeCameras(RunningRoom& room)
+void Rooms::MakeCamera(size_t view)
 {
-    for (size_t i = 0; i < room.views.size(); ++i)
-    {
-        if (!room.spec.views[i].has_value())
-            continue;
-        KvRoomView record = *room.spec.views[i];
-        const CCamera* camera = g_CM.CreateCameraFromView(&record);
-        if (camera == nullptr)
-            continue;
-        room.views[i].cameraID = camera->GetID();
-        m_ownCameras.emplace_back(camera);
-    }
+    if (!m_running->spec.views[view].has_value())
+        return;
+    KvRoomView record = *m_running->spec.views[view];
+    const CCamera* camera = g_CM.CreateCameraFromView(&record);
+    if (camera == nullptr)
+        return;
+    m_running->views[view].cameraID = camera->GetID();
+    m_ownCameras.emplace_back(camera);
 }
 
 std::vector<int> Rooms::OwnCameras() const

@@ -6,6 +6,7 @@
 
 #include "Files/Graphics/Camera_Handle.h"
 #include "Files/Room/Room.h"
+#include "Runner/World/Map_Model.h"
 #include "Runner/World/View_Fields.h"
 
 #include <array>
@@ -18,6 +19,7 @@ namespace Runner
 {
 constexpr int NO_ROOM = -1;
 constexpr int NO_CAMERA = -1;
+constexpr int NO_MAP = -1;
 constexpr int ROOM_SIDE_LIMIT = 1000000;
 
 // The room's functions, as Lua references; -1 for none.
@@ -26,11 +28,23 @@ struct RoomScripts
     int create = -1, load = -1, step = -1, draw = -1, drawGui = -1;
 };
 
+// What an object of a map adds to the instance that is made of it.
+struct PlacedObject
+{
+    int id = 0; // of the map's object
+    bool visible = true;
+    float angle = 0.0f;
+    float depth = 0.0f; // of its layer, added to the object's
+    MapProperties properties;
+    unsigned followers = 0; // views whose cameras follow it, a bit each
+};
+
 // An instance that the room starts with.
 struct RoomPlacement
 {
     int object;
     float x, y;
+    std::shared_ptr<const PlacedObject> placed = nullptr; // null: it comes from no map
 };
 
 struct RoomSpec
@@ -41,6 +55,7 @@ struct RoomSpec
     std::array<std::optional<KvRoomView>, ROOM_VIEWS> views;
     std::vector<RoomPlacement> instances; // in the order of creation
     RoomScripts scripts;
+    int map = NO_MAP; // the game's, whose layers the room draws
 };
 
 class View : public CViewGM, public ViewFields
@@ -85,11 +100,11 @@ public:
     RunningRoom& Start(int index);
     void End(); // destroys the view cameras that are left, and the room; nothing happens when no room runs
 
-    std::vector<int> OwnCameras() const;            // identifiers of the cameras made for views that still exist
+    std::vector<int> OwnCameras() const; // identifiers of the cameras made for views that still exist
+    void MakeCamera(size_t view); // for a view of the running room, as its description says; nothing for one without
     void AdoptCameras(const std::vector<int>& ids); // these are made for views: a saved game has brought them back
 
 private:
-    void MakeCameras(RunningRoom& room);
     void DestroyCameras();
 
     std::vector<std::unique_ptr<RoomSpec>> m_specs; // by index; their addresses stay

@@ -58,6 +58,13 @@ expect_says "$version"
 must "an installed game" "$usr/bin/camera-module-runner" "$usr/share/camera-module-runner/Games/canyon/canyon.lua" \
     --frames 3 --check --quiet --out "$work/out"
 [ -s "$work/out/last_frame.png" ] || fail "the installed Runner drew no picture"
+cat > "$work/kit_game.lua" <<'GAME'
+local kit = include("kit/camera_kit.lua")
+room_add{ views = { [0] = {} }, create = function() kit.camera{ view = 0 } end, step = function() kit.step() end }
+log("the kit's version: " .. kit.version)
+GAME
+must "a game with the installed kit" "$usr/bin/camera-module-runner" "$work/kit_game.lua" --frames 3 --no-draw --out "$work/out"
+expect_says "the kit's version: 1"
 
 mv "$work/moved" "$root"
 must "removing" private_dpkg -P libcamera-module-dev camera-module-runner

@@ -163,7 +163,8 @@ struct Case
 // What stands for the arguments before the one in question, and after it.
 std::string GoodValue(const std::string& name)
 {
-    const std::set<std::string> matrices = {"matrix", "a", "b"}, texts = {"text", "file", "name", "format", "action"};
+    const std::set<std::string> matrices = {"matrix", "a", "b"},
+                                texts = {"text", "file", "map_file", "name", "format", "action"};
     if (matrices.count(name) != 0)
         return "matrix_identity()";
     if (name == "format")

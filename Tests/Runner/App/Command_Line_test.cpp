@@ -72,7 +72,8 @@ TEST_F(CommandLine, AGameMayStartWithAByteOrderMarkAndANoteToTheShell)
         EXPECT_EQ(out, "heard\n");
         const std::string line = start.find('\n') == std::string::npos ? "1" : "2";
         EXPECT_EQ(Play(start + "error('x')", {"--no-draw"}), 1);
-        EXPECT_EQ(err, "runner: main.lua:" + line + ": x\n");
+        EXPECT_EQ(err, "runner: main.lua:" + line + ": x\n    the game's file\n    frame 0\n    main.lua:" + line +
+                           ": in the file\n");
     }
     EXPECT_EQ(Play("#! only this", {"--no-draw"}), 1);
     EXPECT_EQ(err, "runner: the game has no room: add one with room_add\n");
@@ -113,11 +114,16 @@ class GameErrors : public CommandLine, public ::testing::WithParamInterface<Game
 {
 };
 
-TEST_P(GameErrors, AreOneLineAndStatusOne)
+// What was running stands below, indented; nothing when no script was.
+TEST_P(GameErrors, AreALineWithWhatWasRunningBelowItAndStatusOne)
 {
     EXPECT_EQ(Play(GetParam().game, {"--frames", "2", "--no-draw"}), 1);
-    ExpectOneLine(err);
-    EXPECT_EQ(err, std::string("runner: ") + GetParam().line + "\n");
+    std::istringstream lines(err);
+    std::string line;
+    ASSERT_TRUE(std::getline(lines, line)) << err;
+    EXPECT_EQ(line, std::string("runner: ") + GetParam().line);
+    while (std::getline(lines, line))
+        EXPECT_EQ(line.substr(0, 4), "    ") << err;
 }
 
 INSTANTIATE_TEST_SUITE_P(
@@ -147,9 +153,36 @@ TEST_F(CommandLine, AMissingFileIsAnError)
 TEST_F(CommandLine, AMissingPictureIsAnErrorOfTheLineThatWantsIt)
 {
     EXPECT_EQ(Play("\nsprite_add('none.png')", {"--no-draw"}), 1);
-    ExpectOneLine(err);
-    EXPECT_EQ(err, "runner: main.lua:2: sprite_add() - cannot read the picture \"" + directory.Path("none.png") +
-                       "\": No such file or directory\n");
+    EXPECT_EQ(err,
+              "runner: main.lua:2: sprite_add() - cannot read the picture \"" + directory.Path("none.png") +
+                  "\": No such file or directory\n    the game's file\n    frame 0\n    main.lua:2: in the file\n");
+}
+
+// The first line is what pcall gives.
+TEST_F(CommandLine, AnErrorOfAScriptPrintsItsLineThenWhereItHappened)
+{
+    EXPECT_EQ(Play("local function f(n)\nlocal t = { n }\nreturn t.x.y end\nprint(select(2, pcall(f, 1)))\n"
+                   "local o = object_add{ name = 'player', step = function(self) self.n = f(5) end }\n"
+                   "room_add{ name = 'cave', instances = { {o, 0, 0} } }",
+                   {"--no-draw"}),
+              1);
+    EXPECT_EQ(err, "runner: " + out +
+                       "    player: step\n    room cave, frame 0\n    main.lua:3: in f\n        n = 5\n"
+                       "        t = {5}\n    main.lua:5: in a function of line 5\n"
+                       "        self = instance 100000 (player)\n");
+    EXPECT_EQ(out, "main.lua:3: attempt to index a nil value (field 'x')\n");
+}
+
+TEST_F(CommandLine, WarningsAreCountedAtTheEnd)
+{
+    const std::string game = "room_add{ views = { [0] = {} }, step = function() vars.n = vars.missing\n"
+                             "camera_set_view_target(view_get_camera(0), 100007) end }";
+    EXPECT_EQ(Play(game, {"--no-draw", "--quiet", "--frames", "3"}), 0);
+    EXPECT_EQ(err, "runner: 1 warning\n");
+    EXPECT_EQ(out, "warning: camera 1 follows instance 100007, which never existed, so it stays where it is\n");
+    EXPECT_EQ(Play(game, {"--no-draw", "--quiet", "--frames", "3", "--strict"}), 0);
+    EXPECT_EQ(err, "runner: 2 warnings\n");
+    EXPECT_EQ(out.find("warning: main.lua:1: reads missing of vars, which no script has set\n"), 0u) << out;
 }
 
 TEST_F(CommandLine, ADirectoryIsNoGame)

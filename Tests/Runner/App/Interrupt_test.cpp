@@ -126,7 +126,9 @@ TEST_F(Interrupts, EndAScriptThatCatchesEveryError)
 TEST_F(Interrupts, AnErrorAfterTheSignalIsAnError)
 {
     EXPECT_EQ(PlayAndSignal(GameWithThirdStep(SLOW + std::string(" error('wrong')")), 4, SIGINT, {"--no-draw"}), 1);
-    EXPECT_EQ(err, "runner: main.lua:3: wrong\n");
+    EXPECT_EQ(err.find("runner: main.lua:3: wrong\n    room room0: step\n    room room0, frame 2\n    main.lua:3: in "),
+              0u)
+        << err;
 }
 
 TEST_F(Interrupts, ASaveThatWasNotReachedIsNamed)

@@ -23,10 +23,11 @@ protected:
 TEST_F(Options, HelpNamesEveryOption)
 {
     EXPECT_EQ(Run({"--help"}), 0);
-    for (const char* option : {"GAME",      "--frames", "--size",       "--out",           "--every",   "--trace",
-                               "--seed",    "--quiet",  "--screenshot", "--contact-sheet", "--save-at", "--load",
-                               "--record",  "--replay", "--anyway",     "--compare",       "--watch",   "--input",
-                               "--no-draw", "--check",  "--gc-stress",  "--version",       "--help"})
+    for (const char* option :
+         {"GAME",     "--frames",        "--size",          "--out",     "--every",   "--trace",  "--seed",
+          "--quiet",  "--screenshot",    "--contact-sheet", "--save-at", "--load",    "--record", "--replay",
+          "--anyway", "--compare",       "--watch",         "--input",   "--no-draw", "--check",  "--gc-stress",
+          "--strict", "--compare-saves", "--version",       "--help"})
         EXPECT_NE(out.find(option), std::string::npos) << option;
     EXPECT_EQ(err, "");
 }

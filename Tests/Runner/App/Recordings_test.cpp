@@ -109,6 +109,23 @@ TEST_F(Recordings, AReplayHasWhatTheRunLoadedAndWritesNothing)
     EXPECT_FALSE(Exists("second"));
 }
 
+TEST_F(Recordings, AReplayHasTheListsOfSavesOfTheRun)
+{
+    directory.Write("main.lua", R"(
+        game_version(6)
+        room_add{ name = "cave", step = function()
+            if frame_number() == 1 then log(game_autosave(2)) end
+            if frame_number() == 4 then for _, it in ipairs(game_saves()) do
+                log(it.name .. " " .. it.version .. " " .. it.room .. " " .. it.frame) end end
+        end })");
+    ASSERT_EQ(Start("first", {"--frames", "6", "--record", directory.Path("run.rec")}), 0) << err;
+    EXPECT_EQ(out, "autosave_1.sav\nautosave_1.sav 6 cave 2\n");
+    std::filesystem::remove_all(directory.Path("first"));
+    ASSERT_EQ(Replay(), 0) << err;
+    EXPECT_EQ(out, "autosave_1.sav\nautosave_1.sav 6 cave 2\n");
+    EXPECT_FALSE(Exists("second"));
+}
+
 // The text presses space in frames 3 to 5 and holds the pointer and a stick; scripts see the same in the replay.
 TEST_F(Recordings, WhatTheUserDidIsReplayed)
 {

@@ -89,6 +89,32 @@ TEST_F(SaveOptions, ADamagedFileIsAnError)
     EXPECT_EQ(Said(), "runner: cannot load " + save + ": it is no saved game\n");
 }
 
+// The second game differs in a number, a text of vars, and an instance's place.
+TEST_F(SaveOptions, ComparedSavesTellWhatDiffers)
+{
+    const auto text = [](const std::string& n)
+    {
+        return "local o = object_add{} room_add{ instances = { {o, " + n + ", 2} }, create = function()\n" +
+               "instance_get(100000).n = " + n + " vars.t = { 'a', { " + n + " } } end }";
+    };
+    const std::string other = directory.Path("other.sav"), again = directory.Path("again.sav");
+    const std::string two = directory.Write("two.lua", text("1"));
+    ASSERT_EQ(Run(two + " --frames 2 --save-at 2 " + save), 0);
+    ASSERT_EQ(Run(two + " --frames 2 --save-at 2 " + again), 0);
+    directory.Write("two.lua", text("7"));
+    ASSERT_EQ(Run(two + " --frames 2 --save-at 2 " + other), 0);
+    EXPECT_EQ(RunnerTest::StartProgram("--compare-saves " + save + " " + again, directory.Path("said")), 0);
+    EXPECT_EQ(Said(), "the saves are the same\n");
+    EXPECT_EQ(RunnerTest::StartProgram("--compare-saves " + save + " " + other, directory.Path("said")), 1);
+    const std::string said = Said();
+    EXPECT_EQ(said.substr(said.find('\n') + 1), "instance 100000 x: 1 / 7\ninstance 100000.n: 1 / 7\n"
+                                                "vars.t[2][1]: 1 / 7\n");
+    EXPECT_EQ(said.find("fingerprint: "), 0u);
+    EXPECT_EQ(RunnerTest::StartProgram("--compare-saves " + save + " " + two, directory.Path("said")), 1);
+    EXPECT_EQ(Said(), "runner: cannot load " + two + ": it is no saved game\n");
+    EXPECT_EQ(Run("--compare-saves " + save + " " + other), 2); // with --no-draw
+}
+
 TEST_F(SaveOptions, MistakesAreOneLineAndStatusTwo)
 {
     for (const std::string wrong : {" --save-at 3", " --save-at 0 f", " --save-at many f", " --screenshot a.png"})

@@ -41,7 +41,7 @@ TEST_F(FrameTest, AViewWithoutACameraShowsNothing)
     EXPECT_EQ(Play("room_add{ views = { [0] = {} }, create = function() camera_destroy(view_get_camera(0)) end,\n"
                    "draw = function() print('draw') end }"),
               "");
-    EXPECT_EQ(Log(), "");
+    EXPECT_EQ(Log(), "warning: view 0 of room \"room0\" shows camera 1, which does not exist, so nothing is drawn\n");
 }
 
 TEST_F(FrameTest, TheCameraThatDrawsIsTheActiveOne)

@@ -1,6 +1,7 @@
 // The example games answer to what a player does. Left alone they go their own way (Golden_Trace_test.cpp).
 #include "Files/Graphics/Graphics_Support.h"
 #include "Runner/Input/Input_Names.h"
+#include "Runner/Lua/Settings_Table.h"
 
 #include "Tests/Runner/Support/Game_Support.h"
 #include "Tests/Runner/Support/Golden_Runs.h"
@@ -98,6 +99,30 @@ TEST_F(PlayableGames, TheSecondGamepadOfTheCanyonPlaysTheBandit)
     EXPECT_GT(First("bandit").x, bandit) << "alone the bandit runs to the left";
 }
 
+TEST_F(PlayableGames, AdaOfTheTownWalksWhereTheKeysSayAndStopsAtTheRiver)
+{
+    Open("town");
+    const float x = First("walker").x, y = First("walker").y;
+    Frames(20, Held("left"));
+    EXPECT_NEAR(First("walker").x, x - 32.0f, 2.0f);
+    Frames(200, Held("down"));
+    EXPECT_GT(First("walker").y, y + 20.0f);
+    EXPECT_LT(First("walker").y, 37.0f * 16.0f) << "she walks into the river";
+}
+
+TEST_F(PlayableGames, TheViewsOfTheTownFollowWhomTheMapSays)
+{
+    Open("town");
+    Frames(300);
+    const auto& views = game->rooms.Running()->views;
+    const CCamera* small = g_CM.GetCamera(views[1].cameraID);
+    const Instance* followed = game->world.Find(small->GetTargetInstance());
+    ASSERT_NE(followed, nullptr);
+    EXPECT_EQ(followed->type.name, "villager");
+    EXPECT_NEAR(small->GetViewX() + 128.0f, followed->x, 1.0f);
+    EXPECT_EQ(Ports(), "0,0 1280x720 | 1004,20 256x144");
+}
+
 TEST_F(PlayableGames, AClickInShakeCallsDownAMeteor)
 {
     Open("shake");
@@ -161,5 +186,39 @@ TEST_F(PlayableGames, FourPlayersOfSplitFillTheScreenAndAFifthFindsNoPlace)
         Frames(1, frame);
     }
     EXPECT_EQ(Ports(), "0,0 638x358 | 642,0 638x358 | 0,362 638x358 | 642,362 638x358");
+}
+// Scenes are rooms, in their order. 240 frames each when nobody is there; whoever has touched a key stays.
+TEST_F(PlayableGames, TheScenesOfTheKitChangeByKeysAndByThemselves)
+{
+    Open("kit");
+    const auto scene = [this] { return game->rooms.Running()->spec.name; };
+    Frames(2);
+    EXPECT_EQ(scene(), "Platformer");
+    Frames(240);
+    EXPECT_EQ(scene(), "Look-ahead");
+    Tap("enter");
+    EXPECT_EQ(scene(), "Screen by screen");
+    Tap("backspace");
+    EXPECT_EQ(scene(), "Look-ahead");
+    Frames(300);
+    EXPECT_EQ(scene(), "Look-ahead") << "somebody is there";
+    const float before = First("walker").x;
+    Frames(30, Held("left"));
+    EXPECT_LT(First("walker").x, before);
+}
+
+TEST_F(PlayableGames, TheKitsMotionIsSetByAKey)
+{
+    Open("kit");
+    Frames(2);
+    const auto motion = [this]
+    {
+        Settings settings;
+        EXPECT_TRUE(TakeSettings(game->scripts, settings)) << game->Failure();
+        return settings.count("kit_motion") == 0 ? -1.0 : std::get<double>(settings.at("kit_motion"));
+    };
+    EXPECT_EQ(motion(), -1.0) << "nothing is set unless somebody asks for it";
+    Tap("m");
+    EXPECT_EQ(motion(), 0.5);
 }
 } // namespace

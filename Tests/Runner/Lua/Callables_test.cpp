@@ -86,13 +86,14 @@ TEST_F(Callables, ANumberWithoutAScriptIsToldOnceForEachCallback)
                  "pcall(camera_set_end_script, C, '99')"), // refused and stored: a text that is a number counts as it
              5),
         "");
-    EXPECT_EQ(Log(),
-              "camera 1: its begin script is number -2, which script_add never gave, so nothing runs; set a "
-              "number from script_add, or -1 for no script\n"
-              "camera 1: its update script is number 99, which script_add never gave, so nothing runs and the "
-              "camera does not follow its target; set a number from script_add, or -1 for no script\n"
-              "camera 1: its end script is number 99, which script_add never gave, so nothing runs; set a number "
-              "from script_add, or -1 for no script\n");
+    EXPECT_EQ(
+        Log(),
+        "warning: camera 1: its begin script is number -2, which script_add never gave, so nothing runs; set a "
+        "number from script_add, or -1 for no script\n"
+        "warning: camera 1: its update script is number 99, which script_add never gave, so nothing runs and the "
+        "camera does not follow its target; set a number from script_add, or -1 for no script\n"
+        "warning: camera 1: its end script is number 99, which script_add never gave, so nothing runs; set a number "
+        "from script_add, or -1 for no script\n");
 }
 
 TEST_F(Callables, AnotherNumberAndAnotherCameraWithoutAScriptAreToldAgain)

@@ -74,20 +74,20 @@ TEST_F(Limits, AFailureNamesEventObjectFrameAndStack)
     Play(text, 5);
     const Runner::FailureReport report = Runner::DescribeFailure(*game);
     EXPECT_EQ(report.line, std::string("main.lua:1: ") + SPENT);
-    EXPECT_EQ(report.event, "the step event of object \"ball\"");
+    EXPECT_EQ(report.event, "ball: step");
     EXPECT_EQ(report.frame, 2);
     ASSERT_EQ(report.stack.size(), 4u);
-    EXPECT_EQ(report.stack[0].find("main.lua:1: in"), 0u) << report.stack[0];
-    EXPECT_EQ(report.stack[3].find("main.lua:3: in"), 0u) << report.stack[3];
+    EXPECT_EQ(report.stack[0].place.find("main.lua:1: in"), 0u) << report.stack[0].place;
+    EXPECT_EQ(report.stack[3].place.find("main.lua:3: in"), 0u) << report.stack[3].place;
 }
 
 TEST_F(Limits, AFailureInARoomOrACallbackSaysSo)
 {
     Play("room_add{ name = 'cave', draw_gui = function() error('x') end }");
-    EXPECT_EQ(Runner::DescribeFailure(*game).event, "the draw_gui script of room \"cave\"");
+    EXPECT_EQ(Runner::DescribeFailure(*game).event, "room cave: draw_gui");
     Play("room_add{ views = { [0] = {} }, create = function() "
          "camera_set_update_script(view_get_camera(0), function() error('x') end) end }");
-    EXPECT_EQ(Runner::DescribeFailure(*game).event, "a callback of camera 1");
+    EXPECT_EQ(Runner::DescribeFailure(*game).event, "camera 1: update");
     Play("error('x')");
     EXPECT_EQ(Runner::DescribeFailure(*game).event, "the game's file");
 }

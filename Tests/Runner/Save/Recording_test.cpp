@@ -319,6 +319,6 @@ TEST_F(DamagedRecording, ANewerVersionIsNamed)
     std::vector<uint8_t> bytes = file;
     bytes[8] = 9;
     EXPECT_EQ(FramesOf(bytes), -1);
-    EXPECT_EQ(why, "it was made by a newer runner (its version is 9, this one reads 1)");
+    EXPECT_EQ(why, "it was made by a newer runner (its version is 9, this one reads 2)");
 }
 } // namespace

@@ -2,11 +2,17 @@
 
 #include "Files/Graphics/Graphics_Support.h"
 #include "Runner/Base/File_Faults.h"
+#include "Runner/Base/Random.h"
+#include "Runner/Base/Whole_File.h"
 #include "Runner/Draw/Screenshot.h"
 #include "Runner/Host/Memory.h"
 #include "Tests/Runner/Save/Save_Support.h"
 
+#include <csignal>
 #include <functional>
+
+#include <sys/wait.h>
+#include <unistd.h>
 
 namespace
 {
@@ -61,6 +67,16 @@ protected:
             EXPECT_NE(why, "");
             EXPECT_EQ(why.find('\n'), std::string::npos);
         }
+    }
+
+    // Until it is killed. The number of turns is for a parent that is gone.
+    [[noreturn]] void SaveInTurns(const std::vector<uint8_t>& first, const std::vector<uint8_t>& second) const
+    {
+        std::string why;
+        for (int turn = 0; turn < 100000; ++turn)
+            for (const std::vector<uint8_t>* save : {&first, &second})
+                Runner::WriteFileAtomically(SavePath(), save->data(), save->size(), why);
+        _exit(0);
     }
 
     long FilesInArea() const
@@ -118,6 +134,54 @@ TEST_F(SaveFaults, AGameGoesOnAfterASaveThatFailed)
     EXPECT_EQ(Run("assert(game_save('slot'))", 3), "");
     EXPECT_EQ(Log(), "cannot put in place " + directory.Path("save/slot") + ": No space left on device\n");
     EXPECT_EQ(game->FrameNumber(), 3);
+}
+
+// A process saves over and over, one state and then the other, and is killed at some moment.
+TEST_F(SaveFaults, AKillAtAnyMomentLeavesTheOldSaveOrTheNewOne)
+{
+    constexpr int KILLS = 100;
+    ASSERT_EQ(Save(), "");
+    const std::vector<uint8_t> first = Bytes();
+    ASSERT_EQ(PlayOn(3), "");
+    ASSERT_EQ(Save(), "");
+    const std::vector<uint8_t> second = Bytes();
+    ASSERT_NE(first, second);
+    Runner::Random random(6);
+    int firsts = 0;
+    for (int i = 0; i < KILLS; ++i)
+    {
+        const pid_t child = fork();
+        if (child == 0)
+            SaveInTurns(first, second);
+        ASSERT_GT(child, 0);
+        usleep(static_cast<useconds_t>(random.Range(0, 3000)));
+        kill(child, SIGKILL);
+        waitpid(child, nullptr, 0);
+        const std::vector<uint8_t> left = Bytes();
+        ASSERT_TRUE(left == first || left == second) << left.size() << " bytes after kill " << i;
+        firsts += left == first ? 1 : 0;
+    }
+    EXPECT_GT(firsts, 0); // some came in between
+    EXPECT_LT(firsts, KILLS);
+    EXPECT_EQ(Save(), ""); // whatever the last one left beside it
+    EXPECT_FALSE(std::filesystem::exists(SavePath() + ".part"));
+    EXPECT_EQ(LoadAfresh(), "");
+}
+
+TEST_F(SaveFaults, ASaveAreaThatIsGoneIsMadeAgainOrTold)
+{
+    ASSERT_EQ(Play("room_add{ step = function() if frame_number() > 0 then log(tostring(game_save('a/b'))) end end }"),
+              "");
+    std::filesystem::remove_all(directory.Path("save"));
+    ASSERT_EQ(PlayOn(1), "");
+    EXPECT_TRUE(std::filesystem::exists(directory.Path("save/a/b")));
+    std::filesystem::remove_all(directory.Path("save"));
+    directory.Write("save", "a file in its place");
+    ASSERT_EQ(PlayOn(2), "");
+    EXPECT_EQ(game->FrameNumber(), 4);
+    EXPECT_EQ(Log().find("true\n"), 0u);
+    EXPECT_NE(Log().find("save/a"), std::string::npos) << Log();
+    EXPECT_EQ(directory.Read("save"), "a file in its place");
 }
 
 // ---- memory ----

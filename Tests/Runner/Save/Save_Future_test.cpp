@@ -143,7 +143,7 @@ TEST_P(SavedFuture, IsTheSameInTheSameProcess)
         Runner::SavedState state;
         std::string why;
         ASSERT_TRUE(Runner::ReadSavedGame(SaveOf(frame), state, why)) << why;
-        ASSERT_TRUE(Runner::FitsGame(*game, state, SaveOf(frame), why)) << why;
+        ASSERT_TRUE(Runner::FitToGame(*game, state, SaveOf(frame), why)) << why;
         ASSERT_TRUE(Runner::RestoreGame(*game, state)) << game->Failure();
         ASSERT_EQ(PlayOn(FRAMES_AFTER), "");
         ASSERT_TRUE(Runner::SaveGame(*game, directory.Path("again"), why)) << why;

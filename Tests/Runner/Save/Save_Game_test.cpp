@@ -372,7 +372,8 @@ TEST_F(RefusedLoad, AChangedGame)
     ASSERT_EQ(Save(), "");
     directory.Write("part.lua", "room_add{ width = 7 }");
     ASSERT_EQ(Play("include('part.lua')"), "");
-    EXPECT_EQ(Reason(), "the game's files have changed since it was made");
+    EXPECT_EQ(Reason(),
+              "the game's files have changed since it was made: declare game_version(n), so that saves outlive that");
 }
 
 TEST_F(RefusedLoad, AnotherSeedWhenTheMainFileHasUsedIt)
@@ -410,9 +411,9 @@ TEST_F(RefusedLoad, ANewerVersion)
     ASSERT_EQ(Play("room_add{}"), "");
     ASSERT_EQ(Save(), "");
     std::string bytes = directory.Read("state.sav");
-    bytes[8] = 2;
+    bytes[8] = 3;
     directory.Write("state.sav", bytes);
-    EXPECT_EQ(Reason(), "it was made by a newer runner (its version is 2, this one reads 1)");
+    EXPECT_EQ(Reason(), "it was made by a newer runner (its version is 3, this one reads 2)");
 }
 
 TEST_F(RefusedLoad, ADirectoryAndAnEmptyFile)

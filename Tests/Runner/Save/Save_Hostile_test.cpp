@@ -24,7 +24,7 @@ int Mutations()
 
 // ---- the file's layout, written down here once more ----
 
-constexpr size_t CHECKSUM = 16, TABLE = 24, SECTIONS = 7, CONTENT = TABLE + 16 * SECTIONS;
+constexpr size_t CHECKSUM = 16, TABLE = 24, SECTIONS = 8, CONTENT = TABLE + 16 * SECTIONS;
 
 uint64_t Fnv(const uint8_t* bytes, size_t size)
 {
@@ -110,8 +110,9 @@ protected:
             "local sheet = sprite_add_sheet('tiles.png', 16, 16)\n"
             "local map = tilemap_add{ sprite = sheet, columns = 2, rows = 2, data = {1, 2, 3, 4} }\n"
             "local script = script_add(function() vars.runs = 1 end)\n"
-            "local thing = object_add{ sprite = sheet, step = function(self) self.x = self.x + 1 end }\n"
-            "local child = object_add{ parent = thing }\n"
+            "local thing = object_add{ name = 'thing', sprite = sheet, step = function(self) self.x = self.x + 1 end "
+            "}\n"
+            "local child = object_add{ name = 'child', parent = thing }\n"
             "room_add{ width = 80, height = 60, instances = { {thing, 1, 2}, {child, 3, 4} },\n"
             "  views = { [0] = { w = 32, h = 24, target = thing }, [1] = {} },\n"
             "  create = function() surface_create(4, 4) camera_set_update_script(view_get_camera(1), script)\n"
@@ -153,7 +154,7 @@ protected:
     {
         Runner::SavedState state;
         std::string why;
-        const bool fits = Runner::DecodeState(file, state, why) && Runner::FitsGame(*game, state, "file", why);
+        const bool fits = Runner::DecodeState(file, state, why) && Runner::FitToGame(*game, state, "file", why);
         EXPECT_EQ(fits, why.empty());
         if (!fits)
             return false;
@@ -240,5 +241,25 @@ TEST_F(HostileSave, RandomDamageWithGoodChecksumsBreaksNothing)
     ASSERT_TRUE(Try(good));
     Restart();
     EXPECT_LE(Runner::CurrentMemoryUse().blocks, blocks + 8);
+}
+
+// What on_load gets and what is found again by name is as hostile as the file.
+TEST_F(HostileSave, RandomDamageOfASaveOfAnotherVersionBreaksNothing)
+{
+    directory.Write("main.lua", "game_version(2) function on_load(from, data) data.vars.count = #data.instances\n"
+                                "for _, it in ipairs(data.instances) do it.was, it.x = it.object, it.x + 1 end end\n" +
+                                    directory.Read("main.lua"));
+    Restart();
+    ASSERT_TRUE(Try(good));
+    Mutator mutator;
+    int loaded = 0;
+    for (int i = 0; i < Mutations() / 4; ++i)
+    {
+        File file = good;
+        mutator.Damage(file, CONTENT);
+        RepairChecksums(file);
+        loaded += Try(file) ? 1 : 0;
+    }
+    EXPECT_GT(loaded, Mutations() / 80) << "too few got through to mean anything";
 }
 } // namespace

@@ -15,12 +15,18 @@
 
 namespace RunnerTest
 {
-// Starts the runner as a process of its own, without drawing. Its exit status; what it says lands in output.
-inline int StartRunner(const std::string& arguments, const std::string& output = "/dev/null")
+// Starts the runner as a process of its own. Its exit status; what it says lands in output.
+inline int StartProgram(const std::string& arguments, const std::string& output = "/dev/null")
 {
-    const std::string command = std::string(RUNNER_PROGRAM) + " --no-draw " + arguments + " > " + output + " 2>&1";
+    const std::string command = std::string(RUNNER_PROGRAM) + " " + arguments + " > " + output + " 2>&1";
     const int status = std::system(command.c_str());
     return WIFEXITED(status) ? WEXITSTATUS(status) : -1;
+}
+
+// The same, without drawing.
+inline int StartRunner(const std::string& arguments, const std::string& output = "/dev/null")
+{
+    return StartProgram("--no-draw " + arguments, output);
 }
 
 class SaveTest : public GameTest
@@ -40,7 +46,7 @@ protected:
     {
         Runner::SavedState state;
         std::string why;
-        if (!Runner::ReadSavedGame(SavePath(), state, why) || !Runner::FitsGame(*game, state, SavePath(), why))
+        if (!Runner::ReadSavedGame(SavePath(), state, why) || !Runner::FitToGame(*game, state, SavePath(), why))
             return why;
         return Runner::RestoreGame(*game, state) ? "" : game->Failure();
     }

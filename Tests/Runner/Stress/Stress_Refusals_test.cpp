@@ -42,11 +42,31 @@ bool SomethingLeaks()
 #endif
 }
 
-// What the process has to say: a line of the runner or of the module, and nothing else.
-bool IsOneLine(const std::string& text)
+// What the process has to say: a line of the runner or of the module, indented lines that tell where, and nothing else.
+bool IsOneReport(const std::string& text)
 {
-    const bool isOurs = text.rfind("runner: ", 0) == 0 || text.rfind("camera: ", 0) == 0;
-    return isOurs && std::count(text.begin(), text.end(), '\n') == 1 && text.back() == '\n';
+    std::istringstream lines(text);
+    std::string line;
+    std::getline(lines, line);
+    bool isOurs = line.rfind("runner: ", 0) == 0 || line.rfind("camera: ", 0) == 0;
+    while (std::getline(lines, line))
+        isOurs = isOurs && line.rfind("    ", 0) == 0;
+    return isOurs && text.back() == '\n';
+}
+
+// The game's destroyed cameras are shown by views, which the Runner says.
+std::string WithoutWarnings(const std::string& text)
+{
+    std::istringstream lines(text);
+    std::string kept;
+    for (std::string line; std::getline(lines, line);)
+    {
+        const bool isWarning = line.rfind("warning: ", 0) == 0;
+        const bool isTheirCount = line.rfind("runner: ", 0) == 0 && line.find(" warning") != std::string::npos;
+        if (!isWarning && !isTheirCount)
+            kept += line + "\n";
+    }
+    return kept;
 }
 
 // Named so that it runs before others: a child of a process with the driver's threads cannot be searched for leaks.
@@ -63,7 +83,7 @@ protected:
             PlayAndExit(refused, err.Get());
         RunResult result = {-1, ""};
         waitpid(child, &result.status, 0);
-        result.errors = err.Text();
+        result.errors = WithoutWarnings(err.Text());
         return result;
     }
 
@@ -116,7 +136,7 @@ TEST_F(RefusalsDeathTest, OfNothingLetTheGamePlayToItsEnd)
     EXPECT_EQ(result.errors, "");
 }
 
-TEST_F(RefusalsDeathTest, OfAnyOneRequestAreTakenOrEndTheGameWithOneLine)
+TEST_F(RefusalsDeathTest, OfAnyOneRequestAreTakenOrEndTheGameWithOneReport)
 {
     const int64_t requests = CountRequests();
     ASSERT_GT(requests, 100);
@@ -128,7 +148,7 @@ TEST_F(RefusalsDeathTest, OfAnyOneRequestAreTakenOrEndTheGameWithOneLine)
                                               << result.errors;
         const bool clean = WEXITSTATUS(result.status) == 0
                                ? result.errors.empty()
-                               : WEXITSTATUS(result.status) == 1 && IsOneLine(result.errors);
+                               : WEXITSTATUS(result.status) == 1 && IsOneReport(result.errors);
         EXPECT_TRUE(clean) << "request " << n << ", status " << WEXITSTATUS(result.status) << "\n" << result.errors;
         ended += WEXITSTATUS(result.status) != 0 ? 1 : 0;
     }

@@ -120,8 +120,11 @@ private:
         return game.Failure();
     }
 
-    // The Runner's own words about callbacks whose number has no script. The hash is of what the scripts print.
-    static bool IsOfRunner(const std::string& line) { return line.find(" script_add never gave") != std::string::npos; }
+    // The Runner's warnings. The hash is of what the scripts print.
+    static bool IsOfRunner(const std::string& line)
+    {
+        return line.rfind("warning: ", 0) == 0 || line.rfind("further ", 0) == 0;
+    }
 
     // Lines "steps hash" of the frames, then "built-in, answered, refused" of a game that has ended by itself. Between
     // them, what the Runner says of views whose surface was freed.

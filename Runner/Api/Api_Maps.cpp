@@ -1,0 +1,173 @@
+// Rooms from an editor's maps, and what the maps say.
+#include "Runner/Api/Map_Room.h"
+#include "Runner/Api/Map_Tables.h"
+#include "Runner/Api/Room_Fields.h"
+#include "Runner/Draw/Painter.h"
+#include "Runner/Game/Game.h"
+#include "Runner/Lua/Map_Values.h"
+
+namespace Runner
+{
+namespace
+{
+// ---- room_from_map ----
+
+// The game's objects by their names, and as the table `objects` names them.
+ObjectsByClass ReadObjects(const Arguments& call, Fields& fields)
+{
+    lua_State* L = call.L;
+    const World& world = call.game.world;
+    ObjectsByClass objects;
+    for (int i = 0; i < world.ObjectCount(); ++i)
+        objects.emplace(world.FindObject(i)->name, i);
+    if (!fields.PushTable("objects"))
+        return objects;
+    const int table = lua_gettop(L);
+    for (lua_pushnil(L); lua_next(L, table) != 0;)
+    {
+        if (lua_type(L, -2) != LUA_TSTRING)
+            fields.Fail("objects", "must be a table of objects by the class in the map");
+        const std::string name = TextAt(L, -2);
+        const int object = PopEntry(fields, L, "objects." + name, WholeAt);
+        if (world.FindObject(object) == nullptr)
+            fields.Fail("objects." + name, "must be an object, there is no object " + std::to_string(object));
+        objects[name] = object;
+    }
+    lua_pop(L, 1);
+    return objects;
+}
+
+// The file's own fields come after those of the map, so that they count.
+int RoomFromMap(Arguments& call)
+{
+    const std::string file = call.Text(1);
+    if (call.Has(2))
+        call.Table(2);
+    else
+    {
+        lua_settop(call.L, 1);
+        lua_newtable(call.L);
+    }
+    Fields fields(call, 2);
+    OpenedPainter(call);
+    RoomSpec spec;
+    const ObjectsByClass objects = ReadObjects(call, fields);
+    MakeRoomOfMap(call, ReadGameMap(call, file), objects, spec);
+    ReadRoomFields(call, fields, spec);
+    fields.Finish();
+    return call.Return(call.game.rooms.Add(std::move(spec)));
+}
+
+// ---- what a map says ----
+
+const RoomMap& MapOfRoom(const Arguments& call, int argument)
+{
+    const int number = call.Whole(argument);
+    const RoomSpec* room = call.game.rooms.Find(number);
+    const RoomMap* map = room == nullptr ? nullptr : call.game.FindMap(room->map);
+    if (map == nullptr)
+        call.Fail("room " + std::to_string(number) + " was not made by room_from_map");
+    return *map;
+}
+
+int MapInfo(Arguments& call)
+{
+    PushMap(call.L, MapOfRoom(call, 1));
+    return 1;
+}
+
+int MapZones(Arguments& call)
+{
+    PushZones(call, MapOfRoom(call, 1));
+    return 1;
+}
+
+// ---- cells of the running room's map ----
+
+RoomMap& RunningMap(const Arguments& call)
+{
+    RoomMap* map = call.game.RunningMap();
+    if (map == nullptr)
+        call.Fail("the running room was not made by room_from_map");
+    return *map;
+}
+
+// Arguments 1 to 3, a cell. They are read before the map is looked for: a wrong kind is told in any room.
+struct CellArguments
+{
+    std::string layerName; // empty: the layer is named by its number
+    int layer = 0;
+    int column, row;
+
+    explicit CellArguments(const Arguments& call)
+    {
+        const int type = lua_type(call.L, 1);
+        if (type == LUA_TSTRING)
+            layerName = call.Text(1);
+        else if (type != LUA_TNUMBER)
+            call.FailArgument(1, "is a string or a whole number, got " + DescribeAt(call.L, 1));
+        else
+            layer = call.Whole(1) - 1; // numbers count from 1 on
+        column = call.Whole(2);
+        row = call.Whole(3);
+    }
+
+    ChangedCell In(const Arguments& call, const RoomMap& map) const
+    {
+        ChangedCell cell;
+        cell.layer = layerName.empty() ? layer : map.FindLayerNamed(layerName);
+        if (map.FindLayer(cell.layer) == nullptr)
+            call.FailArgument(1, "must be a layer of the map, got " + DescribeAt(call.L, 1));
+        cell.column = column;
+        cell.row = row;
+        return cell;
+    }
+};
+
+int MapTileGet(Arguments& call)
+{
+    const CellArguments where(call);
+    const RoomMap& map = RunningMap(call);
+    const ChangedCell at = where.In(call, map);
+    const MapCell cell = map.Cell(OpenedPainter(call), at.layer, at.column, at.row);
+    lua_pushinteger(call.L, cell & MAP_CELL_NUMBER);
+    lua_pushinteger(call.L, TurnOf(cell));
+    return 2;
+}
+
+int MapTileSet(Arguments& call)
+{
+    const CellArguments where(call);
+    const int tile = call.Whole(4), turn = call.Whole(5, 0);
+    RoomMap& map = RunningMap(call);
+    Painter& painter = OpenedPainter(call);
+    ChangedCell change = where.In(call, map);
+    if (turn < 0 || turn > 7)
+        call.FailArgument(5, "must be 0 to 7, got " + std::to_string(turn));
+    if (!map.HasCell(painter, change.layer, change.column, change.row))
+        call.Fail("the layer has no cell " + std::to_string(change.column) + ", " + std::to_string(change.row));
+    change.cell = static_cast<MapCell>(tile) | FlagsOf(turn);
+    if (tile < 0 || tile > static_cast<int>(MAP_CELL_NUMBER) || !map.SetCell(painter, change))
+        call.FailArgument(4, "must be 0 or a tile of the map, there is no tile " + std::to_string(tile));
+    return 0;
+}
+
+int MapTileInfo(Arguments& call)
+{
+    const int tile = call.Whole(1);
+    PushTile(call.L, RunningMap(call).Model(), tile > 0 ? static_cast<MapCell>(tile) : 0);
+    return 1;
+}
+
+constexpr ApiFunction FUNCTIONS[] = {
+    {"room_from_map", 1, {"map_file", FIELDS_ARGUMENT}, RoomFromMap},
+    {"map_info", 1, {"room"}, MapInfo},
+    {"map_zones", 1, {"room"}, MapZones},
+    {"map_tile_get", 3, {"layer", "column", "row"}, MapTileGet},
+    {"map_tile_set", 4, {"layer", "column", "row", "map_tile", "turn"}, MapTileSet},
+    {"map_tile_info", 1, {"map_tile"}, MapTileInfo},
+};
+} // namespace
+
+ApiTable MapApi() { return {FUNCTIONS, std::size(FUNCTIONS)}; }
+} // namespace Runner

@@ -1,0 +1,116 @@
+#include "Runner/Save/Save_List.h"
+
+#include "Runner/Base/Whole_File.h"
+#include "Runner/Game/Game.h"
+#include "Runner/Host/Files.h"
+#include "Runner/Save/Byte_Stream.h"
+#include "Runner/Save/Save_File.h"
+#include "Runner/Save/Sections.h"
+
+#include <algorithm>
+#include <filesystem>
+
+namespace Runner
+{
+namespace
+{
+constexpr size_t FILES_LIMIT = 10000; // that are looked at
+
+// ---- the answer's bytes ----
+
+template <typename Io, typename Save> void Transfer(Io& io, Save& save)
+{
+    io(save.name);
+    io(save.why);
+    io(save.version);
+    io(save.room);
+    io(save.frame);
+    io(save.thumbnail.width);
+    io(save.thumbnail.height);
+    io(save.thumbnail.rgb);
+}
+
+std::vector<uint8_t> Encoded(const std::vector<ListedSave>& saves)
+{
+    ByteWriter io;
+    io.Count(saves.size());
+    for (const ListedSave& save : saves)
+        Transfer(io, save);
+    return io.Bytes();
+}
+
+// A recording may hold anything: what makes no sense ends the list.
+std::vector<ListedSave> Decoded(const std::vector<uint8_t>& bytes)
+{
+    ByteReader io(bytes.data(), bytes.size());
+    std::vector<ListedSave> saves;
+    for (size_t left = io.Count(); left > 0; --left)
+    {
+        ListedSave save;
+        Transfer(io, save);
+        if (io.Failed() || !ThumbnailIsConsistent(save.thumbnail))
+            return saves;
+        saves.push_back(std::move(save));
+    }
+    return saves;
+}
+
+// ---- the save area ----
+
+// The names of its files, relative to it, in order.
+std::vector<std::string> FileNames()
+{
+    namespace fs = std::filesystem;
+    std::vector<std::string> names;
+    std::error_code error;
+    const fs::path area = SaveArea();
+    size_t seen = 0;
+    for (fs::recursive_directory_iterator file(area, fs::directory_options::skip_permission_denied, error), end;
+         !error && file != end && seen < FILES_LIMIT; file.increment(error), ++seen)
+    {
+        std::error_code ignored;
+        if (file->is_regular_file(ignored) && !file->is_symlink(ignored))
+            names.push_back(file->path().lexically_relative(area).string());
+    }
+    std::sort(names.begin(), names.end());
+    return names;
+}
+
+// False: the file is no save of this game.
+bool Read(const Game& game, ListedSave& save)
+{
+    std::vector<uint8_t> file;
+    SavedState state;
+    std::string ignored;
+    const std::string path = SaveArea() + "/" + save.name;
+    if (!StartsAsSave(path) || !ReadWholeFile(path, file, ignored))
+        return false;
+    if (!DecodeState(file, state, save.why))
+        return true;
+    save.version = state.names.version;
+    save.room = state.names.room;
+    save.frame = state.game.frame;
+    save.thumbnail = std::move(state.thumbnail);
+    return state.game.identity.name == game.Identity().name;
+}
+
+std::vector<ListedSave> ReadList(const Game& game)
+{
+    std::vector<ListedSave> saves;
+    for (const std::string& name : FileNames())
+    {
+        ListedSave save;
+        save.name = name;
+        if (saves.size() < LISTED_SAVES_LIMIT && Read(game, save))
+            saves.push_back(std::move(save));
+    }
+    return saves;
+}
+} // namespace
+
+std::vector<ListedSave> AskSaves(const Game& game)
+{
+    const Answer answer = game.Ask(Question::Saves, [&game] { return Answer{true, "", Encoded(ReadList(game))}; });
+    return Decoded(answer.content);
+}
+} // namespace Runner
