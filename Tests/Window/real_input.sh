@@ -308,5 +308,13 @@ pace() {
     [ "$milliseconds" -ge 2900 ] || fail "180 steps in $milliseconds ms"
 }
 
+# Without a pace every frame is shown, and the rate is told at the end.
+unpaced() {
+    echo 'room_add{}' >"$work/game.lua"
+    : >"$log"
+    "$runner" "$work/game.lua" --window --frames 50 --unpaced --out "$work/out" >"$log" 2>"$work/err" || fail "status $?"
+    grep -qxE 'runner: 50 frames shown, [0-9]+\.[0-9]+ a second' "$work/err" || fail "no rate"
+}
+
 "$2"
 echo "passed: $2"

@@ -70,6 +70,18 @@ TEST_F(Options, NumbersAreDecimalEvenWithZerosInFront)
     EXPECT_EQ(options.game.seed, 11u);
 }
 
+TEST_F(Options, OnlyAWindowCanBeUnpacedOrShowAComparison)
+{
+    EXPECT_EQ(Parse({"g", "--unpaced"}), Runner::ParseResult::Wrong);
+    ASSERT_EQ(Parse({"g", "--unpaced", "--window"}), Runner::ParseResult::Play);
+    EXPECT_TRUE(options.unpaced);
+    ASSERT_EQ(Parse({"g", "--window", "--replay", "r", "--compare", "h"}), Runner::ParseResult::Play);
+    EXPECT_EQ(options.contactSheet, "") << "nothing is written";
+    ASSERT_EQ(Parse({"g", "--replay", "r", "--compare", "h"}), Runner::ParseResult::Play);
+    EXPECT_EQ(options.contactSheet, "comparison.png");
+    EXPECT_EQ(Parse({"g", "--window", "--replay", "r", "--compare", "h", "--every", "2"}), Runner::ParseResult::Wrong);
+}
+
 TEST_F(Options, AfterTwoDashesOnlyTheGameFollows)
 {
     ASSERT_EQ(Parse({"--quiet", "--", "--odd name.lua"}), Runner::ParseResult::Play);
