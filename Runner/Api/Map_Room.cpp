@@ -131,8 +131,8 @@ struct Corner2
 // How far the top left corner of an object is from its x, y, in parts of its size.
 Corner2 AlignedBy(MapAlignment alignment)
 {
-    const int number = static_cast<int>(alignment);
-    return {-0.5 * (number % 3), -0.5 * (number / 3)};
+    const int number = static_cast<int>(alignment), column = number % 3, row = number / 3;
+    return {-0.5 * column, -0.5 * row};
 }
 
 MapAlignment AlignmentOf(const Making& making, const MapObject& object)

@@ -39,7 +39,7 @@ std::string ReadCameraValues(const std::string& text, std::vector<HandChange>& v
     for (size_t start = 0; start <= text.size();)
     {
         const size_t comma = std::min(text.find(',', start), text.size());
-        const std::string wrong = ReadCameraValue(text.substr(start, comma - start), values.emplace_back());
+        std::string wrong = ReadCameraValue(text.substr(start, comma - start), values.emplace_back());
         if (!wrong.empty())
             return wrong;
         start = comma + 1;
