@@ -71,16 +71,26 @@ TEST(Architecture, NamesEverySourceOfTheRunnerAndNoOther)
     EXPECT_GE(floors, 9u);
 }
 
-// Every document can be reached from the first page.
+std::string TextOf(const fs::path& file)
+{
+    std::string text;
+    for (const std::string& line : LinesOf(file))
+        text += line + "\n";
+    return text;
+}
+
+// Every document can be reached from the first page: by a link there, or in the page of its subject, which is named as
+// it begins (Kit.md for Kit_Follow.md).
 TEST(Architecture, ReadmeLinksEveryDocument)
 {
-    std::string readme;
-    for (const std::string& line : LinesOf(ROOT / "README.md"))
-        readme += line + "\n";
+    const std::string readme = TextOf(ROOT / "README.md");
     for (const fs::directory_entry& entry : fs::directory_iterator(ROOT / "Docs"))
     {
         const std::string name = entry.path().filename().string();
-        const bool isLinked = readme.find("(Docs/" + name + ")") != std::string::npos;
+        const std::string subject = name.substr(0, name.find('_')) + ".md";
+        const bool isOfSubject = readme.find("(Docs/" + subject + ")") != std::string::npos &&
+                                 TextOf(ROOT / "Docs" / subject).find("(" + name + ")") != std::string::npos;
+        const bool isLinked = readme.find("(Docs/" + name + ")") != std::string::npos || isOfSubject;
         EXPECT_TRUE(isLinked || entry.path().extension() != ".md") << name;
     }
 }

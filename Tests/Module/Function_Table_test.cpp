@@ -36,7 +36,9 @@ int CountOf(const std::string& arguments)
 // The Runner's own functions whose names begin as the built-ins' do.
 bool IsOfRunner(const std::string& name)
 {
-    return name == "camera_current" || name == "view_to_room" || name == "view_at";
+    static const std::set<std::string> names = {"camera_current", "camera_set_name", "camera_find", "view_to_room",
+                                                "view_at"};
+    return names.count(name) != 0;
 }
 
 // Every `camera_...(...)` and `view_...(...)` at the start of a code span, but for the Runner's own.
