@@ -1,0 +1,94 @@
+// What is drawn of rooms that are made of an editor's maps.
+#include "Tests/Runner/Api/Map_Room_Support.h"
+
+#include <gmock/gmock.h>
+
+namespace
+{
+using namespace RunnerTest;
+
+using DrawRoomFromMap = RoomFromMapTest;
+
+// 1 mirrored exchanges left and right; the diagonal exchanges top right and bottom left.
+TEST_F(DrawRoomFromMap, CellsAreDrawnMirroredFlippedAndTurned)
+{
+    ASSERT_EQ(DrawMap(MapText(Layer("1,2147483649,1073741825,536870913,0,2,0,0"))), "");
+    EXPECT_EQ(Quarters(0, 0), (std::vector<Rgb>{RED, GREEN, BLUE, YELLOW}));
+    EXPECT_EQ(Quarters(1, 0), (std::vector<Rgb>{GREEN, RED, YELLOW, BLUE}));
+    EXPECT_EQ(Quarters(2, 0), (std::vector<Rgb>{BLUE, YELLOW, RED, GREEN}));
+    EXPECT_EQ(Quarters(3, 0), (std::vector<Rgb>{RED, BLUE, GREEN, YELLOW}));
+    EXPECT_EQ(Pixel(4, 12), GREY) << "the map's background";
+    EXPECT_EQ(Pixel(12, 12), RED);
+}
+
+// Red at half over grey 40: 147.5 and 20. A tint of half green leaves 128 of green 255.
+TEST_F(DrawRoomFromMap, OpacityTintOffsetAndVisibilityOfALayerAndItsGroupCount)
+{
+    const std::string half = Layer("2,0,0,0,0,0,0,0", R"(opacity="0.5")");
+    const std::string tinted =
+        R"(<group name="g" offsetx="8"><layer name="t" width="4" height="2" tintcolor="#ff8000" )"
+        R"(offsety="8"><data encoding="csv">3,0,0,0,0,0,0,0</data></layer></group>)";
+    ASSERT_EQ(DrawMap(MapText(half + tinted + Layer("0,0,4,0,0,0,0,0", R"(visible="0")"))), "");
+    EXPECT_NEAR(Pixel(4, 4).red, 147, 1);
+    EXPECT_NEAR(Pixel(4, 4).green, 20, 1);
+    EXPECT_EQ(Pixel(12, 12), (Rgb{0, 128, 0}));
+    EXPECT_EQ(Pixel(20, 4), GREY);
+}
+
+// Tile 4 shows itself, blue, for 100 milliseconds, 6 frames, then tile 2, red, for 50.
+TEST_F(DrawRoomFromMap, AnimatedTilesCountTheTimeByFrames)
+{
+    ASSERT_EQ(DrawMap(MapText(Layer("4,0,0,0,0,0,0,0"))), "");
+    std::string seen;
+    for (int frame = 0; frame < 12; ++frame)
+    {
+        seen += Pixel(4, 4) == BLUE ? 'b' : Pixel(4, 4) == RED ? 'r' : '?';
+        PlayOn(1);
+    }
+    EXPECT_EQ(seen, "bbbbbbrrrbbb");
+}
+
+// A layer of factor 0 goes with the eye: its corner, the map's origin, stays in the middle of the picture. One of
+// factor 0.5 goes half the way: the eye at 16, 8 moves it by 8, 4. Neither turning nor zooming changes that.
+TEST_F(DrawRoomFromMap, ParallaxGoesByTheCamerasPositionTurnedAndZoomed)
+{
+    const std::string layers = Layer("2,2,2,2,2,2,2,2", R"(parallaxx="0" parallaxy="0")") +
+                               Layer("0,3,0,0,0,0,0,0", R"(parallaxx="0.5" parallaxy="0.5")");
+    const std::string views = "views = { [0] = { w = 32, h = 16 } }, ";
+    ASSERT_EQ(DrawMap(MapText(layers), views), "");
+    EXPECT_EQ(Pixel(15, 12), GREY) << "left of the corner";
+    EXPECT_EQ(Pixel(16, 11), GREEN) << "the second layer's cell lies from 8 + 8, 0 + 4 to 24, 12";
+    EXPECT_EQ(Pixel(16, 12), RED);
+    ASSERT_EQ(DrawMap(MapText(layers), views + "create = function() camera_set_view_angle(view_get_camera(0), 90) "
+                                               "camera_set_view_size(view_get_camera(0), 64, 32) "
+                                               "camera_set_view_pos(view_get_camera(0), -16, -8) end"),
+              "");
+    EXPECT_EQ(Pixel(12, 6), GREY) << "what was to the right is above, what was below is to the right, half as large";
+    EXPECT_EQ(Pixel(14, 6), GREEN);
+    EXPECT_EQ(Pixel(22, 6), RED);
+    EXPECT_EQ(Pixel(18, 10), GREY);
+}
+
+// A blue instance of depth 0 covers the layer below it and is covered by the one above.
+TEST_F(DrawRoomFromMap, InstancesStandBetweenTheLayersByDepth)
+{
+    const std::string group = R"(<objectgroup name="a"><object id="1" type="man" x="0" y="0"/></objectgroup>)";
+    options.draw = true;
+    const std::string man = "screen_set_size(32, 16) object_add{ name = 'man', draw = function() "
+                            "draw_set_colour(colours.blue) draw_rectangle(0, 0, 16, 8) end }";
+    ASSERT_EQ(PlayMap(MapText(Layer("2,2,2,0,0,0,0,0") + group + Layer("0,3,0,0,0,0,0,0")), "", man), "");
+    EXPECT_EQ(Pixel(4, 4), BLUE);
+    EXPECT_EQ(Pixel(12, 4), GREEN);
+    EXPECT_EQ(Pixel(20, 4), RED);
+}
+
+TEST_F(DrawRoomFromMap, AnImageLayerRepeatsOverTheView)
+{
+    const std::string image =
+        R"(<imagelayer name="sky" offsetx="16" repeatx="1"><image source="tiles.png"/></imagelayer>)";
+    ASSERT_EQ(DrawMap(MapText(image)), "");
+    EXPECT_EQ(Pixel(12, 4), BLUE) << "the end of the copy to the left";
+    EXPECT_EQ(Quarters(2, 0), (std::vector<Rgb>{RED, GREEN, BLUE, YELLOW}));
+    EXPECT_EQ(Pixel(4, 12), GREY) << "it does not repeat downwards";
+}
+} // namespace
