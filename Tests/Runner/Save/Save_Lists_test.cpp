@@ -88,6 +88,9 @@ TEST_F(SaveLists, APictureIsReducedToTheMeanOfWhatEachPixelCovers)
 // The game draws red on its left half; the thumbnail of the save becomes a sprite of 96 x 48.
 TEST_F(SaveLists, ADrawnGameHasThumbnailsThatComparisonsLeaveOut)
 {
+#ifdef RUNNER_WITHOUT_DRAWING
+    GTEST_SKIP() << "this runner was built without drawing";
+#endif
     options.draw = true;
     const std::string text =
         "screen_set_size(192, 96) room_add{ draw = function() draw_set_colour(colours.red)\n"
