@@ -1,15 +1,11 @@
 """Serves the built site for a look at it and for the tests: python3 serve.py FOLDER PORT [PREFIX]
 
 PREFIX, such as /sub/path/, is where the site stands on the server; everything beside it is 404. Port 0: any free one. Prints
-the address. The policy that each page names comes as a header, too, and covers what is no page.
+the address. What pages may load stands in the pages themselves, since any server shall do.
 """
 import functools
 import http.server
-import pathlib
-import re
 import sys
-
-POLICY = re.compile(r'http-equiv="Content-Security-Policy" content="([^"]*)"')
 
 
 class Site(http.server.SimpleHTTPRequestHandler):
@@ -18,8 +14,8 @@ class Site(http.server.SimpleHTTPRequestHandler):
                       ".js": "text/javascript", ".mjs": "text/javascript", ".lua": "text/plain; charset=utf-8",
                       ".zip": "application/zip"}
 
-    def __init__(self, *arguments, prefix, policy, **named):
-        self.prefix, self.policy = prefix, policy
+    def __init__(self, *arguments, prefix, **named):
+        self.prefix = prefix
         super().__init__(*arguments, **named)
 
     def send_head(self):
@@ -33,8 +29,7 @@ class Site(http.server.SimpleHTTPRequestHandler):
         self.send_error(404)
 
     def end_headers(self):
-        if self.policy:
-            self.send_header("Content-Security-Policy", self.policy)
+        self.send_header("Content-Security-Policy", "frame-ancestors 'none'")
         self.send_header("Cache-Control", "no-cache")
         self.send_header("X-Content-Type-Options", "nosniff")
         super().end_headers()
@@ -43,13 +38,8 @@ class Site(http.server.SimpleHTTPRequestHandler):
         pass
 
 
-def policy_of(folder):
-    found = POLICY.search((folder / "index.html").read_text())
-    return found[1] + "; frame-ancestors 'none'" if found else ""
-
-
 def main(folder, port, prefix="/"):
-    handler = functools.partial(Site, directory=str(folder), prefix=prefix, policy=policy_of(folder))
+    handler = functools.partial(Site, directory=folder, prefix=prefix)
     with http.server.ThreadingHTTPServer(("127.0.0.1", port), handler) as server:
         print(f"http://127.0.0.1:{server.server_address[1]}{prefix}", flush=True)
         try:
@@ -59,4 +49,4 @@ def main(folder, port, prefix="/"):
 
 
 if __name__ == "__main__":
-    main(pathlib.Path(sys.argv[1]), int(sys.argv[2]), *sys.argv[3:4])
+    main(sys.argv[1], int(sys.argv[2]), *sys.argv[3:4])

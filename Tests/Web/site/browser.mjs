@@ -8,7 +8,7 @@ import os from "node:os";
 import path from "node:path";
 import { fileURLToPath } from "node:url";
 
-export const ROOT = fileURLToPath(new URL("../..", import.meta.url));
+export const ROOT = fileURLToPath(new URL("../../..", import.meta.url));
 export const SITE = path.join(ROOT, "out/site");
 export const fromWeb = createRequire(path.join(ROOT, "Web/package.json"));
 
@@ -80,4 +80,13 @@ export function games() {
 
 export function gameFile(game) {
     return path.join(SITE, "examples", game.id, game.main);
+}
+
+// Calls a function of in_page.js, which the site does not hold, in a page of the site.
+export async function withInPage({ page }, server) {
+    const address = `${server.address}tests/in_page.js`;
+    await page.route(address, (route) =>
+        route.fulfill({ path: fileURLToPath(new URL("in_page.js", import.meta.url)), contentType: "text/javascript" }));
+    return (name, ...values) => page.evaluate(
+        async ([from, called, given]) => (await import(from))[called](...given), [address, name, values]);
 }
