@@ -1,6 +1,6 @@
 """Follows every link, picture, script and style of a built site: python3 check_links.py SITE
 
-Each leads to a file of the site, and its anchor to an element there. A link to another host is allowed for people to
+Each leads to a file of the site, and its anchor to an element there. No row of a table is left as text. A link to another host is allowed for people to
 follow, and nothing else may name one. Prints what is wrong, a line each; status 1 then.
 """
 import html.parser
@@ -14,21 +14,27 @@ LOADED = {("img", "src"), ("script", "src"), ("link", "href")}
 class Page(html.parser.HTMLParser):
     def __init__(self, text):
         super().__init__()
-        self.links, self.ids, self.inline = [], set(), []
+        self.links, self.ids, self.inline, self.rows, self.tag = [], set(), [], [], ""
         self.feed(text)
 
     def handle_starttag(self, tag, attributes):
         names = dict(attributes)
+        self.tag = tag
         self.ids.update(filter(None, (names.get("id"),)))
         self.links += [(tag, name, names[name]) for name in ("href", "src") if names.get(name)]
         if "style" in names or any(name.startswith("on") for name in names) or (tag == "script" and "src" not in names):
             self.inline.append(tag)
+
+    def handle_data(self, data):
+        if self.tag == "p" and data.startswith("|"):
+            self.rows.append(data)
 
 
 def faults(site):
     pages = {path.resolve(): Page(path.read_text()) for path in site.rglob("*.html")}
     for path, page in pages.items():
         name = path.relative_to(site)
+        yield from (f"{name}: a row of a table stands alone: {row[:60]}" for row in page.rows)
         yield from (f"{name}: <{tag}> has a script or style of its own, which the page's policy refuses"
                     for tag in page.inline)
         for tag, attribute, link in page.links:
