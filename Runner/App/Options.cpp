@@ -440,7 +440,8 @@ ParseResult ParseOptions(int argc, char** argv, RunOptions& options, FILE* err)
 std::string HelpText()
 {
     std::string text = "Plays a Lua game and draws its rooms through the cameras of their views.\n"
-                       "Usage: runner [OPTIONS] GAME\n\n";
+                       "Usage: runner [OPTIONS] GAME\n"
+                       "GAME is a Lua file, or a zip archive of a game's folder.\n\n";
     for (const Option& option : OPTIONS)
         AddHelp(option, text);
     return text + "\nCtrl-C and SIGTERM end the run after the frame; what is written at its end is written. A second\n"

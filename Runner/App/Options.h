@@ -20,6 +20,7 @@ enum ExitStatus : int
 struct RunOptions
 {
     GameOptions game;
+    std::string archive;          // that the game stands in, a path; empty for a game in a folder
     std::string newGame;          // the name of a game to make instead of playing one; empty for none
     int frames = 60;              // to play, unless the game ends earlier
     bool isFramesGiven = false;   // false: a replay plays all that was recorded

@@ -7,10 +7,12 @@
 #include "Runner/App/Interrupt.h"
 #include "Runner/App/New_Game.h"
 #include "Runner/App/Options.h"
+#include "Runner/App/Packed_Game.h"
 #include "Runner/App/Run_Start.h"
 #include "Runner/App/Session.h"
 #include "Runner/App/Targets.h"
 #include "Runner/App/Window_Run.h"
+#include "Runner/Base/Printable.h"
 #include "Runner/Host/Console.h"
 #include "Runner/Host/Files.h"
 #include "Runner/Host/Memory.h"
@@ -96,12 +98,22 @@ int MakeGame(const RunOptions& options, FILE* out, FILE* err)
     return MakeNewGame(options.newGame, told) ? Print(told + "\n", out, err) : Complain(err, told, EXIT_GAME_ERROR);
 }
 
-int PlayGame(const RunOptions& options, FILE* out, FILE* err)
+int PlayGame(const RunOptions& asked, FILE* out, FILE* err)
 {
+    RunOptions options = asked;
     SetConsoleOutput(out);
     SetConsoleQuiet(options.quiet);
     SetSaveArea(options.out);
+    PackedGame game, other;
     std::string why;
+    if (!game.Open(options.game.file, why) || !other.Open(options.compare, why))
+        return Complain(err, why, EXIT_GAME_ERROR);
+    options.archive = game.Archive();
+    if (options.watch && !options.archive.empty())
+        return Complain(err,
+                        "--watch follows files, and " + PrintableName(options.archive) +
+                            " is an archive: unpack it, or leave --watch out",
+                        EXIT_WRONG_USAGE);
     const bool isReady = (!options.game.draw || PrepareSaveArea(why)) && TargetsAreGood(options, why);
     return isReady ? PlayAndCheck(options, err) : Complain(err, why, EXIT_GAME_ERROR);
 }
