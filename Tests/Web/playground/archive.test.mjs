@@ -1,12 +1,14 @@
 import assert from "node:assert/strict";
 import { execFileSync } from "node:child_process";
+import { createRequire } from "node:module";
 import { mkdtempSync, readFileSync, rmSync, writeFileSync } from "node:fs";
 import { tmpdir } from "node:os";
 import { join } from "node:path";
 import { test } from "node:test";
-import { zipSync } from "fflate";
-import { archiveName, packGame, readZip, unpackGame } from "../archive.js";
-import { GameFault, gameOf } from "../game_files.js";
+import { archiveName, packGame, readZip, unpackGame } from "../../../Web/playground/archive.js";
+import { GameFault, gameOf } from "../../../Web/playground/game_files.js";
+
+const { zipSync } = createRequire(new URL("../../../Web/package.json", import.meta.url))("fflate");
 
 const game = () => ({
     main: "hop.lua",

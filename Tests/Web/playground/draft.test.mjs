@@ -1,7 +1,7 @@
 import assert from "node:assert/strict";
 import { test } from "node:test";
 import { setTimeout as wait } from "node:timers/promises";
-import { Draft, QUIET_MILLISECONDS } from "../draft.js";
+import { Draft, QUIET_MILLISECONDS } from "../../../Web/playground/draft.js";
 
 const game = (text) => ({ main: "a.lua", files: new Map([["a.lua", text]]) });
 

@@ -1,22 +1,24 @@
-// The playground in a real browser, with the real Runner: node --test browser/, after ./site has built out/site.
+// The playground in a real browser, with the real Runner: node --test Tests/Web/playground/browser/page.test.mjs, after ./site has built out/site.
 //
 // SITE: the folder of the site, out/site unless given. RUNNER: a native runner that plays what is downloaded; none: that
 // test is left out. SHOTS: a folder for pictures of the page; none: no pictures. CHROMIUM: the browser.
 
 import assert from "node:assert/strict";
 import { execFileSync } from "node:child_process";
+import { createRequire } from "node:module";
 import { mkdtempSync, readFileSync, rmSync, truncateSync, writeFileSync } from "node:fs";
 import { tmpdir } from "node:os";
 import { join } from "node:path";
 import { after, before, test } from "node:test";
 import { fileURLToPath } from "node:url";
-import axe from "axe-core";
-import { chromium } from "playwright-core";
-import { packGame } from "../archive.js";
-import { linkOf } from "../share.js";
-import { serve } from "./serve.js";
+import { packGame } from "../../../../Web/playground/archive.js";
+import { linkOf } from "../../../../Web/playground/share.js";
+import { serve } from "./serve.mjs";
 
-const SITE = process.env.SITE ?? fileURLToPath(new URL("../../../out/site", import.meta.url));
+const fromWeb = createRequire(new URL("../../../../Web/package.json", import.meta.url));
+const axe = fromWeb("axe-core");
+const { chromium } = fromWeb("playwright-core");
+const SITE = process.env.SITE ?? fileURLToPath(new URL("../../../../out/site", import.meta.url));
 const folder = mkdtempSync(join(tmpdir(), "playground-"));
 let browser, server, page, trouble;
 

@@ -1,9 +1,9 @@
 import assert from "node:assert/strict";
 import { test } from "node:test";
 import { deflateRawSync as deflateSync } from "node:zlib"; // somebody else's code
-import { crc32 } from "../crc32.js";
-import { GameFault } from "../game_files.js";
-import { gameOfLink, linkOf, LINK_LIMIT } from "../share.js";
+import { crc32 } from "../../../Web/playground/crc32.js";
+import { GameFault } from "../../../Web/playground/game_files.js";
+import { gameOfLink, linkOf, LINK_LIMIT } from "../../../Web/playground/share.js";
 
 const game = () => ({
     main: "game.lua",

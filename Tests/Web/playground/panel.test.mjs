@@ -1,6 +1,6 @@
 import assert from "node:assert/strict";
 import { test } from "node:test";
-import { roundedOf } from "../panel_view.js";
+import { roundedOf } from "../../../Web/playground/panel_view.js";
 
 test("a 32-bit float is shown with the fewest digits that stand for it", () => {
     assert.equal(roundedOf(Math.fround(0.1)), 0.1);

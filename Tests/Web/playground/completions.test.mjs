@@ -1,7 +1,7 @@
 import assert from "node:assert/strict";
 import { readFileSync } from "node:fs";
 import { test } from "node:test";
-import { readAnnotations } from "../completions.js";
+import { readAnnotations } from "../../../Web/playground/completions.js";
 
 const read = (name) => readFileSync(new URL("../../../" + name, import.meta.url), "utf8");
 
