@@ -38,6 +38,7 @@ struct RunOptions
     bool fullscreen = false;
     int scale = 0;        // pixels of the display for one of the game; 0: as many as fit
     bool unpaced = false; // frames follow each other without waiting for the clock or the display
+    int paceSeconds = 0;  // to play and to say at the end how evenly frames were shown; 0: nobody asks
     RunnerKeys keys;
     std::string menu; // directory of the games to choose from; empty: the game is given
 

@@ -1,11 +1,11 @@
 #include "Runner/App/Run_Start.h"
 
 #include "Runner/App/Settings_Keeper.h"
+#include "Runner/App/Value_Moments.h"
 #include "Runner/Base/Printable.h"
 #include "Runner/Base/Whole_File.h"
 #include "Runner/Input/Input_Script.h"
 #include "Runner/Inspect/Camera_Fields.h"
-#include "Runner/Inspect/Panel_Content.h"
 #include "Runner/Save/Save_File.h"
 
 #include <algorithm>
@@ -18,6 +18,9 @@ bool RunStart::Open(RunOptions& options, std::string& why)
 {
     if (!OpenReplay(options, why) || !OpenInput(options.input, why) || !OpenSave(options, why) ||
         !OpenSettings(options, why))
+        return false;
+    if (m_replay != nullptr && !options.values.empty() &&
+        !AddValuesToRecording(options.game, m_saved.get(), options.values, m_recording, why))
         return false;
     if (!options.record.empty())
         m_recorder = std::make_unique<Recorder>(options.record, m_saveContent);
@@ -43,9 +46,6 @@ bool RunStart::OpenReplay(RunOptions& options, std::string& why)
     options.game.seed = m_recording.head.identity.seed;
     if (!options.window || m_recording.head.instructions > 0) // a window must not freeze
         options.game.limits.instructions = m_recording.head.instructions;
-    m_values = options.values;
-    if (!m_values.empty() && frames > 0)
-        m_recording.AddChanges(0, m_values);
     if (options.game.width == 0)
     {
         options.game.width = m_recording.head.width;
@@ -102,12 +102,6 @@ bool RunStart::OpenSettings(RunOptions& options, std::string& why)
 
 bool RunStart::FitsGame(const Game& game, std::string& why)
 {
-    for (const HandChange& value : m_values)
-        if (PeekCamera(value.camera) == nullptr)
-        {
-            why = "--compare-values: there is no camera " + std::to_string(value.camera) + " before the first frame";
-            return false;
-        }
     const std::string difference = m_replay == nullptr ? "" : DifferenceOf(game, m_recording.head);
     if (difference.empty())
         return true;
