@@ -1,4 +1,4 @@
-# The steps that build the playground and test it without a browser. Sourced after Tools/steps.sh, not run.
+# The steps that build the playground. Sourced after Tools/steps.sh, not run.
 
 # Debian's Node and npm, unless others are there already: those of another source cannot be installed beside them.
 need_node() {
@@ -20,9 +20,4 @@ make_playground() {
     fetch_web_packages
     step "Making the playground"
     quietly build/playground.log node Web/playground/build.js "$1"
-}
-
-check_playground() {
-    fetch_web_packages
-    quietly build/playground-test.log npm test --prefix Web
 }

@@ -52,5 +52,6 @@ const { metafile } = await build({
     entryPoints: [own("playground.js")], outfile: join(out, "playground.js"), bundle: true, format: "esm", minify: true,
     target: ["es2022"], plugins: [contents], metafile: true, logLevel: "warning",
 });
-for (const name of ["index.html", "playground.css", "theme.js", "icon.svg"]) copyFileSync(own(name), join(out, name));
+for (const name of ["index.html", "playground.css"]) copyFileSync(own(name), join(out, name));
+for (const name of ["theme.js", "icon.svg"]) copyFileSync(own("../site/theme/assets/" + name), join(out, name)); // the manual's
 writeFileSync(join(out, "licences.txt"), licencesOf(Object.keys(metafile.inputs)));

@@ -80,7 +80,7 @@ export class Editor {
             EditorState.allowMultipleSelections.of(true), indentOnInput(), bracketMatching(), closeBrackets(),
             highlightActiveLine(), highlightSelectionMatches(), indentUnit.of("    "), lintGutter(), linter(null), look, typeOverSelection,
             syntaxHighlighting(colours),
-            EditorView.contentAttributes.of({ "aria-label": `${path}, text. Escape, then Tab leaves it` }),
+            EditorView.contentAttributes.of({ tabindex: "0", "aria-label": `${path}, text. Escape, then Tab leaves it` }),
             ...(isScript(path) ? [
                 StreamLanguage.define(lua),
                 autocompletion({ override: [completionsOf(entries), completeAnyWord] }),

@@ -3,6 +3,7 @@
 import { button, element } from "./dom.js";
 
 const LINES = 300; // of the log that stay
+const LINE_LENGTH = 2000; // characters that are shown of one
 
 export class Messages {
     #log;
@@ -22,7 +23,7 @@ export class Messages {
     // A line of the game or of the Runner. kind: "log", "report" or "error".
     add(line, kind) {
         if (this.#waiting.length === 0) requestAnimationFrame(() => this.#flush());
-        this.#waiting.push([line, kind]);
+        this.#waiting.push([line.length > LINE_LENGTH ? line.slice(0, LINE_LENGTH) + "..." : line, kind]);
         if (this.#waiting.length > LINES) this.#waiting.shift();
     }
 

@@ -78,6 +78,8 @@ function replay(content) {
         try {
             await session.runner.replay(content);
         } catch (error) {
+            const isOfAnother = /--anyway/.test(error.message);
+            if (!isOfAnother) throw error;
             if (!await askWhether("Replay", error.message, "Replay it anyway")) return;
             await session.runner.replay(content, true);
         }
