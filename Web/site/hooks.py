@@ -27,8 +27,7 @@ def on_config(config):
     more = [str(page.relative_to(ROOT)) for page in stage.pages(ROOT) if str(page.relative_to(ROOT)) not in listed]
     if more:
         config["nav"].append({"More": more})
-    if (ROOT / "Web/playground/index.html").exists():
-        config["extra"]["playground"] = "playground/index.html"
+    config["extra"]["runs"] = (ROOT / "Web/runner/CMakeLists.txt").exists()
     return config
 
 

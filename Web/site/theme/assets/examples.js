@@ -34,24 +34,19 @@ class Example {
         this.run = made("button", { type: "button", textContent: "Run", onclick: () => this.toggle() });
         this.again = made("button", { type: "button", textContent: "Restart", disabled: true,
                                       onclick: () => this.restart() });
+        const open = made("a", { href: new URL(`playground/index.html#example=${this.id}`, base).href,
+                                 textContent: "Open in the playground" });
+        open.setAttribute("aria-label", `Open in the playground: ${this.id}`);
         this.run.setAttribute("aria-label", `Run ${this.id}`);
         this.again.setAttribute("aria-label", `Restart ${this.id}`);
         this.status = made("p", { className: "status" });
         this.status.setAttribute("role", "status");
-        place.append(this.canvas, made("div", { className: "controls" }, this.run, this.again, ...this.openers()), this.status);
+        place.append(this.canvas, made("div", { className: "controls" }, this.run, this.again, open), this.status);
         this.place = place;
         // Out of sight it pauses, and goes on only when asked to.
         new IntersectionObserver((entries) => {
             if (!entries[0].isIntersecting && this.runner?.playing) this.pause();
         }).observe(place);
-    }
-
-    openers() {
-        const { playground } = document.documentElement.dataset;
-        if (!playground) return [];
-        const open = made("a", { href: `${playground}#example=${this.id}`, textContent: "Open in the playground" });
-        open.setAttribute("aria-label", `Open in the playground: ${this.id}`);
-        return [open];
     }
 
     toggle() {
