@@ -4,6 +4,7 @@
 #include "Runner/App/Compare_Saves.h"
 #include "Runner/App/Comparison.h"
 #include "Runner/App/Comparison_Window.h"
+#include "Runner/App/Confinement.h"
 #include "Runner/App/Interrupt.h"
 #include "Runner/App/New_Game.h"
 #include "Runner/App/Options.h"
@@ -11,6 +12,7 @@
 #include "Runner/App/Session.h"
 #include "Runner/App/Targets.h"
 #include "Runner/App/Window_Run.h"
+#include "Runner/Base/Printable.h"
 #include "Runner/Host/Console.h"
 #include "Runner/Host/Files.h"
 #include "Runner/Host/Memory.h"
@@ -22,10 +24,11 @@ namespace Runner
 {
 namespace
 {
+// One line, whatever a script put into its error.
 int Complain(FILE* err, std::string text, int status)
 {
     std::replace(text.begin(), text.end(), '\n', ' ');
-    std::fprintf(err, "runner: %s\n", text.c_str());
+    std::fprintf(err, "runner: %s\n", Printable(text, text.size()).c_str());
     return status;
 }
 
@@ -96,13 +99,21 @@ int MakeGame(const RunOptions& options, FILE* out, FILE* err)
     return MakeNewGame(options.newGame, told) ? Print(told + "\n", out, err) : Complain(err, told, EXIT_GAME_ERROR);
 }
 
+// The save area is there afterwards, because what is not there cannot be left open.
+bool Confined(const RunOptions& options, std::string& why)
+{
+    return !options.confined ||
+           (WritesIntoSaveArea(options, why) && PrepareSaveArea(why) && ConfineProcess(NeedsOf(options), why));
+}
+
 int PlayGame(const RunOptions& options, FILE* out, FILE* err)
 {
     SetConsoleOutput(out);
     SetConsoleQuiet(options.quiet);
     SetSaveArea(options.out);
     std::string why;
-    const bool isReady = (!options.game.draw || PrepareSaveArea(why)) && TargetsAreGood(options, why);
+    const bool isReady =
+        (!options.game.draw || PrepareSaveArea(why)) && TargetsAreGood(options, why) && Confined(options, why);
     return isReady ? PlayAndCheck(options, err) : Complain(err, why, EXIT_GAME_ERROR);
 }
 
