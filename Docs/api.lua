@@ -483,6 +483,11 @@ function game_end() end
 ---@param script integer a script's number, as script_add gave it
 function script_call(script) end
 
+---Whether `script_add` has given that number
+---@param script integer a script's number, as script_add gave it
+---@return boolean boolean
+function script_exists(script) end
+
 ---0 to 255 each
 ---@param red number 0 to 255
 ---@param green number 0 to 255

@@ -16,6 +16,8 @@ pictures what they do together, [Script_API.md](Script_API.md) has all other fun
 - A camera that does not exist is never an error: getters answer -1 and setters do nothing.
 - An error ends the game, unless `pcall` catches it, with one line: the script's file and line, then the text below. An
   argument of another kind is one, too: `camera_set_view_pos: argument 2 (x) is a number, got the string "left"`.
+- Under each function stands a game that shows what it does, to be played with `runner Docs/Examples/NAME.lua --window`. All
+  of them share the scene of [field.lua](Examples/field.lua).
 )";
 
 struct Group
@@ -134,13 +136,21 @@ std::string ErrorsOf(const KvSignature& function, const Runner::Signature& names
     return errors.empty() ? "none" : errors;
 }
 
+// The line that names the example in the repository, and that the manual's site replaces by the game itself.
+std::string PlayLine(const char* name)
+{
+    const std::string file = std::string("Examples/") + name + ".lua";
+    return "\nTo play: [" + file + "](" + file + ")\n";
+}
+
 std::string Entry(const KvSignature& function, const Runner::Signature& names, const BuiltInNote& note)
 {
     std::string entry = "\n### " + std::string(function.name) + "\n\n" + Code(names.Text());
     if (*function.result.name != '\0')
         entry.insert(entry.size() - 1, " -> " + std::string(function.result.name));
     entry += std::string(": ") + note.does + "\n" + ArgumentTable(function) + "\n- Result: " + ResultText(function) +
-             ".\n- Errors: " + ErrorsOf(function, names) + ".\n\n```lua\n" + note.example + "\n```\n";
+             ".\n- Errors: " + ErrorsOf(function, names) + ".\n\n```lua\n" + note.example + "\n```\n" +
+             PlayLine(function.name);
     return entry;
 }
 } // namespace

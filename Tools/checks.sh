@@ -66,13 +66,13 @@ check_lint() {
     quietly build/tidy.log lint build/dev "Files/*.cpp" "Runner/*.cpp" ":!Runner/Window/Sdl_*" ":!Runner/Inspect/Imgui_*"
 }
 
-# Real keys, buttons and gamepads in the window, on a display of the tests' own. One after the other: they keep time.
+# Real keys, buttons and gamepads in the window, each test on a display of its own.
 check_window() {
     if ! (need $WINDOW_PACKAGES $WINDOW_TEST_PACKAGES); then
         leave_out "the window" "its packages cannot be installed, see the lines above"
         return
     fi
-    check_suite window-tests 1
+    check_suite window-tests
     quietly build/window-tidy.log lint build/window "Runner/Window/Sdl_*.cpp" "Runner/Inspect/Imgui_*.cpp" # the sanitizer build has no window
 }
 

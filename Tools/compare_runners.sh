@@ -13,7 +13,7 @@ case "$preset" in
 armhf | arm64) ;;
 *) fail "usage: Tools/compare_runners.sh armhf|arm64" ;;
 esac
-GAMES="canyon shake orbit"
+GAMES="canyon shake orbit split kit town"
 FRAMES=600
 SAVED_AT=500
 RECORDED=120

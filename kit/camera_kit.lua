@@ -33,6 +33,7 @@ if type(host) ~= "table" then
         end,
         saved = function() return vars end,           -- the table that a saved game keeps
         script = function(number) script_call(number) end, -- runs what script_add numbered
+        is_script = function(number) return script_exists(number) end, -- may be left out: a wrong one fails later
         random = function() return random() end,      -- 0 or more, less than 1; its seed is saved
         room = function() return room_get(), room_width(), room_height() end,
         screen = function() return screen_width(), screen_height() end,
@@ -56,6 +57,8 @@ local easing = include("kit/easing.lua")
 local effects = include("kit/effects.lua")
 local motion = include("kit/motion.lua")
 local overlay = include("kit/overlay.lua")
+
+checks.know_scripts(host.is_script)
 
 local kit = { version = include("kit/version.lua"), host = host, easing = easing }
 

@@ -4,6 +4,7 @@
 --   checks.public(name, f) -> function     f, whose refusals become errors at the line that called it
 --   checks.refuse(field, wanted, value)    ends the call: "kit.camera: zoom is a number above 0, got the string "big""
 --   checks.fields(given, spec, prefix)     each field of the table by the check that spec has under its name
+--   checks.know_scripts(is_script)         which numbers checks.script accepts
 --   checks.number, checks.whole ...        makers of such checks: check(field, value) -> the value to store
 --
 -- Checks copy tables, so that what a game does to its own table later changes nothing, and a saved table is a tree.
@@ -75,7 +76,21 @@ function checks.whole(wanted, low, high)
 end
 
 checks.frames = checks.whole("a whole number of frames, 0 or more", 0)
-checks.script = checks.whole("a number from script_add", 0)
+
+local is_script -- the host's, whether a script has that number; nil: any whole number may be one
+function checks.know_scripts(known)
+    is_script = known
+end
+
+-- A number that no script has would only be found out when it is to run, far from where it was written.
+local script_number = checks.whole("a number from script_add", 0)
+function checks.script(field, value)
+    local number = script_number(field, value)
+    if is_script and not is_script(number) then
+        checks.refuse(field, "a number from script_add", value)
+    end
+    return number
+end
 
 function checks.boolean(field, value)
     if type(value) ~= "boolean" then

@@ -242,6 +242,10 @@ end
 -- with the target for one frame where it would turn it round, and where the target itself turns round twice in a row.
 local FELT = 0.02 -- room units a frame
 
+-- The part of the stated acceleration that the goal may ask for. The frame after one in which the camera has gone along
+-- takes what is left.
+local GOAL_PART = 3 / 4
+
 local function turns_round(change, last)
     return (last > FELT and change < -FELT) or (last < -FELT and change > FELT)
 end
@@ -279,7 +283,7 @@ local function approach(rig, axis, goal, life, target_speed)
         axis.near, axis.speed, axis.at = goal, goal - was, goal
         return
     end
-    local bound = smooth.goal_speed(rig.smoothing, life, rig.acceleration)
+    local bound = smooth.goal_speed(rig.smoothing, life, rig.acceleration * GOAL_PART)
     axis.near = smooth.toward(axis.near, goal, math.max(bound, sustained(axis, target_speed)))
     if rig.smoothing == "spring" then
         axis.at, axis.speed = smooth.spring(was, axis.speed, axis.near, life)

@@ -96,8 +96,15 @@ void CCamera::SetViewMat(const kvMatrix& view)
 void CCamera::UpdateAfterBuild()
 {
     kvMatrix::Multiply(m_viewProjMat, m_viewMat, m_projMat);
-    UpdateInverses();
-    Update2D();
+    if (InvertFlatCamera())
+    {
+        m_is2D = true; // the nine elements are among the zeros of its shapes
+    }
+    else
+    {
+        UpdateEachInverse();
+        Update2D();
+    }
     m_isViewDirty = false;
 }
 

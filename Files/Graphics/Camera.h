@@ -171,8 +171,8 @@ public:
 private:
     void UpdateAfterBuild();        // C1..C3 once for both new matrices; the view is clean
     void UpdateProducts();          // C2, C3 and the product's inverse
-    void UpdateInverses();          // of the three matrices; the two ways give the same bits
-    void UpdateEachInverse();       // the same, one after the other
+    void UpdateEachInverse();       // of the three matrices
+    bool InvertFlatCamera();        // the same at once; false, with no inverse to be relied on, unless all are flat
     bool UpdateByScript();          // false where the update callback is none that can run
     void Follow(CInstance& target); // one step of the rectangle, and a build
     void SetScript(RValue& field, RValue* script, const char* builtin);

@@ -251,25 +251,22 @@ bool CameraModule::InvertTo(kvMatrix& inverse, const kvMatrix& matrix)
     return IsUnturned(matrix) ? InvertUpright(inverse.m, m) : InvertFlat(inverse.m, m);
 }
 
-// Most cameras are flat: all three are inverted as such, and again where one was not or has no inverse. One look at all
-// shapes together takes less than three.
-void CCamera::UpdateInverses()
+// Most cameras are flat: all three are inverted as such before one look at all shapes, which takes less than three.
+// Where the projection and the view are not turned, their product is not.
+bool CCamera::InvertFlatCamera()
 {
     const Rows projection(m_projMat.m);
+    if (!IsUnturned(m_projMat) || !InvertUpright(m_invProjMat.m, projection))
+        return false;
     ShapesTogether shapes(m_projMat, projection);
-    bool inverted = IsUnturned(m_projMat) && InvertUpright(m_invProjMat.m, projection);
-    if (inverted)
-    {
-        const bool unturned = IsUnturned(m_viewMat) && IsUnturned(m_viewProjMat);
-        const Rows product(m_viewProjMat.m);
-        shapes.Add(m_viewProjMat, product);
-        inverted = unturned ? InvertUpright(m_invViewProjMat.m, product) : InvertFlat(m_invViewProjMat.m, product);
-        const Rows view(m_viewMat.m);
-        shapes.Add(m_viewMat, view);
-        inverted &= unturned ? InvertUpright(m_invViewMat.m, view) : InvertFlat(m_invViewMat.m, view);
-    }
-    if (!inverted || !shapes.AreFlat())
-        UpdateEachInverse();
+    const bool unturned = IsUnturned(m_viewMat);
+    const Rows product(m_viewProjMat.m);
+    shapes.Add(m_viewProjMat, product);
+    bool inverted = unturned ? InvertUpright(m_invViewProjMat.m, product) : InvertFlat(m_invViewProjMat.m, product);
+    const Rows view(m_viewMat.m);
+    shapes.Add(m_viewMat, view);
+    inverted &= unturned ? InvertUpright(m_invViewMat.m, view) : InvertFlat(m_invViewMat.m, view);
+    return inverted && shapes.AreFlat();
 }
 
 #else
@@ -312,7 +309,7 @@ bool CameraModule::InvertTo(kvMatrix& inverse, const kvMatrix& matrix)
     return HasFlatShape(matrix) ? InvertFlat(inverse, matrix) : InvertByDefinition(inverse.m, matrix.m);
 }
 
-void CCamera::UpdateInverses() { UpdateEachInverse(); }
+bool CCamera::InvertFlatCamera() { return false; } // one after the other is as quick
 
 #endif
 

@@ -14,6 +14,9 @@
 #include <cmath>
 #include <cstdint>
 #include <cstring>
+#if defined(__SSE2__)
+#include <emmintrin.h>
+#endif
 
 struct SineCosine
 {
@@ -78,32 +81,50 @@ inline QuarterTurns TurnsOf(float radians)
     return size < 120.0f ? ReduceAngle(radians) : ReduceLargeAngle(radians);
 }
 
-// Minimax polynomials for -pi/4 .. pi/4. The order of their operations is fixed: it decides the last bits.
-inline double SinePolynomial(double x)
+// Minimax polynomials for -pi/4 .. pi/4: the sine by three odd terms after x, the cosine by four even ones after 1. The
+// order of their operations is fixed: it decides the last bits.
+constexpr double SINE_3 = -0x1.555545995A603p-3, SINE_5 = 0x1.1107605230BC4p-7, SINE_7 = -0x1.994EB3774CF24p-13;
+constexpr double COSINE_2 = -0x1.FFFFFFD0C621Cp-2, COSINE_4 = 0x1.55553E1068F19p-5;
+constexpr double COSINE_6 = -0x1.6C087E89A359Dp-10, COSINE_8 = 0x1.99343027BF8C3p-16;
+
+#if defined(__SSE2__)
+
+// Both have the same operations from x^3 and x^4 on: two lanes, the sine in the first.
+inline SineCosine PolynomialsOf(double x)
+{
+    const double x2 = x * x;
+    const __m128d square = _mm_set1_pd(x2);
+    const __m128d power = _mm_mul_pd(_mm_setr_pd(x, x2), square);
+    const __m128d near =
+        _mm_add_pd(_mm_setr_pd(x, 1.0 + x2 * COSINE_2), _mm_mul_pd(power, _mm_setr_pd(SINE_3, COSINE_4)));
+    const __m128d far = _mm_add_pd(_mm_setr_pd(SINE_5, COSINE_6), _mm_mul_pd(square, _mm_setr_pd(SINE_7, COSINE_8)));
+    const __m128 both = _mm_cvtpd_ps(_mm_add_pd(near, _mm_mul_pd(_mm_mul_pd(power, square), far)));
+    return {_mm_cvtss_f32(both), _mm_cvtss_f32(_mm_shuffle_ps(both, both, 1))};
+}
+
+#else
+
+inline SineCosine PolynomialsOf(double x)
 {
     const double x2 = x * x;
     const double x3 = x * x2;
-    return (x + x3 * -0x1.555545995A603p-3) + x2 * x3 * (0x1.1107605230BC4p-7 + x2 * -0x1.994EB3774CF24p-13);
+    const double x4 = x2 * x2;
+    const double sine = (x + x3 * SINE_3) + x2 * x3 * (SINE_5 + x2 * SINE_7);
+    const double cosine = ((1.0 + x2 * COSINE_2) + x4 * COSINE_4) + x4 * x2 * (COSINE_6 + x2 * COSINE_8);
+    return {static_cast<float>(sine), static_cast<float>(cosine)};
 }
 
-inline double CosinePolynomial(double x)
-{
-    const double x2 = x * x;
-    const double x4 = x2 * x2;
-    return ((1.0 + x2 * -0x1.FFFFFFD0C621Cp-2) + x4 * 0x1.55553E1068F19p-5) +
-           x4 * x2 * (-0x1.6C087E89A359Dp-10 + x2 * 0x1.99343027BF8C3p-16);
-}
+#endif
 
 inline SineCosine SinCosOf(QuarterTurns turns)
 {
-    const float sine = static_cast<float>(SinePolynomial(turns.remainder));
-    const float cosine = static_cast<float>(CosinePolynomial(turns.remainder));
+    const SineCosine of = PolynomialsOf(turns.remainder);
     switch (turns.quarter % 4)
     {
-    case 0: return {sine, cosine};
-    case 1: return {cosine, -sine};
-    case 2: return {-sine, -cosine};
-    default: return {-cosine, sine};
+    case 0: return of;
+    case 1: return {of.cosine, -of.sine};
+    case 2: return {-of.sine, -of.cosine};
+    default: return {-of.cosine, of.sine};
     }
 }
 

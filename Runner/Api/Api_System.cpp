@@ -34,6 +34,8 @@ int ScriptCall(Arguments& call)
     return 0;
 }
 
+int ScriptExists(Arguments& call) { return call.Return(call.game.scripts.numbered.Find(call.Whole(1)) >= 0); }
+
 int Include(Arguments& call)
 {
     call.game.scripts.Include(call.L, call.Text(1));
@@ -133,6 +135,7 @@ constexpr ApiFunction FUNCTIONS[] = {
     {"screenshot", 1, {"name", "format"}, Screenshot},
     {"game_end", 0, {}, GameEnd},
     {"script_call", 1, {"script"}, ScriptCall},
+    {"script_exists", 1, {"script"}, ScriptExists},
 };
 } // namespace
 

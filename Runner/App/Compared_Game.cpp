@@ -38,37 +38,32 @@ bool CanRead(int socket, int milliseconds)
     return poll(&waiting, 1, milliseconds) > 0;
 }
 
-// False: the other side has gone.
-bool Send(int socket, const void* data, size_t size)
+// Calls transfer(bytes, size), which answers as send and recv do, until all bytes went. False: the other side has gone.
+template <typename Byte, typename Transfer> bool TransferAll(Byte* bytes, size_t size, Transfer transfer)
 {
-    const auto* bytes = static_cast<const uint8_t*>(data);
     while (size > 0)
     {
-        const ssize_t sent = send(socket, bytes, size, MSG_NOSIGNAL);
-        if (sent < 0 && errno == EINTR)
+        const ssize_t done = transfer(bytes, size);
+        if (done < 0 && errno == EINTR)
             continue;
-        if (sent <= 0)
+        if (done <= 0)
             return false;
-        bytes += sent;
-        size -= static_cast<size_t>(sent);
+        bytes += done;
+        size -= static_cast<size_t>(done);
     }
     return true;
 }
 
+bool Send(int socket, const void* data, size_t size)
+{
+    return TransferAll(static_cast<const uint8_t*>(data), size,
+                       [socket](const uint8_t* bytes, size_t rest) { return send(socket, bytes, rest, MSG_NOSIGNAL); });
+}
+
 bool Receive(int socket, void* data, size_t size)
 {
-    auto* bytes = static_cast<uint8_t*>(data);
-    while (size > 0)
-    {
-        const ssize_t got = recv(socket, bytes, size, 0);
-        if (got < 0 && errno == EINTR)
-            continue;
-        if (got <= 0)
-            return false;
-        bytes += got;
-        size -= static_cast<size_t>(got);
-    }
-    return true;
+    return TransferAll(static_cast<uint8_t*>(data), size,
+                       [socket](uint8_t* bytes, size_t rest) { return recv(socket, bytes, rest, 0); });
 }
 
 // ---- in the process ----

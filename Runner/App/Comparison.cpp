@@ -40,12 +40,7 @@ Picture PlayRow(const RunOptions& asked, FILE* err, Outcome& outcome)
 
 Picture Stacked(const Picture& upper, const Picture& lower)
 {
-    Picture both;
-    both.width = std::max(upper.width, lower.width);
-    both.height = upper.height + lower.height;
-    both.rgba.assign(both.Offset(0, both.height), 0);
-    for (size_t alpha = 3; alpha < both.rgba.size(); alpha += 4)
-        both.rgba[alpha] = 255;
+    Picture both = BlackPicture(std::max(upper.width, lower.width), upper.height + lower.height);
     for (int y = 0; y < both.height; ++y)
     {
         const bool isUpper = y < upper.height;

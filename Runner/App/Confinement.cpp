@@ -3,6 +3,7 @@
 #include "Runner/App/Confinement.h"
 
 #include "Runner/App/Options.h"
+#include "Runner/App/Packed_Game.h"
 #include "Runner/App/Process_Limits.h"
 #include "Runner/Base/Installed_Kit.h"
 #include "Runner/Base/Printable.h"
@@ -29,6 +30,13 @@ std::string FolderOf(const std::string& file)
     return folder.empty() ? "." : folder;
 }
 
+// The game's folder, or its archive.
+std::string PlaceOf(const std::string& game)
+{
+    const std::string archive = ArchiveIn(game);
+    return archive.empty() ? FolderOf(game) : archive;
+}
+
 // A file that is not there yet stands where its folder is.
 bool IsBelow(const std::string& file, const std::string& folder)
 {
@@ -50,9 +58,9 @@ ConfinedTo NeedsOf(const RunOptions& options)
     ConfinedTo needs;
     needs.draws = options.game.draw;
     needs.memory = options.game.limits.memory + MEMORY_BESIDES;
-    needs.readable = {FolderOf(options.game.file)};
+    needs.readable = {PlaceOf(options.game.file)};
     if (!options.compare.empty())
-        needs.readable.push_back(FolderOf(options.compare));
+        needs.readable.push_back(PlaceOf(options.compare));
     AddGiven(needs.readable, options.game.kit.empty() ? InstalledKit() : options.game.kit);
     for (const std::string* file : {&options.load, &options.replay, &options.input})
         AddGiven(needs.readable, *file);

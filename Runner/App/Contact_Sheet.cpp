@@ -23,13 +23,7 @@ Size ThumbSize(const Picture& picture)
 
 Picture EmptySheet(Size thumb, int columns, int rows)
 {
-    Picture sheet;
-    sheet.width = columns * (thumb.width + GAP) + GAP;
-    sheet.height = rows * (thumb.height + GAP) + GAP;
-    sheet.rgba.assign(sheet.Offset(0, sheet.height), 0);
-    for (size_t alpha = 3; alpha < sheet.rgba.size(); alpha += 4)
-        sheet.rgba[alpha] = 255;
-    return sheet;
+    return BlackPicture(columns * (thumb.width + GAP) + GAP, rows * (thumb.height + GAP) + GAP);
 }
 
 // Writes the mean of the pixels in the rectangle, which one pixel of the sheet stands for.

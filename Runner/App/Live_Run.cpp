@@ -197,6 +197,8 @@ bool LiveRun::StartGame(std::string& why)
     m_stage = std::make_unique<WindowStage>(m_window, *m_picture, m_options.keys);
     m_stage->time = this;
     m_stage->SetPaced(!m_options.unpaced);
+    if (m_options.paceSeconds > 0)
+        m_stage->KeepTimes();
     m_stage->overlay = [this](const Port& where) { m_inspector->Draw(where); };
     m_stage->toggleInspector = [this]
     {

@@ -17,6 +17,7 @@ namespace
 {
 constexpr int FRAMES_LIMIT = 100000000;
 constexpr int SCALE_LIMIT = 16;
+constexpr int PACE_SECONDS_LIMIT = 3600;
 constexpr int MILLIONS_LIMIT = 1000000;
 constexpr int MEGABYTES_LIMIT = 2048;
 constexpr int MILLIONS_UNLESS_SET = 400; // in a window, and for a stranger's game
@@ -119,6 +120,9 @@ constexpr Option OPTIONS[] = {
      [](RunOptions& options, const Values&) { return SetFlag(options.fullscreen); }},
     {"--unpaced", "", "in a window: play as fast as it can be shown, and say at the end how fast",
      [](RunOptions& options, const Values&) { return SetFlag(options.unpaced); }},
+    {"--pace", "SECONDS", "in a window: play so long, and say at the end how evenly frames were shown",
+     [](RunOptions& options, const Values& values)
+     { return ReadWhole(values[0], 1, PACE_SECONDS_LIMIT, options.paceSeconds); }},
     {"--keys", "NAME=KEY,...", "move the keys that the window keeps for itself; F12 shows them",
      [](RunOptions& options, const Values& values) { return options.keys.Move(values[0]); }},
     {"--instructions", "MILLIONS",
@@ -171,8 +175,8 @@ constexpr Option OPTIONS[] = {
      "frames of each as comparison.png, or what --contact-sheet names",
      [](RunOptions& options, const Values& values) { return ReadName(values[0], options.compare); }},
     {"--compare-values", "CAMERA.PROPERTY=NUMBER,...",
-     "the same, but the other game has these values of cameras from its first\n"
-     "frame on, such as 0.border_x=200; without --compare it is the same game",
+     "the same, but the other game has these values of cameras as soon as they\n"
+     "are there, such as 0.border_x=200; without --compare it is the same game",
      [](RunOptions& options, const Values& values) { return ReadCameraValues(values[0], options.values); }},
     {"--watch", "", "in a window: start the game anew when its files change, up to the same frame",
      [](RunOptions& options, const Values&) { return SetFlag(options.watch); }},
@@ -365,12 +369,23 @@ private:
             {"--every", m_options.every > 0},          {"--screenshot", !m_options.screenshot.empty()},
             {"--inspect", m_options.inspect},          {"--contact-sheet", !m_options.contactSheet.empty()},
             {"--profile", !m_options.profile.empty()}, {"--save-at", m_options.saveAt.first > 0},
-            {"--unpaced", m_options.unpaced}};
+            {"--unpaced", m_options.unpaced},          {"--pace", m_options.paceSeconds > 0}};
         for (const auto& [name, isGiven] : others)
             if (isGiven && m_options.window)
                 return Refuse(std::string(name) + " is not for a comparison in a window: leave one of them out");
         if (m_options.contactSheet.empty() && !m_options.window)
             m_options.contactSheet = "comparison.png";
+    }
+
+    void CheckPace()
+    {
+        if (m_options.paceSeconds == 0)
+            return;
+        if (!m_options.window)
+            return Refuse("--pace needs --window: nothing else is shown");
+        if (m_options.unpaced || m_options.isFramesGiven)
+            Refuse(std::string("--pace plays at the pace of a clock, for as long as it says: leave out ") +
+                   (m_options.unpaced ? "--unpaced" : "--frames"));
     }
 
     // A window ends when it is closed, and a script in it must come back.
@@ -384,9 +399,12 @@ private:
             return Refuse("--unpaced needs --window: nothing else waits");
         if (m_options.window && m_options.confined)
             return Refuse("--confined is for runs without a window: leave one of them out");
+        CheckPace();
         if (m_options.window && !m_options.game.draw)
             return Refuse("--window shows pictures, and --no-draw makes none: leave one of them out");
-        if (m_options.window && !m_options.isFramesGiven)
+        if (m_options.paceSeconds > 0)
+            m_options.frames = m_options.paceSeconds * FRAMES_A_SECOND;
+        else if (m_options.window && !m_options.isFramesGiven)
             m_options.frames = FRAMES_LIMIT;
         if (m_options.instructionMillions < 0)
             m_options.instructionMillions = m_options.window || m_options.confined ? MILLIONS_UNLESS_SET : 0;
@@ -426,7 +444,8 @@ ParseResult ParseOptions(int argc, char** argv, RunOptions& options, FILE* err)
 std::string HelpText()
 {
     std::string text = "Plays a Lua game and draws its rooms through the cameras of their views.\n"
-                       "Usage: runner [OPTIONS] GAME\n\n";
+                       "Usage: runner [OPTIONS] GAME\n"
+                       "GAME is a Lua file, or a zip archive of a game's folder.\n\n";
     for (const Option& option : OPTIONS)
         AddHelp(option, text);
     return text + "\nCtrl-C and SIGTERM end the run after the frame; what is written at its end is written. A second\n"

@@ -20,6 +20,7 @@ enum ExitStatus : int
 struct RunOptions
 {
     GameOptions game;
+    std::string archive;          // that the game stands in, a path; empty for a game in a folder
     std::string newGame;          // the name of a game to make instead of playing one; empty for none
     int frames = 60;              // to play, unless the game ends earlier
     bool isFramesGiven = false;   // false: a replay plays all that was recorded
@@ -38,6 +39,7 @@ struct RunOptions
     bool fullscreen = false;
     int scale = 0;        // pixels of the display for one of the game; 0: as many as fit
     bool unpaced = false; // frames follow each other without waiting for the clock or the display
+    int paceSeconds = 0;  // to play and to say at the end how evenly frames were shown; 0: nobody asks
     RunnerKeys keys;
     std::string menu; // directory of the games to choose from; empty: the game is given
 

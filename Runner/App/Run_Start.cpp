@@ -1,11 +1,11 @@
 #include "Runner/App/Run_Start.h"
 
 #include "Runner/App/Settings_Keeper.h"
+#include "Runner/App/Value_Moments.h"
 #include "Runner/Base/Printable.h"
 #include "Runner/Base/Whole_File.h"
 #include "Runner/Input/Input_Script.h"
 #include "Runner/Inspect/Camera_Fields.h"
-#include "Runner/Inspect/Panel_Content.h"
 #include "Runner/Save/Save_File.h"
 
 #include <algorithm>
@@ -31,6 +31,9 @@ bool RunStart::Open(RunOptions& options, std::string& why)
     if (!OpenReplay(options, why) || !OpenInput(options.input, why) || !OpenSave(options, why) ||
         !OpenSettings(options, why))
         return false;
+    if (m_replay != nullptr && !options.values.empty() &&
+        !AddValuesToRecording(options.game, m_saved.get(), options.values, m_recording, why))
+        return false;
     if (!options.record.empty())
         m_recorder = std::make_unique<Recorder>(options.record, m_saveContent);
     if (m_recorder != nullptr)
@@ -54,9 +57,6 @@ bool RunStart::OpenReplay(RunOptions& options, std::string& why)
     options.frames = std::max(1, options.isFramesGiven ? std::min(options.frames, frames) : frames);
     options.game.seed = m_recording.head.identity.seed;
     options.game.limits.instructions = LimitOfReplay(options, m_recording.head.instructions);
-    m_values = options.values;
-    if (!m_values.empty() && frames > 0)
-        m_recording.AddChanges(0, m_values);
     if (options.game.width == 0)
     {
         options.game.width = m_recording.head.width;
@@ -113,12 +113,6 @@ bool RunStart::OpenSettings(RunOptions& options, std::string& why)
 
 bool RunStart::FitsGame(const Game& game, std::string& why)
 {
-    for (const HandChange& value : m_values)
-        if (PeekCamera(value.camera) == nullptr)
-        {
-            why = "--compare-values: there is no camera " + std::to_string(value.camera) + " before the first frame";
-            return false;
-        }
     const std::string difference = m_replay == nullptr ? "" : DifferenceOf(game, m_recording.head);
     if (difference.empty())
         return true;

@@ -53,8 +53,7 @@ private:
     std::unique_ptr<InputSource> m_text;
     InputSource* m_player = nullptr;
     std::string m_notice;
-    std::string m_replayed;           // path
-    std::vector<HandChange> m_values; // made before its first frame
+    std::string m_replayed; // path
     bool m_goesOnAnyway = false;
 };
 } // namespace Runner

@@ -8,6 +8,7 @@
 #include "Runner/App/Interrupt.h"
 #include "Runner/App/New_Game.h"
 #include "Runner/App/Options.h"
+#include "Runner/App/Packed_Game.h"
 #include "Runner/App/Run_Start.h"
 #include "Runner/App/Session.h"
 #include "Runner/App/Targets.h"
@@ -99,21 +100,30 @@ int MakeGame(const RunOptions& options, FILE* out, FILE* err)
     return MakeNewGame(options.newGame, told) ? Print(told + "\n", out, err) : Complain(err, told, EXIT_GAME_ERROR);
 }
 
-// The save area is there afterwards, because what is not there cannot be left open.
+// The save area is there afterwards, because what is not there cannot be left open. Archives are read only then.
 bool Confined(const RunOptions& options, std::string& why)
 {
     return !options.confined ||
            (WritesIntoSaveArea(options, why) && PrepareSaveArea(why) && ConfineProcess(NeedsOf(options), why));
 }
 
-int PlayGame(const RunOptions& options, FILE* out, FILE* err)
+int PlayGame(const RunOptions& asked, FILE* out, FILE* err)
 {
+    RunOptions options = asked;
     SetConsoleOutput(out);
     SetConsoleQuiet(options.quiet);
     SetSaveArea(options.out);
+    PackedGame game, other;
     std::string why;
-    const bool isReady =
-        (!options.game.draw || PrepareSaveArea(why)) && TargetsAreGood(options, why) && Confined(options, why);
+    if (!Confined(options, why) || !game.Open(options.game.file, why) || !other.Open(options.compare, why))
+        return Complain(err, why, EXIT_GAME_ERROR);
+    options.archive = game.Archive();
+    if (options.watch && !options.archive.empty())
+        return Complain(err,
+                        "--watch follows files, and " + PrintableName(options.archive) +
+                            " is an archive: unpack it, or leave --watch out",
+                        EXIT_WRONG_USAGE);
+    const bool isReady = (!options.game.draw || PrepareSaveArea(why)) && TargetsAreGood(options, why);
     return isReady ? PlayAndCheck(options, err) : Complain(err, why, EXIT_GAME_ERROR);
 }
 

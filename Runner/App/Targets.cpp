@@ -1,5 +1,6 @@
 #include "Runner/App/Targets.h"
 
+#include "Runner/Base/Packed_Files.h"
 #include "Runner/Base/Printable.h"
 #include "Runner/Base/Whole_File.h"
 #include "Runner/Draw/Screenshot.h"
@@ -19,6 +20,8 @@ struct NamedFile
 
 bool IsSameFile(const std::string& first, const std::string& second)
 {
+    if (IsPacked(first) || IsPacked(second)) // no file of the disk, and nothing is written there
+        return false;
     std::error_code ignored;
     return std::filesystem::equivalent(first, second, ignored) ||
            std::filesystem::weakly_canonical(first, ignored) == std::filesystem::weakly_canonical(second, ignored);
@@ -40,7 +43,7 @@ std::string PicturePath(const RunOptions& options, const std::string& name)
 bool AreDistinct(const RunOptions& options, std::string& why)
 {
     const NamedFile files[] = {
-        {nullptr, options.game.file},
+        {nullptr, options.archive.empty() ? options.game.file : options.archive},
         {"--trace", options.game.trace},
         {"--profile", options.profile},
         {"--save-at", options.saveAt.second},

@@ -137,6 +137,8 @@ private:
         if (m_options.inspect)
             inspector.Toggle();
         stage.SetPaced(!options.unpaced);
+        if (options.paceSeconds > 0)
+            stage.KeepTimes();
         Outcome outcome = Session(game, options, start, stage, m_err).Play();
         stage.TellRate(m_err);
         start.ShowNotice(m_err);

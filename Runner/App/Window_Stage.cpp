@@ -103,6 +103,9 @@ void WindowStage::ShowFrame()
     m_window.Swap();
     m_shownLast = m_window.Now();
     m_shownFirst = m_shown++ == 0 ? m_shownLast : m_shownFirst;
+    if (m_keepsTimes && m_timedFrom != 0 && !IsStanding())
+        m_times.push_back(m_shownLast - m_timedFrom);
+    m_timedFrom = m_shownLast;
 }
 
 void WindowStage::TellRate(FILE* out) const
@@ -110,6 +113,8 @@ void WindowStage::TellRate(FILE* out) const
     const auto seconds = static_cast<double>(m_shownLast - m_shownFirst) / static_cast<double>(NANOSECONDS);
     if (!m_isPaced && seconds > 0.0)
         std::fprintf(out, "runner: %d frames shown, %.2f a second\n", m_shown, (m_shown - 1) / seconds);
+    if (m_keepsTimes)
+        std::fprintf(out, "runner: %s\n", TextOf(PaceOf(m_times)).c_str());
 }
 
 // ---- time ----
@@ -178,6 +183,7 @@ void WindowStage::Wait()
 bool WindowStage::StandStill()
 {
     ShowFrame();
+    m_timedFrom = 0;
     m_window.Poll(STANDING_MILLISECONDS);
     const InputFrame devices = m_window.TakeInput();
     m_isPanelHidden = m_isPanelHidden || devices.mouse.buttons.pressed != 0;

@@ -3,6 +3,7 @@
 #include "Runner/App/Panel.h"
 #include "Runner/Game/Game.h"
 #include "Runner/Input/Input_Source.h"
+#include "Runner/Window/Frame_Pace.h"
 #include "Runner/Window/Step_Clock.h"
 
 namespace Runner
@@ -56,7 +57,10 @@ public:
     // Without a pace frames follow each other as fast as they can be shown, and each is.
     void SetPaced(bool isPaced) { m_isPaced = isPaced; }
     void Pause() { m_isPaused = true; }
-    void TellRate(FILE* out) const; // one line: frames a second since the first was shown. Nothing with a pace
+    void KeepTimes() { m_keepsTimes = true; } // of the frames that are shown from now on, for TellRate
+    // One line: frames a second since the first was shown, where there is no pace; how evenly frames were shown, where
+    // their times were kept.
+    void TellRate(FILE* out) const;
 
     StageTime* time = nullptr; // not owned; null: nobody can go back
 
@@ -88,6 +92,9 @@ private:
     int m_unshown = 0;                         // frames since one was shown
     int m_shown = 0;                           // frames
     int64_t m_shownFirst = 0, m_shownLast = 0; // when
+    bool m_keepsTimes = false;
+    std::vector<int64_t> m_times; // from one shown frame to the next, nanoseconds; not while it stands
+    int64_t m_timedFrom = 0;      // when the frame before was shown; 0: the next one begins
     bool m_isPaused = false;
     bool m_isSlow = false;
     bool m_isScrubbing = false; // the mouse has been pressed on the bar and not let go

@@ -1,6 +1,7 @@
 #include "Runner/Base/Whole_File.h"
 
 #include "Runner/Base/File_Faults.h"
+#include "Runner/Base/Packed_Files.h"
 #include "Runner/Base/Printable.h"
 
 #include <algorithm>
@@ -204,6 +205,11 @@ bool PutFileInPlace(const std::string& from, const std::string& path, std::strin
 bool ReadWholeFile(const std::string& path, std::vector<uint8_t>& bytes, std::string& why)
 {
     bytes.clear();
+    if (const std::vector<uint8_t>* const packed = FindPackedFile(path))
+    {
+        bytes = *packed;
+        return true;
+    }
     const File file(path, O_RDONLY | O_NONBLOCK); // a pipe without a writer must not block
     if (!file.IsOpen())
         return Failed(why, "open", path);

@@ -21,8 +21,8 @@ bool TryToWriteFile(const std::string& path, std::string& why);
 // removed.
 bool PutFileInPlace(const std::string& from, const std::string& path, std::string& why);
 
-// Reads a whole file. False, and why in one line, when it is no regular file, cannot be read or has more than
-// FILE_SIZE_MAX bytes.
+// Reads a whole file, of the disk or of a packed folder. False, and why in one line, when it is no regular file, cannot
+// be read or has more than FILE_SIZE_MAX bytes.
 bool ReadWholeFile(const std::string& path, std::vector<uint8_t>& bytes, std::string& why);
 constexpr size_t FILE_SIZE_MAX = 0x40000000;
 } // namespace Runner

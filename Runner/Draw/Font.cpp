@@ -170,10 +170,7 @@ void DrawCharacter(Picture& font, int frame)
 
 Picture DrawFont()
 {
-    Picture font;
-    font.width = FONT_FRAMES * FONT_CELL_WIDTH;
-    font.height = FONT_CELL_HEIGHT;
-    font.rgba.assign(font.Offset(0, font.height), 0);
+    Picture font = TransparentPicture(FONT_FRAMES * FONT_CELL_WIDTH, FONT_CELL_HEIGHT);
     for (int frame = 0; frame < FONT_FRAMES; frame++)
         DrawCharacter(font, frame);
     return font;

@@ -17,6 +17,8 @@ public:
         s_current = this;
     }
 
+    virtual bool HasWindow() const { return false; } // framebuffer 0 is a window's
+
     virtual void EndFrame() = 0;            // hands the frame's commands to the driver
     virtual bool IsLost() { return false; } // whether the driver was reset, and took what was made in the context
 

@@ -71,7 +71,7 @@ bool GlDevice::Open(int width, int height, std::string& error)
     glEnable(GL_SCISSOR_TEST);
     for (const GLuint input : {INPUT_POSITION, INPUT_TEXTURE, INPUT_COLOUR})
         glEnableVertexAttribArray(input);
-    m_screen = MakeTarget(width, height);
+    m_screen = MakeScreen(width, height);
     NoteError("start");
     if (m_screen != 0 && m_error.empty())
         return true;
@@ -219,7 +219,8 @@ bool GlDevice::BindPort(const DrawState& state)
     if (state.depthTest && target.depth == 0)
         AddDepth(target);
     const Port& port = state.port;
-    const int y = state.target == 0 ? target.height - port.y - port.height : port.y;
+    const bool isBottomUp = state.target == 0 && !IsWindowsScreen(0);
+    const int y = isBottomUp ? target.height - port.y - port.height : port.y;
     const int left = std::max(port.x, 0), right = std::min(port.x + port.width, target.width);
     const int low = std::max(y, 0), high = std::min(y + port.height, target.height);
     if (left >= right || low >= high)
@@ -244,7 +245,11 @@ void GlDevice::Draw(const DrawState& state, GLsizei indexCount)
         glEnable(GL_DEPTH_TEST);
     else
         glDisable(GL_DEPTH_TEST);
-    (state.depthTest ? m_solid : m_flat).Use(state.toClip.m, state.tint);
+    kvMatrix toClip = state.toClip;
+    if (IsWindowsScreen(state.target)) // the program negates y
+        for (int row = 0; row < 16; row += 4)
+            toClip.m[row + 1] = -toClip.m[row + 1];
+    (state.depthTest ? m_solid : m_flat).Use(toClip.m, state.tint);
     glBindTexture(GL_TEXTURE_2D, state.texture);
     DescribeVertices();
     glDrawElements(GL_TRIANGLES, indexCount, GL_UNSIGNED_SHORT, BufferOffset(0));
@@ -276,7 +281,7 @@ void GlDevice::BeginScreen()
 {
     m_context->MakeCurrent();
     if (m_otherScreen == 0 && !m_isRefused)
-        m_otherScreen = MakeTarget(m_targets[m_screen].width, m_targets[m_screen].height);
+        m_otherScreen = MakeScreen(m_targets[m_screen].width, m_targets[m_screen].height);
     m_isRefused = m_otherScreen == 0;
     TakeBackScreen();
 }
@@ -294,45 +299,12 @@ void GlDevice::Finish()
     NoteError("the frame");
 }
 
-// The screen's texture on two triangles that fill the viewport. The program negates clip y, and the screen's first row
-// in memory is its bottom one, so a corner's clip y and v run against each other.
-void GlDevice::Show(const Showing& showing)
-{
-    m_context->MakeCurrent();
-    glBindFramebuffer(GL_FRAMEBUFFER, 0);
-    glDisable(GL_SCISSOR_TEST);
-    glDisable(GL_BLEND);
-    glClearColor(0.0f, 0.0f, 0.0f, 1.0f);
-    if (showing.isAlone)
-        glClear(GL_COLOR_BUFFER_BIT);
-    const Port& where = showing.where;
-    glViewport(where.x, showing.windowHeight - where.y - where.height, where.width, where.height);
-    DrawState state;
-    state.texture = m_targets[m_screen].texture;
-    state.toClip = {{{1, 0, 0, 0, 0, 1, 0, 0, 0, 0, 1, 0, 0, 0, 0, 1}}};
-    const Vertex corners[] = {{-1, -1, 0, 0, 1, {255, 255, 255, 255}},
-                              {1, -1, 0, 1, 1, {255, 255, 255, 255}},
-                              {1, 1, 0, 1, 0, {255, 255, 255, 255}},
-                              {-1, 1, 0, 0, 0, {255, 255, 255, 255}}};
-    glBindTexture(GL_TEXTURE_2D, state.texture);
-    const GLint filter = showing.smooth ? GL_LINEAR : GL_NEAREST;
-    glTexParameteri(GL_TEXTURE_2D, GL_TEXTURE_MAG_FILTER, filter);
-    glTexParameteri(GL_TEXTURE_2D, GL_TEXTURE_MIN_FILTER, filter);
-    glBindBuffer(GL_ARRAY_BUFFER, m_vertices);
-    glBufferData(GL_ARRAY_BUFFER, sizeof corners, corners, GL_STREAM_DRAW);
-    glBindBuffer(GL_ELEMENT_ARRAY_BUFFER, m_quadIndices);
-    Draw(state, 6);
-    glEnable(GL_BLEND);
-    glEnable(GL_SCISSOR_TEST);
-    NoteError("showing the screen");
-}
-
 void GlDevice::Read(unsigned target, int width, int height, uint8_t* rgba)
 {
     Bind(target);
     glPixelStorei(GL_PACK_ALIGNMENT, 1);
     glReadPixels(0, 0, width, height, GL_RGBA, GL_UNSIGNED_BYTE, rgba);
-    if (target == 0)
+    if (target == 0 && !IsWindowsScreen(0))
         FlipRows(rgba, static_cast<size_t>(width) * 4, height);
     NoteError("a read-back");
 }

@@ -1,5 +1,7 @@
 #pragma once
-// The device on OpenGL ES 2. The screen is a framebuffer object of its own; its first row in memory is the bottom one.
+// The device on OpenGL ES 2. The screen is a framebuffer object of its own. Its first row in memory is the bottom one;
+// in a window it is the top one, and the entries stand in the window's own order, so that showing it unscaled copies
+// memory: a software rasteriser then draws no second picture of the window's size.
 
 #include "Runner/Draw/Device.h"
 #include "Runner/Draw/Gl_Context.h"
@@ -49,6 +51,11 @@ private:
     };
 
     unsigned MakeTarget(int width, int height); // a framebuffer, bound; 0 when refused
+    unsigned MakeScreen(int width, int height); // the same, with the entries that suit the window
+    bool IsWindowsScreen(unsigned target) const { return target == 0 && m_context->HasWindow(); }
+    bool TakesCopy(const Showing& showing); // by the bound framebuffer: unscaled, and by version 3
+    void CopyScreen(const Port& where, int windowHeight);
+    void DrawScreen(const Showing& showing);
     Target& Bind(unsigned target);
     void AddDepth(Target& target);         // of the bound framebuffer
     bool BindPort(const DrawState& state); // binds the target too; false when the port holds no pixel of it

@@ -22,15 +22,6 @@ bool IsFinite(const kvMatrix& matrix)
 {
     return std::all_of(std::begin(matrix.m), std::end(matrix.m), [](float x) { return std::isfinite(x); });
 }
-
-Picture Blank(int width, int height)
-{
-    Picture blank;
-    blank.width = width;
-    blank.height = height;
-    blank.rgba.assign(blank.Offset(0, height), 0);
-    return blank;
-}
 } // namespace
 
 Ink MixInk(unsigned colour, float alpha)
@@ -262,7 +253,7 @@ bool Painter::PopTarget()
 Picture Painter::ReadScreen()
 {
     Parts& parts = *m_parts;
-    Picture screen = Blank(parts.width, parts.height);
+    Picture screen = TransparentPicture(parts.width, parts.height);
     parts.batch.Flush();
     if (parts.device != nullptr)
         parts.device->Read(0, screen.width, screen.height, screen.rgba.data());
@@ -277,7 +268,7 @@ bool Painter::ReadSurface(int surface, Picture& out)
     const SurfaceEntry* entry = parts.NeedSurface(surface);
     if (entry == nullptr)
         return false;
-    out = Blank(entry->width, entry->height);
+    out = TransparentPicture(entry->width, entry->height);
     parts.batch.Flush();
     if (parts.device != nullptr)
         parts.device->Read(entry->target, out.width, out.height, out.rgba.data());

@@ -192,6 +192,8 @@ public:
     // as it was: drawing state, surfaces, matrices, view area and counts. Empty without a device; empty, and one line
     // in error, when it cannot be done.
     Picture DrawAside(int width, int height, const std::function<void()>& draw, std::string& error);
+    // The device's own texture that shows the surface, for such a library; 0 without a device or a surface.
+    unsigned SurfaceTexture(int surface) const;
     void MakeCurrent(); // its context, for a library that draws beside it. Nothing without a device
     void Pixels(const Picture& picture, float x, float y); // its alpha premultiplied; pictures on a screen are opaque
 

@@ -48,6 +48,12 @@ void Painter::MakeCurrent()
         m_parts->device->Finish();
 }
 
+unsigned Painter::SurfaceTexture(int surface) const
+{
+    const SurfaceEntry* entry = m_parts->surfaces.Find(surface);
+    return entry == nullptr ? 0 : entry->texture;
+}
+
 void Painter::Pixels(const Picture& picture, float x, float y)
 {
     Parts& parts = *m_parts;

@@ -22,4 +22,23 @@ struct Picture
         return (static_cast<size_t>(y) * static_cast<size_t>(width) + static_cast<size_t>(x)) * 4;
     }
 };
+
+// A picture of that size whose every pixel is transparent black.
+inline Picture TransparentPicture(int width, int height)
+{
+    Picture picture;
+    picture.width = width;
+    picture.height = height;
+    picture.rgba.assign(picture.Offset(0, height), 0);
+    return picture;
+}
+
+// The same in opaque black.
+inline Picture BlackPicture(int width, int height)
+{
+    Picture picture = TransparentPicture(width, height);
+    for (size_t alpha = 3; alpha < picture.rgba.size(); alpha += 4)
+        picture.rgba[alpha] = 255;
+    return picture;
+}
 } // namespace Runner

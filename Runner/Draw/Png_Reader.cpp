@@ -1,5 +1,7 @@
 #include "Runner/Draw/Png_Reader.h"
 
+#include "Runner/Base/Packed_Files.h"
+
 #include <png.h>
 
 #include <cerrno>
@@ -111,13 +113,22 @@ catch (const std::bad_alloc&)
     problem = "there is no memory for it";
     return false;
 }
+
+// The stream does not own the content of a packed file, and writes nothing to it.
+FILE* OpenToRead(const std::string& file)
+{
+    const std::vector<uint8_t>* const packed = FindPackedFile(file);
+    if (packed == nullptr)
+        return fopen(file.c_str(), "rb");
+    return fmemopen(const_cast<uint8_t*>(packed->data()), packed->size(), "rb");
+}
 } // namespace
 
 bool ReadPng(const std::string& file, Picture& out, std::string& error)
 {
     out = Picture();
     std::string problem;
-    const std::unique_ptr<FILE, CloseFile> opened(fopen(file.c_str(), "rb"));
+    const std::unique_ptr<FILE, CloseFile> opened(OpenToRead(file));
     if (opened == nullptr)
         problem = strerror(errno);
     else if (DecodeFile(opened.get(), out, problem))

@@ -24,9 +24,8 @@ Sheet::Sheet(const Picture& picture, int frameWidth, int frameHeight)
     const int sourceColumns = picture.width / frameWidth;
     m_frames = sourceColumns * (picture.height / frameHeight);
     m_columns = ChooseColumns(m_frames, frameWidth + 2, frameHeight + 2);
-    m_packed.width = m_columns * (frameWidth + 2);
-    m_packed.height = (m_frames + m_columns - 1) / m_columns * (frameHeight + 2);
-    m_packed.rgba.assign(m_packed.Offset(0, m_packed.height), 0);
+    m_packed =
+        TransparentPicture(m_columns * (frameWidth + 2), (m_frames + m_columns - 1) / m_columns * (frameHeight + 2));
     for (int frame = 0; frame < m_frames; frame++)
         CopyFrame(picture, frame % sourceColumns * frameWidth, frame / sourceColumns * frameHeight, frame);
 }
@@ -60,15 +59,6 @@ void Sheet::DropPixels() { std::vector<uint8_t>().swap(m_packed.rgba); }
 
 namespace
 {
-Picture Transparent(int width, int height)
-{
-    Picture made;
-    made.width = width;
-    made.height = height;
-    made.rgba.assign(made.Offset(0, height), 0);
-    return made;
-}
-
 // Copies a part of one row, as far as the source reaches.
 void CopyRow(const Picture& from, int fromX, int fromY, int width, Picture& to, int toX, int toY)
 {
@@ -83,7 +73,7 @@ void CopyRow(const Picture& from, int fromX, int fromY, int width, Picture& to, 
 
 Picture CropPicture(const Picture& picture, int left, int top, int width, int height)
 {
-    Picture part = Transparent(width, height);
+    Picture part = TransparentPicture(width, height);
     for (int y = 0; y < height; y++)
         CopyRow(picture, left, top + y, width, part, 0, y);
     return part;
@@ -91,8 +81,8 @@ Picture CropPicture(const Picture& picture, int left, int top, int width, int he
 
 Picture JoinFrames(const Picture& picture, const FrameLayout& layout)
 {
-    Picture joined = Transparent(layout.columns * layout.width,
-                                 (layout.count + layout.columns - 1) / layout.columns * layout.height);
+    Picture joined = TransparentPicture(layout.columns * layout.width,
+                                        (layout.count + layout.columns - 1) / layout.columns * layout.height);
     for (int y = 0; y < joined.height; y++)
     {
         const int fromY = layout.margin + y + y / layout.height * layout.spacing;

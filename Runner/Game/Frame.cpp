@@ -139,12 +139,9 @@ void Game::DrawView(RunningRoom& room, int number)
     const int surface = view.surface;
     if (!HasTarget(view, number))
         return;
-    if (surface == SCREEN_SURFACE)
-        BeginTarget(PortOf(view), room.background);
-    else if (m_painter->PushTarget(surface))
-        BeginTarget({0, 0, m_painter->SurfaceWidth(surface), m_painter->SurfaceHeight(surface)}, room.background);
-    else
+    if (surface != SCREEN_SURFACE && !m_painter->PushTarget(surface))
         return;
+    BeginTarget(PortOf(view), room.background);
     DrawThrough(CameraNumber(view.cameraID), number);
     EndTarget();
     if (surface != SCREEN_SURFACE)
@@ -329,6 +326,8 @@ void Game::EndTarget()
 // From the game's screen to the picture's pixels. Neighbouring ports share their edges.
 Port Game::PortOf(const View& view) const
 {
+    if (view.surface != SCREEN_SURFACE)
+        return {0, 0, m_painter->SurfaceWidth(view.surface), m_painter->SurfaceHeight(view.surface)};
     const double scaleX = static_cast<double>(m_painter->ScreenWidth()) / m_screenWidth;
     const double scaleY = static_cast<double>(m_painter->ScreenHeight()) / m_screenHeight;
     const auto pixel = [](double place) { return static_cast<int>(std::clamp(std::floor(place + 0.5), -1e6, 1e6)); };

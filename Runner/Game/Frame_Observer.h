@@ -31,7 +31,7 @@ struct DrawnView
     int view;                            // NO_VIEW for the default camera
     int camera;                          // identifier
     int surface;                         // drawn into, SCREEN_SURFACE for the screen
-    Port port;                           // on the picture's screen; without meaning for a surface
+    Port port;                           // on the picture's screen, or all of the surface
     const std::vector<Instance*>& drawn; // in the order of drawing
 };
 

@@ -94,7 +94,7 @@ public:
     const GameIdentity& Identity() const { return m_identity; } // since Load
     uint64_t FrameSum() const { return m_frameSum; }            // equal frames have equal ones: see SumFrame
 
-    Port PortOf(const View& view) const; // where the view stands on the picture, pixels
+    Port PortOf(const View& view) const; // where the view stands on the picture, pixels; in a surface: all of it
 
     // ---- what scripts ask for ----
     Instance* CreateInstance(ObjectType& type, float x, float y); // null: its create event failed

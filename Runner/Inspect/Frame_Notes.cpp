@@ -1,6 +1,7 @@
 #include "Runner/Inspect/Frame_Notes.h"
 
 #include "Files/Graphics/Camera.h"
+#include "Files/Graphics/Render_Target.h"
 #include "Files/Graphics_API/Graphics_API.h"
 #include "Files/Instance/Instance.h"
 #include "Runner/Game/Game.h"
@@ -9,6 +10,7 @@
 #include "Runner/World/Camera_Callbacks.h"
 
 #include <algorithm>
+#include <map>
 #include <unordered_set>
 
 namespace Runner
@@ -26,17 +28,20 @@ InstanceNote NoteOf(const Instance& instance, bool isDrawn)
     return {instance.m_id, instance.drawArea, isDrawn, instance.MayBeCulled(), instance.x, instance.y};
 }
 
-// By the current matrices and the published area, without instances.
+// By the current matrices and the published area, without instances. In a render target the projection is upside down:
+// a second flip undoes the first, so that notes of targets read as those of the screen.
 ViewNote NoteOfView(int view, int camera, int surface, const Port& port)
 {
+    kvMatrix projection = CurrentMatrix(eM_Projection), flipped;
+    const kvMatrix& upright = CameraModule::ProjectionForTarget(projection, flipped);
     return {view,
             camera,
             surface,
             port,
             CurrentMatrix(eM_View),
-            CurrentMatrix(eM_Projection),
+            upright,
             CurrentMatrix(eM_View),
-            CurrentMatrix(eM_Projection),
+            upright,
             g_ViewAreaX,
             g_ViewAreaY,
             g_ViewAreaW,
@@ -114,7 +119,6 @@ void FrameNotes::UpdateEnded(const CCamera& camera)
     note.y.after = camera.m_viewY;
 }
 
-// The camera's own record stays as it is: a copy of it builds the matrices that its next step would.
 void FrameNotes::Look(const Game& game)
 {
     FrameBegins(game);
@@ -128,10 +132,7 @@ void FrameNotes::Look(const Game& game)
         if (camera == nullptr)
             continue;
         CCamera built;
-        built.CopyViewFrom(*camera);
-        built.SetViewMat(camera->m_viewMat);
-        built.SetProjMat(camera->m_projMat);
-        built.m_isViewDirty = camera->m_isViewDirty;
+        CopyForBuilding(*camera, built);
         built.ApplyMatrices();
         m_views.push_back(NoteOfView(number, view.cameraID, view.surface, game.PortOf(view)));
         StepNote step;
@@ -155,11 +156,23 @@ void FrameNotes::ViewIsDrawn(const Game& game, const DrawnView& view)
 void FrameNotes::ShowThrough(int camera, const kvMatrix& view, const kvMatrix& projection)
 {
     for (ViewNote& note : m_views)
-        if (note.camera == camera)
+        if (note.camera == camera && note.surface == SCREEN_SURFACE)
         {
             note.viewMatrix = view;
             note.projection = projection;
         }
+}
+
+std::vector<const ViewNote*> FrameNotes::SurfaceViews() const
+{
+    std::map<int, const ViewNote*> last;
+    for (const ViewNote& note : m_views)
+        if (note.surface != SCREEN_SURFACE)
+            last[note.surface] = &note;
+    std::vector<const ViewNote*> views;
+    for (const auto& [surface, note] : last)
+        views.push_back(note);
+    return views;
 }
 
 const StepNote* FrameNotes::StepOf(int camera) const

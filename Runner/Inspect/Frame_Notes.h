@@ -80,7 +80,10 @@ public:
     const std::vector<ViewNote>& Views() const { return m_views; } // in the order of drawing
     const StepNote* StepOf(int camera) const;                      // its last one of the frame; null for none
 
-    // The camera's views have been drawn once more through these matrices.
+    // By surface, the view that was drawn into it last: what another one drew there has been covered.
+    std::vector<const ViewNote*> SurfaceViews() const;
+
+    // The camera's views on the screen have been drawn once more through these matrices.
     void ShowThrough(int camera, const kvMatrix& view, const kvMatrix& projection);
 
 private:

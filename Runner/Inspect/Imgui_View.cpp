@@ -2,6 +2,7 @@
 #include "Runner/Inspect/Inspector_View.h"
 
 #include "Files/Graphics/Camera.h"
+#include "Runner/Draw/Painter.h"
 #include "Runner/Game/Game.h"
 #include "Runner/Inspect/Number_Text.h"
 #include "Runner/Inspect/View_Drag.h"
@@ -21,7 +22,9 @@ constexpr ImGuiKey_ KEY_MAP[PANEL_KEYS] = {
     ImGuiKey_Home,   ImGuiKey_End,       ImGuiKey_Delete,     ImGuiKey_Backspace, ImGuiKey_Enter,
     ImGuiKey_Escape, ImGuiKey_A,         ImGuiKey_C,          ImGuiKey_V,         ImGuiKey_X,
 };
-constexpr float PANEL_SHARE = 0.36f; // of the canvas' width, at first
+constexpr float PANEL_SHARE = 0.36f;   // of the canvas' width, at first
+constexpr float SURFACE_SHARE = 0.25f; // the same of the window of a surface, at most
+constexpr float SURFACE_MARGIN = 8.0f; // pixels between windows
 
 ImU32 ColourOf(OverlayKind kind)
 {
@@ -61,7 +64,7 @@ public:
         Feed(canvas, input);
         ImGui_ImplOpenGL3_NewFrame();
         ImGui::NewFrame();
-        DrawOverlays(MakeOverlays(inspector.Notes()), canvas);
+        DrawOverlays(inspector.Notes(), canvas, *game.CurrentPainter());
         DragInViews(inspector, canvas);
         DrawPanel(inspector, profile, canvas);
         ImGui::Render();
@@ -105,25 +108,78 @@ private:
                 (static_cast<double>(at.y) - canvas.game.y) * canvas.screenHeight / canvas.game.height};
     }
 
-    static void DrawOverlays(const std::vector<ViewOverlay>& overlays, const InspectorCanvas& canvas)
+    // A surface is shown in a window of its own, in its own pixels.
+    static void DrawOverlays(const FrameNotes& notes, const InspectorCanvas& canvas, const Painter& painter)
     {
-        ImDrawList& list = *ImGui::GetBackgroundDrawList();
-        for (const ViewOverlay& overlay : overlays)
+        SurfacePlaces places;
+        for (const ViewNote* note : notes.SurfaceViews())
+            if (painter.SurfaceTexture(note->surface) != 0)
+                places[note->surface] = {0, 0, note->port.width, note->port.height};
+        float top = SURFACE_MARGIN;
+        for (ViewOverlay& overlay : MakeOverlays(notes, places))
+            if (overlay.surface == SCREEN_SURFACE)
+                DrawOverlay(*ImGui::GetBackgroundDrawList(), overlay, canvas);
+            else
+                DrawSurface(overlay, painter.SurfaceTexture(overlay.surface), canvas, top);
+    }
+
+    // At first the windows stand below each other on the left. top: of the next one.
+    static void DrawSurface(ViewOverlay& overlay, unsigned texture, const InspectorCanvas& canvas, float& top)
+    {
+        const auto width = static_cast<float>(overlay.port.width), height = static_cast<float>(overlay.port.height);
+        const float share = std::min(1.0f, SURFACE_SHARE * static_cast<float>(canvas.width) / width);
+        const ImGuiStyle& style = ImGui::GetStyle();
+        const ImVec2 size(width * share + 2.0f * style.WindowPadding.x,
+                          height * share + 2.0f * style.WindowPadding.y + ImGui::GetFrameHeight());
+        ImGui::SetNextWindowPos(ImVec2(SURFACE_MARGIN, top), ImGuiCond_FirstUseEver);
+        ImGui::SetNextWindowSize(size, ImGuiCond_FirstUseEver);
+        top += size.y + SURFACE_MARGIN;
+        const std::string title = LabelOf(overlay) + "###surface" + std::to_string(overlay.surface);
+        if (ImGui::Begin(title.c_str(), nullptr, ImGuiWindowFlags_NoScrollbar | ImGuiWindowFlags_NoFocusOnAppearing))
         {
-            const Port& port = overlay.port;
-            const Point low = {static_cast<double>(port.x), static_cast<double>(port.y)};
-            const Point high = {low.x + port.width, low.y + port.height};
-            list.PushClipRect(OnCanvas(low, canvas), OnCanvas(high, canvas), true);
-            for (const OverlayLine& line : overlay.lines)
-                if (MayShow(line, port))
-                    list.AddLine(OnCanvas(line.from, canvas), OnCanvas(line.to, canvas), ColourOf(line.kind),
-                                 StyleOf(line.kind).width);
-            for (const OverlayText& text : overlay.texts)
-                AddText(list, OnCanvas(text.at, canvas), ColourOf(text.kind), text.text);
-            AddText(list, OnCanvas(LabelPlace(overlay), canvas), IM_COL32_WHITE,
-                    "camera " + std::to_string(overlay.camera));
-            list.PopClipRect();
+            const ImVec2 room = ImGui::GetContentRegionAvail();
+            const float scale = std::max(0.01f, std::min(room.x / width, room.y / height));
+            ImGui::Image(TextureOf(texture), ImVec2(width * scale, height * scale));
+            const ImVec2 low = ImGui::GetItemRectMin();
+            DrawOverlay(*ImGui::GetWindowDrawList(), overlay,
+                        {canvas.width,
+                         canvas.height,
+                         {static_cast<int>(low.x), static_cast<int>(low.y), static_cast<int>(width * scale),
+                          static_cast<int>(height * scale)},
+                         overlay.port.width,
+                         overlay.port.height,
+                         canvas.scale});
         }
+        ImGui::End();
+    }
+
+    // A number of the driver, in the pointer type that the library has for it.
+    static ImTextureID TextureOf(unsigned texture)
+    {
+        return reinterpret_cast<ImTextureID>(static_cast<intptr_t>(texture)); // NOLINT(performance-no-int-to-ptr)
+    }
+
+    static void DrawOverlay(ImDrawList& list, ViewOverlay& overlay, const InspectorCanvas& canvas)
+    {
+        const Port& port = overlay.port;
+        const ImVec2 letter = ImGui::CalcTextSize("m");
+        const double letterWidth = static_cast<double>(letter.x) * canvas.screenWidth / std::max(1, canvas.game.width);
+        const double lineHeight = static_cast<double>(letter.y) * canvas.screenHeight / std::max(1, canvas.game.height);
+        SpreadTexts(overlay, letterWidth, lineHeight);
+        const Point low = {static_cast<double>(port.x), static_cast<double>(port.y)};
+        const Point high = {low.x + port.width, low.y + port.height};
+        list.PushClipRect(OnCanvas(low, canvas), OnCanvas(high, canvas), true);
+        for (const OverlayLine& line : overlay.lines)
+            if (MayShow(line, port))
+                list.AddLine(OnCanvas(line.from, canvas), OnCanvas(line.to, canvas), ColourOf(line.kind),
+                             StyleOf(line.kind).width);
+        for (const OverlayText& text : overlay.texts)
+            if (text.at.x < high.x && text.at.x + letterWidth * static_cast<double>(text.text.size()) > low.x &&
+                text.at.y < high.y && text.at.y + lineHeight > low.y)
+                AddText(list, OnCanvas(text.at, canvas), ColourOf(text.kind), text.text);
+        if (overlay.surface == SCREEN_SURFACE) // a window has its title
+            AddText(list, OnCanvas(LabelPlace(overlay), canvas), IM_COL32_WHITE, LabelOf(overlay));
+        list.PopClipRect();
     }
 
     static void AddText(ImDrawList& list, const ImVec2& at, ImU32 colour, const std::string& text)
@@ -183,10 +239,11 @@ private:
         const PanelContent content = inspector.Content();
         if (ImGui::BeginListBox("##cameras", ImVec2(-FLT_MIN, 6.0f * ImGui::GetTextLineHeightWithSpacing())))
         {
-            for (const PanelCamera& camera : content.cameras)
-                if (ImGui::Selectable((camera.text + "##" + std::to_string(camera.slot)).c_str(),
-                                      camera.id == content.selected))
-                    inspector.Select(camera.id);
+            ImGuiListClipper clipper; // of a thousand cameras, those that the box shows
+            clipper.Begin(static_cast<int>(content.cameras.size()));
+            while (clipper.Step())
+                for (int row = clipper.DisplayStart; row < clipper.DisplayEnd; ++row)
+                    ListCamera(content.cameras[static_cast<size_t>(row)], content.selected, inspector);
             ImGui::EndListBox();
         }
         DrawAside(content.aside, inspector);
@@ -201,6 +258,13 @@ private:
         DrawChanges();
         for (const PanelSection& section : content.sections)
             DrawSection(section, *camera);
+    }
+
+    static void ListCamera(const PanelCamera& camera, int selected, Inspector& inspector)
+    {
+        const std::string label = camera.text + "##" + std::to_string(camera.slot);
+        if (ImGui::Selectable(label.c_str(), camera.id == selected))
+            inspector.Select(camera.id);
     }
 
     void DrawAside(const PanelAside& aside, Inspector& inspector)

@@ -12,9 +12,13 @@ namespace Runner
 {
 class Painter;
 
-// Draws the lines and words over the views, into the port of the current target that shows the whole screen. One room
-// unit is a pixel.
+// Draws the lines and words over the views, into the current target at the pixels of their ports. One room unit is a
+// pixel.
 void PaintOverlays(const std::vector<ViewOverlay>& overlays, Painter& painter);
+
+// Where the surfaces that views of the frame were drawn into are shown: in rows below top, small ones up to four times
+// as large and none wider than the width. height: where the lowest ends; top when there is none.
+SurfacePlaces PlaceSurfaces(const FrameNotes& notes, int width, int top, int& height);
 
 // The panel as text, a column of PANEL_WIDTH pixels from left on.
 constexpr int PANEL_WIDTH = 850;

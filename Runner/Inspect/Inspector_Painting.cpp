@@ -44,8 +44,9 @@ void PaintShadowedText(float x, float y, const std::string& text, unsigned colou
     PaintText(x, y, text, colour, painter);
 }
 
-void PaintOverlay(const ViewOverlay& overlay, Painter& painter)
+void PaintOverlay(ViewOverlay overlay, Painter& painter)
 {
+    SpreadTexts(overlay, CHARACTER, LINE_HEIGHT);
     const float left = static_cast<float>(overlay.port.x), top = static_cast<float>(overlay.port.y);
     painter.SetPort(overlay.port);
     SetFlatView(left, top, static_cast<float>(overlay.port.width), static_cast<float>(overlay.port.height));
@@ -61,10 +62,8 @@ void PaintOverlay(const ViewOverlay& overlay, Painter& painter)
         if (IsNear(text.at, text.at))
             PaintShadowedText(static_cast<float>(text.at.x), static_cast<float>(text.at.y), text.text,
                               ColourOf(text.kind), painter);
-    const std::string name = "camera " + std::to_string(overlay.camera);
-    const std::string view = overlay.view < 0 ? "no view, " : "view " + std::to_string(overlay.view) + ", ";
     const Point place = LabelPlace(overlay);
-    PaintShadowedText(static_cast<float>(place.x), static_cast<float>(place.y), view + name, WHITE, painter);
+    PaintShadowedText(static_cast<float>(place.x), static_cast<float>(place.y), LabelOf(overlay), WHITE, painter);
 }
 
 // ---- the panel ----

@@ -18,7 +18,7 @@ namespace
 constexpr float FAR_AWAY = 1e30f;          // a target beyond every room
 constexpr double CROSS = 6.0;              // half the length of a cross's arms, pixels
 constexpr double ARROW = 48.0, BARB = 9.0; // pixels
-constexpr double LINE_HEIGHT = 13.0;       // of texts, pixels
+constexpr size_t SPREAD_LIMIT = 64;        // texts that are held against each other
 constexpr double LARGEST_UNIT = 1e9;       // beyond it whole units are no longer told apart
 
 constexpr OverlayStyle STYLES[OVERLAY_KINDS] = {
@@ -45,7 +45,7 @@ struct Box
 class Sketch
 {
 public:
-    explicit Sketch(const ViewNote& note) : m_geometry(note.viewMatrix, note.projection), m_port(note.port) {}
+    Sketch(const ViewNote& note, const Port& port) : m_geometry(note.viewMatrix, note.projection), m_port(port) {}
 
     void Line(OverlayKind kind, const Point& from, const Point& to)
     {
@@ -73,10 +73,10 @@ public:
         }
     }
 
-    void Text(OverlayKind kind, const Point& point, const std::string& text, double down = 0.0)
+    void Text(OverlayKind kind, const Point& point, const std::string& text)
     {
         if (const auto on = m_geometry.ToScreen(point, point, m_port))
-            texts.push_back({kind, {on->from.x + 4.0, on->from.y + 4.0 + down}, text});
+            texts.push_back({kind, {on->from.x + 4.0, on->from.y + 4.0}, text});
     }
 
     // From one point towards another, as long on the screen as every arrow.
@@ -192,7 +192,7 @@ void AddTarget(const CInstance& target, Sketch& sketch)
     sketch.Text(OverlayKind::Target, place, "target " + NumberText(target.x) + ", " + NumberText(target.y));
     const std::string flooredText =
         NumberText(static_cast<float>(floored.x)) + ", " + NumberText(static_cast<float>(floored.y));
-    sketch.Text(OverlayKind::Target, place, "floored " + flooredText, LINE_HEIGHT);
+    sketch.Text(OverlayKind::Target, place, "floored " + flooredText);
 }
 
 void AddFollowing(const CCamera& camera, Sketch& sketch)
@@ -253,9 +253,9 @@ void AddOther(const CameraFrame& frame, Sketch& sketch)
         sketch.Arrow(OverlayKind::OtherCamera, *frame.centre, *frame.top);
 }
 
-ViewOverlay OverlayOf(const ViewNote& note, const std::vector<CameraFrame>& frames)
+ViewOverlay OverlayOf(const ViewNote& note, const Port& port, const std::vector<CameraFrame>& frames)
 {
-    Sketch sketch(note);
+    Sketch sketch(note, port);
     AddInstances(note, sketch);
     const CCamera* own = PeekCamera(note.camera);
     if (own != nullptr)
@@ -266,7 +266,7 @@ ViewOverlay OverlayOf(const ViewNote& note, const std::vector<CameraFrame>& fram
             AddOther(frame, sketch);
     if (own != nullptr)
         AddUp(*own, sketch);
-    return {note.view, note.camera, note.port, std::move(sketch.lines), std::move(sketch.texts)};
+    return {note.view, note.camera, note.surface, port, std::move(sketch.lines), std::move(sketch.texts)};
 }
 
 // Whether a target at that whole position leaves the edge alone.
@@ -291,6 +291,38 @@ Point LabelPlace(const ViewOverlay& overlay)
     constexpr double MARGIN = 6.0, DOWN = 0.88; // pixels; of the port's height
     const Port& port = overlay.port;
     return {port.x + MARGIN, port.y + port.height * DOWN};
+}
+
+std::string LabelOf(const ViewOverlay& overlay)
+{
+    const std::string view = overlay.view < 0 ? "no view" : "view " + std::to_string(overlay.view);
+    const std::string surface =
+        overlay.surface == SCREEN_SURFACE ? "" : " into surface " + std::to_string(overlay.surface);
+    return view + surface + ", camera " + std::to_string(overlay.camera);
+}
+
+void SpreadTexts(ViewOverlay& overlay, double letterWidth, double lineHeight)
+{
+    std::vector<const OverlayText*> placed;
+    for (OverlayText& text : overlay.texts)
+    {
+        if (text.kind == OverlayKind::OtherCamera && overlay.texts.size() > SPREAD_LIMIT)
+            continue;
+        const auto end = [letterWidth](const OverlayText& each)
+        { return each.at.x + letterWidth * static_cast<double>(each.text.size()); };
+        const auto isCovered = [&](const OverlayText* other)
+        {
+            return text.at.x < end(*other) && other->at.x < end(text) &&
+                   std::abs(text.at.y - other->at.y) < lineHeight * 0.99; // sums are rounded
+        };
+        auto covered = std::find_if(placed.begin(), placed.end(), isCovered);
+        while (covered != placed.end())
+        {
+            text.at.y = (*covered)->at.y + lineHeight;
+            covered = std::find_if(placed.begin(), placed.end(), isCovered);
+        }
+        placed.push_back(&text);
+    }
 }
 
 // The two ends are guessed and then asked for, since rounding decides near them.
@@ -319,13 +351,16 @@ EdgeRange ReachOf(const AxisNote& axis) { return {StagesOf(axis, -FAR_AWAY).spee
 
 EdgeRange StopsOf(const AxisNote& axis) { return {StagesOf(axis, -FAR_AWAY).room, StagesOf(axis, FAR_AWAY).room}; }
 
-std::vector<ViewOverlay> MakeOverlays(const FrameNotes& notes)
+std::vector<ViewOverlay> MakeOverlays(const FrameNotes& notes, const SurfacePlaces& places)
 {
     std::vector<ViewOverlay> overlays;
     const std::vector<CameraFrame> frames = AllFrames();
     for (const ViewNote& note : notes.Views())
         if (note.surface == SCREEN_SURFACE)
-            overlays.push_back(OverlayOf(note, frames));
+            overlays.push_back(OverlayOf(note, note.port, frames));
+    for (const ViewNote* note : notes.SurfaceViews())
+        if (const auto place = places.find(note->surface); place != places.end())
+            overlays.push_back(OverlayOf(*note, place->second, frames));
     return overlays;
 }
 } // namespace Runner

@@ -5,6 +5,7 @@
 #include "Runner/Inspect/Frame_Notes.h"
 #include "Runner/Inspect/View_Geometry.h"
 
+#include <map>
 #include <string>
 #include <vector>
 
@@ -51,8 +52,8 @@ struct OverlayText
 
 struct ViewOverlay
 {
-    int view, camera;
-    Port port; // nothing shows outside of it
+    int view, camera, surface; // surface: SCREEN_SURFACE, or where the view was drawn
+    Port port;                 // nothing shows outside of it
     std::vector<OverlayLine> lines;
     std::vector<OverlayText> texts;
 };
@@ -60,6 +61,11 @@ struct ViewOverlay
 // Where the words stand that tell whose view it is: low on the left, since games have their own words in the upper
 // corners, and a window has the bar of the time along its lower edge.
 Point LabelPlace(const ViewOverlay& overlay);
+std::string LabelOf(const ViewOverlay& overlay); // "view 0, camera 1"
+
+// Moves each text below those before it that it would cover: the target often stands where the angle is told. Among
+// very many, names of other cameras stay. Sizes are those of a letter and of a line, in pixels of the overlay.
+void SpreadTexts(ViewOverlay& overlay, double letterWidth, double lineHeight);
 
 // The positions of a target, each taken down to a whole unit, between which the next step leaves the edge alone: from
 // low up to, but without, high. empty: every position moves the view.
@@ -78,6 +84,10 @@ struct EdgeRange
 EdgeRange ReachOf(const AxisNote& axis);
 EdgeRange StopsOf(const AxisNote& axis);
 
-// For each view of the frame that was drawn on the screen, in the order of drawing.
-std::vector<ViewOverlay> MakeOverlays(const FrameNotes& notes);
+// Where the pictures of surfaces are shown beside the screen, by surface, in the pixels of their overlays.
+using SurfacePlaces = std::map<int, Port>;
+
+// For each view of the frame that was drawn on the screen, in the order of drawing; then for each surface that has a
+// place, of the view that was drawn into it last.
+std::vector<ViewOverlay> MakeOverlays(const FrameNotes& notes, const SurfacePlaces& places = {});
 } // namespace Runner

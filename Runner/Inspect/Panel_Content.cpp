@@ -160,6 +160,14 @@ const CCamera* PeekCamera(int id)
     return slot < 0 ? nullptr : g_CM.m_cameras[slot];
 }
 
+void CopyForBuilding(const CCamera& camera, CCamera& built)
+{
+    built.CopyViewFrom(camera);
+    built.SetViewMat(camera.m_viewMat);
+    built.SetProjMat(camera.m_projMat);
+    built.m_isViewDirty = camera.m_isViewDirty;
+}
+
 int SelectCamera(const FrameNotes& notes, int wanted)
 {
     if (PeekCamera(wanted) != nullptr)

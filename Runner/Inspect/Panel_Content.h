@@ -63,4 +63,8 @@ int SelectCamera(const FrameNotes& notes, int wanted);
 
 // The registered camera of that identifier; null for none. It asks no cache, which a look-up of the game would change.
 const CCamera* PeekCamera(int id);
+
+// Gives built, a camera that is not registered, all that a build of matrices reads: it builds what the next step of the
+// other camera would, and that one's record stays as it is.
+void CopyForBuilding(const CCamera& camera, CCamera& built);
 } // namespace Runner

@@ -57,10 +57,7 @@ void Preview::Show(int camera, int screenWidth, int screenHeight)
     if (changed == nullptr)
         return;
     CCamera built;
-    built.CopyViewFrom(*changed);
-    built.SetViewMat(changed->m_viewMat);
-    built.SetProjMat(changed->m_projMat);
-    built.m_isViewDirty = changed->m_isViewDirty;
+    CopyForBuilding(*changed, built);
     built.BuildViewIfDirty();
     m_notes.ShowThrough(camera, built.m_viewMat, built.m_projMat);
     const kvMatrix gui = FlatClip(screenWidth, screenHeight);

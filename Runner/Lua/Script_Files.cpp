@@ -1,5 +1,6 @@
 #include "Runner/Lua/Script_Files.h"
 
+#include "Runner/Base/Packed_Files.h"
 #include "Runner/Base/Printable.h"
 #include "Runner/Base/Whole_File.h"
 #include "Runner/Lua/Script_Engine.h"
@@ -18,10 +19,10 @@ constexpr char KIT_VERSION[] = "version.lua";
 
 bool IsInKit(const std::string& name) { return name.rfind(KIT, 0) == 0; }
 
-bool Exists(const fs::path& path)
+bool Exists(const std::string& path)
 {
     std::error_code ignored;
-    return fs::exists(path, ignored);
+    return FindPackedFile(path) != nullptr || fs::exists(path, ignored);
 }
 
 // Whether path stands directly or deeper in a folder that ends with a slash.

@@ -40,6 +40,7 @@ public:
                 m_status = reinterpret_cast<ResetStatus>(
                     SDL_GL_GetProcAddress((std::string("glGetGraphicsResetStatus") + kind).c_str()));
     }
+    bool HasWindow() const override { return true; }
     // The driver draws while the next frame is worked out: waiting here would leave all processors but one idle.
     void EndFrame() override { glFlush(); }
     bool IsLost() override { return m_status != nullptr && m_status() != GL_NO_ERROR; }

@@ -83,9 +83,7 @@ public:
     {
         if (Unskip())
             return true;
-        Level level = std::move(m_levels.back());
-        m_levels.pop_back();
-        Place(std::move(level));
+        Place(Pop());
         return true;
     }
 
@@ -101,8 +99,7 @@ public:
     {
         if (Unskip())
             return true;
-        Level level = std::move(m_levels.back());
-        m_levels.pop_back();
+        Level level = Pop();
         if (level.kind != Level::Cells)
             return true;
         m_levels.back().node.cells = std::move(level.node.cells);
@@ -132,6 +129,13 @@ private:
                            " in each other: use fewer groups in groups");
         CountMapParts(m_parts, 1);
         m_levels.push_back({kind, m_key, {}});
+    }
+
+    Level Pop()
+    {
+        Level level = std::move(m_levels.back());
+        m_levels.pop_back();
+        return level;
     }
 
     // A finished object goes to the object around it, or around the list that it is in.

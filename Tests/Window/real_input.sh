@@ -316,5 +316,14 @@ unpaced() {
     grep -qxE 'runner: 50 frames shown, [0-9]+\.[0-9]+ a second' "$work/err" || fail "no rate"
 }
 
+# How evenly frames were shown is told at the end of as many seconds as were asked for.
+even_pace() {
+    echo 'room_add{}' >"$work/game.lua"
+    : >"$log"
+    "$runner" "$work/game.lua" --window --pace 2 --out "$work/out" >"$log" 2>"$work/err" || fail "status $?"
+    grep -qxE 'runner: [0-9]+ frames, [0-9.]+ ms each; [0-9.]+ % within 2 ms of that, the longest .* at frame [0-9]+' \
+        "$work/err" || fail "no pace"
+}
+
 "$2"
 echo "passed: $2"

@@ -49,6 +49,7 @@ local host = {
     position = function(thing) if things[thing] then return things[thing].x, things[thing].y end end,
     saved = function() return saved end,
     script = function(number) ran[#ran + 1] = number end,
+    is_script = function(number) return number == 77 end,
     random = function() return 0.25 end,
     room = function() return 1, 2000, 1000 end,
     screen = function() return 1280, 720 end,
@@ -110,6 +111,10 @@ assert(kept.camera_kit.version == kit.version)
 
 local ok, text = pcall(function() camera:set{ zoom = 0 } end)
 assert(not ok and text:find("alone.lua:%d+: camera:set: zoom is a number above 0, got 0$"), text)
+ok, text = pcall(function() camera:shake{ frames = 5, done = 99 } end)
+assert(not ok and text:find("alone.lua:%d+: camera:shake: done is a number from script_add, got 99$"), text)
+ok, text = pcall(function() camera:scene({ { shot = "main", frames = 5, call = 77 } }, 98) end)
+assert(not ok and text:find("alone.lua:%d+: camera:scene: done is a number from script_add, got 98$"), text)
 ok, text = pcall(function() kit.camera{ view = 9 } end)
 assert(not ok and text:find("alone.lua:%d+: kit.camera: view is a view, 0 to 7, got 9$"), text)
 ok, text = pcall(function() kit.camera(3):place() end)

@@ -1,4 +1,5 @@
 // What the documents show is played.
+#include "Tests/Runner/Support/Documents.h"
 #include "Tests/Runner/Support/Game_Support.h"
 
 #include "Files/Graphics/Camera_Manager.h"
@@ -12,10 +13,7 @@ protected:
     // The first Lua block of a document; empty when it has none.
     static std::string FirstGame(const std::string& document)
     {
-        std::ifstream file(std::string(SOURCE_DIR) + "/" + document);
-        std::stringstream whole;
-        whole << file.rdbuf();
-        const std::string text = whole.str();
+        const std::string text = RunnerTest::ReadText(std::string(SOURCE_DIR) + "/" + document);
         const std::string open = "```lua\n";
         const size_t begin = text.find(open);
         const size_t end = begin == std::string::npos ? begin : text.find("```", begin + open.size());
@@ -42,14 +40,6 @@ struct Example
 class CameraPage : public RunnerTest::GameTest
 {
 protected:
-    static std::string Page()
-    {
-        std::ifstream file(std::string(SOURCE_DIR) + "/Docs/Cameras.md");
-        std::stringstream whole;
-        whole << file.rdbuf();
-        return whole.str();
-    }
-
     static std::vector<Example> Examples(const std::string& page)
     {
         std::vector<Example> examples;
@@ -109,7 +99,7 @@ private:
 
 TEST_F(CameraPage, ViewsStandWhereItsExamplesSay)
 {
-    const std::vector<Example> examples = Examples(Page());
+    const std::vector<Example> examples = Examples(RunnerTest::Document("Cameras.md"));
     ASSERT_GE(examples.size(), 12u);
     ASSERT_EQ(examples[0].name, "scene");
     directory.Write("scene.lua", examples[0].text);
@@ -119,7 +109,7 @@ TEST_F(CameraPage, ViewsStandWhereItsExamplesSay)
 
 TEST_F(CameraPage, EveryExampleHasItsPictureOfAFewKilobytes)
 {
-    const std::string page = Page();
+    const std::string page = RunnerTest::Document("Cameras.md");
     for (const Example& example : Examples(page))
     {
         if (example.name == "scene")

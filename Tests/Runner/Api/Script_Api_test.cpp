@@ -1,5 +1,6 @@
 // The functions that scripts call, against their page in the documentation, and each drawing function once.
 
+#include "Tests/Runner/Support/Documents.h"
 #include "Tests/Runner/Support/Game_Support.h"
 
 #include "Runner/Api/Api.h"
@@ -14,13 +15,7 @@ using RunnerTest::GameTest;
 class ScriptApi : public GameTest
 {
 protected:
-    static std::string Page()
-    {
-        std::ifstream file(std::string(TESTS_DIR) + "/../Docs/Script_API.md");
-        std::stringstream text;
-        text << file.rdbuf();
-        return text.str();
-    }
+    static std::string Page() { return RunnerTest::Document("Script_API.md"); }
 
     // Plays one frame with the statements as the room's draw event.
     std::string Draw(const std::string& statements)
@@ -59,7 +54,7 @@ TEST_F(ScriptApi, ThePageShowsEveryFunctionWithTheArgumentsOfItsTable)
     for (const auto& table : {Runner::BuiltinSignatures(), Runner::ApiSignatures()})
         for (const Runner::Signature& signature : table)
             EXPECT_TRUE(signatures.insert(signature.Text()).second) << signature.Text();
-    EXPECT_EQ(signatures.size(), 1u + 47u + 109u);
+    EXPECT_EQ(signatures.size(), 1u + 47u + 110u);
     EXPECT_EQ(DocumentedSignatures(Page()), signatures);
 }
 
@@ -164,6 +159,14 @@ TEST_F(ScriptApi, ColoursHaveRedInTheLowestByte)
 {
     EXPECT_EQ(Run("assert(colour_rgb(1, 2, 3) == 0x030201 and colours.red == 255)\n"
                   "assert(not pcall(colour_rgb, 256, 0, 0) and not pcall(colour_rgb, 0, -1, 0))"),
+              "");
+}
+
+TEST_F(ScriptApi, AScriptThatExistsIsRunByItsNumber)
+{
+    EXPECT_EQ(Run("local ran = 0 local s = script_add(function() ran = ran + 1 end) script_call(s)\n"
+                  "assert(ran == 1 and script_exists(s) and not script_exists(s + 1) and not script_exists(-1))\n"
+                  "assert(not pcall(script_call, s + 1))"),
               "");
 }
 

@@ -1,4 +1,5 @@
 // What Docs/Built_Ins.md and Docs/api.lua say of functions, held against what the functions do.
+#include "Tests/Runner/Support/Documents.h"
 #include "Tests/Runner/Support/Game_Support.h"
 
 #include <map>
@@ -6,17 +7,11 @@
 
 namespace
 {
+using RunnerTest::Document;
+
 class ScriptDocuments : public RunnerTest::GameTest
 {
 protected:
-    static std::string Document(const std::string& name)
-    {
-        std::ifstream file(std::string(SOURCE_DIR) + "/Docs/" + name);
-        std::stringstream text;
-        text << file.rdbuf();
-        return text.str();
-    }
-
     // A room of two views and a player, in which the statements are played as the draw event of its first frame.
     std::string PlayInRoom(const std::string& statements)
     {

@@ -63,7 +63,32 @@ TEST_F(ComparisonPictures, TheSameGameWithOtherValues)
     EXPECT_EQ(PixelAt(strip, 8 + 15, 46 + 8 + 15), 0xFFFFFFu);
     EXPECT_EQ(PixelAt(strip, 8 + 25, 46 + 8 + 15), 0u);
     EXPECT_EQ(Run({game, "--replay", record, "--compare-values", "77.width=20", "--out", area}), 1);
-    EXPECT_NE(err.find("there is no camera 77 before the first frame"), std::string::npos) << err;
+    EXPECT_NE(err.find("the recording has no frame with a camera 77"), std::string::npos) << err;
+}
+
+// Of six frames the camera is made in the step of frame 2; the values are there before the next frame.
+TEST_F(ComparisonPictures, ValuesOfACameraThatIsMadeLaterTakeEffectInTheFrameAfter)
+{
+    const std::string game =
+        directory.Write("later.lua", "screen_set_size(40, 30) room_add{ width = 40, height = 30, "
+                                     "draw = function() draw_rectangle(0, 0, 10, 30) end, "
+                                     "views = { [0] = { w = 40, h = 30, wport = 40, hport = 30 } }, step = function() "
+                                     "if frame_number() == 2 then local made = camera_create_view(0, 0, 40, 30) "
+                                     "view_set_camera(0, made) print('camera ' .. made) end end }");
+    const std::string record = directory.Path("run.rec"), area = directory.Path("out");
+    ASSERT_EQ(Run({game, "--no-draw", "--frames", "6", "--record", record, "--out", area}), 0) << err;
+    const std::string camera = out.substr(out.find("camera ") + 7, out.find('\n') - out.find("camera ") - 7);
+    ASSERT_EQ(Run({game, "--replay", record, "--compare-values", camera + ".width=20", "--out", area}), 0) << err;
+    EXPECT_EQ(out, "camera " + camera + "\ncamera " + camera + "\n") << "each game logs once";
+    Runner::Picture strip;
+    std::string why;
+    ASSERT_TRUE(Runner::ReadPng(area + "/comparison.png", strip, why)) << why;
+    for (int column = 0; column < 6; ++column)
+    {
+        const int x = 8 + column * 48;
+        EXPECT_EQ(PixelAt(strip, x + 15, 8 + 15), 0u) << column;
+        EXPECT_EQ(PixelAt(strip, x + 15, 46 + 8 + 15), column < 3 ? 0u : 0xFFFFFFu) << column;
+    }
 }
 
 TEST_F(ComparisonPictures, ValuesThatMakeNoSenseAreWrongUsage)

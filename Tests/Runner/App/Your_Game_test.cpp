@@ -5,6 +5,7 @@
 #include "Runner/Input/Input_Script.h"
 
 #include "Tests/Runner/App/Command_Line_Fixture.h"
+#include "Tests/Runner/Support/Documents.h"
 
 #include <map>
 
@@ -144,14 +145,6 @@ constexpr Scene SCENES[] = {
 class YourGame : public CommandLine
 {
 protected:
-    static std::string Page()
-    {
-        std::ifstream file(std::string(SOURCE_DIR) + "/Docs/Your_Game.md");
-        std::stringstream text;
-        text << file.rdbuf();
-        return text.str();
-    }
-
     void SetUp() override
     {
         m_before = std::filesystem::current_path();
@@ -163,7 +156,7 @@ protected:
     // Follows the page from the top to its end.
     void Follow()
     {
-        std::istringstream lines(Page());
+        std::istringstream lines(RunnerTest::Document("Your_Game.md"));
         std::string named;
         for (std::string line; std::getline(lines, line);)
         {
@@ -323,10 +316,8 @@ TEST_F(YourGame, EachStepOfThePagePlaysAsItSaysAndTheLastIsTheFinishedGame)
     {
         if (std::getenv("YOUR_GAME_WRITE") != nullptr)
             std::ofstream(folder + name, std::ios::binary) << Joined(pieces);
-        std::ifstream file(folder + name, std::ios::binary);
-        std::stringstream text;
-        text << file.rdbuf();
-        EXPECT_EQ(text.str(), Joined(pieces)) << name << ": play this test with YOUR_GAME_WRITE=1";
+        EXPECT_EQ(RunnerTest::ReadText(folder + name), Joined(pieces))
+            << name << ": play this test with YOUR_GAME_WRITE=1";
     }
     EXPECT_EQ(files.size(), 5u);
 }

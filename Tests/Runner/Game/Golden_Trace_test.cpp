@@ -3,6 +3,7 @@
 #include "Runner/App/Options.h"
 #include "Runner/Base/Hash.h"
 #include "Tests/Runner/Save/Save_Support.h"
+#include "Tests/Runner/Support/Documents.h"
 #include "Tests/Runner/Support/Game_Support.h"
 #include "Tests/Runner/Support/Golden_Runs.h"
 
@@ -15,14 +16,6 @@ using RunnerTest::TestDirectory;
 
 constexpr char FRAMES[] = "600";
 constexpr size_t LINES_KEPT = 100; // the golden file's; the rest counts through its hash
-
-std::string ReadText(const std::string& path)
-{
-    std::ifstream file(path, std::ios::binary);
-    std::stringstream text;
-    text << file.rdbuf();
-    return text.str();
-}
 
 std::string FirstLines(const std::string& text, size_t count)
 {
@@ -55,7 +48,7 @@ protected:
         const std::string golden = RunnerTest::GoldenFile(GetParam() + name);
         if (std::getenv("GOLDEN_UPDATE") != nullptr)
             std::ofstream(golden, std::ios::binary) << text;
-        EXPECT_EQ(text, ReadText(golden)) << "of " << GetParam();
+        EXPECT_EQ(text, RunnerTest::ReadText(golden)) << "of " << GetParam();
     }
 
     static std::string Fingerprint(const std::string& bytes)

@@ -73,6 +73,31 @@ TEST_F(DrawInspector, ShowsTheGameAndLeavesItsScreenAlone)
     EXPECT_EQ(game->Screen().rgba, before.rgba);
 }
 
+// The screen is black and 64 x 48; the surface, of 32 x 24, stands 8 pixels below it, twice as large.
+TEST_F(DrawInspector, ShowsSurfacesThatViewsDrewIntoBelowTheScreen)
+{
+    ASSERT_EQ(
+        Play("screen_set_size(64, 48) room_add{ background = colours.blue, views = { [1] = { w = 32, h = 24 } },\n"
+             "draw = function() draw_set_colour(colours.red) draw_rectangle(0, 0, 32, 4) end,\n"
+             "create = function() view_set_surface_id(1, surface_create(32, 24)) end }"),
+        "");
+    Runner::Inspector inspector(*game);
+    game->observer = &inspector.Observer();
+    ASSERT_EQ(PlayOn(1), "");
+    std::string why;
+    const Runner::Picture shown = inspector.Show(why);
+    EXPECT_EQ(why, "");
+    const auto pixel = [&shown](int x, int y)
+    {
+        const uint8_t* rgba = &shown.rgba[shown.Offset(x, y)];
+        return (rgba[0] << 16) + (rgba[1] << 8) + rgba[2];
+    };
+    EXPECT_EQ(pixel(20, 20), 0) << "no view is on the screen";
+    EXPECT_EQ(pixel(56, 48 + 8 + 6), 0xFF0000) << "what is on top in the room is on top";
+    EXPECT_EQ(pixel(8, 48 + 8 + 12), 0x0000FF);
+    EXPECT_EQ(pixel(20, 48 + 8 + 48 + 4), 0) << "below it";
+}
+
 TEST_F(DrawInspector, DrawingAsideLeavesThePainterAsItWas)
 {
     ASSERT_EQ(Play("screen_set_size(64, 48) room_add{ create = function() surface_create(8, 8) end }"), "");

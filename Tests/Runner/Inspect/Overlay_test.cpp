@@ -169,14 +169,61 @@ TEST_F(Overlay, TheAreaOfATurnedViewFillsItsPort)
     }
 }
 
-TEST_F(Overlay, AViewThatDrawsIntoASurfaceHasNone)
+// A box of 10 x 10 at 110, 10 in a view from 100, 0 of 64 x 48, on a surface of that size. Shown twice as large at 10,
+// 20 it lies at 10 + 10 * 2, 20 + 10 * 2, although a render target's projection is upside down.
+constexpr char SURFACE_GAME[] = "local o = object_add{ bbox = {0, 0, 10, 10} }\n"
+                                "room_add{ width = 400, height = 300, views = { [0] = { x = 100, w = 64, h = 48 } }, "
+                                "instances = { {o, 110, 10} },\n"
+                                "create = function() view_set_surface_id(0, surface_create(64, 48)) end }";
+
+TEST_F(Overlay, OfAViewThatDrawsIntoASurfaceLiesWhereTheSurfaceIsShown)
 {
-    ASSERT_EQ(
-        Watch(
-            "room_add{ views = { [0] = {} }, create = function() view_set_surface_id(0, surface_create(64, 64)) end }"),
-        "");
-    EXPECT_EQ(notes.Views().size(), 1u);
-    EXPECT_TRUE(MakeOverlays(notes).empty());
+    ASSERT_EQ(Watch(SURFACE_GAME), "");
+    EXPECT_TRUE(MakeOverlays(notes).empty()) << "on the screen there is nothing of it";
+    ASSERT_EQ(notes.SurfaceViews().size(), 1u);
+    EXPECT_EQ(notes.SurfaceViews()[0]->port, (Port{0, 0, 64, 48}));
+    const std::vector<ViewOverlay> overlays = MakeOverlays(notes, {{0, {10, 20, 128, 96}}});
+    ASSERT_EQ(overlays.size(), 1u);
+    EXPECT_EQ(LabelOf(overlays[0]).substr(0, 19), "view 0 into surface");
+    ExpectArea(Around(overlays[0], OverlayKind::Drawn), 30, 40, 50, 60);
+    ExpectArea(Around(overlays[0], OverlayKind::Area), 10, 20, 138, 116);
+}
+
+// Opened while the game stands: nobody saw the frame, and no target is bound.
+TEST_F(Overlay, OfASurfaceIsTheSameForAFrameThatNobodyWatched)
+{
+    ASSERT_EQ(Watch(SURFACE_GAME), "");
+    notes.Look(*game);
+    const std::vector<ViewOverlay> overlays = MakeOverlays(notes, {{0, {10, 20, 128, 96}}});
+    ASSERT_EQ(overlays.size(), 1u);
+    ExpectArea(Around(overlays[0], OverlayKind::Area), 10, 20, 138, 116);
+    ExpectArea(Around(overlays[0], OverlayKind::Room), 10 - 200, 20, 10 + 600, 20 + 600);
+}
+
+TEST(OverlayTexts, DoNotCoverEachOther)
+{
+    ViewOverlay overlay = {0, 1, SCREEN_SURFACE, {0, 0, 100, 100}, {}, {}};
+    overlay.texts = {{OverlayKind::Target, {10, 10}, "target"},
+                     {OverlayKind::Target, {10, 10}, "floored"},
+                     {OverlayKind::OtherCamera, {10, 10}, "camera 7"},
+                     {OverlayKind::Up, {40, 14}, "angle"},
+                     {OverlayKind::Up, {67, 10}, "beside"}};
+    SpreadTexts(overlay, 8, 13);
+    const double wanted[] = {10, 23, 36, 49, 10}; // "target" ends at 58, "floored" at 66
+    for (size_t i = 0; i < overlay.texts.size(); ++i)
+        EXPECT_EQ(overlay.texts[i].at.y, wanted[i]) << overlay.texts[i].text;
+}
+
+TEST(OverlayTexts, OfAThousandCamerasStayWhereTheyAre)
+{
+    ViewOverlay overlay = {0, 1, SCREEN_SURFACE, {0, 0, 100, 100}, {}, {}};
+    overlay.texts.assign(1000, {OverlayKind::OtherCamera, {10, 10}, "camera"});
+    overlay.texts.push_back({OverlayKind::Target, {10, 10}, "target"});
+    overlay.texts.push_back({OverlayKind::Up, {10, 10}, "angle"});
+    SpreadTexts(overlay, 8, 13);
+    EXPECT_EQ(overlay.texts[999].at.y, 10);
+    EXPECT_EQ(overlay.texts[1000].at.y, 10);
+    EXPECT_EQ(overlay.texts[1001].at.y, 23);
 }
 
 TEST_F(Overlay, ShowsTheFrameOfEveryOtherCameraWithASize)

@@ -1,4 +1,5 @@
 // Every example in the camera kit's documents is played as it stands, and every picture that they name is there.
+#include "Tests/Runner/Support/Documents.h"
 #include "Tests/Runner/Support/Game_Support.h"
 
 #include <algorithm>
@@ -18,17 +19,9 @@ struct Example
     std::string after; // the text up to the next example
 };
 
-std::string ReadText(const fs::path& path)
-{
-    std::ifstream file(path);
-    std::stringstream text;
-    text << file.rdbuf();
-    return text.str();
-}
-
 void AddExamples(const fs::path& document, std::vector<Example>& examples)
 {
-    const std::string text = ReadText(document);
+    const std::string text = RunnerTest::ReadText(document.string());
     size_t begin = text.find(OPEN);
     for (int number = 1; begin != std::string::npos; ++number)
     {

@@ -2,6 +2,7 @@
 
 #include "Runner/Draw/Reduced.h"
 #include "Tests/Runner/Save/Save_Support.h"
+#include "Tests/Runner/Support/Documents.h"
 
 namespace
 {
@@ -128,10 +129,7 @@ protected:
     // Loads the save of that name in a game of that text.
     std::string LoadOld(const std::string& text, const std::string& name = "version_1")
     {
-        std::ifstream file(folder + name + ".sav", std::ios::binary);
-        std::stringstream bytes;
-        bytes << file.rdbuf();
-        directory.Write("state.sav", bytes.str());
+        directory.Write("state.sav", RunnerTest::ReadText(folder + name + ".sav"));
         options.file = directory.Write(name + ".lua", text);
         game = std::make_unique<Runner::Game>(options, Runner::OpenApi);
         return game->Load() ? Load() : game->Failure();
@@ -139,10 +137,7 @@ protected:
 
     std::string OldGame(const std::string& name = "version_1") const
     {
-        std::ifstream file(folder + name + ".lua");
-        std::stringstream text;
-        text << file.rdbuf();
-        return text.str();
+        return RunnerTest::ReadText(folder + name + ".lua");
     }
 };
 

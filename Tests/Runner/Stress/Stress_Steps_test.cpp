@@ -3,6 +3,7 @@
 // STRESS_STEPS in the environment sets how many steps are taken; unless set, as many as take some seconds with the
 // sanitizers on. The same number of steps gives the same hash on every machine.
 
+#include "Tests/Runner/Support/Documents.h"
 #include "Tests/Runner/Support/Game_Support.h"
 
 #include "Files/Graphics/Camera_Manager.h"
@@ -47,10 +48,7 @@ long StepsAskedFor()
 
 std::string ReadStressScript(const std::string& name)
 {
-    std::ifstream file(std::string(TESTS_DIR "/Runner/Stress/") + name, std::ios::binary);
-    std::stringstream text;
-    text << file.rdbuf();
-    return text.str();
+    return RunnerTest::ReadText(std::string(TESTS_DIR "/Runner/Stress/") + name);
 }
 
 // The scripts' table of built-ins, as the module registered them.

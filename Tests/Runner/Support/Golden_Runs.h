@@ -6,7 +6,7 @@
 
 namespace RunnerTest
 {
-constexpr const char* EXAMPLE_GAMES[] = {"canyon", "shake", "orbit", "split"};
+constexpr const char* EXAMPLE_GAMES[] = {"canyon", "shake", "orbit", "split", "kit", "town"};
 
 inline std::string GameFile(const std::string& game)
 {

@@ -3,6 +3,7 @@
 #include "Runner/World/Instance_Fields.h"
 #include "Runner/World/View_Fields.h"
 #include "Tests/Runner/Save/Save_Support.h"
+#include "Tests/Runner/Support/Documents.h"
 
 #include <set>
 
@@ -11,14 +12,7 @@ namespace
 using Runner::INSTANCE_FIELDS;
 using Runner::InstanceField;
 using Runner::InstanceFields;
-
-std::string Document(const std::string& name)
-{
-    std::ifstream file(std::string(SOURCE_DIR) + "/Docs/" + name);
-    std::stringstream text;
-    text << file.rdbuf();
-    return text.str();
-}
+using RunnerTest::Document;
 
 // The part of a text from one mark to the next; empty when it has none.
 std::string Between(const std::string& text, const std::string& from, const std::string& to)

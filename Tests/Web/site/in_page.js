@@ -1,0 +1,51 @@
+// What the tests run inside a page of the site. The page loads it from its own origin, as it does its own scripts.
+const base = new URL("../", import.meta.url);
+const { loadGame } = await import(new URL("assets/examples.js", base));
+const { browserStore, createRunner, memoryStore } = await import(new URL("runner/runner.js", base));
+
+// A canvas of the given pixels, drawn in one corner of the page.
+function newCanvas(width, height) {
+    const canvas = document.createElement("canvas");
+    Object.assign(canvas.style, { position: "fixed", left: "0", top: "0", zIndex: 9, width: `${width}px`, height: `${height}px` });
+    document.body.append(canvas);
+    return canvas;
+}
+
+const fromText = (text) => ({ main: "game.lua", files: new Map([["game.lua", text]]) });
+
+// Opens a game of the site by its id, or a text, and keeps it as globalThis.game: { runner, told }.
+export async function open({ id, text, width = 160, height = 90, store, ...options }) {
+    const told = { log: [], report: [], error: [], ended: 0 };
+    const runner = await createRunner({
+        canvas: newCanvas(width, height), ...(text ? fromText(text) : await loadGame(id)),
+        saves: store ? browserStore(store) : memoryStore(),
+        options: { pauseHidden: false, devices: false, ...options, replay: options.replay && new Uint8Array(options.replay) },
+        on: { text: (line, kind) => told[kind].push(line), ended: () => told.ended++ },
+    });
+    globalThis.game = { runner, told };
+    return runner;
+}
+
+export async function close() {
+    const { runner } = globalThis.game;
+    await runner.close();
+    document.querySelectorAll("body > canvas").forEach((canvas) => canvas.remove());
+}
+
+// What a game shows in so many frames, drawn into a small canvas: { trace, told, failure }.
+export async function played(id, frames) {
+    const runner = await open({ id, trace: true });
+    runner.step(frames);
+    const result = { trace: runner.trace(), told: globalThis.game.told, failure: runner.failure?.text ?? "" };
+    await close();
+    return result;
+}
+
+// The first so many frames with the input of a text, or of a recording: { recording, save } as lists of bytes.
+export async function recorded(id, frames, { input, replay }) {
+    const runner = await open({ id, input, replay });
+    runner.step(frames);
+    const result = { recording: [...runner.recording()], save: [...runner.save()], frame: runner.frame };
+    await close();
+    return result;
+}
