@@ -13,6 +13,8 @@ namespace Runner
 {
 namespace
 {
+constexpr size_t WORK_OF_A_CALL = 20; // in instructions of Lua
+
 struct NamedColour
 {
     const char* name;
@@ -46,6 +48,7 @@ int CallApi(lua_State* L)
     Game& game = *static_cast<Game*>(lua_touserdata(L, lua_upvalueindex(2)));
     const ScriptEngine::RunningGuard guard(game.scripts, L);
     luaL_checkstack(L, LUA_MINSTACK, nullptr);
+    luai_work(WORK_OF_A_CALL);
     Arguments call(L, game, function);
     const int results = function.run(call);
     RaisePainterError(call);

@@ -10,6 +10,11 @@ namespace Runner
 {
 namespace
 {
+// In instructions of Lua.
+constexpr size_t WORK_OF_A_MAP = 1000000; // also of one that is refused
+constexpr size_t WORK_OF_A_CELL = 10;
+constexpr size_t WORK_OF_AN_OBJECT = 2000;
+
 // ---- room_from_map ----
 
 // The game's objects by their names, and as the table `objects` names them.
@@ -37,6 +42,22 @@ ObjectsByClass ReadObjects(const Arguments& call, Fields& fields)
     return objects;
 }
 
+// Reads a map, and counts it as a script's work: the parts of a file and its cells, of which a small file can have
+// many.
+MapModel CountedMap(const Arguments& call, const std::string& file)
+{
+    luai_work(WORK_OF_A_MAP);
+    MapModel map = ReadGameMap(call, file);
+    size_t cells = 0, objects = 0;
+    for (const MapLayer& layer : map.layers)
+    {
+        cells += layer.cells.size();
+        objects += layer.objects.size();
+    }
+    luai_work(cells * WORK_OF_A_CELL + objects * WORK_OF_AN_OBJECT);
+    return map;
+}
+
 // The file's own fields come after those of the map, so that they count.
 int RoomFromMap(Arguments& call)
 {
@@ -52,7 +73,7 @@ int RoomFromMap(Arguments& call)
     OpenedPainter(call);
     RoomSpec spec;
     const ObjectsByClass objects = ReadObjects(call, fields);
-    MakeRoomOfMap(call, ReadGameMap(call, file), objects, spec);
+    MakeRoomOfMap(call, CountedMap(call, file), objects, spec);
     ReadRoomFields(call, fields, spec);
     fields.Finish();
     return call.Return(call.game.rooms.Add(std::move(spec)));

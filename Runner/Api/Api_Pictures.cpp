@@ -6,12 +6,17 @@ namespace Runner
 {
 namespace
 {
+constexpr size_t WORK_OF_A_BAD_PICTURE = 20000000; // in instructions of Lua: most of it may have been unpacked
+
 // ---- sprites ----
 
 // file: as the script names it.
 int ReturnSprite(const Arguments& call, const Painter& painter, int sprite, const std::string& file)
 {
     const SpriteInfo* info = painter.FindSprite(sprite);
+    luai_work(info == nullptr ? WORK_OF_A_BAD_PICTURE
+                              : static_cast<size_t>(info->width) * static_cast<size_t>(info->height) *
+                                    static_cast<size_t>(info->frames));
     if (info != nullptr)
     {
         call.game.names.NoteSprite(sprite, file);

@@ -16,6 +16,7 @@ namespace Runner
 {
 namespace
 {
+constexpr size_t WORK_OF_A_LISTED_SAVE = 100000; // in instructions of Lua: its file is read
 constexpr int VERSION_LAST = 1000000000;
 constexpr int SLOTS_LIMIT = 100;
 constexpr size_t CAMERA_NAME_LIMIT = 100; // bytes
@@ -133,6 +134,7 @@ void PushSave(const Arguments& call, const ListedSave& save)
 int GameSaves(Arguments& call)
 {
     const std::vector<ListedSave> saves = AskSaves(call.game);
+    luai_work(saves.size() * WORK_OF_A_LISTED_SAVE);
     FreeOthers(call, saves);
     lua_newtable(call.L);
     lua_Integer next = 1;

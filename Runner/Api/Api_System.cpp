@@ -11,6 +11,11 @@ namespace Runner
 {
 namespace
 {
+constexpr size_t WORK_FOR_A_KILOBYTE = 64; // of a collection, in instructions
+
+constexpr size_t WORK_OF_A_LINE = 400; // on the console
+constexpr size_t WORK_OF_A_PIXEL = 10; // of a picture in a file
+
 // ---- scripts ----
 
 int ScriptAdd(Arguments& call)
@@ -70,12 +75,14 @@ int FrameNumber(Arguments& call) { return call.Return(call.game.FrameNumber()); 
 
 int Log(Arguments& call)
 {
+    luai_work(WORK_OF_A_LINE);
     PrintLog(ShownText(call, 1) + "\n");
     return 0;
 }
 
 int CollectAll(Arguments& call)
 {
+    luai_work(static_cast<size_t>(lua_gc(call.L, LUA_GCCOUNT)) * WORK_FOR_A_KILOBYTE);
     lua_gc(call.L, LUA_GCCOLLECT);
     Collector::Collect(true);
     return 0;
@@ -90,7 +97,11 @@ Answer TakeScreenshot(Game& game, const std::string& name, const std::string& fo
     else if (!painter->Draws())
         answer.why = "nothing is drawn with --no-draw, so there is no picture";
     else
-        answer.done = WriteScreenshot(game.Screen(), name, format, answer.why);
+    {
+        const Picture screen = game.Screen();
+        luai_work(screen.rgba.size() / 4 * WORK_OF_A_PIXEL);
+        answer.done = WriteScreenshot(screen, name, format, answer.why);
+    }
     return answer;
 }
 

@@ -129,11 +129,18 @@ int InstanceExists(Arguments& call)
 
 int InstanceFind(Arguments& call)
 {
+    const ObjectType& object = call.Object(1);
+    luai_work(static_cast<size_t>(call.game.world.CountLive(object)));
     const Instance* found = call.game.world.FindLive(call.Object(1), call.Whole(2));
     return call.Return(found == nullptr ? -1 : found->m_id);
 }
 
-int InstanceCount(Arguments& call) { return call.Return(call.game.world.CountLive(call.Object(1))); }
+int InstanceCount(Arguments& call)
+{
+    const int count = call.game.world.CountLive(call.Object(1));
+    luai_work(static_cast<size_t>(count));
+    return call.Return(count);
+}
 
 int InstanceGet(Arguments& call)
 {

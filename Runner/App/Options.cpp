@@ -20,8 +20,8 @@ constexpr int SCALE_LIMIT = 16;
 constexpr int PACE_SECONDS_LIMIT = 3600;
 constexpr int MILLIONS_LIMIT = 1000000;
 constexpr int MEGABYTES_LIMIT = 2048;
-constexpr int MILLIONS_IN_A_WINDOW = 400;
-constexpr size_t HELP_COLUMN = 28; // where the meaning of an option starts
+constexpr int MILLIONS_UNLESS_SET = 400; // in a window, and for a stranger's game
+constexpr size_t HELP_COLUMN = 28;       // where the meaning of an option starts
 
 std::string Quoted(std::string_view text) { return "\"" + Printable(text) + "\""; }
 
@@ -107,11 +107,7 @@ constexpr Option OPTIONS[] = {
      "for pictures the last frame becomes last_frame.png",
      [](RunOptions& options, const Values& values) { return ReadName(values[0], options.screenshot); }},
     {"--inspect", "", "the pictures show the camera inspector over the views and beside them",
-     [](RunOptions& options, const Values&)
-     {
-         options.inspect = true;
-         return std::string();
-     }},
+     [](RunOptions& options, const Values&) { return SetFlag(options.inspect); }},
     {"--profile", "FILE", "write where the time of the last 300 frames went to this file",
      [](RunOptions& options, const Values& values) { return ReadName(values[0], options.profile); }},
     {"--window", "", "play in a window, by keyboard, mouse and gamepads, until it is closed",
@@ -131,7 +127,7 @@ constexpr Option OPTIONS[] = {
      [](RunOptions& options, const Values& values) { return options.keys.Move(values[0]); }},
     {"--instructions", "MILLIONS",
      "end a game whose scripts run more instructions of Lua in one frame;\n"
-     "400 in a window, about two seconds, and no limit without one; 0: none",
+     "400 in a window and with --confined, about two seconds, else none; 0: none",
      [](RunOptions& options, const Values& values)
      { return ReadWhole(values[0], 0, MILLIONS_LIMIT, options.instructionMillions); }},
     {"--memory", "MEGABYTES", "what scripts may use, 1024 unless given",
@@ -142,6 +138,10 @@ constexpr Option OPTIONS[] = {
          options.game.limits.memory = static_cast<size_t>(megabytes) << 20;
          return wrong;
      }},
+    {"--confined", "",
+     "for a game of a stranger: the process reads the game's folder, writes\n"
+     "into --out, and reaches no other file, program or network",
+     [](RunOptions& options, const Values&) { return SetFlag(options.confined); }},
     {"--no-draw", "", "play without drawing and without pictures",
      [](RunOptions& options, const Values&)
      {
@@ -169,11 +169,7 @@ constexpr Option OPTIONS[] = {
     {"--replay", "FILE", "play a recording: the same frames again, and nothing is saved",
      [](RunOptions& options, const Values& values) { return ReadName(values[0], options.replay); }},
     {"--anyway", "", "replay a game that has changed since it was recorded",
-     [](RunOptions& options, const Values&)
-     {
-         options.anyway = true;
-         return std::string();
-     }},
+     [](RunOptions& options, const Values&) { return SetFlag(options.anyway); }},
     {"--compare", "GAME",
      "play a recording with this game, too: side by side in a window, or six\n"
      "frames of each as comparison.png, or what --contact-sheet names",
@@ -199,25 +195,13 @@ constexpr Option OPTIONS[] = {
          return ReadWhole(values[0], uint64_t{0}, std::numeric_limits<uint64_t>::max(), options.game.seed);
      }},
     {"--quiet", "", "no log of the game, no progress; failures are shown all the same",
-     [](RunOptions& options, const Values&)
-     {
-         options.quiet = true;
-         return std::string();
-     }},
+     [](RunOptions& options, const Values&) { return SetFlag(options.quiet); }},
     {"--check", "", "walk all structures after each frame, and look for leaks at the end",
-     [](RunOptions& options, const Values&)
-     {
-         options.game.check = true;
-         return std::string();
-     }},
+     [](RunOptions& options, const Values&) { return SetFlag(options.game.check); }},
     {"--strict", "", "warn of variables of instances and vars that are read and were never set",
      [](RunOptions& options, const Values&) { return SetFlag(options.game.strict); }},
     {"--gc-stress", "", "collect wherever a collection may happen",
-     [](RunOptions& options, const Values&)
-     {
-         options.game.gcStress = true;
-         return std::string();
-     }},
+     [](RunOptions& options, const Values&) { return SetFlag(options.game.gcStress); }},
     {"--version", "", "print the version", nullptr},
     {"--help", "", "print this", nullptr},
     {"--", "", "what follows is the game, even when it starts with a dash", nullptr},
@@ -413,6 +397,8 @@ private:
             return Refuse("--scale and --fullscreen need --window");
         if (m_options.unpaced && !m_options.window)
             return Refuse("--unpaced needs --window: nothing else waits");
+        if (m_options.window && m_options.confined)
+            return Refuse("--confined is for runs without a window: leave one of them out");
         CheckPace();
         if (m_options.window && !m_options.game.draw)
             return Refuse("--window shows pictures, and --no-draw makes none: leave one of them out");
@@ -421,7 +407,7 @@ private:
         else if (m_options.window && !m_options.isFramesGiven)
             m_options.frames = FRAMES_LIMIT;
         if (m_options.instructionMillions < 0)
-            m_options.instructionMillions = m_options.window ? MILLIONS_IN_A_WINDOW : 0;
+            m_options.instructionMillions = m_options.window || m_options.confined ? MILLIONS_UNLESS_SET : 0;
         m_options.game.limits.instructions = int64_t{m_options.instructionMillions} * 1000000;
     }
 

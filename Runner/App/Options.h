@@ -30,8 +30,9 @@ struct RunOptions
     std::string screenshot;       // picture of the last frame, in that directory; empty for none
     std::string contactSheet;     // picture of twelve frames of the run, in that directory; empty for none
     bool quiet = false;
-    bool inspect = false; // pictures show the camera inspector, too
-    std::string profile;  // file for where the frames' time went; empty for none
+    bool confined = false; // the process gives up what the game does not need
+    bool inspect = false;  // pictures show the camera inspector, too
+    std::string profile;   // file for where the frames' time went; empty for none
 
     // ---- the window ----
     bool window = false;

@@ -14,6 +14,18 @@ namespace Runner
 {
 void ApplyByHand(const HandChange& change) { Apply(CameraChange{0, change.camera, change.field, change.value}); }
 
+namespace
+{
+// A window must not freeze, and a stranger's recording lifts no limit: there the smaller one counts.
+int64_t LimitOfReplay(const RunOptions& options, int64_t recorded)
+{
+    const int64_t own = options.game.limits.instructions;
+    if ((!options.window && !options.confined) || own == 0)
+        return recorded;
+    return recorded == 0 ? own : std::min(own, recorded);
+}
+} // namespace
+
 bool RunStart::Open(RunOptions& options, std::string& why)
 {
     if (!OpenReplay(options, why) || !OpenInput(options.input, why) || !OpenSave(options, why) ||
@@ -44,8 +56,7 @@ bool RunStart::OpenReplay(RunOptions& options, std::string& why)
                    " frames are played";
     options.frames = std::max(1, options.isFramesGiven ? std::min(options.frames, frames) : frames);
     options.game.seed = m_recording.head.identity.seed;
-    if (!options.window || m_recording.head.instructions > 0) // a window must not freeze
-        options.game.limits.instructions = m_recording.head.instructions;
+    options.game.limits.instructions = LimitOfReplay(options, m_recording.head.instructions);
     if (options.game.width == 0)
     {
         options.game.width = m_recording.head.width;

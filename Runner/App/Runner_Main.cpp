@@ -4,6 +4,7 @@
 #include "Runner/App/Compare_Saves.h"
 #include "Runner/App/Comparison.h"
 #include "Runner/App/Comparison_Window.h"
+#include "Runner/App/Confinement.h"
 #include "Runner/App/Interrupt.h"
 #include "Runner/App/New_Game.h"
 #include "Runner/App/Options.h"
@@ -24,10 +25,11 @@ namespace Runner
 {
 namespace
 {
+// One line, whatever a script put into its error.
 int Complain(FILE* err, std::string text, int status)
 {
     std::replace(text.begin(), text.end(), '\n', ' ');
-    std::fprintf(err, "runner: %s\n", text.c_str());
+    std::fprintf(err, "runner: %s\n", Printable(text, text.size()).c_str());
     return status;
 }
 
@@ -98,6 +100,13 @@ int MakeGame(const RunOptions& options, FILE* out, FILE* err)
     return MakeNewGame(options.newGame, told) ? Print(told + "\n", out, err) : Complain(err, told, EXIT_GAME_ERROR);
 }
 
+// The save area is there afterwards, because what is not there cannot be left open. Archives are read only then.
+bool Confined(const RunOptions& options, std::string& why)
+{
+    return !options.confined ||
+           (WritesIntoSaveArea(options, why) && PrepareSaveArea(why) && ConfineProcess(NeedsOf(options), why));
+}
+
 int PlayGame(const RunOptions& asked, FILE* out, FILE* err)
 {
     RunOptions options = asked;
@@ -106,7 +115,7 @@ int PlayGame(const RunOptions& asked, FILE* out, FILE* err)
     SetSaveArea(options.out);
     PackedGame game, other;
     std::string why;
-    if (!game.Open(options.game.file, why) || !other.Open(options.compare, why))
+    if (!Confined(options, why) || !game.Open(options.game.file, why) || !other.Open(options.compare, why))
         return Complain(err, why, EXIT_GAME_ERROR);
     options.archive = game.Archive();
     if (options.watch && !options.archive.empty())

@@ -4,9 +4,29 @@
 
 #include <cerrno>
 #include <cstring>
+#include <string>
+#include <unistd.h>
 
 namespace
 {
+// What a terminal takes for a command (colours, titles, what is typed next) becomes '?'; lines and tabs stay. A file
+// gets every byte.
+std::string WithoutCommands(const char* text, size_t size)
+{
+    std::string shown(text, size);
+    for (size_t i = 0; i < size; ++i)
+    {
+        const auto byte = static_cast<unsigned char>(shown[i]);
+        const bool isCommand = (byte < 0x20 && byte != '\n' && byte != '\t') || byte == 0x7F;
+        const bool startsCommand = byte == 0xC2 && i + 1 < size && static_cast<unsigned char>(shown[i + 1]) < 0xA0;
+        if (isCommand || startsCommand)
+            shown[i] = '?';
+        if (startsCommand)
+            shown[i + 1] = '?';
+    }
+    return shown;
+}
+
 class Console final : public CDebugConsole
 {
 public:
@@ -21,6 +41,12 @@ public:
         if (m_silences > 0)
             return;
         FILE* out = m_out != nullptr ? m_out : stderr;
+        std::string shown;
+        if (isatty(fileno(out)) == 1)
+        {
+            shown = WithoutCommands(text, size);
+            text = shown.data();
+        }
         if (std::fwrite(text, 1, size, out) != size || std::fflush(out) != 0)
             m_fault = m_fault == 0 ? errno : m_fault;
     }

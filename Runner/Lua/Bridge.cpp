@@ -20,6 +20,10 @@ namespace Runner
 {
 namespace
 {
+// The work of a call, in instructions of Lua. Some calls look through all slots.
+constexpr size_t WORK_OF_A_CALL = 20;
+constexpr size_t SLOTS_IN_AN_INSTRUCTION = 8;
+
 // Texts of the module, which games compare with: reported here where no handler does.
 constexpr char NO_ARRAY[] = "camera_set_view_mat() - array invalid (has it been created properly?)";
 constexpr char WRONG_COUNT[] = "() - wrong number of arguments";
@@ -206,6 +210,7 @@ int CallBuiltin(lua_State* L)
     const ScriptEngine::RunningGuard guard(*ScriptEngine::Current(), L);
     CallFromLua call(L, builtin, static_cast<const KvSignature*>(lua_touserdata(L, lua_upvalueindex(2))));
     call.Check();
+    luai_work(WORK_OF_A_CALL + static_cast<size_t>(g_CM.m_cameraListSize) / SLOTS_IN_AN_INSTRUCTION);
     luaL_checkstack(L, 8, nullptr);
     return call.Run();
 }

@@ -1,7 +1,10 @@
 #pragma once
 // What the Runner's Lua does in its own way. luaconf.h includes this at its end, so every source of Lua sees it.
 
+#include <cmath>
 #include <cstddef>
+
+struct lua_State;
 
 // Hashes of strings, and the pivots of table.sort, come from no clock and no address.
 #define luai_makeseed(L) 0x5EEDu
@@ -20,8 +23,29 @@
 #undef lua_getlocaledecpoint
 #define lua_getlocaledecpoint() '.'
 
+// What Lua's own functions do is counted in units of about one instruction, which the limit on instructions counts as
+// well (Runner/Lua/Script_Limits.cpp). luai_work lets the function finish and stops the script at its next instruction;
+// luai_workorstop raises the error at once and is for loops whose end nobody knows. luai_runs tells which coroutine
+// runs from now on, and answers which one did.
+#define luai_work(n) ((Runner::luaWorkLeft -= static_cast<long long>(n)) < 0 ? Runner::CountLuaWork() : (void)0)
+#define luai_workorstop(L, n)                                                                                          \
+    ((Runner::luaWorkLeft -= static_cast<long long>(n)) < 0 ? Runner::CountLuaWorkAndStop(L) : (void)0)
+#define luai_fmodwork(a, b) Runner::LuaRemainderWork((a), (b))
+#define luai_runs(L) Runner::LuaRuns(L)
+
+#define LUAI_MAXCALLCHAIN 10000 // arguments at which a __call that is no function is taken for one that never ends
+#define LUAI_MAXNUMERAL 65536   // characters of a text that can be a number
+
 namespace Runner
 {
+extern long long luaWorkLeft; // before the limits are looked at
+void CountLuaWork();
+void CountLuaWorkAndStop(lua_State* L);
+lua_State* LuaRuns(lua_State* L);
+
+// fmod subtracts bit by bit, up to 2,000 times.
+inline int LuaRemainderWork(double a, double b) { return std::fabs(a) > std::fabs(b) * 1e6 ? 200 : 0; }
+
 double LuaPower(double base, double exponent);
 
 // The number itself, and for each NaN the same one: x86 makes negative ones, ARM positive ones.

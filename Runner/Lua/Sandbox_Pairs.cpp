@@ -15,6 +15,8 @@ namespace Runner
 {
 namespace
 {
+constexpr size_t WORK_FOR_A_KEY = 30; // in instructions: told apart, sorted, and put into two tables
+
 enum Rank
 {
     RANK_NUMBER,
@@ -97,6 +99,7 @@ void PushSortedKeys(lua_State* L, int table)
         lua_pushvalue(L, -2);
         lua_rawseti(L, unsorted, position);
     }
+    luai_work(keys.size() * WORK_FOR_A_KEY);
     std::sort(keys.begin(), keys.end(), ComesBefore);
     lua_createtable(L, static_cast<int>(std::min<size_t>(keys.size(), 1 << 24)), 0);
     lua_Integer position = 0;

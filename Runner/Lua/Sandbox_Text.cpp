@@ -15,6 +15,8 @@ namespace Runner
 {
 namespace
 {
+constexpr size_t WORK_OF_A_LINE = 400; // on the console, in instructions
+
 bool ShowsAddress(lua_State* L, int index)
 {
     const int type = lua_type(L, index);
@@ -53,6 +55,7 @@ int PrintValues(lua_State* L)
         lua_pop(L, 1);
     }
     line += '\n';
+    luai_work(WORK_OF_A_LINE + line.size() / 4);
     PrintLog(line);
     return 0;
 }

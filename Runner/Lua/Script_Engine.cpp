@@ -9,7 +9,6 @@
 #include <lua.hpp>
 
 #include <algorithm>
-#include <csignal>
 #include <cstdlib>
 #include <cstring>
 #include <new>
@@ -21,14 +20,10 @@ namespace Runner
 {
 namespace
 {
-constexpr int INSTRUCTIONS_BETWEEN_CHECKS = 10000;
-constexpr int CHECKS_AFTER_INTERRUPT = 1000;         // ten million instructions: a frame that comes back is finished
+constexpr size_t BYTES_OF_A_COLLECTION_UNIT = 16;    // Lua collects everything before it gives up on an allocation
 constexpr char INCLUDED_FILES[] = "runner.included"; // registry: name -> { result }
 
 ScriptEngine* s_current = nullptr;
-volatile std::sig_atomic_t s_interrupted = 0;
-int s_checksLeft = 0; // before a script that runs on after the signal is ended
-bool s_gaveUp = false;
 
 int PushText(lua_State* L, const std::string& text)
 {
@@ -143,7 +138,7 @@ ScriptEngine::ScriptEngine(Random& random)
         throw std::bad_alloc();
     m_running = m_main;
     s_current = this;
-    lua_sethook(m_main, &ScriptEngine::CheckInterrupt, LUA_MASKCOUNT, INSTRUCTIONS_BETWEEN_CHECKS);
+    StartCounting();
     Prepare(random);
 }
 
@@ -153,6 +148,7 @@ ScriptEngine::~ScriptEngine()
     m_main = nullptr;
     lua_close(state);
     s_current = nullptr;
+    StopCounting();
 }
 
 ScriptEngine* ScriptEngine::Current() { return s_current; }
@@ -186,45 +182,13 @@ void* ScriptEngine::Allocate(void* engine, void* block, size_t oldSize, size_t n
     {
         if (self->m_running != nullptr)
             self->m_refusedAt = ScriptPosition(self->m_running);
+        luai_work(self->m_memory / BYTES_OF_A_COLLECTION_UNIT);
         return nullptr;
     }
     void* moved = std::realloc(block, newSize);
     if (moved != nullptr)
         self->m_memory = self->m_memory - held + newSize;
     return moved;
-}
-
-// ---- interruption ----
-
-void ScriptEngine::Interrupt() { s_interrupted = 1; }
-bool ScriptEngine::Interrupted() { return s_interrupted != 0; }
-bool ScriptEngine::GaveUp() { return s_gaveUp; }
-
-void ScriptEngine::ClearInterrupt()
-{
-    s_interrupted = 0;
-    s_checksLeft = CHECKS_AFTER_INTERRUPT;
-    s_gaveUp = false;
-}
-
-// The first error may be caught by the script. From then on every instruction of this coroutine is checked, so that the
-// next one comes outside of the pcall that caught it.
-void ScriptEngine::CheckInterrupt(lua_State* L, lua_Debug*)
-{
-    ScriptEngine& engine = *s_current;
-    engine.m_instructions += INSTRUCTIONS_BETWEEN_CHECKS;
-    if (engine.HasSpentInstructions())
-    {
-        lua_sethook(L, &ScriptEngine::CheckInterrupt, LUA_MASKCOUNT, 1);
-        luaL_error(L, "the script did not come back: it has run %d million instructions in one frame",
-                   static_cast<int>(engine.m_limits.instructions / 1000000));
-    }
-    if (s_interrupted == 0 || s_checksLeft-- > 0)
-        return;
-    s_checksLeft = 0;
-    s_gaveUp = true;
-    lua_sethook(L, &ScriptEngine::CheckInterrupt, LUA_MASKCOUNT, 1);
-    luaL_error(L, "the script did not come back");
 }
 
 // ---- files ----
@@ -273,16 +237,6 @@ void ScriptEngine::Include(lua_State* L, const std::string& name)
         lua_rawseti(L, -2, 1);
     }
     lua_rawgeti(L, -1, 1);
-}
-
-// ---- limits ----
-
-void ScriptEngine::SetLimits(const ScriptLimits& limits) { m_limits = limits; }
-
-// Lua's own message for a refused allocation has no position, and no message handler runs.
-std::string ScriptEngine::MemoryFailure() const
-{
-    return m_refusedAt + "not enough memory: scripts may use " + std::to_string(m_limits.memory >> 20) + " MiB";
 }
 
 // ---- references ----

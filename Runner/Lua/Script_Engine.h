@@ -116,8 +116,14 @@ public:
     const ScriptTrouble& Trouble() const { return m_trouble; }
 
     // ---- limits ----
+    // Instructions and the work of Lua's own functions (Lua_Configuration.h) are counted alike. A script that has spent
+    // them fails, however often it catches the error: every later instruction of it fails, too.
     void SetLimits(const ScriptLimits& limits);
-    void RenewInstructions() { m_instructions = 0; } // a frame starts
+    void RenewInstructions();             // a frame starts
+    bool Count(int64_t work);             // answers whether the script must stop
+    bool MustStop() const;                // whether it has to stop already
+    void StopNext(lua_State* L);          // at the next instruction of this coroutine
+    [[noreturn]] void Stop(lua_State* L); // raises the error
 
     // ---- interruption ----
     // A running script gets time for a frame's work and then fails, however often it catches the error. Safe in a
@@ -128,14 +134,19 @@ public:
     static void ClearInterrupt();
 
 private:
+    static constexpr int INSTRUCTIONS_BETWEEN_CHECKS = 10000;
+
+    void StartCounting();
+    static void StopCounting();
     static void* Allocate(void* engine, void* block, size_t oldSize, size_t newSize);
-    static void CheckInterrupt(lua_State* L, lua_Debug* where);
+    static void CountHook(lua_State* L, lua_Debug* where);
     void LoadFile(lua_State* L, const std::string& name, const std::string& path);
     void Prepare(Random& random);
     std::string PositionOfGiver() const;
     bool HasSpentInstructions() const { return m_limits.instructions > 0 && m_instructions > m_limits.instructions; }
     void NoteTrouble(lua_State* L);
     void NoteEvent();
+    void PushStopText(lua_State* L) const;
     std::string MemoryFailure() const;
 
     // The message handler of Protect.

@@ -4,7 +4,9 @@
 #include <gtest/gtest.h>
 
 #include <cstdlib>
+#include <fcntl.h>
 #include <string>
+#include <unistd.h>
 
 namespace
 {
@@ -24,6 +26,23 @@ TEST(HostConsole, WritesTextsAsTheyStand)
     std::fclose(out);
     EXPECT_EQ(std::string(text, size), "one %s\ntwo");
     std::free(text);
+}
+
+TEST(HostConsole, ATerminalGetsNoCommandsOfAGame)
+{
+    const int terminal = posix_openpt(O_RDWR | O_NOCTTY);
+    ASSERT_TRUE(terminal >= 0 && grantpt(terminal) == 0 && unlockpt(terminal) == 0);
+    FILE* out = std::fopen(ptsname(terminal), "w");
+    ASSERT_NE(out, nullptr);
+    SetConsoleOutput(out);
+    PrintLog("a\x1b[2Jb\tc\x7f\xC2\x9B\xC3\xA4\r\n");
+    SetConsoleOutput(nullptr);
+    char shown[64] = {};
+    const ssize_t size = read(terminal, shown, sizeof shown - 1);
+    std::fclose(out);
+    close(terminal);
+    ASSERT_GT(size, 0);
+    EXPECT_EQ(std::string(shown), "a?[2Jb\tc???\xC3\xA4?\r\n"); // the terminal itself ends a line with both
 }
 
 TEST(HostConsole, QuietSilencesTheLogAndNothingElse)
