@@ -58,6 +58,8 @@ BENCH_PACKAGES="libbenchmark-dev libglm-dev libcglm-dev libeigen3-dev libyuv-dev
     libstb-dev valgrind python3 util-linux"
 WINDOW_BENCH_PACKAGES="love xvfb"
 PACKAGE_PACKAGES="lintian fakeroot dpkg-dev file gzip clang-16 lld libsfml-dev xvfb xauth"
+COVERAGE_PACKAGES="clang llvm python3"
+MUTATION_PACKAGES="clang lld python3 python3-clang"
 ARM_PACKAGES="g++-arm-linux-gnueabihf qemu-user googletest"
 
 # Installs what builds for 32-bit ARM need. Status 1 when this machine cannot have it.

@@ -32,6 +32,16 @@ TEST_F(CameraProxy, DropsIndicesThatAreBeingSwept)
     EXPECT_THAT(Stack(), ElementsAre(7, 6, 5, 4));
 }
 
+TEST_F(CameraProxy, DropsIndicesOutsideOfTheTableFromTheStack)
+{
+    int* const top = g_slotObjects.m_freeSlotStack + g_slotObjects.m_slotStackSize;
+    top[-1] = -1;
+    top[-2] = 8; // one past the last
+    top[-3] = INT_MAX;
+    EXPECT_EQ(NextSlot(), 3);
+    EXPECT_THAT(Stack(), ElementsAre(7, 6, 5, 4));
+}
+
 TEST_F(CameraProxy, MayTakeTheSlotsOnBothSidesOfTheSweep)
 {
     Sweep(1, 3);
@@ -191,5 +201,15 @@ TEST_F(CameraProxyDeathTest, WithoutMemoryForASlotTheProgramEndsWithAMessage)
             NewProxy();
         },
         "out of memory");
+}
+
+TEST_F(CameraProxyDeathTest, BeyondWhatTheHostCanAllocateTheProgramEndsWithAMessage)
+{
+    EXPECT_DEATH(
+        {
+            g_slotObjects.m_nCapacity = g_slotObjects.m_nCount = INT_MAX / 2; // no entry is read: the size ends it
+            NewProxy();
+        },
+        "out of memory for the collector's slot table");
 }
 } // namespace

@@ -99,7 +99,26 @@ TEST(FastPaths, MagnitudesAroundTheLimitInvertByTheDefinition)
 
 // ---- cameras ----
 
-using FastPathsCamera = ModuleTest;
+class FastPathsCamera : public ModuleTest
+{
+protected:
+    static bool IsInverse(const kvMatrix& inverse, const kvMatrix& matrix)
+    {
+        kvMatrix expected = matrix;
+        CameraModule::InvertByDefinition(expected.m, expected.m);
+        return SameButForNaNs(inverse, expected);
+    }
+    static testing::AssertionResult HasInversesByTheDefinition(const CCamera& camera)
+    {
+        if (!IsInverse(camera.m_invViewMat, camera.m_viewMat))
+            return testing::AssertionFailure() << "view " << testing::PrintToString(camera.m_viewMat);
+        if (!IsInverse(camera.m_invProjMat, camera.m_projMat))
+            return testing::AssertionFailure() << "projection " << testing::PrintToString(camera.m_projMat);
+        if (!IsInverse(camera.m_invViewProjMat, camera.m_viewProjMat))
+            return testing::AssertionFailure() << "product " << testing::PrintToString(camera.m_viewProjMat);
+        return testing::AssertionSuccess();
+    }
+};
 
 TEST_F(FastPathsCamera, EveryBuildStoresInversesByTheDefinition)
 {
@@ -117,17 +136,24 @@ TEST_F(FastPathsCamera, EveryBuildStoresInversesByTheDefinition)
                     camera.SetViewHeight(height);
                     camera.SetViewAngle(angle);
                     camera.BuildView();
-                    const kvMatrix pairs[3][2] = {{camera.m_viewMat, camera.m_invViewMat},
-                                                  {camera.m_projMat, camera.m_invProjMat},
-                                                  {camera.m_viewProjMat, camera.m_invViewProjMat}};
-                    for (const auto& pair : pairs)
-                    {
-                        kvMatrix expected = pair[0];
-                        CameraModule::InvertByDefinition(expected.m, expected.m);
-                        ASSERT_TRUE(SameButForNaNs(pair[1], expected))
-                            << width << ' ' << height << ' ' << x << ' ' << angle << testing::PrintToString(pair[0]);
-                    }
+                    ASSERT_TRUE(HasInversesByTheDefinition(camera))
+                        << width << ' ' << height << ' ' << x << ' ' << angle;
                 }
+}
+
+// Builders are the host's: its projection may have any entries.
+TEST_F(FastPathsCamera, AHostsOwnProjectionIsInvertedByTheDefinition)
+{
+    for (int entry : {1, 4, 15, 2, 3, 6, 7, 8, 9, 11, 12, 13})
+        for (float value : {0.5f, -2.0f, 1e20f, NOT_A_NUMBER})
+        {
+            OnProjection([=](kvMatrix& projection) { projection.m[entry] = value; });
+            CCamera camera;
+            camera.SetViewWidth(640.0f);
+            camera.SetViewHeight(480.0f);
+            camera.Build2DView(320.0f, 240.0f);
+            ASSERT_TRUE(HasInversesByTheDefinition(camera)) << entry << ' ' << value;
+        }
 }
 
 TEST_F(FastPathsCamera, IsFlatToTheEyeExactlyWhenNineElementsCompareEqualToZero)

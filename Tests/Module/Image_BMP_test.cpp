@@ -156,6 +156,18 @@ TEST_F(CreateBMPImage, PixelsWithoutSizeReadNothing)
 
 // ---- no pixels ----
 
+TEST_F(CreateBMPImage, WithoutASourceEveryPixelIsBlack)
+{
+    for (int bytesPerPixel : {4, 3, 1, 0})
+    {
+        MemoryManager::Free(m_block);
+        m_block = CreateBMP(nullptr, 3, 2, &m_size, bytesPerPixel);
+        ASSERT_NE(m_block, nullptr);
+        ExpectHeader(3, 2, 3 * 3 * 2);
+        EXPECT_EQ(Pixels(), std::vector<uint8_t>(3 * 3 * 2, 0)) << bytesPerPixel;
+    }
+}
+
 TEST_F(CreateBMPImage, AZeroSizeGivesTheHeaderAlone)
 {
     for (const auto& [width, height] : {std::pair{0, 0}, {0, 5}, {5, 0}, {0, -5}})

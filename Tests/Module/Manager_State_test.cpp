@@ -400,6 +400,17 @@ TEST_F(ManagerState, TheLargestIdentifierIsTaken)
     EXPECT_EQ(g_CM.m_cameraListSize, 16777215 + 16);
 }
 
+TEST_F(ManagerState, ADamagedIdentifierDoesNotTakeTheSlotOfACameraThatAHostPutThere)
+{
+    CCamera* const there = LooseCamera();
+    g_CM.AddCameraToList(there, 16777216);
+    const Saved damaged = SavedAs(16777216);
+    Load(StreamOf({&damaged}));
+    EXPECT_EQ(g_CM.m_cameras[16777216], there);
+    EXPECT_EQ(there->m_viewWidth, 0.0f) << "not the stream's";
+    EXPECT_EQ(LiveBlocks(), 3u) << "the loaded camera was freed";
+}
+
 TEST_F(ManagerState, ACameraForWhichTheTableCannotGrowIsFreed)
 {
     RefuseAbove(4096);

@@ -161,6 +161,7 @@ const Builtin* FindBuiltin(const std::string& name); // null when missing
 
 // ---- graphics ----
 kvMatrix LastMatrix(eMatrix slot);
+void OnProjection(std::function<void(kvMatrix&)> change); // changes each matrix that OrthoLH has built
 
 // ---- buffer ----
 class Buffer : public IBuffer

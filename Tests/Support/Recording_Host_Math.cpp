@@ -8,6 +8,7 @@
 #include <cstdlib>
 #include <cstring>
 #include <limits>
+#include <utility>
 
 using namespace Recording;
 
@@ -75,6 +76,8 @@ void kvMatrix::OrthoLH(kvMatrix& out, float width, float height, float zNear, fl
     out._33 = 1.0f / (zFar - zNear);
     out._43 = zNear / (zNear - zFar);
     out._44 = 1.0f;
+    if (TheState().onProjection)
+        TheState().onProjection(out);
 }
 
 void kvMatrix::PerspectiveLH(kvMatrix& out, float width, float height, float zNear, float zFar)
@@ -95,6 +98,8 @@ void Graphics::SetMatrix(eMatrix slot, float* matrix)
     RECORD(Topic_Graphics, "SetMatrix(%s)", names[slot]);
     std::memcpy(TheState().slots[slot].m, matrix, sizeof(kvMatrix));
 }
+
+void Recording::OnProjection(std::function<void(kvMatrix&)> change) { TheState().onProjection = std::move(change); }
 
 void Recording::PassNan(bool passes) { TheState().passesNan = passes; }
 

@@ -80,6 +80,7 @@ struct State
     std::vector<Builtin> builtins;
     kvMatrix slots[3] = {};
     bool passesNan = true;
+    std::function<void(kvMatrix&)> onProjection;
 };
 
 State& TheState(); // made by the first call, never destroyed: the manager's destructor runs after every static's

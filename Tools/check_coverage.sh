@@ -1,0 +1,87 @@
+# Which lines and branches the tests run: the functions of ./coverage, and the step of ./check --all that holds the module
+# at all of both. Sourced after Tools/steps.sh (and Tools/checks.sh, for the step), not run.
+
+COVERAGE_BUILD=build/coverage
+COVERAGE_OUT=out/coverage
+MODULE_TESTS=$COVERAGE_BUILD/Tests/module_tests
+RUNNER_TESTS="$COVERAGE_BUILD/Tests/runner_tests $COVERAGE_BUILD/Tests/refusal_tests"
+
+# Runs a program of tests in two halves at a time, with counters in mapped files (%c), one for each program that it starts
+# (%m). A test that fails ends the measurement. PROGRAM
+count_tests() {
+    local program=$1 name=${1##*/} share shares=() failed=
+    for share in 0 1; do
+        LLVM_PROFILE_FILE="$PWD/$COVERAGE_BUILD/counts/$name-$share-%m%c.profraw" GTEST_TOTAL_SHARDS=2 \
+            GTEST_SHARD_INDEX=$share "$program" --gtest_brief=1 >"$COVERAGE_BUILD/$name-$share.log" 2>&1 &
+        shares+=($!)
+    done
+    for share in "${shares[@]}"; do
+        wait "$share" || failed=1
+    done
+    [ -z "$failed" ] || fail "tests failed; their output is in $COVERAGE_BUILD/$name-*.log"
+    grep -qh '^\[  PASSED  \] [1-9]' "$COVERAGE_BUILD/$name"-?.log || fail "no test of $name ran"
+}
+
+# Sources under one name each: a cache of the compiler's that makes paths relative would give some of them two.
+build_coverage() { CCACHE_BASEDIR='' build coverage "$@"; }
+
+# llvm-cov with the programs and the joined counters of a report. COMMAND NAME PROGRAMS [ARGUMENT...]
+of_counters() {
+    local command=$1 name=$2 programs others
+    read -ra programs <<<"$3"
+    others=("${programs[@]:1}")
+    shift 3
+    llvm-cov "$command" "${programs[0]}" "${others[@]/#/-object=}" -instr-profile "$COVERAGE_BUILD/$name.profdata" "$@"
+}
+
+# Joins the counters, writes $COVERAGE_OUT/NAME.txt and holds it against the limits. NAME PROGRAMS COUNTERS FOLDER=LIMITS
+report_coverage() {
+    local name=$1 folder=${4%%=*}
+    mkdir -p "$COVERAGE_OUT"
+    quietly "$COVERAGE_BUILD/merge.log" llvm-profdata merge -o "$COVERAGE_BUILD/$name.profdata" $3
+    of_counters export "$name" "$2" "$folder" >"$COVERAGE_BUILD/$name.json"
+    python3 Tools/coverage_report.py "$COVERAGE_BUILD/$name.json" "$COVERAGE_OUT/$name.txt" Tools/coverage_exceptions.txt \
+        "$4" || fail "the tests run less of $folder than they must"
+}
+
+# The sources with the counts beside their lines. NAME PROGRAMS FOLDER
+write_coverage_pages() {
+    rm -rf "$COVERAGE_OUT/$1"
+    of_counters show "$1" "$2" -format=html -show-branches=count -output-dir="$COVERAGE_OUT/$1" "$3" \
+        >"$COVERAGE_BUILD/pages.log" 2>&1 || fail "llvm-cov failed, see $COVERAGE_BUILD/pages.log"
+}
+
+# The module by its own tests: every line and every branch.
+cover_module() {
+    build_coverage module_tests
+    step "Counting lines and branches: the module"
+    rm -rf "$COVERAGE_BUILD/counts"
+    count_tests "$MODULE_TESTS"
+    report_coverage module "$MODULE_TESTS" "$COVERAGE_BUILD/counts/module_tests-*" Files/Graphics=100,100
+}
+
+# The Runner by its own tests, and by the runners that they start.
+cover_runner() {
+    build_coverage runner_tests runner refusal_tests
+    step "Counting lines and branches: the Runner"
+    local program
+    for program in $RUNNER_TESTS; do
+        count_tests "$program"
+    done
+    report_coverage runner "$RUNNER_TESTS $COVERAGE_BUILD/Runner/runner" "$COVERAGE_BUILD/counts/r*" Runner=95,90
+}
+
+check_coverage() {
+    if ! (need $COVERAGE_PACKAGES); then
+        leave_out "coverage" "its tools cannot be installed, see the lines above"
+        return
+    fi
+    cover_module
+    passed=$((passed + 1))
+}
+
+check_runner_coverage() {
+    (need $COVERAGE_PACKAGES) || return 0 # said by the step before
+    cover_runner
+    passed=$((passed + 1))
+}
