@@ -49,7 +49,8 @@ constexpr Bomb BOMBS[] = {
     {"Utf8Offset", "s = ('a'):rep(10000000)", "utf8.offset(s, -10000000)"},
     {"Utf8Codes", "s = 'a' .. ('\\x80'):rep(10000000) f = utf8.codes('')", "f(s, 1)"},
     // ---- tables ----
-    {"ConcatOfEmpties", "t = setmetatable({}, { __index = function() return '' end })", "table.concat(t, '', 1, 1 << 62)"},
+    {"ConcatOfEmpties", "t = setmetatable({}, { __index = function() return '' end })",
+     "table.concat(t, '', 1, 1 << 62)"},
     {"ConcatByAFunctionOfLua", "t = setmetatable({}, { __index = type })", "table.concat(t, '', 1, 1 << 62)"},
     {"MoveOfNothing", "", "table.move({}, 1, 1 << 62, 2)"},
     {"MoveDown", "", "table.move({}, 2, 1 << 62, 1)"},
@@ -58,13 +59,11 @@ constexpr Bomb BOMBS[] = {
     {"Unpack", "t = {} for i = 1, 100000 do t[i] = i end", "table.unpack(t)"},
     {"PackOfUnpack", "t = {} for i = 1, 100000 do t[i] = i end", "table.pack(table.unpack(t))"},
     {"Sort", "t = {} for i = 1, 100000 do t[i] = (i * 7919) % 100003 end", "table.sort(table.move(t, 1, #t, 1, {}))"},
-    {"SortWithoutAnOrder", "t = {} for i = 1, 100000 do t[i] = i end",
-     "table.sort(t, function() return true end)"},
+    {"SortWithoutAnOrder", "t = {} for i = 1, 100000 do t[i] = i end", "table.sort(t, function() return true end)"},
     {"SortByAFunctionOfLua", "t = {} for i = 1, 100000 do t[i] = i end", "table.sort(t, rawequal)"},
     {"Next", "t = {} for i = 1, 100000 do t[i] = i end", "next(t)"},
     {"Pairs", "t = {} for i = 1, 100000 do t[i] = i end", "pairs(t)"},
-    {"NextOfAnEmptiedTable", "t = {} for i = 1, 200000 do t[i] = i end for i = 1, 200000 do t[i] = nil end",
-     "next(t)"},
+    {"NextOfAnEmptiedTable", "t = {} for i = 1, 200000 do t[i] = i end for i = 1, 200000 do t[i] = nil end", "next(t)"},
     {"KeysThatCollide", "t, n = {}, 0", "n = n + 1 t[n * 1048575] = n"},
     {"TableThatIsRebuilt", "t, n = {}, 131072 for i = 1, n do t[i + 0.5] = true end",
      "n = n + 1 t[n + 0.5] = true t[n - 131071.5] = nil"},
@@ -73,7 +72,8 @@ constexpr Bomb BOMBS[] = {
      "local u = t.x"},
     {"CallOfItself", "t = setmetatable({}, {}) getmetatable(t).__call = t", "t()"},
     {"CallThatGrows", "m = {} m.__call = setmetatable({}, m) t = setmetatable({}, m)", "t()"},
-    {"EqualThatNeverAnswers", "m = { __eq = function(a, b) return a == b end } a, b = setmetatable({}, m), setmetatable({}, m)",
+    {"EqualThatNeverAnswers",
+     "m = { __eq = function(a, b) return a == b end } a, b = setmetatable({}, m), setmetatable({}, m)",
      "local u = a == b"},
     {"CloseThatCloses",
      "function f() local c <close> = setmetatable({}, { __close = function() while true do end end }) end", "f()"},
@@ -85,24 +85,26 @@ constexpr Bomb BOMBS[] = {
     {"RecursionThroughGsub", "function f() return (('x'):gsub('x', f)) end", "f()"},
     {"RecursionThroughSort", "function f() table.sort({ 1, 2 }, f) end", "f()"},
     {"RecursionThroughLoad", "function f() return load(f) end", "f()"},
-    {"RecursionThroughTostring", "t = setmetatable({}, {}) getmetatable(t).__tostring = function(u) return tostring(u) end",
-     "tostring(t)"},
+    {"RecursionThroughTostring",
+     "t = setmetatable({}, {}) getmetatable(t).__tostring = function(u) return tostring(u) end", "tostring(t)"},
     {"HandlerOfErrorsThatLoops", "function f() while true do end end", "xpcall(f, f)"},
     {"HandlerOfErrorsThatFails", "function f() error('x') end", "xpcall(f, f)"},
-    {"ErrorFarBelow", "function deep(n) if n == 0 then while true do pcall(error, 'x', 90000) end end deep(n - 1) return n end",
+    {"ErrorFarBelow",
+     "function deep(n) if n == 0 then while true do pcall(error, 'x', 90000) end end deep(n - 1) return n end",
      "deep(100000)"},
-    {"ErrorsInALargeFunction", "f = load('nothing() ' .. ('local a = b '):rep(199) .. ('a = b '):rep(50000) .. 'return a')",
-     "pcall(f)"},
+    {"ErrorsInALargeFunction",
+     "f = load('nothing() ' .. ('local a = b '):rep(199) .. ('a = b '):rep(50000) .. 'return a')", "pcall(f)"},
     {"Coroutines", "", "coroutine.wrap(function() for i = 1, 2000 do end end)()"},
     {"CoroutinesInEachOther", "function f() return coroutine.wrap(f)() end", "f()"},
-    {"CoroutinesMadeBefore", "t = {} for i = 1, 100 do t[i] = coroutine.wrap(function() while true do coroutine.yield() end end) end",
+    {"CoroutinesMadeBefore",
+     "t = {} for i = 1, 100 do t[i] = coroutine.wrap(function() while true do coroutine.yield() end end) end",
      "for i = 1, 100 do t[i]() end"},
     {"CoroutineThatIsClosed",
-     "function f() local c = coroutine.create(function() local d <close> = setmetatable({}, { __close = function() while "
+     "function f() local c = coroutine.create(function() local d <close> = setmetatable({}, { __close = function() "
+     "while "
      "true do end end }) coroutine.yield() end) coroutine.resume(c) coroutine.close(c) end",
      "f()"},
-    {"ManyArguments", "t = {} for i = 1, 100000 do t[i] = i end function f(...) return ... end",
-     "f(table.unpack(t))"},
+    {"ManyArguments", "t = {} for i = 1, 100000 do t[i] = i end function f(...) return ... end", "f(table.unpack(t))"},
     // ---- texts that are compiled ----
     {"LoadOfALargeText", "s = ('a = 1 '):rep(500000)", "load(s)"},
     {"LoadOfBlanks", "s = (' '):rep(10000000)", "load(s)"},
@@ -117,8 +119,8 @@ constexpr Bomb BOMBS[] = {
      "local v = {} for i = 1, 190 do v[i] = 'v' .. i end local l = 'local ' .. table.concat(v, ',') .. ' '\n"
      "s = (l .. 'return function() '):rep(150) .. ('x=x '):rep(100000)",
      "load(s)"},
-    {"LoadWithAHostileEnvironment",
-     "e = setmetatable({}, { __index = function(t, k) return t[k .. 'x'] end })", "load('return a', 'c', 't', e)()"},
+    {"LoadWithAHostileEnvironment", "e = setmetatable({}, { __index = function(t, k) return t[k .. 'x'] end })",
+     "load('return a', 'c', 't', e)()"},
     // ---- numbers ----
     {"Remainder", "", "local a = 1e308 % 5e-324"},
     {"Fmod", "", "math.fmod(1e308, 5e-324)"},
@@ -133,8 +135,9 @@ protected:
     std::string Explode(const std::string& body)
     {
         options.check = false; // the walkers would take most of the time
-        options.file = directory.Write("main.lua", std::string(GetParam().before) +
-                                                       "\nroom_add{ step = function() while true do " + body + " end end }");
+        options.file =
+            directory.Write("main.lua", std::string(GetParam().before) +
+                                            "\nroom_add{ step = function() while true do " + body + " end end }");
         game = std::make_unique<Runner::Game>(options, Runner::OpenApi);
         if (!game->Load())
             return "not loaded: " + game->Failure();
@@ -174,8 +177,9 @@ constexpr Entry ENTRIES[] = {
     {"ObjectCreate", "o = object_add{ create = function() BOMB end } room_add{ instances = { { o, 0, 0 } } }"},
     {"ObjectStep", "o = object_add{ step = function() BOMB end } room_add{ instances = { { o, 0, 0 } } }"},
     {"ObjectDraw", "o = object_add{ draw = function() BOMB end } room_add{ instances = { { o, 0, 0 } } }"},
-    {"ObjectDestroy", "o = object_add{ destroy = function() BOMB end, step = function(self) instance_destroy(self) end } "
-                      "room_add{ instances = { { o, 0, 0 } } }"},
+    {"ObjectDestroy",
+     "o = object_add{ destroy = function() BOMB end, step = function(self) instance_destroy(self) end } "
+     "room_add{ instances = { { o, 0, 0 } } }"},
     {"CameraBegin", "room_add{ views = { [0] = {} }, create = function() "
                     "camera_set_begin_script(view_get_camera(0), function() BOMB end) end }"},
     {"CameraUpdate", "room_add{ views = { [0] = {} }, create = function() "
@@ -190,7 +194,9 @@ constexpr Entry ENTRIES[] = {
                       "__pairs = function() BOMB end })) BOMB end }"},
     {"Settings", "setmetatable(settings, { __index = function() BOMB end, __newindex = function() BOMB end }) "
                  "room_add{ step = function() settings.a = 1 end }"},
-    {"KitCallback", "local kit = include('kit/camera_kit.lua') room_add{ views = { [0] = {} }, step = function() BOMB end }"},
+    {"KitCallback", "local kit = include('kit/camera_kit.lua') n = script_add(function() BOMB end) "
+                    "room_add{ views = { [0] = {} }, step = function() kit.step() end, "
+                    "create = function() kit.camera{ view = 0 }:kick{ x = 4, y = 0, frames = 1, done = n } end }"},
 };
 
 class BombEntries : public RunnerTest::GameTest, public testing::WithParamInterface<Entry>

@@ -57,6 +57,14 @@ TEST_F(SaveVersions, OfTheSameVersionASaveOfOtherCodeLoadsWithOneLine)
     EXPECT_EQ(game->FrameNumber(), 3);
 }
 
+TEST_F(SaveVersions, AnOnLoadThatDoesNotComeBackIsEndedByTheLimit)
+{
+    options.limits.instructions = 2000000;
+    const std::string endless = "function on_load() while true do pcall(string.rep, 'x', 100000) end end ";
+    const std::string why = Cross("game_version(1) " + ROOM, "game_version(2) " + endless + ROOM);
+    EXPECT_NE(why.find("on_load failed: main.lua:1: the script did not come back"), std::string::npos) << why;
+}
+
 TEST_F(SaveVersions, OfAnotherVersionASaveLoadsThroughOnLoad)
 {
     EXPECT_EQ(Cross("game_version(3) " + ROOM,
