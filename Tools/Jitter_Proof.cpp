@@ -1,6 +1,8 @@
 // The table of how steadily the kit's cameras follow, over thousands of random paths. By hand, in an optimised build:
 //
-//   jitter_proof [PATHS [FIRST_SEED]]     10,000 paths from seed 1 unless given
+//   jitter_proof [PATHS [FIRST_SEED [BATCH]]]     10,000 paths from seed 1 unless given; BATCH: smooth, snapped (to
+//   whole
+//                                                 pixels) or plain (no kit), all three unless given
 //
 // Status 1 when a style breaks what it promises. The last rows are what most tutorials show, to compare with.
 
@@ -8,6 +10,7 @@
 
 #include <cstdio>
 #include <cstdlib>
+#include <string>
 
 namespace
 {
@@ -30,6 +33,14 @@ void PrintRow(JitterBatch batch, const JitterStyle& style, const JitterFigures& 
     std::printf("%lld | %lld |\n", static_cast<long long>(figures.keptFrames),
                 static_cast<long long>(figures.steadyFrames));
 }
+
+struct NamedBatch
+{
+    const char* name;
+    JitterBatch batch;
+};
+constexpr NamedBatch BATCHES[] = {
+    {"smooth", JitterBatch::Smooth}, {"snapped", JitterBatch::Snapped}, {"plain", JitterBatch::Plain}};
 
 bool PrintBatch(const JitterRun& run)
 {
@@ -57,14 +68,20 @@ int main(int argc, char** argv)
     JitterRun run;
     run.paths = argc > 1 ? std::atoi(argv[1]) : 10000;
     run.firstSeed = argc > 2 ? std::strtoull(argv[2], nullptr, 10) : 1;
+    const std::string only = argc > 3 ? argv[3] : "";
     std::printf(
         "| Style | kept in place moves by, px | steady step changes by, px | to and fro | change of speed a frame "
         "| stated | frames kept | frames steady |\n|---|---|---|---|---|---|---|---|\n");
-    bool holds = true;
-    for (const JitterBatch batch : {JitterBatch::Smooth, JitterBatch::Snapped, JitterBatch::Plain})
+    bool holds = true, isPlayed = false;
+    for (const NamedBatch& each : BATCHES)
     {
-        run.batch = batch;
+        if (!only.empty() && only != each.name)
+            continue;
+        run.batch = each.batch;
+        isPlayed = true;
         holds = PrintBatch(run) && holds;
     }
-    return holds ? EXIT_SUCCESS : EXIT_FAILURE;
+    if (!isPlayed)
+        std::fprintf(stderr, "jitter_proof: there is no batch \"%s\": smooth, snapped or plain\n", only.c_str());
+    return holds && isPlayed ? EXIT_SUCCESS : EXIT_FAILURE;
 }

@@ -402,10 +402,9 @@ private:
         CheckPace();
         if (m_options.window && !m_options.game.draw)
             return Refuse("--window shows pictures, and --no-draw makes none: leave one of them out");
-        if (m_options.paceSeconds > 0)
-            m_options.frames = m_options.paceSeconds * FRAMES_A_SECOND;
-        else if (m_options.window && !m_options.isFramesGiven)
-            m_options.frames = FRAMES_LIMIT;
+        if (m_options.window && !m_options.isFramesGiven)
+            m_options.frames = m_options.paceSeconds > 0 ? m_options.paceSeconds * FRAMES_A_SECOND : FRAMES_LIMIT;
+        m_options.isFramesGiven = m_options.isFramesGiven || m_options.paceSeconds > 0;
         if (m_options.instructionMillions < 0)
             m_options.instructionMillions = m_options.window || m_options.confined ? MILLIONS_UNLESS_SET : 0;
         m_options.game.limits.instructions = int64_t{m_options.instructionMillions} * 1000000;

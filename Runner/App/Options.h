@@ -56,7 +56,7 @@ struct RunOptions
     std::string record;             // where to keep what enters the game
     std::string replay;             // what to play again
     std::string compare;            // another version of the game, which the recording is played with, too
-    std::vector<HandChange> values; // of cameras, before the first frame of the other game of a comparison
+    std::vector<HandChange> values; // of cameras, for the other game of a comparison
     bool Compares() const { return !compare.empty() || !values.empty(); }
     bool watch = false;  // starts the game anew when its files change, in a window
     bool anyway = false; // replays a game that has changed since

@@ -82,6 +82,17 @@ TEST_F(Options, OnlyAWindowCanBeUnpacedOrShowAComparison)
     EXPECT_EQ(Parse({"g", "--window", "--replay", "r", "--compare", "h", "--every", "2"}), Runner::ParseResult::Wrong);
 }
 
+TEST_F(Options, APaceIsToldOfSecondsInAWindowWithTheClock)
+{
+    ASSERT_EQ(Parse({"g", "--window", "--pace", "10"}), Runner::ParseResult::Play);
+    EXPECT_EQ(options.frames, 600);
+    EXPECT_TRUE(options.isFramesGiven) << "a longer recording ends with it, too";
+    EXPECT_EQ(Parse({"g", "--pace", "10"}), Runner::ParseResult::Wrong) << "without a window";
+    EXPECT_EQ(Parse({"g", "--window", "--pace", "10", "--unpaced"}), Runner::ParseResult::Wrong);
+    EXPECT_EQ(Parse({"g", "--window", "--pace", "10", "--frames", "5"}), Runner::ParseResult::Wrong);
+    EXPECT_EQ(Parse({"g", "--window", "--pace", "0"}), Runner::ParseResult::Wrong);
+}
+
 TEST_F(Options, AfterTwoDashesOnlyTheGameFollows)
 {
     ASSERT_EQ(Parse({"--quiet", "--", "--odd name.lua"}), Runner::ParseResult::Play);
