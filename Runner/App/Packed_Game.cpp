@@ -56,7 +56,7 @@ std::string ArchiveIn(const std::string& path)
     std::error_code ignored;
     for (size_t end = std::min(path.find('/', 1), path.size());; end = std::min(path.find('/', end + 1), path.size()))
     {
-        const std::string part = path.substr(0, end);
+        std::string part = path.substr(0, end);
         if (EndsWith(part, ARCHIVE) && std::filesystem::is_regular_file(part, ignored))
             return part;
         if (end == path.size())

@@ -9,7 +9,6 @@
 namespace
 {
 using Runner::FileContents;
-using RunnerTest::ZipEntry;
 using RunnerTest::ZipMaker;
 
 std::vector<uint8_t> Bytes(const std::string& text) { return {text.begin(), text.end()}; }
