@@ -18,6 +18,7 @@ namespace
 constexpr float FAR_AWAY = 1e30f;          // a target beyond every room
 constexpr double CROSS = 6.0;              // half the length of a cross's arms, pixels
 constexpr double ARROW = 48.0, BARB = 9.0; // pixels
+constexpr size_t DETAILED_LIMIT = 64;      // frames of other cameras that have names and arrows
 constexpr size_t SPREAD_LIMIT = 64;        // texts that are held against each other
 constexpr double LARGEST_UNIT = 1e9;       // beyond it whole units are no longer told apart
 
@@ -57,6 +58,17 @@ public:
     {
         for (size_t i = 0; i < points.size(); ++i)
             Line(kind, points[i], points[(i + 1) % points.size()]);
+    }
+
+    // Its lines that may show; answers whether there are any.
+    bool VisiblePolygon(OverlayKind kind, const std::vector<Point>& points)
+    {
+        const size_t before = lines.size();
+        Polygon(kind, points);
+        const auto hidden = std::remove_if(lines.begin() + static_cast<std::ptrdiff_t>(before), lines.end(),
+                                           [this](const OverlayLine& line) { return !MayShow(line, m_port); });
+        lines.erase(hidden, lines.end());
+        return lines.size() > before;
     }
 
     void Rectangle(OverlayKind kind, const Box& box)
@@ -245,12 +257,26 @@ std::vector<CameraFrame> AllFrames()
     return frames;
 }
 
-void AddOther(const CameraFrame& frame, Sketch& sketch)
+void AddDetails(const CameraFrame& frame, Sketch& sketch)
 {
-    sketch.Polygon(OverlayKind::OtherCamera, frame.seen);
     sketch.Text(OverlayKind::OtherCamera, frame.seen.front(), "camera " + std::to_string(frame.camera->GetID()));
     if (frame.centre && frame.top)
         sketch.Arrow(OverlayKind::OtherCamera, *frame.centre, *frame.top);
+}
+
+// Among many cameras only frames that may show are drawn, and their names and arrows only while few of them do: names
+// would cover each other, and a driver in software would take longer for them than for the game.
+void AddOthers(const std::vector<CameraFrame>& frames, const CCamera* own, Sketch& sketch)
+{
+    const bool areFew = frames.size() <= DETAILED_LIMIT;
+    std::vector<const CameraFrame*> detailed;
+    for (const CameraFrame& frame : frames)
+        if (frame.camera != own && (sketch.VisiblePolygon(OverlayKind::OtherCamera, frame.seen) || areFew))
+            detailed.push_back(&frame);
+    if (detailed.size() > DETAILED_LIMIT)
+        return;
+    for (const CameraFrame* frame : detailed)
+        AddDetails(*frame, sketch);
 }
 
 ViewOverlay OverlayOf(const ViewNote& note, const Port& port, const std::vector<CameraFrame>& frames)
@@ -261,9 +287,7 @@ ViewOverlay OverlayOf(const ViewNote& note, const Port& port, const std::vector<
     if (own != nullptr)
         AddFollowing(*own, sketch);
     AddArea(note, sketch);
-    for (const CameraFrame& frame : frames)
-        if (frame.camera != own)
-            AddOther(frame, sketch);
+    AddOthers(frames, own, sketch);
     if (own != nullptr)
         AddUp(*own, sketch);
     return {note.view, note.camera, note.surface, port, std::move(sketch.lines), std::move(sketch.texts)};

@@ -245,6 +245,26 @@ TEST_F(Overlay, ShowsTheFrameOfEveryOtherCameraWithASize)
     EXPECT_NEAR(area.bottom, 110.0f, 0.05f);
 }
 
+// 100 cameras of 6 x 6 in a row, 10 apart, from 2 on. Of a view of 100 units' width ten of them show, each with four
+// lines and the three of its arrow; of one of 1,000 all do.
+TEST_F(Overlay, OfManyCamerasHasFramesWithoutNames)
+{
+    const auto counted = [this](const std::string& width)
+    {
+        EXPECT_EQ(Watch("room_add{ width = 400, height = 400, views = { [0] = { w = " + width +
+                        ", h = 400, wport = 400, hport = 400 } }, create = function() for i = 0, 99 do "
+                        "camera_create_view(i * 10 + 2, 50, 6, 6) end end }"),
+                  "");
+        const ViewOverlay overlay = MakeOverlays(notes)[0];
+        const auto isOther = [](const auto& each) { return each.kind == OverlayKind::OtherCamera; };
+        return std::pair(std::count_if(overlay.texts.begin(), overlay.texts.end(), isOther),
+                         std::count_if(overlay.lines.begin(), overlay.lines.end(), isOther));
+    };
+    using Counts = std::pair<std::ptrdiff_t, std::ptrdiff_t>;
+    EXPECT_EQ(counted("1000"), Counts(0, 400));
+    EXPECT_EQ(counted("100"), Counts(10, 70));
+}
+
 TEST(OverlayLines, AreDrawnWhereTheyMayShow)
 {
     const Port port = {10, 20, 100, 50};
