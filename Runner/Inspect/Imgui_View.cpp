@@ -7,6 +7,7 @@
 #include "Runner/Inspect/Number_Text.h"
 #include "Runner/Inspect/View_Drag.h"
 
+#include <GLES2/gl2.h>
 #include <imgui.h>
 #include <imgui_impl_opengl3.h>
 
@@ -216,8 +217,12 @@ private:
         const float width = std::min(display.x, std::max(display.x * PANEL_SHARE, 380.0f * canvas.scale));
         ImGui::SetNextWindowPos(ImVec2(display.x - width, 0.0f), ImGuiCond_FirstUseEver);
         ImGui::SetNextWindowSize(ImVec2(width, display.y), ImGuiCond_FirstUseEver);
-        ImGui::SetNextWindowBgAlpha(0.9f);
-        if (ImGui::Begin("Inspector") && ImGui::BeginTabBar("pages"))
+        const bool isAlone = inspector.Notes().SurfaceViews().empty();
+        ImGui::SetNextWindowBgAlpha(isAlone ? 0.0f : 0.9f);
+        const bool isOpen = ImGui::Begin("Inspector");
+        if (isAlone)
+            FillPanel(isOpen, canvas);
+        if (isOpen && ImGui::BeginTabBar("pages"))
         {
             if (ImGui::BeginTabItem("Cameras"))
             {
@@ -232,6 +237,26 @@ private:
             ImGui::EndTabBar();
         }
         ImGui::End();
+    }
+
+    // The ground of the panel, cleared and not blended: for a driver in software that is half of the panel's cost. Only
+    // where no other window can lie behind it.
+    void FillPanel(bool isOpen, const InspectorCanvas& canvas)
+    {
+        const ImVec2 at = ImGui::GetWindowPos(), size = ImGui::GetWindowSize();
+        m_ground = {static_cast<int>(at.x), canvas.height - static_cast<int>(at.y + size.y), static_cast<int>(size.x),
+                    static_cast<int>(size.y)};
+        if (isOpen && m_ground.width > 0 && m_ground.height > 0)
+            ImGui::GetBackgroundDrawList()->AddCallback(ClearGround, &m_ground);
+    }
+
+    // The library sets its own scissor for each piece that it draws afterwards.
+    static void ClearGround(const ImDrawList*, const ImDrawCmd* command)
+    {
+        const Port& ground = *static_cast<const Port*>(command->UserCallbackData);
+        glScissor(ground.x, ground.y, ground.width, ground.height);
+        glClearColor(0.06f, 0.06f, 0.08f, 1.0f);
+        glClear(GL_COLOR_BUFFER_BIT);
     }
 
     void DrawCameras(Inspector& inspector)
@@ -373,6 +398,7 @@ private:
     }
 
     ViewDrag m_drag;
+    Port m_ground; // of the panel, from the lower left corner as the driver counts
     std::vector<CameraChange> m_made;
     int m_frame = 0;
 };
