@@ -8,8 +8,8 @@
 //   });
 //   runner.play();
 //
-// Four files stand side by side on the server: runner.js, runner_kit.js (the camera kit), runner_core.js and
-// runner_core.wasm. All are loaded from the folder of runner.js. The page's policy needs script-src 'self'
+// The scripts of this folder, runner_kit.js (the camera kit), runner_core.js and runner_core.wasm stand side by side on
+// the server, as in build/web/runner. All are loaded from the folder of runner.js. The page's policy needs script-src 'self'
 // 'wasm-unsafe-eval' and, unless `wasm` is given, connect-src 'self'. Nothing else is asked of any server.
 //
 // A runner is one program with memory of its own: several may live in a page, each with a canvas. A runner whose program
@@ -136,7 +136,9 @@ export interface Runner {
     restart(files?: GameFiles, main?: string): Promise<void>;
     // Starts the game anew from changed files and plays the known input up to the same frame. After a failure too.
     reload(files: GameFiles): Promise<void>;
-    close(): Promise<void>; // stores what is not yet stored, and gives the context back. Nothing may be called after it
+    // Stores what is not yet stored, and frees what was drawn with. Nothing may be called after it; the canvas may be
+    // given to another runner.
+    close(): Promise<void>;
 
     // ---- inspector ----
     // While it is on, pointers over the canvas are its own: they drag views and dead zones.
