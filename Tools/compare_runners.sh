@@ -1,17 +1,25 @@
 #!/usr/bin/env bash
-# Plays the example games on x86-64 and, under its emulator, on another target, and compares them byte for byte: the
-# whole trace, a save, how each goes on from the save that the other wrote, and a recording of keys, mouse and a gamepad
-# that x86-64 makes and the other replays.
+# Plays the example games on x86-64 and, under its emulator or in Node, on another target, and compares them byte for
+# byte: the whole trace, a save, how each goes on from the save that the other wrote, and a recording of keys, mouse and
+# a gamepad that x86-64 makes and the other replays.
 #
-#   Tools/compare_runners.sh PRESET      armhf or arm64, whose libraries Tools/sysroot.sh has fetched
+#   Tools/compare_runners.sh PRESET      armhf or arm64, whose libraries Tools/sysroot.sh has fetched, or web, whose
+#                                        sources Tools/web_sources.sh has fetched
 #
 # Builds the Runner where that is missing, and prints "same/compared" games.
 source "$(dirname "$0")/steps.sh"
 
 preset=${1:-}
 case "$preset" in
-armhf | arm64) ;;
-*) fail "usage: Tools/compare_runners.sh armhf|arm64" ;;
+armhf | arm64)
+    OTHER_RUNNER=("build/$preset/Tests/emulated_runner")
+    target=runner
+    ;;
+web)
+    OTHER_RUNNER=(node build/web/runner/command.mjs)
+    target=web_runner
+    ;;
+*) fail "usage: Tools/compare_runners.sh armhf|arm64|web" ;;
 esac
 GAMES="canyon shake orbit"
 FRAMES=600
@@ -20,13 +28,13 @@ RECORDED=120
 GOLDEN_LINES=100 # of a golden trace; its last line is a hash of the rest
 WORK=build/compare-$preset
 HOME_RUNNER=build/dev/Runner/runner
-OTHER_RUNNER=build/$preset/Tests/emulated_runner
 
-# play RUNNER NAME OPTION...: leaves NAME.trace
+# play RUNNER NAME OPTION...: leaves NAME.trace. RUNNER: home or other
 play() {
-    local runner=$1 name=$2
+    local runner=("$HOME_RUNNER") name=$2
+    [ "$1" = home ] || runner=("${OTHER_RUNNER[@]}")
     shift 2
-    quietly "$WORK/$name.log" "$runner" "Games/$game/$game.lua" --quiet --no-draw --out "$WORK/$name-out" \
+    quietly "$WORK/$name.log" "${runner[@]}" "Games/$game/$game.lua" --quiet --no-draw --out "$WORK/$name-out" \
         --trace "$WORK/$name.trace" "$@"
 }
 
@@ -39,18 +47,18 @@ is_golden() {
 
 # The other replays what was recorded here, and plays another way than without input.
 same_replay() {
-    play $HOME_RUNNER "$game-recorded" --frames $RECORDED --input "$WORK/input.txt" --record "$WORK/$game.rec"
-    play "$OTHER_RUNNER" "$game-replayed" --replay "$WORK/$game.rec"
+    play home "$game-recorded" --frames $RECORDED --input "$WORK/input.txt" --record "$WORK/$game.rec"
+    play other "$game-replayed" --replay "$WORK/$game.rec"
     cmp "$WORK/$game-recorded.trace" "$WORK/$game-replayed.trace" &&
         ! cmp -s -n "$(stat -c %s "$WORK/$game-recorded.trace")" "$WORK/$game-recorded.trace" "$WORK/$game-home.trace"
 }
 
 # What was played after a load must be something: nothing is the end of every trace.
 same_game() {
-    play $HOME_RUNNER "$game-home" --frames $FRAMES --save-at $SAVED_AT "$WORK/$game-home.sav"
-    play "$OTHER_RUNNER" "$game-other" --frames $FRAMES --save-at $SAVED_AT "$WORK/$game-other.sav"
-    play $HOME_RUNNER "$game-home-goes-on" --frames $((FRAMES - SAVED_AT)) --load "$WORK/$game-other.sav"
-    play "$OTHER_RUNNER" "$game-other-goes-on" --frames $((FRAMES - SAVED_AT)) --load "$WORK/$game-home.sav"
+    play home "$game-home" --frames $FRAMES --save-at $SAVED_AT "$WORK/$game-home.sav"
+    play other "$game-other" --frames $FRAMES --save-at $SAVED_AT "$WORK/$game-other.sav"
+    play home "$game-home-goes-on" --frames $((FRAMES - SAVED_AT)) --load "$WORK/$game-other.sav"
+    play other "$game-other-goes-on" --frames $((FRAMES - SAVED_AT)) --load "$WORK/$game-home.sav"
     is_golden "$game-home" && cmp "$WORK/$game-home.trace" "$WORK/$game-other.trace" &&
         cmp "$WORK/$game-home.sav" "$WORK/$game-other.sav" &&
         [ -s "$WORK/$game-home-goes-on.trace" ] && [ -s "$WORK/$game-other-goes-on.trace" ] &&
@@ -58,7 +66,7 @@ same_game() {
 }
 
 build dev runner >&2
-build "$preset" runner >&2
+build "$preset" "$target" >&2
 rm -rf "$WORK"
 mkdir -p "$WORK"
 cat >"$WORK/input.txt" <<'EOF'

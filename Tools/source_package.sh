@@ -1,5 +1,6 @@
 #!/usr/bin/env bash
-# Fetches the original sources of Debian packages, each into FOLDER/<package>.
+# Fetches the original sources of Debian packages, each into FOLDER/<package>. An archive must be one of
+# Tools/source_checksums.txt.
 #
 #   Tools/source_package.sh FOLDER PACKAGE...      FOLDER is taken from the project's root
 #
@@ -12,9 +13,17 @@ mkdir -p "$1"
 folder=$(cd "$1" && pwd)
 shift
 
+CHECKSUMS=Tools/source_checksums.txt
+
+is_known() { grep -Fqx "$(sha256sum "$1" | cut -d ' ' -f 1)  $(basename "$1")" $CHECKSUMS; }
+
 # A package that is half unpacked has another name.
 unpack() {
-    local package=$1 unpacked=$folder/$1.part
+    local package=$1 unpacked=$folder/$1.part archive
+    for archive in "$folder"/archives/"$package"_*.orig.tar.*; do
+        [ ! -f "$archive" ] || is_known "$archive" ||
+            fail "$(basename "$archive") is not the source that is known: its SHA-256 is not in $CHECKSUMS"
+    done
     rm -rf "$unpacked"
     mkdir "$unpacked"
     tar -xf "$folder"/archives/"$package"_*.orig.tar.* -C "$unpacked" --strip-components=1 ||

@@ -8,7 +8,7 @@
 # the closing line and build/targets/left_out.txt name it.
 source "$(dirname "$0")/steps.sh"
 
-TARGETS="x86-64 armhf arm64 riscv64 s390x wasm musl armhf-games arm64-games"
+TARGETS="x86-64 armhf arm64 riscv64 s390x wasm musl armhf-games arm64-games web-games"
 WORK=$PWD/build/targets
 HASHES=Tests/Bits/golden.txt
 TRIGONOMETRY=Tests/Golden/trigonometry.txt
@@ -18,11 +18,12 @@ PARTS="000 3f4 42f 644 7f8 bf7 1000 1001"
 EMSCRIPTEN=/usr/share/emscripten
 export NODE_PATH=/usr/share/nodejs # where Debian's Emscripten finds its libraries, whichever Node there is
 
-# What a target needs: packages, a folder of libraries for the Runner, CMake's settings, and the command that starts
-# its programs.
+# What a target needs: packages, a folder of libraries for the Runner, the preset of a Runner that plays games there,
+# CMake's settings, and the command that starts its programs.
 describe() {
     packages="g++ cmake ninja-build"
     sysroot=
+    games=
     settings=()
     start=()
     suffix=
@@ -46,10 +47,16 @@ describe() {
     armhf-games)
         packages+=" $ARM_PACKAGES"
         sysroot=armhf
+        games=armhf
         ;;
     arm64-games)
         packages+=" g++-aarch64-linux-gnu qemu-user googletest"
         sysroot=arm64
+        games=arm64
+        ;;
+    web-games)
+        packages+=" emscripten"
+        games=web
         ;;
     *) fail "no target '$1': there are $TARGETS" ;;
     esac
@@ -118,14 +125,15 @@ check_bits() {
 }
 
 check_games() {
-    local began=$SECONDS games
-    games=$(Tools/compare_runners.sh "$sysroot") || true
-    row "$1" - - - "${games:-none}" $((SECONDS - began))
-    [ -n "$games" ] && is_whole "$games"
+    local began=$SECONDS same
+    same=$(Tools/compare_runners.sh "$games") || true
+    row "$1" - - - "${same:-none}" $((SECONDS - began))
+    [ -n "$same" ] && is_whole "$same"
 }
 
 has_tools() {
     (need $packages) || return
+    [ "$games" != web ] || (quietly build/web-sources.log Tools/web_sources.sh) || return
     [ -z "$sysroot" ] || (quietly "build/sysroot-$sysroot.log" Tools/sysroot.sh "$sysroot" "build/sysroot-$sysroot")
 }
 
@@ -149,7 +157,7 @@ row target hashes trigonometry files games seconds
 for target in "${wanted[@]}"; do
     describe "$target"
     check=check_bits
-    [ -z "$sysroot" ] || check=check_games
+    [ -z "$games" ] || check=check_games
     if ! has_tools; then
         left_out+=("$target")
     elif ! ($check "$target"); then

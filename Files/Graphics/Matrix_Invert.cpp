@@ -23,8 +23,8 @@ namespace
 //   x y z 1      are products of the same nine factors. So each shortened sum gets "+ zero", which makes a -0 a +0.
 
 constexpr uint32_t ONE = 0x3F800000;
-constexpr float SMALL = 1099511627776.0f; // 2^40
-constexpr float BELOW_2 = 1.99999988f;    // the last one
+[[maybe_unused]] constexpr float SMALL = 1099511627776.0f; // 2^40; only processors with vectors take the short ways
+[[maybe_unused]] constexpr float BELOW_2 = 1.99999988f;    // the last one
 
 #if defined(__SSE2__)
 

@@ -1,5 +1,6 @@
 #include "Runner/App/Camera_Values.h"
 
+#include "Runner/Base/Decimal.h"
 #include "Runner/Base/Printable.h"
 #include "Runner/Inspect/Camera_Fields.h"
 
@@ -28,7 +29,7 @@ std::string ReadCameraValue(const std::string& text, HandChange& change)
         known += std::string(known.empty() ? "" : ", ") + field.name;
     if (FindCameraField(change.field) == nullptr)
         return Quoted(change.field) + " is no property of a camera; there are " + known;
-    const auto [stop, error] = std::from_chars(text.data() + equals + 1, end, change.value);
+    const auto [stop, error] = ReadDecimal(text.data() + equals + 1, end, change.value);
     const bool isNumber = error == std::errc() && stop == end && std::isfinite(change.value);
     return isNumber ? "" : Quoted(text.substr(equals + 1)) + " is no number";
 }

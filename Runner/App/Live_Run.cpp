@@ -1,8 +1,6 @@
 #include "Runner/App/Live_Run.h"
 
-#include "Runner/Api/Api.h"
 #include "Runner/App/Interrupt.h"
-#include "Runner/Draw/Keeping_Device.h"
 
 #include <algorithm>
 
@@ -22,22 +20,15 @@ bool LiveRun::Fits(const RunOptions& options)
 }
 
 LiveRun::LiveRun(const RunOptions& options, Window& window, RunStart& start, FILE* err)
-    : m_options(options), m_window(window), m_start(start), m_err(err),
-      m_timeline(OptionsOfGames(), OpenApi, options.record, start.SaveContent(), ApplyByHand),
-      m_settings(options.settings, options.game.settings), m_page(window, PROGRESS_PAGE)
+    : LivePlay(options, start, err), m_window(window), m_page(window, PROGRESS_PAGE)
 {
-    if (start.Replayed() != nullptr)
-        m_timeline.Follow(*start.Replayed());
 }
 
-// The timeline keeps what enters the game, so the recording's file is its affair.
-GameOptions LiveRun::OptionsOfGames()
+std::unique_ptr<Device> LiveRun::OpenDevice(int width, int height, std::string& error)
 {
-    GameOptions options = m_options.game;
-    options.journal = nullptr;
-    options.openDevice = [this](int width, int height, std::string& error)
-    { return OpenWatchedDevice(m_window, m_inspector.get(), width, height, error); };
-    return options;
+    if (m_inspector != nullptr)
+        m_inspector->LoseView();
+    return m_window.OpenDevice(width, height, error);
 }
 
 // ---- files ----
@@ -75,46 +66,14 @@ Timeline::Progress LiveRun::Progress(const std::string& what)
     };
 }
 
-// The inspector watches one game, and must be gone before it.
-void LiveRun::LeaveGame()
-{
-    if (m_inspector != nullptr)
-        m_aside = m_inspector->Aside();
-    m_inspector.reset();
-}
+void LiveRun::GameLeaves() { m_inspector.reset(); }
 
-// A later change of the same property takes the place of an earlier one.
-void LiveRun::SetChangesAside()
+void LiveRun::GameEnters()
 {
-    for (const HandChange& change : m_timeline.Changes())
-    {
-        const auto isSame = [&change](const CameraChange& other)
-        { return other.camera == change.camera && other.field == change.field; };
-        m_aside.erase(std::remove_if(m_aside.begin(), m_aside.end(), isSame), m_aside.end());
-        m_aside.push_back({0, change.camera, change.field, change.value});
-    }
-}
-
-void LiveRun::EnterGame()
-{
-    m_picture->SetGame(m_timeline.Now());
-    m_inspector = std::make_unique<WindowInspector>(m_window, m_timeline.Now());
-    m_inspector->Aside() = m_aside;
-    m_inspector->onChange = [this](const CameraChange& change) {
-        m_timeline.Keep({change.camera, change.field, change.value});
-    };
-    Painter* const painter = m_timeline.Now().CurrentPainter();
-    if (auto* const device = painter == nullptr ? nullptr : dynamic_cast<KeepingDevice*>(painter->CurrentDevice()))
-        m_inspector->SetDevice(*device);
+    m_picture->SetGame(Now());
+    m_inspector = std::make_unique<WindowInspector>(m_window, Now(), *CurrentInspector());
     if (m_isInspecting)
         m_inspector->Toggle();
-}
-
-void LiveRun::GoTo(int frame)
-{
-    LeaveGame();
-    m_timeline.GoTo(frame, Progress("Going to frame " + std::to_string(std::clamp(frame, 0, Frames()))));
-    EnterGame();
 }
 
 // A game that has failed before it showed anything leaves the picture of the one before.
@@ -125,20 +84,17 @@ void LiveRun::KeepPicture()
         m_last = m_timeline.Now().Screen();
 }
 
-void LiveRun::Reload(int frame)
+void LiveRun::ReloadFiles(int frame)
 {
     KeepPicture();
-    LeaveGame();
-    SetChangesAside();
-    m_timeline.Reload(frame, Progress("Starting anew, up to frame " + std::to_string(frame)));
-    EnterGame();
+    Reload(frame);
     WatchFiles();
 }
 
 void LiveRun::Idle()
 {
     if (HaveFilesChanged())
-        Reload(Position());
+        ReloadFiles(Position());
 }
 
 // ---- the run ----
@@ -155,22 +111,6 @@ bool LiveRun::WaitForMend(const FailureReport& report)
                                       });
     m_wantsAgain = goesOn && !isMended;
     return isMended;
-}
-
-// A file that cannot be written is told, and the game goes on.
-void LiveRun::KeepSettings(bool isLast)
-{
-    std::string why;
-    if (!m_settings.Keep(m_timeline.Now(), isLast, why) && !why.empty())
-        std::fprintf(m_err, "runner: %s\n", why.c_str());
-}
-
-// A replay that stands at its end, which somebody has gone to, has no next frame. False: the game has failed.
-bool LiveRun::PlayFrame(const InputFrame& seen)
-{
-    if (m_start.Replayed() == nullptr)
-        return m_timeline.Play(seen);
-    return Position() >= Frames() || m_timeline.PlayRecorded();
 }
 
 // False: the game has failed.
@@ -190,8 +130,7 @@ bool LiveRun::PlayFrames()
 // False: the game has failed, or it is not the one that was recorded: why.
 bool LiveRun::StartGame(std::string& why)
 {
-    std::string ignored; // the game has it, too
-    const bool isGood = m_timeline.Start(ignored) && m_start.FitsGame(m_timeline.Now(), why);
+    const bool isGood = LivePlay::StartGame(why);
     WatchFiles();
     m_picture = std::make_unique<GamePicture>(m_timeline.Now());
     m_stage = std::make_unique<WindowStage>(m_window, *m_picture, m_options.keys);
@@ -221,7 +160,7 @@ Outcome LiveRun::Play(FailureReport& report, Picture& last)
         const int frame = std::max(Position(), Frames());
         if (!m_options.watch || !WaitForMend(report))
             break;
-        Reload(frame);
+        ReloadFiles(frame);
         isGood = m_timeline.Now().Failure().empty();
     }
     LeaveGame();

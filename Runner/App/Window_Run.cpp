@@ -122,14 +122,23 @@ private:
         if (LiveRun::Fits(options))
             return PlayLive(options, start, report);
         WindowInspector* watching = nullptr;
-        options.game.openDevice = [this, &watching](int width, int height, std::string& error)
-        { return OpenWatchedDevice(m_window, watching, width, height, error); };
+        LiveInspector* live = nullptr;
+        const auto open = [this, &watching](int width, int height, std::string& error)
+        {
+            if (watching != nullptr)
+                watching->LoseView();
+            return m_window.OpenDevice(width, height, error);
+        };
+        options.game.openDevice = [&open, &live](int width, int height, std::string& error)
+        { return OpenWatchedDevice(open, live, width, height, error); };
         Game game(options.game, OpenApi);
         GamePicture picture(game);
         WindowStage stage(m_window, picture, options.keys, start.Player());
-        WindowInspector inspector(m_window, game);
+        LiveInspector watcher(game);
+        WindowInspector inspector(m_window, game, watcher);
         watching = &inspector;
-        inspector.onChange = [&start](const CameraChange& change) {
+        live = &watcher;
+        watcher.onChange = [&start](const CameraChange& change) {
             start.KeepByHand({change.camera, change.field, change.value});
         };
         stage.overlay = [&inspector](const Port& where) { inspector.Draw(where); };

@@ -1,6 +1,7 @@
 #pragma once
 
 #include "Runner/App/Panel.h"
+#include "Runner/App/Stage_Time.h"
 #include "Runner/Game/Game.h"
 #include "Runner/Input/Input_Source.h"
 #include "Runner/Window/Step_Clock.h"
@@ -8,17 +9,6 @@
 namespace Runner
 {
 constexpr int STEPS_PER_SECOND = FRAMES_A_SECOND;
-
-// What a window offers besides playing on: the time of a game in which one can go back.
-class StageTime
-{
-public:
-    virtual ~StageTime() = default;
-    virtual int Position() const = 0; // frames played
-    virtual int Frames() const = 0;   // that are known
-    virtual void GoTo(int frame) = 0; // out of range: as far as it goes. It may give the stage another game
-    virtual void Idle() {}            // now and then, between two frames
-};
 
 // What a window shows.
 class StagePicture

@@ -1,5 +1,6 @@
 #include "Runner/Base/Settings.h"
 
+#include "Runner/Base/Decimal.h"
 #include "Runner/Base/Printable.h"
 
 #include <charconv>
@@ -27,20 +28,14 @@ std::string Quoted(const std::string& text)
     return quoted + "\"";
 }
 
-template <typename Number> std::string NumberText(Number number)
-{
-    char text[40];
-    return {text, std::to_chars(text, text + sizeof text, number).ptr};
-}
-
 std::string ValueText(const Setting& value)
 {
     if (const bool* const truth = std::get_if<bool>(&value))
         return *truth ? "true" : "false";
     if (const int64_t* const whole = std::get_if<int64_t>(&value))
-        return NumberText(*whole);
+        return std::to_string(*whole);
     if (const double* const real = std::get_if<double>(&value))
-        return "real " + NumberText(*real);
+        return "real " + DecimalText(*real);
     return Quoted(std::get<std::string>(value));
 }
 
@@ -69,18 +64,27 @@ public:
         return Take("\"");
     }
 
-    template <typename Number> bool TakeNumber(Number& number)
+    bool TakeWhole(int64_t& number)
     {
-        const auto [end, error] = std::from_chars(m_line.data(), m_line.data() + m_line.size(), number);
-        if (error != std::errc())
-            return false;
-        m_line.remove_prefix(static_cast<size_t>(end - m_line.data()));
-        return true;
+        return TakeRead(std::from_chars(m_line.data(), m_line.data() + m_line.size(), number));
+    }
+
+    bool TakeReal(double& number)
+    {
+        return TakeRead(ReadDecimal(m_line.data(), m_line.data() + m_line.size(), number));
     }
 
     bool IsAtEnd() const { return m_line.empty(); }
 
 private:
+    bool TakeRead(const std::from_chars_result& read)
+    {
+        if (read.ec != std::errc())
+            return false;
+        m_line.remove_prefix(static_cast<size_t>(read.ptr - m_line.data()));
+        return true;
+    }
+
     bool TakeCharacter(std::string& text)
     {
         unsigned byte = 0;
@@ -107,11 +111,11 @@ bool ReadValue(LineReader& line, Setting& value)
         value = false;
     else if (line.Take("real "))
     {
-        if (!line.TakeNumber(real))
+        if (!line.TakeReal(real))
             return false;
         value = real;
     }
-    else if (line.TakeNumber(whole))
+    else if (line.TakeWhole(whole))
         value = whole;
     else if (line.TakeText(text) && text.size() <= SETTING_TEXT_LIMIT)
         value = text;

@@ -1,7 +1,5 @@
 #include "Runner/Draw/Gl_Device.h"
 
-#include "Runner/Draw/Gl_Surfaceless.h"
-
 #include <GLES2/gl2ext.h>
 
 #include <algorithm>
@@ -43,6 +41,14 @@ bool HasExtension(const char* name)
     return all != nullptr && strstr(reinterpret_cast<const char*>(all), name) != nullptr;
 }
 
+// An extension of version 2, and part of version 3, which need not name it.
+bool HasFineDepth()
+{
+    const GLubyte* version = glGetString(GL_VERSION);
+    const bool isThird = version != nullptr && strncmp(reinterpret_cast<const char*>(version), "OpenGL ES 3", 11) == 0;
+    return isThird || HasExtension("GL_OES_depth24");
+}
+
 void FlipRows(uint8_t* rgba, size_t rowBytes, int height)
 {
     for (int top = 0, bottom = height - 1; top < bottom; top++, bottom--)
@@ -59,7 +65,7 @@ bool GlDevice::Open(int width, int height, std::string& error)
     if (!m_flat.Build(false, error) || !m_solid.Build(true, error))
         return false;
     glGetIntegerv(GL_MAX_TEXTURE_SIZE, &m_largestTexture);
-    if (HasExtension("GL_OES_depth24"))
+    if (HasFineDepth())
         m_depthFormat = GL_DEPTH_COMPONENT24_OES;
     glGenBuffers(1, &m_vertices);
     glGenBuffers(1, &m_indices);
@@ -372,16 +378,5 @@ std::string GlDevice::TakeError()
     std::string taken;
     taken.swap(m_error);
     return taken;
-}
-
-std::unique_ptr<Device> OpenDevice(int width, int height, std::string& error)
-{
-    auto context = std::make_unique<SurfacelessContext>();
-    if (!context->Open(error))
-        return nullptr;
-    auto device = std::make_unique<GlDevice>(std::move(context));
-    if (!device->Open(width, height, error))
-        return nullptr;
-    return device;
 }
 } // namespace Runner

@@ -1,5 +1,7 @@
 #include "Runner/Draw/Gl_Surfaceless.h"
 
+#include "Runner/Draw/Gl_Device.h"
+
 #include <EGL/egl.h>
 #include <EGL/eglext.h>
 #include <GLES2/gl2.h>
@@ -74,5 +76,16 @@ SurfacelessContext::~SurfacelessContext()
     Forget();
     if (m_context != EGL_NO_CONTEXT)
         eglDestroyContext(m_display, m_context);
+}
+
+std::unique_ptr<Device> OpenDevice(int width, int height, std::string& error)
+{
+    auto context = std::make_unique<SurfacelessContext>();
+    if (!context->Open(error))
+        return nullptr;
+    auto device = std::make_unique<GlDevice>(std::move(context));
+    if (!device->Open(width, height, error))
+        return nullptr;
+    return device;
 }
 } // namespace Runner

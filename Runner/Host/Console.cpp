@@ -13,19 +13,20 @@ public:
     void Output(const char* text) override
     {
         if (text != nullptr)
-            Write(text, std::strlen(text));
+            Write(m_reports != nullptr ? m_reports : m_out, text, std::strlen(text));
     }
 
-    void Write(const char* text, size_t size)
+    void Write(FILE* stream, const char* text, size_t size)
     {
         if (m_silences > 0)
             return;
-        FILE* out = m_out != nullptr ? m_out : stderr;
+        FILE* out = stream != nullptr ? stream : stderr;
         if (std::fwrite(text, 1, size, out) != size || std::fflush(out) != 0)
             m_fault = m_fault == 0 ? errno : m_fault;
     }
 
     FILE* m_out = nullptr;
+    FILE* m_reports = nullptr;
     bool m_quiet = false;
     int m_silences = 0; // that are alive
     int m_fault = 0;    // errno of the first write that failed
@@ -38,9 +39,10 @@ CDebugConsole* dbg_csol = &s_console;
 
 namespace Runner
 {
-void SetConsoleOutput(FILE* out)
+void SetConsoleOutput(FILE* out, FILE* reports)
 {
     s_console.m_out = out;
+    s_console.m_reports = reports;
     s_console.m_fault = 0;
 }
 
@@ -53,7 +55,7 @@ ConsoleSilence::~ConsoleSilence() { --s_console.m_silences; }
 void PrintLog(const std::string& text)
 {
     if (!s_console.m_quiet)
-        s_console.Write(text.data(), text.size());
+        s_console.Write(s_console.m_out, text.data(), text.size());
 }
 
 void PrintLine(const std::string& line)

@@ -9,9 +9,9 @@
 
 namespace Runner
 {
-// The stream is not owned and must stay open while it is set; null: the standard error output. Earlier write faults are
-// forgotten.
-void SetConsoleOutput(FILE* out);
+// The streams are not owned and must stay open while they are set; null: the standard error output. reports: what the
+// host has to report goes there; null: to the same stream. Earlier write faults are forgotten.
+void SetConsoleOutput(FILE* out, FILE* reports = nullptr);
 
 void SetConsoleQuiet(bool quiet); // true: what games log is not shown
 

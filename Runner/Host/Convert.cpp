@@ -1,5 +1,6 @@
 #include "Runner/Host/Convert.h"
 
+#include "Runner/Base/Decimal.h"
 #include "Runner/Host/Code.h"
 #include "Runner/Host/Value.h"
 
@@ -33,7 +34,7 @@ bool ParseNumber(std::string_view text, double& number)
     if (text.front() == '+')
         text.remove_prefix(1);
     double parsed = 0.0;
-    const std::from_chars_result result = std::from_chars(text.data(), text.data() + text.size(), parsed);
+    const std::from_chars_result result = ReadDecimal(text.data(), text.data() + text.size(), parsed);
     if (result.ptr != text.data() + text.size() || result.ec == std::errc::invalid_argument)
         return false;
     // Out of range: from_chars does not say whether too large or too small, strtod gives infinity or zero.

@@ -41,6 +41,7 @@ public:
 
     bool Start(std::string& why);   // makes the game and loads it. Once, before all else. False: it failed
     Game& Now() { return *m_game; } // another object after a way back
+    const Game& Now() const { return *m_game; }
     int Position() const { return m_position; }
     int Frames() const { return m_recorder.Recorded().Frames(); } // that are known
 

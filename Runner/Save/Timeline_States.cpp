@@ -89,6 +89,11 @@ void Timeline::BeginCheck()
         _exit(CheckStates() ? STATES_GO_ON : STATES_DO_NOT);
     }
     m_checker = std::max<pid_t>(process, 0); // without a process nothing is checked, and no state is used
+    if (process < 0 && errno == ENOSYS)      // a system that has no processes, such as a page: none will ever be used
+    {
+        m_isExact = false;
+        std::vector<KeptState>().swap(m_kept);
+    }
 }
 
 void Timeline::TakeCheck(bool wait)

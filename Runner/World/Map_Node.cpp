@@ -1,11 +1,11 @@
 #include "Runner/World/Map_Node.h"
 
+#include "Runner/Base/Decimal.h"
 #include "Runner/Base/Printable.h"
 #include "Runner/World/Map_Fault.h"
 #include "Runner/World/Map_Limits.h"
 
 #include <algorithm>
-#include <array>
 #include <charconv>
 #include <cmath>
 #include <limits>
@@ -22,9 +22,7 @@ std::string Shown(const MapAttribute& attribute)
         return "\"" + Printable(attribute.text) + "\"";
     if (attribute.kind == Kind::Truth)
         return attribute.number != 0.0 ? "true" : "false";
-    std::array<char, 32> text = {};
-    const auto end = std::to_chars(text.data(), text.data() + text.size(), attribute.number).ptr;
-    return {text.data(), end};
+    return DecimalText(attribute.number);
 }
 
 [[noreturn]] void Misfit(const MapAttribute& attribute, const std::string& expected)
@@ -129,7 +127,7 @@ std::optional<MapColour> MapNode::Colour(std::string_view attribute) const
 
 bool ReadNumber(std::string_view text, double& number)
 {
-    const auto [end, error] = std::from_chars(text.data(), text.data() + text.size(), number);
+    const auto [end, error] = ReadDecimal(text.data(), text.data() + text.size(), number);
     return error == std::errc() && end == text.data() + text.size() && std::isfinite(number);
 }
 

@@ -1,0 +1,12 @@
+# zlib for WebAssembly, compiled from the source of Debian's package (Tools/web_sources.sh).
+if(NOT TARGET ZLIB::ZLIB)
+    enable_language(C)
+    set(zlib_source "${CAMERA_WEB_SOURCES}/zlib")
+    file(GLOB zlib_files "${zlib_source}/*.c")
+    add_library(web_zlib STATIC ${zlib_files})
+    target_include_directories(web_zlib SYSTEM PUBLIC "${zlib_source}")
+    target_compile_definitions(web_zlib PRIVATE Z_HAVE_UNISTD_H)
+    target_compile_options(web_zlib PRIVATE -w)
+    add_library(ZLIB::ZLIB ALIAS web_zlib)
+endif()
+set(ZLIB_FOUND TRUE)
