@@ -13,7 +13,6 @@ make_pages() {
 
 # The Runner in WebAssembly, for the games of the pages and of the playground.
 make_web_runner() {
-    [ -e Web/runner/CMakeLists.txt ] || return 0
     quietly build/web-sources.log Tools/web_sources.sh
     build web web_runner
     mkdir -p out/site/runner

@@ -27,7 +27,6 @@ def on_config(config):
     more = [str(page.relative_to(ROOT)) for page in stage.pages(ROOT) if str(page.relative_to(ROOT)) not in listed]
     if more:
         config["nav"].append({"More": more})
-    config["extra"]["runs"] = (ROOT / "Web/runner/CMakeLists.txt").exists()
     return config
 
 

@@ -3,6 +3,7 @@
 const base = new URL("../", import.meta.url);
 
 let running = null; // the Example that has a runner
+let starts = Promise.resolve(); // one after the other, however fast somebody presses
 
 async function fetched(url, read) {
     const answer = await fetch(url);
@@ -73,10 +74,15 @@ class Example {
         this.name();
     }
 
-    // From the start, in place of the example that ran before.
-    async start() {
+    start() {
         this.run.disabled = true;
         this.say("");
+        starts = starts.then(() => this.takeOver());
+        return starts;
+    }
+
+    // From the start, in place of the example that ran before.
+    async takeOver() {
         try {
             await running?.stop();
             running = this;
@@ -107,8 +113,9 @@ class Example {
 
     // Gives the drawing context back and leaves the last picture.
     async stop() {
-        const picture = this.runner.picture();
         const runner = this.runner;
+        if (!runner) return;
+        const picture = runner.picture();
         this.runner = null;
         await runner.close();
         this.renewCanvas();
