@@ -79,9 +79,3 @@ check_coverage() {
     cover_module
     passed=$((passed + 1))
 }
-
-check_runner_coverage() {
-    (need $COVERAGE_PACKAGES) || return 0 # said by the step before
-    cover_runner
-    passed=$((passed + 1))
-}

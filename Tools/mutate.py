@@ -34,6 +34,9 @@ OUT = "out/mutation"
 LIST = "Tools/equivalent_mutants.txt"
 SLOW = 0.005  # tests that take more than this part of the whole time come last
 MEMORY = 6 << 30  # bytes of address space, against mutants that ask for ever more
+# Of a header, inline functions that the module does not call are compiled, too: tests call them, and the linker takes
+# the first copy.
+EVERY_FUNCTION = ("-femit-all-decls",)
 REPEATED = ("refused", "identical", "killed")
 
 
@@ -131,35 +134,26 @@ class Units:
         return [unit for unit, read in self.reads.items() if path in read]
 
 
-def with_used_functions(content):
-    """A header whose inline functions are all compiled, so that the module's stand before those of the tests."""
-    begin = b'_Pragma("clang attribute push(__attribute__((used)), apply_to = function)") '
-    at = content.rfind(b"\n#include")
-    at = content.index(b"\n", at + 1 if at >= 0 else content.index(b"#pragma once")) + 1
-    while content[at:].startswith((b"#", b"\n")) and b"#endif" in content[at : at + 8]:
-        at = content.index(b"\n", at) + 1
-    return content[:at] + begin + content[at:] + b'\n_Pragma("clang attribute pop")\n'
-
-
 class Workplace:
     """A folder in which one mutant at a time is compiled, linked and tested."""
 
     def __init__(self, number, units, tests):
         self.folder = os.path.join(BUILD, f"work/{number}")
-        self.units, self.tests, self.originals = units, tests, {}
+        self.units, self.tests, self.originals, self.path = units, tests, {}, ""
         os.makedirs(os.path.join(self.folder, "Files/Graphics"), exist_ok=True)
         for old in glob.glob(os.path.join(self.folder, "Files/Graphics/*")):
             os.remove(old)
 
     def put(self, name, content):
         with open(os.path.join(self.folder, name), "wb") as file:
-            file.write(with_used_functions(content) if name.endswith(".h") else content)
+            file.write(content)
 
     def compile(self, unit, level):
         """The unit's object file; None when it does not compile. Compiled by a relative name, which objects hold."""
         target = os.path.join(self.folder, os.path.basename(unit) + level + ".o")
         words = self.units.commands[unit]
-        run = subprocess.run([words[0], f"-I{self.folder}", *words[1:], level, "-g0", "-c", unit, "-o", target],
+        options = [level, "-g0", *(EVERY_FUNCTION if self.path.endswith(".h") else ())]
+        run = subprocess.run([words[0], f"-I{self.folder}", *words[1:], *options, "-c", unit, "-o", target],
                              cwd=self.folder, capture_output=True, check=False)
         return target if run.returncode == 0 else None
 
@@ -169,15 +163,17 @@ class Workplace:
             return file.read()
 
     def prepare(self, path, content):
-        """Every unit that reads the file stands in the folder; the object files without a change are kept."""
+        """Every unit that reads the file stands in the folder, and compiles without a change."""
+        self.path = path
         for old in glob.glob(os.path.join(self.folder, "Files/Graphics/*")):
             os.remove(old)
         for unit in self.units.of(path):
             with open(unit, "rb") as file:
                 self.put(unit, file.read())
         self.put(path, content)
+        if None in [self.compile(unit, "-O0") for unit in self.units.of(path)]:
+            raise SystemExit(f"error: {path} does not compile here without any change")
         self.originals = {}
-        self.path = path
 
     def is_identical(self, mutant, content):
         units = self.units.of(mutant.file)
@@ -216,7 +212,7 @@ class Workplace:
         return failed[0].split()[3].rstrip(",") if failed else "a crash"
 
     def judge(self, mutant, content):
-        if getattr(self, "path", None) != mutant.file:
+        if self.path != mutant.file:
             self.prepare(mutant.file, content)
         self.put(mutant.file, mutant.applied(content))
         objects = [self.compile(unit, "-O0") for unit in self.units.of(mutant.file)]
