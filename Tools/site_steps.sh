@@ -1,7 +1,7 @@
 # The steps that make the site in out/site. Sourced after Tools/steps.sh by ./site and by Tools/check_browser.sh, not run.
 source Tools/playground_steps.sh
 
-SITE_PACKAGES="mkdocs python3"
+SITE_PACKAGES="mkdocs python3 emscripten"
 
 # The manual's pages and its games.
 make_pages() {
