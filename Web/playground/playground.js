@@ -76,14 +76,13 @@ function replay(content) {
         clearFailure();
         if (session.runner === null) await session.run(game);
         try {
-            await session.runner.replay(content);
+            await session.replay(content, false);
         } catch (error) {
             const isOfAnother = /--anyway/.test(error.message);
             if (!isOfAnother) throw error;
             if (!await askWhether("Replay", error.message, "Replay it anyway")) return;
-            await session.runner.replay(content, true);
+            await session.replay(content, true);
         }
-        session.runner?.play();
     });
 }
 

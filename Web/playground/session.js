@@ -33,6 +33,7 @@ export class Session {
     // Plays the game from its start. more: further options of the Runner, such as a saved game.
     run(game, more = {}) {
         return this.#next(async () => {
+            this.runner?.pause(); // no frame of the old game comes between
             const isSame = this.runner !== null && this.#main === game.main && Object.keys(more).length === 0;
             if (isSame) await this.#runner.restart(new Map(game.files), game.main);
             else await this.#make(game, more);
@@ -41,11 +42,21 @@ export class Session {
         });
     }
 
+    // Plays a recording of this game; rejects what is none.
+    replay(recording, anyway) {
+        return this.#next(async () => {
+            this.runner?.pause();
+            await this.runner?.replay(recording, anyway);
+            this.runner?.play();
+        });
+    }
+
     // Starts anew from changed files, up to the same frame.
     reload(game) {
+        if (this.runner === null || this.#main !== game.main) return this.run(game);
         return this.#next(async () => {
-            if (this.runner === null || this.#main !== game.main) return this.run(game);
             const wasPlaying = this.#runner.playing || this.#runner.failure !== null;
+            this.#runner.pause();
             await this.#runner.reload(new Map(game.files));
             if (wasPlaying && this.#runner.failure === null) this.#runner.play();
             this.#events.change();
