@@ -239,8 +239,10 @@ end
 
 -- A camera that gathers or loses speed overtakes the target, or falls behind it: on the screen the target turns round. If
 -- the target changes its own speed just before or after, it goes to and fro within three frames. So the camera goes along
--- with the target for one frame where it would turn it round, and where the target itself turns round twice in a row.
+-- with the target for one frame where it would turn it round, where the target itself turns round twice in a row, and
+-- where it turns slightly: after that it may stop faster than a camera can follow.
 local FELT = 0.02 -- room units a frame
+local SLIGHT = 1 -- room units a frame
 
 -- The part of the stated acceleration that the goal may ask for. The frame after one in which the camera has gone along
 -- takes what is left.
@@ -253,10 +255,13 @@ end
 local function goes_along(axis, change, target_speed, acceleration)
     if not turns_round(change, axis.change) then
         return false
-    elseif not turns_round(target_speed - axis.moved, axis.change) then
+    end
+    local turn = target_speed - axis.moved
+    if not turns_round(turn, axis.change) then
         return true -- its speed is then between the last one and its own next one
     end
-    return turns_round(axis.change, axis.change_before) and math.abs(target_speed - axis.moved) <= acceleration
+    local most = turns_round(axis.change, axis.change_before) and acceleration or SLIGHT
+    return math.abs(turn) <= most
 end
 
 local function steady(axis, was, target_speed, acceleration)

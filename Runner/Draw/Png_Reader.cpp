@@ -81,6 +81,9 @@ bool Decode(Reading& reading)
     if (setjmp(png_jmpbuf(reading.png)))
         return false;
     png_set_read_fn(reading.png, &reading, ReadBytes);
+    // Chunks that the pixels do not depend on are skipped. libpng takes and clears memory of the length that a chunk
+    // claims, which a few bytes of a file can make two gigabytes.
+    png_set_keep_unknown_chunks(reading.png, PNG_HANDLE_CHUNK_NEVER, nullptr, -1);
     png_read_info(reading.png, reading.info);
     if (png_get_image_width(reading.png, reading.info) > PICTURE_SIDE_LIMIT ||
         png_get_image_height(reading.png, reading.info) > PICTURE_SIDE_LIMIT)

@@ -2,40 +2,22 @@
 
 #include "Platform/Strict_Float.h"
 
-#include "Files/Graphics/Matrix_Adjugate.h"
-#include "Files/Graphics/Pixel_Pack.h"
-#include "Tests/Support/Awkward_Numbers.h"
+#include "Tests/Support/Fast_Paths.h"
 #include "Tests/Support/Fixture.h"
 
-#include <cmath>
-#include <cstring>
-#include <memory>
-#include <random>
 #include <vector>
 
 namespace
 {
 using namespace Recording;
 
-bool SameButForNaNs(const kvMatrix& a, const kvMatrix& b)
-{
-    for (int i = 0; i < 16; ++i)
-        if (!SameButForNaN(a.m[i], b.m[i]))
-            return false;
-    return true;
-}
-
 // The module's inverse against the definition; true when the matrix was regular.
 bool ExpectDefinition(const kvMatrix& input)
 {
-    kvMatrix expected = input, actual = input;
-    const bool regular = CameraModule::InvertByDefinition(expected.m, expected.m);
-    EXPECT_EQ(actual.Invert(), regular) << testing::PrintToString(input);
-    EXPECT_TRUE(SameButForNaNs(actual, expected))
-        << testing::PrintToString(input) << testing::PrintToString(actual) << testing::PrintToString(expected);
-    return regular;
+    kvMatrix inverse = input;
+    EXPECT_TRUE(InvertsByDefinition(input)) << testing::PrintToString(input);
+    return inverse.Invert();
 }
-
 } // namespace
 
 // ---- the inverse ----
@@ -82,6 +64,14 @@ TEST(FastPaths, MatricesOfAnyBitsInvertByTheDefinition)
     }
 }
 
+// A small share of what Tools/Fast_Path_Proof.cpp does by the hundred million.
+TEST(FastPaths, MatricesOfEveryAwkwardShapeInvertByTheDefinition)
+{
+    AwkwardNumbers source(2026);
+    for (uint32_t i = 0; i < 160000 && !testing::Test::HasFailure(); ++i)
+        ExpectDefinition(source.Shaped(static_cast<MatrixShape>(i % static_cast<uint32_t>(MatrixShape::Count))));
+}
+
 TEST(FastPaths, MagnitudesAroundTheLimitInvertByTheDefinition)
 {
     const float values[] = {std::nextafter(FLAT_LIMIT, 0.0f), FLAT_LIMIT, std::nextafter(FLAT_LIMIT, INFINITY), 1e25f,
@@ -101,23 +91,6 @@ TEST(FastPaths, MagnitudesAroundTheLimitInvertByTheDefinition)
 
 class FastPathsCamera : public ModuleTest
 {
-protected:
-    static bool IsInverse(const kvMatrix& inverse, const kvMatrix& matrix)
-    {
-        kvMatrix expected = matrix;
-        CameraModule::InvertByDefinition(expected.m, expected.m);
-        return SameButForNaNs(inverse, expected);
-    }
-    static testing::AssertionResult HasInversesByTheDefinition(const CCamera& camera)
-    {
-        if (!IsInverse(camera.m_invViewMat, camera.m_viewMat))
-            return testing::AssertionFailure() << "view " << testing::PrintToString(camera.m_viewMat);
-        if (!IsInverse(camera.m_invProjMat, camera.m_projMat))
-            return testing::AssertionFailure() << "projection " << testing::PrintToString(camera.m_projMat);
-        if (!IsInverse(camera.m_invViewProjMat, camera.m_viewProjMat))
-            return testing::AssertionFailure() << "product " << testing::PrintToString(camera.m_viewProjMat);
-        return testing::AssertionSuccess();
-    }
 };
 
 TEST_F(FastPathsCamera, EveryBuildStoresInversesByTheDefinition)
@@ -136,7 +109,7 @@ TEST_F(FastPathsCamera, EveryBuildStoresInversesByTheDefinition)
                     camera.SetViewHeight(height);
                     camera.SetViewAngle(angle);
                     camera.BuildView();
-                    ASSERT_TRUE(HasInversesByTheDefinition(camera))
+                    ASSERT_TRUE(StoresInversesByDefinition(camera))
                         << width << ' ' << height << ' ' << x << ' ' << angle;
                 }
 }
@@ -152,7 +125,7 @@ TEST_F(FastPathsCamera, AHostsOwnProjectionIsInvertedByTheDefinition)
             camera.SetViewWidth(640.0f);
             camera.SetViewHeight(480.0f);
             camera.Build2DView(320.0f, 240.0f);
-            ASSERT_TRUE(HasInversesByTheDefinition(camera)) << entry << ' ' << value;
+            ASSERT_TRUE(StoresInversesByDefinition(camera)) << entry << ' ' << value;
         }
 }
 
@@ -171,62 +144,50 @@ TEST_F(FastPathsCamera, IsFlatToTheEyeExactlyWhenNineElementsCompareEqualToZero)
         }
 }
 
+// ---- look-up and saved record ----
+
+TEST_F(FastPathsCamera, LookUpsFindWhatTheStatedOrderFinds)
+{
+    AwkwardNumbers source;
+    for (int i = 0; i < 12; ++i)
+        g_CM.CreateCamera();
+    Run_Room = NewRoom(640, 480);
+    for (CViewGM* view : Run_Room->r_view)
+        view->cameraID = static_cast<int>(source.Below(14));
+    g_CM.BuildRoomCameraList();
+    for (int i = 0; i < 20000; ++i)
+    {
+        CCamera* camera = g_CM.GetCamera(static_cast<int>(source.Below(20)) - 3);
+        if (i % 50 == 0 && camera != nullptr)
+            camera->SetID(static_cast<int>(source.Below(14)) - 1); // two may bear one number from now on
+        if (i % 7 == 0)
+            g_CM.m_lastCamPos = static_cast<int>(source.Below(24)) - 6;
+        const int id = static_cast<int>(source.Below(20)) - 3;
+        ASSERT_TRUE(FindsByDefinition(id)) << i << ": " << id;
+    }
+}
+
+TEST_F(FastPathsCamera, ASavedRecordIsTheStatedListOfFields)
+{
+    AwkwardNumbers source;
+    for (int i = 0; i < 2000; ++i)
+    {
+        CCamera camera;
+        camera.SetViewMat(source.Shaped(MatrixShape::PowersOfTwo));
+        camera.m_viewX = source.Between(-1e6f, 1e6f);
+        camera.m_viewAngle = source.Zero();
+        camera.m_targetInstance = static_cast<int>(source.Word());
+        camera.m_endScript = Real(static_cast<int>(source.Word()));
+        camera.m_isViewDirty = i % 2 == 0;
+        for (float& entry : camera.m_invViewProjMat.m)
+            entry = entry == entry ? entry : 0.0f;
+        for (float& entry : camera.m_invViewMat.m)
+            entry = entry == entry ? entry : 0.0f;
+        ASSERT_TRUE(SavesByDefinition(camera)) << i;
+    }
+}
+
 // ---- images ----
-
-namespace
-{
-// A picture at the very end of a heap block, for the sanitizer, and offset bytes from its start.
-class HeapPicture
-{
-public:
-    HeapPicture(AwkwardNumbers& source, int width, int height, int bytesPerPixel, size_t offset = 0)
-        : m_width(width), m_height(height), m_bytesPerPixel(bytesPerPixel), m_offset(offset)
-    {
-        const size_t size = offset + static_cast<size_t>(width * height * bytesPerPixel);
-        m_block.reset(new uint8_t[size]);
-        for (size_t i = 0; i < size; ++i)
-            m_block[i] = static_cast<uint8_t>(source.Word());
-    }
-
-    uint8_t* Bytes() const { return m_block.get() + m_offset; }
-    PixelPack::Picture Packed() const { return {Bytes(), m_width, m_height, m_bytesPerPixel}; }
-
-    std::vector<uint8_t> ThreeBytesOfEachPixel() const // bottom row first
-    {
-        std::vector<uint8_t> bytes;
-        for (int y = m_height - 1; y >= 0; --y)
-            for (int x = 0; x < m_width; ++x)
-                for (int byte = 0; byte < 3; ++byte)
-                    bytes.push_back(Bytes()[(y * m_width + x) * m_bytesPerPixel + byte]);
-        return bytes;
-    }
-
-private:
-    int m_width, m_height, m_bytesPerPixel;
-    size_t m_offset;
-    std::unique_ptr<uint8_t[]> m_block;
-};
-
-using Packer = void (*)(uint8_t* out, PixelPack::Picture picture);
-
-std::vector<Packer> PackersOf([[maybe_unused]] int bytesPerPixel)
-{
-    std::vector<Packer> packers = {PixelPack::PackPlain};
-#if defined(PIXEL_PACK_SHUFFLES)
-    if (bytesPerPixel == PixelPack::SHUFFLED && PixelPack::HasShuffles())
-        packers.push_back(PixelPack::PackShuffled);
-#endif
-    return packers;
-}
-
-// Into a block of exactly the size.
-std::vector<uint8_t> PackedBy(Packer packer, const HeapPicture& picture, size_t size)
-{
-    const std::unique_ptr<uint8_t[]> out(new uint8_t[size]);
-    packer(out.get(), picture.Packed());
-    return {out.get(), out.get() + size};
-}
-} // namespace
 
 TEST_F(FastPathsCamera, EveryWidthAndPixelDistanceStoresThreeBytesOfEachPixel)
 {
@@ -234,7 +195,7 @@ TEST_F(FastPathsCamera, EveryWidthAndPixelDistanceStoresThreeBytesOfEachPixel)
     for (int bytesPerPixel : {3, 4, 5, 8})
         for (int width = 1; width <= 200; ++width)
         {
-            const HeapPicture picture(source, width, 2, bytesPerPixel);
+            const HeapPicture picture([&source] { return source.Word(); }, width, 2, bytesPerPixel);
             int size = 0;
             uint8_t* const image = static_cast<uint8_t*>(CreateBMP(picture.Bytes(), width, 2, &size, bytesPerPixel));
             ASSERT_NE(image, nullptr);
@@ -251,11 +212,7 @@ TEST(FastPaths, EveryPackerStoresThreeBytesOfEachPixelFromAnyAddress)
         for (int width = 1; width <= 200; ++width)
             for (size_t offset = 0; offset < 16 && !testing::Test::HasFailure(); ++offset)
             {
-                const HeapPicture picture(source, width, 3, bytesPerPixel, offset);
-                const std::vector<uint8_t> expected = picture.ThreeBytesOfEachPixel();
-                const std::vector<Packer> packers = PackersOf(bytesPerPixel);
-                for (size_t i = 0; i < packers.size(); ++i)
-                    EXPECT_EQ(PackedBy(packers[i], picture, expected.size()), expected)
-                        << "packer " << i << ": " << width << ' ' << bytesPerPixel << ' ' << offset;
+                const HeapPicture picture([&source] { return source.Word(); }, width, 3, bytesPerPixel, offset);
+                EXPECT_TRUE(PacksThreeBytesOfEachPixel(picture)) << width << ' ' << bytesPerPixel << ' ' << offset;
             }
 }

@@ -19,9 +19,25 @@ inline bool SameButForNaN(float a, float b)
     return std::memcmp(&a, &b, sizeof a) == 0 || (std::isnan(a) && std::isnan(b));
 }
 
+// What matrices are made to go wrong by, one shape after the other.
+enum class MatrixShape : uint32_t
+{
+    Flat,           // of a camera that looks straight along z
+    AlmostFlat,     // with one entry that no such camera has
+    AnyBits,        // NaN of any payload, infinities, subnormals
+    Affine,         // its last column is 0, 0, 0, 1, with zeros of either sign
+    PowersOfTwo,    // products and quotients are exact, overflow or underflow
+    NearlySingular, // two rows or columns are multiples of each other but for the last bit of an entry
+    Small,          // subnormals and zeros of either sign
+    NotNumbers,     // a NaN of any payload among ordinary entries
+    Count
+};
+
 class AwkwardNumbers
 {
 public:
+    explicit AwkwardNumbers(uint32_t seed = 417) : m_engine(seed) {}
+
     uint32_t Word() { return static_cast<uint32_t>(m_engine()); }
     uint32_t Below(uint32_t end) { return Word() % end; }
     float Between(float low, float high) { return low + (high - low) * static_cast<float>(Word() >> 8) / 16777216.0f; }
@@ -72,7 +88,69 @@ public:
         return matrix;
     }
 
+    kvMatrix Shaped(MatrixShape shape)
+    {
+        kvMatrix matrix = Flat();
+        switch (shape)
+        {
+        case MatrixShape::AlmostFlat: matrix.m[Below(16)] = Entry(Below(4)); break;
+        case MatrixShape::AnyBits: FillWith(matrix, [this] { return AnyBits(); }); break;
+        case MatrixShape::Affine: MakeAffine(matrix); break;
+        case MatrixShape::PowersOfTwo: FillWith(matrix, [this] { return PowerOfTwo(); }); break;
+        case MatrixShape::NearlySingular: MakeNearlySingular(matrix); break;
+        case MatrixShape::Small: FillWith(matrix, [this] { return Below(3) == 0 ? Zero() : Subnormal(); }); break;
+        case MatrixShape::NotNumbers: MakeNotANumber(matrix); break;
+        default: break;
+        }
+        return matrix;
+    }
+
 private:
-    std::mt19937 m_engine{417};
+    template <typename Make> static void FillWith(kvMatrix& matrix, const Make& make)
+    {
+        for (float& entry : matrix.m)
+            entry = make();
+    }
+
+    static float FromBits(uint32_t bits)
+    {
+        float number;
+        std::memcpy(&number, &bits, sizeof number);
+        return number;
+    }
+
+    float PowerOfTwo() { return FromBits((Word() & 0x80000000u) | (64 + Below(128)) << 23); } // 2^-63 to 2^64
+    float Subnormal() { return FromBits(Word() & 0x807FFFFFu); }
+
+    void MakeAffine(kvMatrix& matrix)
+    {
+        const uint32_t flavour = Below(4);
+        FillWith(matrix, [this, flavour] { return Entry(flavour); });
+        for (const int entry : {3, 7, 11})
+            matrix.m[entry] = Zero();
+        matrix._44 = 1.0f;
+    }
+
+    void MakeNearlySingular(kvMatrix& matrix)
+    {
+        const uint32_t flavour = Below(2);
+        FillWith(matrix, [this, flavour] { return Entry(flavour); });
+        const uint32_t from = Below(4), to = (from + 1 + Below(3)) % 4;
+        const bool ofRows = Below(2) == 0;
+        const float factor = Entry(flavour);
+        for (uint32_t i = 0; i < 4; ++i)
+        {
+            const float entry = matrix.m[ofRows ? 4 * from + i : 4 * i + from] * factor;
+            matrix.m[ofRows ? 4 * to + i : 4 * i + to] = Below(8) == 0 ? std::nextafter(entry, 100.0f) : entry;
+        }
+    }
+
+    void MakeNotANumber(kvMatrix& matrix)
+    {
+        for (uint32_t i = Below(3); i < 3; ++i)
+            matrix.m[Below(16)] = FromBits(0x7F800000u | Word());
+    }
+
+    std::mt19937 m_engine;
 };
 } // namespace Recording

@@ -24,7 +24,9 @@ template <typename Real, typename Bits> void ExpectAsStandard(const std::string&
     EXPECT_EQ(read.ec, expected.ec) << text;
     EXPECT_EQ(std::isnan(ours), std::isnan(standard)) << text;
     if (!std::isnan(ours))
+    {
         EXPECT_EQ(BitsOf<Bits>(ours), BitsOf<Bits>(standard)) << text;
+    }
 }
 
 void ExpectAsStandard(const std::string& text)
@@ -125,7 +127,9 @@ TEST(Decimal, WritesAndReadsAnyNumberAsTheStandardLibraryDoes)
         const std::string text = StandardText(number);
         ExpectAsStandard(text);
         if (!std::isnan(number))
+        {
             EXPECT_EQ(DecimalText(number), text);
+        }
     }
 }
 } // namespace
