@@ -478,14 +478,14 @@ export async function runCommand({ files, args, wasm }) {
     const err = [];
     const program = await Program.load(wasm, (line) => out.push(line), (line) => err.push(line));
     const { FS } = program.core;
-    writeFiles(FS, "/work", checked);
-    FS.chdir("/work");
-    const before = new Map([...listFiles(FS, "/work")].map(([name, node]) => [name, `${node.id} ${node.timestamp}`]));
+    writeFiles(FS, "/run", checked);
+    FS.chdir("/run");
+    const before = new Map([...listFiles(FS, "/run")].map(([name, node]) => [name, `${node.id} ${node.timestamp}`]));
     const status = program.call("command", args.join("\n"));
     if (program.dead !== "") throw new Error(program.dead);
     const written = new Map();
-    for (const [name, node] of listFiles(FS, "/work"))
-        if (before.get(name) !== `${node.id} ${node.timestamp}`) written.set(name, FS.readFile(`/work/${name}`).slice());
+    for (const [name, node] of listFiles(FS, "/run"))
+        if (before.get(name) !== `${node.id} ${node.timestamp}`) written.set(name, FS.readFile(`/run/${name}`).slice());
     const text = (lines) => lines.map((line) => `${line}\n`).join("");
     return { status, out: text(out), err: text(err), written };
 }
