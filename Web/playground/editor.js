@@ -33,6 +33,9 @@ const look = EditorView.theme({
     ".cm-tooltip, .cm-panels": { backgroundColor: "var(--ground)", color: "var(--text)", border: "1px solid var(--edge)" },
     ".cm-tooltip-autocomplete > ul > li[aria-selected]": { backgroundColor: "var(--accent)", color: "var(--on-accent)" },
     ".cm-completionInfo": { whiteSpace: "pre-wrap", maxWidth: "26rem" },
+    // In place of pictures in data addresses, which the page's policy refuses.
+    ".cm-lintRange-error": { backgroundImage: "none", textDecoration: "underline wavy var(--error)" },
+    ".cm-lint-marker-error": { content: '"\u25cf"', color: "var(--error)" },
     ".cm-diagnostic-error": { borderLeftColor: "var(--error)" },
 });
 

@@ -74,14 +74,13 @@ function reload() {
 function replay(content) {
     return guarded(async () => {
         clearFailure();
-        if (session.runner === null) await session.run(game);
         try {
-            await session.replay(content, false);
+            await session.run(game, { replay: content });
         } catch (error) {
             const isOfAnother = /--anyway/.test(error.message);
             if (!isOfAnother) throw error;
             if (!await askWhether("Replay", error.message, "Replay it anyway")) return;
-            await session.replay(content, true);
+            await session.run(game, { replay: content, anyway: true });
         }
     });
 }

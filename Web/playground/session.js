@@ -30,30 +30,19 @@ export class Session {
         return this.#runner?.dead ?? "";
     }
 
-    // Plays the game from its start. more: further options of the Runner, such as a saved game.
+    // Plays the game from its start, in a Runner of its own. more: its further options, such as a saved game or a recording.
     run(game, more = {}) {
         return this.#next(async () => {
-            this.runner?.pause(); // no frame of the old game comes between
-            const isSame = this.runner !== null && this.#main === game.main && Object.keys(more).length === 0;
-            if (isSame) await this.#runner.restart(new Map(game.files), game.main);
-            else await this.#make(game, more);
+            await this.#make(game, more);
             if (this.runner !== null && this.#runner.failure === null) this.#runner.play();
             this.#events.change();
         });
     }
 
-    // Plays a recording of this game; rejects what is none.
-    replay(recording, anyway) {
-        return this.#next(async () => {
-            this.runner?.pause();
-            await this.runner?.replay(recording, anyway);
-            this.runner?.play();
-        });
-    }
-
     // Starts anew from changed files, up to the same frame.
     reload(game) {
-        if (this.runner === null || this.#main !== game.main) return this.run(game);
+        const hasPlayed = this.runner !== null && this.#main === game.main && this.runner.frames > 0;
+        if (!hasPlayed) return this.run(game);
         return this.#next(async () => {
             const wasPlaying = this.#runner.playing || this.#runner.failure !== null;
             this.#runner.pause();
