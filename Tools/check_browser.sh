@@ -25,5 +25,5 @@ check_browser() {
     build optimised runner
     step "Playing the site in Chromium"
     check_playground
-    node_tests Tests/Web/*/*.test.mjs Web/playground/browser/*.test.js
+    node_tests Tests/Web/site/*.test.mjs
 }
