@@ -15,5 +15,5 @@ check_browser() {
     build optimised runner
     step "Playing the site in Chromium"
     check_playground
-    RUNNER=$PWD/build/optimised/Runner/runner node_tests browser Tests/Web/site/*.test.mjs Tests/Web/runner/*.test.mjs
+    RUNNER=$PWD/build/optimised/Runner/runner node_tests browser Tests/Web/site/*.test.mjs
 }

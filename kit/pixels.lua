@@ -28,6 +28,7 @@ local checks = include("kit/checks.lua")
 local pixels = {}
 
 local NEARLY = 1e-6 -- of a pixel: below it, two places are one
+local SETTLED = 0.01 -- pixels a frame: what slides less on the screen stands there
 
 local fields = checks.table_of({ grid = checks.one_of{ "art", "screen" }, integer_zoom = checks.boolean,
                                  scale = checks.positive },
@@ -50,11 +51,12 @@ local function rounded(value)
     return math.floor(value + 0.5)
 end
 
--- Moves `kept` by whole steps, and by as few as bring it within a step of the wanted place.
-local function with_play(kept, wanted)
-    if wanted > kept + 1 then
+-- Moves `kept` by whole steps, where it is farther than the play from the wanted place, and by as few as bring it within
+-- a step of it.
+local function with_play(kept, wanted, play)
+    if wanted > kept + play then
         return math.ceil(wanted - 1 - NEARLY)
-    elseif wanted < kept - 1 then
+    elseif wanted < kept - play then
         return math.floor(wanted + 1 + NEARLY)
     end
     return kept
@@ -75,7 +77,7 @@ end
 local function next_place(axis, edge, anchor)
     local moved = edge - axis.edge
     local low, high = steps_along(moved, 0, -math.huge, math.huge)
-    local kept, wanted = axis.at, edge
+    local kept, wanted, play = axis.at, edge, 1
     if anchor and axis.anchor then
         local slid = moved - (anchor - axis.anchor) -- what is followed moves backwards on the screen by this
         local step = rounded(anchor) - rounded(axis.anchor)
@@ -83,8 +85,11 @@ local function next_place(axis, edge, anchor)
         if math.abs(slid) < math.abs(moved) then
             kept, wanted = kept + step, rounded(anchor) + edge - anchor
         end
+        if math.abs(slid) < SETTLED then
+            play = 1.125 -- the last thousandths of a smooth way make no step
+        end
     end
-    return axis.at + math.max(low, math.min(high, with_play(kept, wanted) - axis.at))
+    return axis.at + math.max(low, math.min(high, with_play(kept, wanted, play) - axis.at))
 end
 
 -- One axis, in steps of the grid. A grid of another width has no steps in common with it: the edge is rounded anew.

@@ -40,7 +40,9 @@ export async function openPage(browser, server, options = {}) {
     page.setDefaultTimeout(60000);
     const said = [], left = [];
     const own = new URL(server.address).origin;
-    page.on("console", (message) => said.push(`${message.type()}: ${message.text()} (${page.url()})`));
+    // The driver's word on a picture that is read back is about speed, and not the page's.
+    const isDrivers = (message) => message.text().includes("GL Driver Message (OpenGL, Performance");
+    page.on("console", (message) => isDrivers(message) || said.push(`${message.type()}: ${message.text()} (${page.url()})`));
     page.on("pageerror", (error) => said.push(`error: ${error.message} (${page.url()})`));
     page.on("request", (request) => {
         const url = new URL(request.url());

@@ -19,7 +19,7 @@ export async function open({ id, text, width = 160, height = 90, store, ...optio
     const runner = await createRunner({
         canvas: newCanvas(width, height), ...(text ? fromText(text) : await loadGame(id)),
         saves: store ? browserStore(store) : memoryStore(),
-        options: { pauseHidden: false, devices: false, ...options, replay: options.replay && new Uint8Array(options.replay) },
+        options: { pauseHidden: false, devices: false, ...options },
         on: { text: (line, kind) => told[kind].push(line), ended: () => told.ended++ },
     });
     globalThis.game = { runner, told };
@@ -37,16 +37,6 @@ export async function played(id, frames) {
     const { runner, told } = globalThis.game;
     runner.step(frames);
     const result = { trace: runner.trace(), told, failure: runner.failure?.text ?? "" };
-    await close();
-    return result;
-}
-
-// The first so many frames with the input of a text, or of a recording: { recording, save } as lists of bytes.
-export async function recorded(id, frames, { input, replay }) {
-    await open({ id, input, replay });
-    const { runner } = globalThis.game;
-    runner.step(frames);
-    const result = { recording: [...runner.recording()], save: [...runner.save()], frame: runner.frame };
     await close();
     return result;
 }
