@@ -86,8 +86,8 @@ int RunProtected(lua_State* L)
                      });
 }
 
-// Lua calls this for an error outside of every protected call, and would end the process without a word afterwards. There
-// the Runner only moves values, so that a refused allocation is the one error that can come.
+// Lua calls this for an error outside of every protected call, and would end the process without a word afterwards.
+// There the Runner only moves values, so that a refused allocation is the one error that can come.
 int LeaveUnprotected(lua_State* L)
 {
     const char* const text = lua_type(L, -1) == LUA_TSTRING ? lua_tostring(L, -1) : "";
