@@ -4,7 +4,7 @@
 COVERAGE_BUILD=build/coverage
 COVERAGE_OUT=out/coverage
 MODULE_TESTS=$COVERAGE_BUILD/Tests/module_tests
-RUNNER_TESTS="$COVERAGE_BUILD/Tests/runner_tests $COVERAGE_BUILD/Tests/refusal_tests"
+RUNNER_TESTS="$COVERAGE_BUILD/Tests/runner_tests $COVERAGE_BUILD/Tests/fault_tests"
 
 # Runs a program of tests in two halves at a time, with counters in mapped files (%c), one for each program that it starts
 # (%m). A test that fails ends the measurement. PROGRAM
@@ -62,7 +62,7 @@ cover_module() {
 
 # The Runner by its own tests, and by the runners that they start.
 cover_runner() {
-    build_coverage runner_tests runner refusal_tests
+    build_coverage runner_tests runner fault_tests
     step "Counting lines and branches: the Runner"
     local program
     for program in $RUNNER_TESTS; do

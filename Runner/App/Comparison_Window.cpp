@@ -175,13 +175,14 @@ private:
 };
 } // namespace
 
-Outcome CompareInWindow(const RunOptions& options, FILE*)
+Outcome CompareInWindow(const RunOptions& options, FILE* err)
 {
     SideBySide games(options); // before the window
     std::string why;
     const auto window = Window::Open({"Comparison", options.scale, options.fullscreen, options.keys, true}, why);
     if (window == nullptr)
         return {why, EXIT_GAME_ERROR};
+    window->onLost = [err] { EndWithoutDisplay(err, ""); };
     games.SetWindow(*window);
     games.GoTo(0);
     if (!games.CanPlay())

@@ -39,4 +39,13 @@ InterruptHandler::~InterruptHandler()
 const char* InterruptHandler::Word() { return s_signal == SIGTERM ? "terminated" : "interrupted"; }
 
 int InterruptHandler::Status() { return STATUS_OF_SIGNALS + s_signal; }
+
+IgnoredSignal::IgnoredSignal(int signal) : m_signal(signal)
+{
+    struct sigaction ignored = {};
+    ignored.sa_handler = SIG_IGN;
+    sigaction(signal, &ignored, &m_before);
+}
+
+IgnoredSignal::~IgnoredSignal() { sigaction(m_signal, &m_before, nullptr); }
 } // namespace Runner

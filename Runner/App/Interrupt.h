@@ -22,4 +22,18 @@ private:
     struct sigaction m_interruptBefore = {};
     struct sigaction m_terminateBefore = {};
 };
+// While it lives, that signal has no effect. SIGXFSZ, which comes at a write beyond the user's limit on the sizes of
+// files, would end the process before it can say why; ignored, the write fails and its reason is told.
+class IgnoredSignal
+{
+public:
+    explicit IgnoredSignal(int signal);
+    ~IgnoredSignal();
+    IgnoredSignal(const IgnoredSignal&) = delete;
+    IgnoredSignal& operator=(const IgnoredSignal&) = delete;
+
+private:
+    const int m_signal;
+    struct sigaction m_before = {};
+};
 } // namespace Runner

@@ -171,6 +171,16 @@ Outcome LiveRun::Play(FailureReport& report, Picture& last)
     return End();
 }
 
+std::string LiveRun::Rescue()
+{
+    std::string why;
+    if (m_timeline.Now().Failure().empty())
+        KeepSettings(true);
+    m_timeline.Finish(why);
+    m_timeline.Now().Finish();
+    return why;
+}
+
 Outcome LiveRun::End()
 {
     std::string why;

@@ -21,6 +21,7 @@ public:
 
     // report, last: filled when the outcome has a line; last is what the game showed before it failed.
     Outcome Play(FailureReport& report, Picture& last);
+    std::string Rescue(); // where no further frame can be played: keeps settings and recording. Why not, in one line
     bool WantsAgain() const { return m_wantsAgain; } // the user has seen the error, and starts the game again
 
     void Idle() override;

@@ -40,6 +40,26 @@ room_add{
 }
 )";
 
+// The folder of a game that is being made. It goes again unless the game came into it.
+class NewFolder
+{
+public:
+    explicit NewFolder(const std::string& name) : m_name(name), m_isMade(mkdir(name.c_str(), FOLDER_MODE) == 0) {}
+    ~NewFolder()
+    {
+        if (m_isMade)
+            rmdir(m_name.c_str()); // without effect once a file is in it
+    }
+    NewFolder(const NewFolder&) = delete;
+    NewFolder& operator=(const NewFolder&) = delete;
+
+    bool IsMade() const { return m_isMade; }
+
+private:
+    const std::string& m_name;
+    const bool m_isMade;
+};
+
 std::string TextOf(const std::string& name)
 {
     std::string text = GAME;
@@ -57,17 +77,15 @@ std::string WrongGameName(const std::string& name)
 bool MakeNewGame(const std::string& name, std::string& told)
 {
     const std::string text = TextOf(name), file = name + "/" + name + ".lua";
-    if (mkdir(name.c_str(), FOLDER_MODE) != 0)
+    const NewFolder folder(name);
+    if (!folder.IsMade())
     {
         told = errno == EEXIST ? name + " is there already, and is left as it is: choose another name"
                                : "cannot make the folder " + name + ": " + std::strerror(errno);
         return false;
     }
     if (!WriteFileAtomically(file, text.data(), text.size(), told))
-    {
-        rmdir(name.c_str());
         return false;
-    }
     told = "made " + file + "; play it: runner " + file + " --window (Docs/Your_Game.md goes on from here)";
     return true;
 }

@@ -19,6 +19,8 @@
 #include "Runner/Host/Memory.h"
 
 #include <algorithm>
+#include <cstdlib>
+#include <exception>
 #include <new>
 
 namespace Runner
@@ -136,6 +138,69 @@ int CompareTwoSaves(const RunOptions& options, FILE* out, FILE* err)
     return why.empty() ? EXIT_GAME_ERROR : Complain(err, why, EXIT_GAME_ERROR);
 }
 
+// Where memory runs out and nobody can be told any more: in a destructor, in the library's own handling of an error, or
+// below the module, which no exception may pass. The line is written and the process ends, as after a caught one.
+class LastWord
+{
+public:
+    explicit LastWord(FILE* err)
+        : m_before(std::set_terminate(EndProcess)), m_newBefore(std::set_new_handler(NoteRefusal))
+    {
+        s_err = err;
+        s_isRefused = false;
+    }
+    ~LastWord()
+    {
+        std::set_terminate(m_before);
+        std::set_new_handler(m_newBefore);
+    }
+    LastWord(const LastWord&) = delete;
+    LastWord& operator=(const LastWord&) = delete;
+
+    static void SayNoMemory(FILE* err) { std::fputs("runner: not enough memory\n", err); }
+
+private:
+    [[noreturn]] static void NoteRefusal()
+    {
+        s_isRefused = true;
+        throw std::bad_alloc();
+    }
+
+    [[noreturn]] static void SayAndEnd()
+    {
+        SayNoMemory(s_err);
+        std::fflush(nullptr);
+        std::_Exit(EXIT_GAME_ERROR);
+    }
+
+    // What the library's own functions do not let pass is not known here any more: the refusal has been noted.
+    [[noreturn]] static void EndProcess()
+    {
+        try
+        {
+            if (std::current_exception() != nullptr)
+                std::rethrow_exception(std::current_exception());
+        }
+        catch (const std::bad_alloc&)
+        {
+            SayAndEnd();
+        }
+        catch (...) // a fault of the program's own: what follows shows where
+        {
+        }
+        if (s_isRefused && std::current_exception() == nullptr)
+            SayAndEnd();
+        std::abort();
+    }
+
+    static FILE* s_err;
+    static bool s_isRefused;
+    const std::terminate_handler m_before;
+    const std::new_handler m_newBefore;
+};
+FILE* LastWord::s_err = nullptr;
+bool LastWord::s_isRefused = false;
+
 int Run(int argc, char** argv, FILE* out, FILE* err)
 {
     RunOptions options;
@@ -155,6 +220,8 @@ int Run(int argc, char** argv, FILE* out, FILE* err)
 // Scripts are told themselves when memory runs out; what happens outside of them ends here.
 int RunnerMain(int argc, char** argv, FILE* out, FILE* err)
 {
+    const LastWord lastWord(err);
+    const IgnoredSignal noSizeSignal(SIGXFSZ);
     int status = EXIT_GAME_ERROR;
     try
     {
@@ -162,7 +229,7 @@ int RunnerMain(int argc, char** argv, FILE* out, FILE* err)
     }
     catch (const std::bad_alloc&)
     {
-        std::fputs("runner: not enough memory\n", err);
+        LastWord::SayNoMemory(err);
     }
     SetConsoleOutput(nullptr);
     SetConsoleQuiet(false);

@@ -5,6 +5,7 @@
 #include "Runner/Game/Game.h"
 #include "Runner/Lua/Settings_Table.h"
 
+#include <algorithm>
 #include <filesystem>
 
 namespace Runner
@@ -17,8 +18,8 @@ constexpr int FRAMES_BETWEEN_WRITES = 60;
 bool ReadSettings(const std::string& path, Settings& settings, std::string& why)
 {
     settings.clear();
-    std::error_code ignored;
-    if (path.empty() || !std::filesystem::exists(path, ignored))
+    std::error_code error;
+    if (path.empty() || (!std::filesystem::exists(path, error) && !error))
         return true;
     std::vector<uint8_t> bytes;
     if (!ReadWholeFile(path, bytes, why))
@@ -35,14 +36,16 @@ bool SettingsKeeper::Keep(Game& game, bool isLast, std::string& why)
     Settings now;
     if (!TakeSettings(game.scripts, now))
         return false;
-    ++m_framesSinceWritten;
-    if (m_path.empty() || now == m_written || (!isLast && m_framesSinceWritten < FRAMES_BETWEEN_WRITES))
+    m_framesSinceWritten = std::min(m_framesSinceWritten + 1, FRAMES_BETWEEN_WRITES);
+    const bool isKnown = now == m_written && !(isLast && m_isUnwritten);
+    if (m_path.empty() || isKnown || (!isLast && m_framesSinceWritten < FRAMES_BETWEEN_WRITES))
         return true;
     const std::string text = SettingsText(now);
     m_framesSinceWritten = 0;
     m_written = now;
     std::error_code ignored;
     std::filesystem::create_directories(std::filesystem::path(m_path).parent_path(), ignored);
-    return WriteFileAtomically(m_path, text.data(), text.size(), why);
+    m_isUnwritten = !WriteFileAtomically(m_path, text.data(), text.size(), why);
+    return !m_isUnwritten;
 }
 } // namespace Runner

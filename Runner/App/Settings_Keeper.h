@@ -25,6 +25,7 @@ public:
 private:
     const std::string m_path;
     Settings m_written;
-    int m_framesSinceWritten = 0;
+    int m_framesSinceWritten = 0; // at most as many as must lie between two writes
+    bool m_isUnwritten = false;   // the last write failed: tried once more at the end
 };
 } // namespace Runner

@@ -11,6 +11,7 @@
 #include "Runner/Host/Files.h"
 
 #include <filesystem>
+#include <functional>
 #include <utility>
 
 namespace Runner
@@ -23,7 +24,11 @@ public:
     WindowRun(const RunOptions& options, Window& window, FILE* err)
         : m_options(options), m_menuOut(options.out), m_window(window), m_err(err), m_recordWanted(options.record)
     {
+        m_window.onLost = [this] { EndWithoutDisplay(m_err, m_rescue ? m_rescue() : ""); };
     }
+    ~WindowRun() { m_window.onLost = nullptr; }
+    WindowRun(const WindowRun&) = delete;
+    WindowRun& operator=(const WindowRun&) = delete;
 
     Outcome Play()
     {
@@ -47,6 +52,21 @@ public:
     }
 
 private:
+    // What a run must keep when it cannot end as others do: closes its recording and answers why not, in one line.
+    using Rescue = std::function<std::string()>;
+
+    class RescueScope
+    {
+    public:
+        RescueScope(Rescue& place, Rescue rescue) : m_place(place) { m_place = std::move(rescue); }
+        ~RescueScope() { m_place = nullptr; }
+        RescueScope(const RescueScope&) = delete;
+        RescueScope& operator=(const RescueScope&) = delete;
+
+    private:
+        Rescue& m_place;
+    };
+
     // Each game of the menu has a save area of its own.
     void Choose(const MenuEntry& game)
     {
@@ -97,6 +117,7 @@ private:
     Outcome PlayLive(const RunOptions& options, RunStart& start, FailureReport& report)
     {
         LiveRun run(options, m_window, start, m_err);
+        const RescueScope rescue(m_rescue, [&run] { return run.Rescue(); });
         Outcome outcome = run.Play(report, m_last);
         start.ShowNotice(m_err);
         m_wantsAgain = run.WantsAgain();
@@ -148,6 +169,14 @@ private:
         stage.SetPaced(!options.unpaced);
         if (options.paceSeconds > 0)
             stage.KeepTimes();
+        const RescueScope rescue(m_rescue,
+                                 [&start, &game]
+                                 {
+                                     std::string lost;
+                                     start.Finish(game, lost);
+                                     game.Finish();
+                                     return lost;
+                                 });
         Outcome outcome = Session(game, options, start, stage, m_err).Play();
         stage.TellRate(m_err);
         start.ShowNotice(m_err);
@@ -165,6 +194,7 @@ private:
     Window& m_window;
     FILE* m_err;
     const std::string m_recordWanted; // by the user, for the first run
+    Rescue m_rescue;                  // of the running game; null for none
     Picture m_last;                   // that the game showed before it failed
     bool m_wantsAgain = false;        // the error page has been shown, and the game is to start again
 };

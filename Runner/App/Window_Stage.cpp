@@ -1,5 +1,6 @@
 #include "Runner/App/Window_Stage.h"
 
+#include "Runner/App/Options.h"
 #include "Runner/Draw/Device.h"
 #include "Runner/Input/Input_Names.h"
 
@@ -7,6 +8,7 @@
 #include <chrono>
 #include <cmath>
 #include <cstdio>
+#include <cstdlib>
 #include <thread>
 #include <utility>
 
@@ -218,5 +220,12 @@ bool WindowStage::Next(InputFrame& frame)
         frame = m_window.TakeInput();
         return m_player == nullptr || m_player->Next(frame);
     }
+}
+
+void EndWithoutDisplay(FILE* err, const std::string& why)
+{
+    std::fprintf(err, "runner: the display has gone away%s%s\n", why.empty() ? "" : "; ", why.c_str());
+    std::fflush(nullptr);
+    std::_Exit(EXIT_GAME_ERROR);
 }
 } // namespace Runner

@@ -7,9 +7,16 @@
 #include "Runner/Window/Frame_Pace.h"
 #include "Runner/Window/Step_Clock.h"
 
+#include <cstdio>
+#include <string>
+
 namespace Runner
 {
 constexpr int STEPS_PER_SECOND = FRAMES_A_SECOND;
+
+// Ends the process with one line and a status, after what must be kept has been written: what Window::onLost is for.
+// why: what could not be kept, in one line; empty when all was.
+[[noreturn]] void EndWithoutDisplay(FILE* err, const std::string& why);
 
 // What a window shows.
 class StagePicture

@@ -17,10 +17,21 @@ public:
     bool Has(T* root) const { return m_indices.count(root) != 0; }
     size_t Size() const { return m_indices.size(); }
 
-    void Add(T* root) // nothing for null and for what is in it
+    // Nothing for null and for what is in it. When memory is refused, the set stays as it was.
+    void Add(T* root)
     {
-        if (root != nullptr && m_indices.emplace(root, m_entries.size()).second)
-            m_entries.push_back(root);
+        if (root == nullptr || Has(root))
+            return;
+        m_entries.push_back(root);
+        try
+        {
+            m_indices.emplace(root, m_entries.size() - 1);
+        }
+        catch (...)
+        {
+            m_entries.pop_back();
+            throw;
+        }
     }
 
     void Remove(T* root) // nothing for what is not in it

@@ -173,9 +173,9 @@ bool WriteFileAtomically(const std::string& path, const void* data, size_t size,
 {
     if (!MayBeReplaced(path, why))
         return false;
-    PartFile part(path + ".part");
+    PartFile part(path + PART_FILE_END);
     part.Remove();
-    File file(path + ".part", O_WRONLY | O_CREAT | O_EXCL);
+    File file(path + PART_FILE_END, O_WRONLY | O_CREAT | O_EXCL);
     if (!file.IsOpen())
         return Failed(why, "make", path);
     if (!WriteAll(file.Number(), static_cast<const unsigned char*>(data), size))
@@ -185,9 +185,9 @@ bool WriteFileAtomically(const std::string& path, const void* data, size_t size,
 
 bool TryToWriteFile(const std::string& path, std::string& why)
 {
-    const PartFile part(path + ".part");
+    const PartFile part(path + PART_FILE_END);
     part.Remove();
-    const File file(path + ".part", O_WRONLY | O_CREAT | O_EXCL);
+    const File file(path + PART_FILE_END, O_WRONLY | O_CREAT | O_EXCL);
     return file.IsOpen() ? MayBeReplaced(path, why) : Failed(why, "make", path);
 }
 

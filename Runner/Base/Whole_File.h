@@ -8,6 +8,9 @@
 
 namespace Runner
 {
+// How the names of temporary files end.
+constexpr char PART_FILE_END[] = ".part";
+
 // Writes a whole file by an atomic rename: after a crash at any moment the path holds the old file or the new one,
 // never a part. On failure false, and why in one line; the old file is then unchanged, and nothing else is left behind.
 // The temporary file is PATH.part in the same directory; one left there by a crash is replaced.

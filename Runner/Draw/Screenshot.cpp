@@ -63,7 +63,7 @@ bool WriteScreenshot(Picture picture, const std::string& name, const std::string
     const std::string format = PictureFormat(name, asked, why);
     if (format.empty())
         return false;
-    const std::string part = name + ".part";
+    const std::string part = name + PART_FILE_END;
     const std::string path = SavePath(name);
     const std::string partPath = path.empty() ? "" : SavePath(part);
     if (!path.empty() && !partPath.empty())

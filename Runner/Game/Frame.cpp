@@ -15,6 +15,11 @@ namespace Runner
 {
 bool Game::Frame(const InputFrame& seen)
 {
+    if (m_frame >= COUNTERS_END - 1)
+    {
+        scripts.Fail("the game has played " + std::to_string(m_frame) + " frames, and cannot count further");
+        return false;
+    }
     input.BeginFrame(seen);
     if (options.journal != nullptr)
         options.journal->BeginFrame(*this);

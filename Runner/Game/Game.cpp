@@ -23,14 +23,14 @@ Game* s_current = nullptr;
 Game::Game(const GameOptions& gameOptions, ScriptOpener openScripts)
     : options(gameOptions), random(gameOptions.seed), scripts(random), m_openScripts(openScripts)
 {
-    s_current = this;
     scripts.SetLimits(options.limits);
     if (options.strict)
         scripts.strict.SwitchOn();
     ResetGraphics();
     TakeError();
-    Collector::SetStress(options.gcStress);
     MakeGlobalInstance();
+    Collector::SetStress(options.gcStress);
+    s_current = this; // nothing refuses memory any more: the destructor will run
 }
 
 // Cameras go before the collector frees their callables, and these before the Lua state.
@@ -179,8 +179,18 @@ bool Game::PopTarget()
 
 // ---- instances ----
 
+bool Game::MayCreateInstance()
+{
+    if (!world.MayCreate())
+        scripts.Fail("no further instance can be made: the game has used up all " + std::to_string(COUNTERS_END) +
+                     " identifiers");
+    return world.MayCreate();
+}
+
 Instance* Game::CreateInstance(ObjectType& type, float x, float y)
 {
+    if (!MayCreateInstance())
+        return nullptr;
     Instance& instance = world.Create(type, x, y);
     return scripts.Call(type.traits.Script(Event::Create), &instance) ? &instance : nullptr;
 }
@@ -266,6 +276,8 @@ Instance* Game::CreatePlaced(const RoomPlacement& placement)
     ObjectType& type = *world.FindObject(placement.object);
     if (placement.placed == nullptr)
         return CreateInstance(type, placement.x, placement.y);
+    if (!MayCreateInstance())
+        return nullptr;
     const PlacedObject& placed = *placement.placed;
     Instance& instance = world.Create(type, placement.x, placement.y);
     instance.visible = instance.visible && placed.visible;

@@ -160,6 +160,7 @@ private:
         const int32_t& m_where;
     };
 
+    bool MayCreateInstance(); // false, and failed: no identifier is left
     Instance* CreatePlaced(const RoomPlacement& placement);
     bool CheckEverything();
     void CollectHostError(int camera);

@@ -1,6 +1,7 @@
 #include "Runner/Host/Arrays.h"
 
 #include "Files/LLVM/RValue.h"
+#include "Runner/Base/Without_Throwing.h"
 
 namespace
 {
@@ -75,7 +76,10 @@ void Array_SetOwner(RefDynamicArrayOfRValue* array)
 
 KvObjectBase* GetContextStackTop() { return Stack().empty() ? nullptr : Stack().back(); }
 
-void PushContextStack(KvObjectBase* owner) { Stack().push_back(owner); }
+void PushContextStack(KvObjectBase* owner)
+{
+    Runner::WithoutThrowing([owner] { Stack().push_back(owner); });
+}
 
 void PopContextStack(int count)
 {
@@ -87,7 +91,10 @@ namespace Runner
 {
 const std::vector<KvObjectBase*>& ContextStack() { return Stack(); }
 
-void GiveToGame(RefDynamicArrayOfRValue* array) { ArraysOfTheGame().Add(array); }
+void GiveToGame(RefDynamicArrayOfRValue* array)
+{
+    WithoutThrowing([array] { ArraysOfTheGame().Add(array); });
+}
 
 const RootSet<RefDynamicArrayOfRValue>& GameArrays() { return ArraysOfTheGame(); }
 } // namespace Runner

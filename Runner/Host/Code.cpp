@@ -1,8 +1,11 @@
 #include "Runner/Host/Code.h"
 
+#include "Runner/Base/Without_Throwing.h"
+
 #include <algorithm>
 #include <cstdarg>
 #include <cstdio>
+#include <cstring>
 #include <map>
 
 namespace
@@ -14,7 +17,7 @@ struct Code
 {
     std::vector<Runner::Builtin> builtins;
     std::map<std::string, size_t, std::less<>> places; // name to index in builtins
-    std::string error;
+    char error[ERROR_TEXT_MAX] = {}; // an array: an error may have to be reported when there is no memory
     bool errorWaits = false;
 };
 
@@ -26,15 +29,15 @@ Code& TheCode()
     return code;
 }
 
+bool EndsLine(char c) { return c == '\n' || c == '\r'; }
+
 // Makes one line: line ends at the end are cut, those inside become blanks.
-std::string AsOneLine(std::string text)
+void MakeOneLine(char* text)
 {
-    while (!text.empty() && (text.back() == '\n' || text.back() == '\r'))
-        text.pop_back();
-    for (char& c : text)
-        if (c == '\n' || c == '\r')
-            c = ' ';
-    return text;
+    size_t size = std::strlen(text);
+    while (size > 0 && EndsLine(text[size - 1]))
+        text[--size] = '\0';
+    std::replace_if(text, text + size, EndsLine, ' ');
 }
 } // namespace
 
@@ -42,12 +45,16 @@ void Function_Add(const char* name, TFunction handler, int argc, bool)
 {
     if (name == nullptr || handler == nullptr)
         return;
-    Code& code = TheCode();
-    const auto place = code.places.emplace(name, code.builtins.size());
-    if (place.second)
-        code.builtins.push_back({name, handler, argc});
-    else
-        code.builtins[place.first->second] = {name, handler, argc};
+    Runner::WithoutThrowing(
+        [=]
+        {
+            Code& code = TheCode();
+            const auto place = code.places.emplace(name, code.builtins.size());
+            if (place.second)
+                code.builtins.push_back({name, handler, argc});
+            else
+                code.builtins[place.first->second] = {name, handler, argc};
+        });
 }
 
 void KvError(const char* format, ...)
@@ -55,12 +62,13 @@ void KvError(const char* format, ...)
     Code& code = TheCode();
     if (code.errorWaits)
         return;
-    char text[ERROR_TEXT_MAX];
     va_list arguments;
     va_start(arguments, format);
-    const int length = std::vsnprintf(text, sizeof(text), format, arguments);
+    const int length = std::vsnprintf(code.error, sizeof(code.error), format, arguments);
     va_end(arguments);
-    code.error = length < 0 ? "an error whose message cannot be formatted" : AsOneLine(text);
+    if (length < 0)
+        std::snprintf(code.error, sizeof(code.error), "an error whose message cannot be formatted");
+    MakeOneLine(code.error);
     code.errorWaits = true;
 }
 
@@ -86,9 +94,8 @@ bool HasError() { return TheCode().errorWaits; }
 std::string TakeError()
 {
     Code& code = TheCode();
+    std::string error = code.errorWaits ? code.error : "";
     code.errorWaits = false;
-    std::string error;
-    error.swap(code.error);
     return error;
 }
 

@@ -1,11 +1,13 @@
 #include "Runner/Host/Collector.h"
 
 #include "Runner/Base/Root_Set.h"
+#include "Runner/Base/Without_Throwing.h"
 #include "Runner/Host/Arrays.h"
 #include "Runner/Host/Slot_Table.h"
 
 #include <algorithm>
 #include <climits>
+#include <new>
 #include <unordered_set>
 
 CGCGeneration g_GCGens[2] = {{0, 0}, {0, 0}};
@@ -40,14 +42,15 @@ struct Heap
     std::vector<KvObjectBase*> objects;
     std::vector<const RefDynamicArrayOfRValue*> arrays;
     std::unordered_set<const RefDynamicArrayOfRValue*> arraysSeen;
+    bool hasRunOut = false;       // of memory while marking: nothing is freed this time
     bool takesReferences = false; // from the first root until PreFree has been called on all objects to be freed
 
     bool busy = false;
     bool stress = false;
     int made = 0;           // objects since the last collection
     int fromSafepoints = 0; // collections
-    int collections = 0;
-    int freed = 0;
+    int64_t collections = 0;
+    int64_t freed = 0;
 };
 
 // Made on first use and never destroyed: cameras detach their proxies after main.
@@ -59,16 +62,27 @@ Heap& TheHeap()
 
 // ---- marking ----
 
+// Objects of the module call these, and no exception may pass them: a refusal is noted instead.
 void Reach(Heap& heap, KvObjectBase* object)
+try
 {
     if (object != nullptr && heap.takesReferences)
         heap.objects.push_back(object);
 }
+catch (const std::bad_alloc&)
+{
+    heap.hasRunOut = true;
+}
 
 void Reach(Heap& heap, const RefDynamicArrayOfRValue* array)
+try
 {
     if (array != nullptr && heap.takesReferences && heap.arraysSeen.insert(array).second)
         heap.arrays.push_back(array);
+}
+catch (const std::bad_alloc&)
+{
+    heap.hasRunOut = true;
 }
 
 void Reach(Heap& heap, const RValue& value)
@@ -120,8 +134,11 @@ void ReachAllButYoung(Heap& heap)
                 Reach(heap, object);
 }
 
-void Mark(Heap& heap, bool full)
+// False: there is no memory for it.
+bool Mark(Heap& heap, bool full)
+try
 {
+    heap.hasRunOut = false;
     heap.marks.assign((static_cast<size_t>(g_slotObjects.m_nCapacity) + 31) / 32, 0);
     heap.arraysSeen.clear();
     heap.takesReferences = true;
@@ -129,6 +146,11 @@ void Mark(Heap& heap, bool full)
     if (!full)
         ReachAllButYoung(heap);
     MarkReached(heap);
+    return !heap.hasRunOut;
+}
+catch (const std::bad_alloc&)
+{
+    return false;
 }
 
 // ---- sweeping ----
@@ -165,7 +187,7 @@ void FreeDoomed(Heap& heap, bool full)
             MarkReached(heap); // what PreFree has stored stays alive
         }
     heap.takesReferences = false;
-    for (int slot = g_GCrangestart; slot < g_GCrangeend; ++slot)
+    for (int slot = g_GCrangestart; slot < g_GCrangeend && !heap.hasRunOut; ++slot)
         if (KvObjectBase* object = DoomedAt(heap, slot, full))
             heap.freed += object->Free(true) ? 1 : 0;
 }
@@ -201,7 +223,7 @@ bool FreeAllButGlobals(Heap& heap)
     for (int slot = 0; slot < g_slotObjects.m_nCapacity; ++slot)
         if (mayGo(g_slotObjects.m_ppEntries[slot]))
             g_slotObjects.m_ppEntries[slot]->PreFree();
-    const int before = heap.freed;
+    const int64_t before = heap.freed;
     for (int slot = 0; slot < g_slotObjects.m_nCapacity; ++slot)
         if (mayGo(g_slotObjects.m_ppEntries[slot]))
             heap.freed += g_slotObjects.m_ppEntries[slot]->Free(true) ? 1 : 0;
@@ -216,8 +238,11 @@ void Collector::Collect(bool full)
         return;
     heap.busy = true;
     heap.made = 0;
-    Mark(heap, full);
-    Sweep(heap, full);
+    if (Mark(heap, full))
+        Sweep(heap, full);
+    heap.takesReferences = false;
+    heap.objects.clear();
+    heap.arrays.clear();
     ++heap.collections;
     if (KvObjectBase::ms_currentCounter < INT_MAX)
         ++KvObjectBase::ms_currentCounter;
@@ -374,7 +399,10 @@ int GetNewObjGCGen()
     return Runner::YOUNG;
 }
 
-void AddGlobalObject(KvObjectBase* object) { Runner::TheHeap().globals.Add(object); }
+void AddGlobalObject(KvObjectBase* object)
+{
+    Runner::WithoutThrowing([object] { Runner::TheHeap().globals.Add(object); });
+}
 
 void RemoveGlobalObject(KvObjectBase* object) { Runner::TheHeap().globals.Remove(object); }
 

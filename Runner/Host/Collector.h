@@ -18,6 +18,7 @@
 
 #include "Files/Object/Object_Base.h"
 
+#include <cstdint>
 #include <string>
 
 namespace Runner
@@ -27,11 +28,11 @@ class Collector
 public:
     struct Stats
     {
-        int live;        // objects placed
-        int young;       // of these
-        int old;         // of these; an object placed while collection was off is in neither until a full collection
-        int collections; // so far
-        int freed;       // so far
+        int live;  // objects placed
+        int young; // of these
+        int old;   // of these; an object placed while collection was off is in neither until a full collection
+        int64_t collections; // so far
+        int64_t freed;       // so far
     };
 
     // Frees the objects that no root leads to, among the young ones or among all (full). Survivors are old afterwards.

@@ -9,16 +9,38 @@ namespace Runner
 {
 namespace
 {
-constexpr char OBJECTS[] = "runner.callables"; // registry: function -> its object, while that lives
+// The registry's key of the table: function -> its object, while that lives. An address, because a text may have to be
+// made, which takes memory.
+constexpr char OBJECTS = 0;
 
 void PushObjectTable(lua_State* L)
 {
-    if (lua_getfield(L, LUA_REGISTRYINDEX, OBJECTS) == LUA_TTABLE)
+    if (lua_rawgetp(L, LUA_REGISTRYINDEX, &OBJECTS) == LUA_TTABLE)
         return;
     lua_pop(L, 1);
     lua_newtable(L);
     lua_pushvalue(L, -1);
-    lua_setfield(L, LUA_REGISTRYINDEX, OBJECTS);
+    lua_rawsetp(L, LUA_REGISTRYINDEX, &OBJECTS);
+}
+
+// Nothing here takes memory: a destructor cannot report that there is none.
+void RemoveFromObjectTable(lua_State* L, const ScriptFunction& function)
+{
+    if (lua_checkstack(L, 4) == 0)
+        return;
+    const int top = lua_gettop(L);
+    if (lua_rawgetp(L, LUA_REGISTRYINDEX, &OBJECTS) == LUA_TTABLE)
+    {
+        function.Push(L);
+        lua_pushvalue(L, -1);
+        if (lua_rawget(L, -3) != LUA_TNIL) // an entry that is missing would be made
+        {
+            lua_pop(L, 1);
+            lua_pushnil(L);
+            lua_rawset(L, -3);
+        }
+    }
+    lua_settop(L, top);
 }
 } // namespace
 
@@ -33,15 +55,7 @@ ScriptFunction::~ScriptFunction()
     ScriptEngine* engine = ScriptEngine::Current();
     if (engine == nullptr || !engine->IsOpen())
         return;
-    lua_State* L = engine->Running();
-    if (lua_checkstack(L, 4) != 0)
-    {
-        PushObjectTable(L);
-        Push(L);
-        lua_pushnil(L);
-        lua_rawset(L, -3);
-        lua_pop(L, 1);
-    }
+    RemoveFromObjectTable(engine->Running(), *this);
     engine->Drop(m_reference);
 }
 

@@ -20,6 +20,7 @@ namespace Runner
 {
 namespace
 {
+constexpr char NO_MEMORY[] = "not enough memory";
 constexpr size_t BYTES_OF_A_COLLECTION_UNIT = 16;    // Lua collects everything before it gives up on an allocation
 constexpr char INCLUDED_FILES[] = "runner.included"; // registry: name -> { result }
 
@@ -85,6 +86,16 @@ int RunProtected(lua_State* L)
                      });
 }
 
+// Lua calls this for an error outside of every protected call, and would end the process without a word afterwards.
+// There the Runner only moves values, so that a refused allocation is the one error that can come.
+int LeaveUnprotected(lua_State* L)
+{
+    const char* const text = lua_type(L, -1) == LUA_TSTRING ? lua_tostring(L, -1) : "";
+    if (std::strcmp(text, NO_MEMORY) != 0)
+        std::fprintf(stderr, "runner: an error outside of the scripts: %s\n", text);
+    throw std::bad_alloc();
+}
+
 // False: body threw, and its message is on the stack.
 bool RunAndCatch(lua_State* L, int (*body)(lua_State*), int& results)
 {
@@ -103,7 +114,7 @@ bool RunAndCatch(lua_State* L, int (*body)(lua_State*), int& results)
     }
     catch (const std::bad_alloc&)
     {
-        lua_pushliteral(L, "not enough memory");
+        lua_pushstring(L, NO_MEMORY);
     }
     return false;
 }
@@ -124,8 +135,15 @@ std::string ScriptPosition(lua_State* L)
 int RunForLua(lua_State* L, int (*body)(lua_State*))
 {
     int results = 0;
-    if (RunAndCatch(L, body, results))
-        return results;
+    try
+    {
+        if (RunAndCatch(L, body, results))
+            return results;
+    }
+    catch (const std::bad_alloc&) // for the text of another error
+    {
+        lua_pushstring(L, NO_MEMORY);
+    }
     return lua_error(L);
 }
 
@@ -133,9 +151,11 @@ int RunForLua(lua_State* L, int (*body)(lua_State*))
 
 ScriptEngine::ScriptEngine(Random& random)
 {
+    m_failure.reserve(sizeof NO_MEMORY);
     m_main = lua_newstate(&ScriptEngine::Allocate, this);
     if (m_main == nullptr)
         throw std::bad_alloc();
+    lua_atpanic(m_main, LeaveUnprotected);
     m_running = m_main;
     s_current = this;
     StartCounting();
@@ -178,17 +198,32 @@ void* ScriptEngine::Allocate(void* engine, void* block, size_t oldSize, size_t n
     // Each coroutine counts its instructions from nothing, so making one costs as many as it may run unseen.
     if (block == nullptr && oldSize == LUA_TTHREAD)
         self->m_instructions += INSTRUCTIONS_BETWEEN_CHECKS;
-    if (newSize > held && newSize - held > self->m_limits.memory - std::min(self->m_memory, self->m_limits.memory))
+    const bool isWithin =
+        newSize <= held || newSize - held <= self->m_limits.memory - std::min(self->m_memory, self->m_limits.memory);
+    void* moved = isWithin ? std::realloc(block, newSize) : nullptr;
+    if (moved == nullptr && newSize <= held)
+        moved = block; // Lua relies on it that a block can become smaller
+    if (moved == nullptr)
     {
-        if (self->m_running != nullptr)
-            self->m_refusedAt = ScriptPosition(self->m_running);
+        self->NoteRefusal(!isWithin);
         luai_work(self->m_memory / BYTES_OF_A_COLLECTION_UNIT);
-        return nullptr;
     }
-    void* moved = std::realloc(block, newSize);
-    if (moved != nullptr)
+    else
         self->m_memory = self->m_memory - held + newSize;
     return moved;
+}
+
+void ScriptEngine::NoteRefusal(bool isLimit)
+try
+{
+    m_isLimitReached = isLimit;
+    m_refusedAt.clear();
+    if (m_running != nullptr)
+        m_refusedAt = ScriptPosition(m_running);
+}
+catch (const std::bad_alloc&) // Lua calls, and there is a report without a position
+{
+    m_refusedAt.clear();
 }
 
 // ---- files ----
@@ -297,7 +332,9 @@ void ScriptEngine::NoteEvent()
 }
 
 // Turns an error value of any type into a line of text, with a position where one is known. No metamethod is asked.
+// Without memory for that the value stays as it is.
 int ScriptEngine::DescribeError(lua_State* L)
+try
 {
     if (!s_current->Failed())
         s_current->NoteTrouble(L);
@@ -308,6 +345,11 @@ int ScriptEngine::DescribeError(lua_State* L)
     if (const char* text = lua_type(L, 1) == LUA_TSTRING ? lua_tolstring(L, 1, &size) : nullptr)
         return HasPosition(std::string(text, size)) ? 1 : PushText(L, position + std::string(text, size));
     return PushText(L, position + "an error without a message (a " + luaL_typename(L, 1) + " value)");
+}
+catch (const std::bad_alloc&)
+{
+    lua_settop(L, 1);
+    return 1;
 }
 
 bool ScriptEngine::Protect(Body body, void* context, int called)
@@ -329,16 +371,27 @@ bool ScriptEngine::Protect(Body body, void* context, int called)
     const int status = lua_pcall(L, 1, 0, handler);
     m_called = outer;
     if (status != LUA_OK)
-    {
-        const char* message = lua_tostring(L, -1);
-        if (!Failed() && status == LUA_ERRMEM) // no message handler has run
-            NoteEvent();
-        if (!Failed())
-            m_trouble.called = called;
-        Fail(status == LUA_ERRMEM ? MemoryFailure() : message == nullptr ? "an error without a message" : message);
-    }
+        FailWith(L, status, called);
     lua_settop(L, handler - 1);
     return status == LUA_OK;
+}
+
+// Makes the error on the stack the failure. Memory may run out for that, too: the module may have called, which no
+// exception may pass.
+void ScriptEngine::FailWith(lua_State* L, int status, int called)
+try
+{
+    const char* message = lua_type(L, -1) == LUA_TSTRING ? lua_tostring(L, -1) : nullptr;
+    if (!Failed() && status == LUA_ERRMEM) // no message handler has run
+        NoteEvent();
+    if (!Failed())
+        m_trouble.called = called;
+    Fail(status == LUA_ERRMEM ? MemoryFailure() : message == nullptr ? "an error without a message" : message);
+}
+catch (const std::bad_alloc&)
+{
+    if (!Failed())
+        m_failure = NO_MEMORY; // for which room is reserved
 }
 
 bool ScriptEngine::Call(int reference, Instance* self)
@@ -376,8 +429,8 @@ void ScriptEngine::Fail(const std::string& text)
 
 std::string ScriptEngine::TakeFailure()
 {
-    std::string text;
-    text.swap(m_failure);
+    std::string text = m_failure;
+    m_failure.clear(); // its room stays reserved
     m_trouble = ScriptTrouble();
     return text;
 }

@@ -148,6 +148,8 @@ private:
     void NoteEvent();
     void PushStopText(lua_State* L) const;
     std::string MemoryFailure() const;
+    void NoteRefusal(bool isLimit);
+    void FailWith(lua_State* L, int status, int called);
 
     // The message handler of Protect.
     static int DescribeError(lua_State* L);
@@ -158,9 +160,10 @@ private:
     int m_called = -1;                   // the reference that Protect was given
     std::map<int, std::string> m_givers; // reference of a C function -> the position of the call that handed it over
     ScriptLimits m_limits;
-    int64_t m_instructions = 0; // of this frame so far, counted at every check
-    size_t m_memory = 0;        // bytes allocated by Lua
-    std::string m_refusedAt;    // the script's position at the last refused allocation
+    int64_t m_instructions = 0;    // of this frame so far, counted at every check
+    size_t m_memory = 0;           // bytes allocated by Lua
+    std::string m_refusedAt;       // the script's position at the last refused allocation
+    bool m_isLimitReached = false; // by that allocation: there was memory beyond the limit
     ScriptTrouble m_trouble;
     std::string m_failure;
 };

@@ -9,6 +9,7 @@
 #include <csignal>
 #include <cstdlib>
 #include <limits>
+#include <new>
 #include <utility>
 
 namespace Runner
@@ -104,12 +105,17 @@ void ScriptEngine::CountHook(lua_State* L, lua_Debug*)
 void ScriptEngine::StopNext(lua_State* L) { lua_sethook(L, &ScriptEngine::CountHook, LUA_MASKCOUNT, 1); }
 
 void ScriptEngine::PushStopText(lua_State* L) const
+try
 {
     std::string text = ScriptPosition(L) + "the script did not come back";
     if (HasSpentInstructions())
         text +=
             ": it has run " + std::to_string(m_limits.instructions / 1000000) + " million instructions in one frame";
     lua_pushlstring(L, text.data(), text.size());
+}
+catch (const std::bad_alloc&) // Lua calls
+{
+    lua_pushliteral(L, "the script did not come back");
 }
 
 // The script may catch this error. From now on every instruction of this coroutine is checked, so that the next error
@@ -143,6 +149,7 @@ void ScriptEngine::SetLimits(const ScriptLimits& limits) { m_limits = limits; }
 // Lua's own message for a refused allocation has no position, and no message handler runs.
 std::string ScriptEngine::MemoryFailure() const
 {
-    return m_refusedAt + "not enough memory: scripts may use " + std::to_string(m_limits.memory >> 20) + " MiB";
+    const std::string text = m_refusedAt + "not enough memory";
+    return m_isLimitReached ? text + ": scripts may use " + std::to_string(m_limits.memory >> 20) + " MiB" : text;
 }
 } // namespace Runner

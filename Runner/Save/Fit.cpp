@@ -36,14 +36,12 @@ std::string DifferenceOf(const GameIdentity& here, const GameIdentity& saved)
 
 namespace
 {
-constexpr int32_t NUMBER_LIMIT = 0x70000000; // of saved counters: room to count on
-
 // ---- the game ----
 
 bool GameFits(const Game& game, const SavedGame& saved)
 {
     return saved.screenWidth == game.ScreenWidth() && saved.screenHeight == game.ScreenHeight() && saved.frame >= 0 &&
-           saved.frame < NUMBER_LIMIT;
+           saved.frame < COUNTERS_END;
 }
 
 // The first room or object that the save names and this game does not have, in one line; empty when there is none. The
@@ -86,7 +84,7 @@ bool WorldFits(const SavedWorld& saved)
             return false;
         last = instance.id;
     }
-    return saved.nextId > last && saved.nextId < NUMBER_LIMIT;
+    return saved.nextId > last && saved.nextId < COUNTERS_END;
 }
 
 // ---- pictures ----

@@ -6,6 +6,8 @@
 #include "Runner/Save/Changed_Map.h"
 #include "Runner/Save/Script_Values.h"
 
+#include <algorithm>
+
 namespace Runner
 {
 namespace
@@ -150,7 +152,7 @@ void RestoreCameras(Game& game, const SavedCameras& saved, const std::vector<Sav
 
 void RestoreNames(GameNames& names, const SavedNames& saved)
 {
-    names.autosaves = saved.autosaves;
+    names.autosaves = std::max(saved.autosaves, 0);
     for (const SavedCameraName& camera : saved.cameras)
         names.SetCamera(camera.id, camera.name);
 }

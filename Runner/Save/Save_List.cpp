@@ -1,7 +1,9 @@
 #include "Runner/Save/Save_List.h"
 
+#include "Runner/Base/Printable.h"
 #include "Runner/Base/Whole_File.h"
 #include "Runner/Game/Game.h"
+#include "Runner/Host/Console.h"
 #include "Runner/Host/Files.h"
 #include "Runner/Save/Byte_Stream.h"
 #include "Runner/Save/Save_File.h"
@@ -57,6 +59,20 @@ std::vector<ListedSave> Decoded(const std::vector<uint8_t>& bytes)
 
 // ---- the save area ----
 
+// What a crash in the middle of a save has left; a whole one is put in place under another name.
+bool IsTemporary(const std::string& name)
+{
+    const std::string end = PART_FILE_END;
+    return name.size() >= end.size() && name.compare(name.size() - end.size(), end.size(), end) == 0;
+}
+
+// An area that is not there holds no saves; one that cannot be read is told, because the list is not whole.
+void TellOfArea(const std::error_code& error)
+{
+    if (error && error != std::errc::no_such_file_or_directory)
+        PrintLine("the saves in " + PrintableName(SaveArea()) + " cannot all be listed: " + error.message());
+}
+
 // The names of its files, relative to it, in order.
 std::vector<std::string> FileNames()
 {
@@ -72,6 +88,8 @@ std::vector<std::string> FileNames()
         if (file->is_regular_file(ignored) && !file->is_symlink(ignored))
             names.push_back(file->path().lexically_relative(area).string());
     }
+    TellOfArea(error);
+    names.erase(std::remove_if(names.begin(), names.end(), IsTemporary), names.end());
     std::sort(names.begin(), names.end());
     return names;
 }
@@ -81,11 +99,10 @@ bool Read(const Game& game, ListedSave& save)
 {
     std::vector<uint8_t> file;
     SavedState state;
-    std::string ignored;
     const std::string path = SaveArea() + "/" + save.name;
-    if (!StartsAsSave(path) || !ReadWholeFile(path, file, ignored))
+    if (!StartsAsSave(path))
         return false;
-    if (!DecodeState(file, state, save.why))
+    if (!ReadWholeFile(path, file, save.why) || !DecodeState(file, state, save.why))
         return true;
     save.version = state.names.version;
     save.room = state.names.room;

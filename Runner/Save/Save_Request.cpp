@@ -52,9 +52,11 @@ Answer SaveRequest::ReadSave(const std::string& name) const
 
 Answer SaveRequest::AskAutosave(Game& game, int slots, std::string& name)
 {
-    name = "autosave_" + std::to_string(game.names.autosaves % slots + 1) + ".sav";
+    int& made = game.names.autosaves;
+    name = "autosave_" + std::to_string(made % slots + 1) + ".sav";
     Answer answer = AskSave(game, name);
-    game.names.autosaves += answer.done ? 1 : 0;
+    if (answer.done)
+        made = (made < COUNTERS_END ? made : made % slots) + 1; // the slots go on in turn
     return answer;
 }
 

@@ -8,6 +8,7 @@
 #include <algorithm>
 #include <cmath>
 #include <cstdlib>
+#include <cstring>
 
 namespace Runner
 {
@@ -24,6 +25,32 @@ void ChooseWindowSystem()
     if (std::getenv("SDL_VIDEODRIVER") == nullptr)
         SDL_SetHint(SDL_HINT_VIDEODRIVER, std::getenv("WAYLAND_DISPLAY") != nullptr ? "wayland,x11" : "x11");
 #endif
+}
+
+// ---- a display that goes away ----
+
+std::function<void()>* s_onLost = nullptr; // of the open window
+
+// X's library ends the process by itself after its handler of broken connections, in the middle of whatever the program
+// does. SDL loads that library, so its function is asked for by name.
+int LoseDisplay(void*)
+{
+    if (s_onLost != nullptr && *s_onLost)
+        (*s_onLost)();
+    return 0;
+}
+
+void WatchDisplay(std::function<void()>& onLost)
+{
+    using Handler = int (*)(void* display);
+    using SetHandler = Handler (*)(Handler handler);
+    const char* const driver = SDL_GetCurrentVideoDriver();
+    s_onLost = &onLost;
+    if (driver == nullptr || std::strcmp(driver, "x11") != 0)
+        return; // SDL reports a Wayland display that is gone as the wish to quit
+    void* const library = SDL_LoadObject("libX11.so.6");
+    if (const auto set = reinterpret_cast<SetHandler>(SDL_LoadFunction(library, "XSetIOErrorHandler")))
+        set(LoseDisplay);
 }
 
 std::string SdlLine(const char* what) { return std::string(what) + ": " + SDL_GetError(); }
@@ -117,6 +144,7 @@ bool SdlWindow::Start(std::string& why)
         why = SdlLine("there is no display for a window") + headless;
         return false;
     }
+    WatchDisplay(onLost);
     SDL_InitSubSystem(SDL_INIT_GAMECONTROLLER); // a game goes without pads where there are none
     SDL_GL_SetAttribute(SDL_GL_CONTEXT_PROFILE_MASK, SDL_GL_CONTEXT_PROFILE_ES);
     SDL_GL_SetAttribute(SDL_GL_CONTEXT_MAJOR_VERSION, 2);
@@ -132,6 +160,7 @@ bool SdlWindow::Start(std::string& why)
 
 SdlWindow::~SdlWindow()
 {
+    s_onLost = nullptr;
     if (m_window != nullptr)
         SDL_DestroyWindow(m_window);
     SDL_Quit();

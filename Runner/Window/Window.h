@@ -56,6 +56,10 @@ public:
     std::function<bool(const void* event)> observer;
     virtual void* Native() = 0; // the library's window
 
+    // Called when the display goes away while the window is open. It writes what must not be lost and ends the process:
+    // the window system's library cannot go on. Null: the library ends the process itself.
+    std::function<void()> onLost;
+
 protected:
     PixelSize m_screen = {1, 1};
     bool m_isClosed = false;

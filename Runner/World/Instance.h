@@ -51,6 +51,6 @@ private:
     };
     Span m_span;
     bool m_isUnbounded = false; // in the grid's list of instances that every query tests, and in no cell
-    unsigned m_lastQuery = 0;   // number of the query that tested it last: once a query, however many cells it is in
+    uint64_t m_lastQuery = 0;   // number of the query that tested it last: once a query, however many cells it is in
 };
 } // namespace Runner

@@ -4,6 +4,7 @@
 
 #include "Runner/World/Instance.h"
 
+#include <cstdint>
 #include <vector>
 
 namespace Runner
@@ -33,6 +34,6 @@ private:
     int m_columns = 1, m_rows = 1;
     std::vector<std::vector<Instance*>> m_cells;
     std::vector<Instance*> m_unbounded; // never culled, or over too many cells
-    unsigned m_query = 0;
+    uint64_t m_query = 0; // number of the last one: in 32 bits it would wrap after days and miss instances
 };
 } // namespace Runner

@@ -45,15 +45,42 @@ ObjectType* World::FindObject(int index) const
 
 Instance& World::Create(ObjectType& type, float x, float y)
 {
-    m_instances.push_back(std::make_unique<Instance>(*this, type, x, y, m_nextId++));
+    m_instances.push_back(std::make_unique<Instance>(*this, type, x, y, m_nextId));
     Instance& instance = *m_instances.back();
+    try
+    {
+        Enlist(instance);
+    }
+    catch (...)
+    {
+        Withdraw(instance);
+        throw;
+    }
+    ++m_nextId;
+    return instance;
+}
+
+void World::Enlist(Instance& instance)
+{
     m_byId[instance.m_id] = &instance;
-    for (ObjectType* kind = &type; kind != nullptr; kind = kind->parent)
+    for (ObjectType* kind = &instance.type; kind != nullptr; kind = kind->parent)
         kind->Append(instance);
-    if (type.traits.Script(Event::Step) != NO_SCRIPT)
+    if (instance.type.traits.Script(Event::Step) != NO_SCRIPT)
         m_steppers.push_back(&instance);
     Touch(instance);
-    return instance;
+}
+
+// Undoes what Enlist has done of the newest instance before memory was refused.
+void World::Withdraw(Instance& instance)
+{
+    for (std::vector<Instance*>* list : {&m_steppers, &m_touched})
+        if (!list->empty() && list->back() == &instance)
+            list->pop_back();
+    instance.m_flags |= eInstanceFlag_Marked;
+    for (ObjectType* kind = &instance.type; kind != nullptr; kind = kind->parent)
+        kind->RemoveDestroyed();
+    m_byId.erase(instance.m_id);
+    m_instances.pop_back();
 }
 
 Instance* World::Find(int id) const
@@ -152,7 +179,7 @@ void World::Touch(Instance& instance)
     instance.m_flags |= eInstanceFlag_bbox_dirty;
     if (!instance.m_isTouched)
         m_touched.push_back(&instance);
-    instance.m_isTouched = true;
+    instance.m_isTouched = true; // once it is in the list
 }
 
 void World::SetSpriteExtent(int sprite, const SpriteExtent& extent)

@@ -18,6 +18,10 @@
 
 namespace Runner
 {
+// Every identifier of an instance and every frame number is below this. Saves hold such numbers only, so a game ends
+// with an error before its counters pass what could be loaded again: after a year of play without a pause.
+constexpr int COUNTERS_END = 0x70000000;
+
 // Size and origin of a sprite's frame, in pixels. The origin is the point of the frame that is drawn at x, y.
 struct SpriteExtent
 {
@@ -41,8 +45,9 @@ public:
     int ObjectCount() const { return static_cast<int>(m_objects.size()); }
 
     // ---- instances: the caller runs their events ----
-    Instance& Create(ObjectType& type, float x, float y);
-    Instance* Find(int id) const;                      // destroyed ones too; null when missing
+    bool MayCreate() const { return m_nextId < COUNTERS_END - 1; } // false: the identifiers are used up
+    Instance& Create(ObjectType& type, float x, float y);          // when memory is refused, the world stays as it was
+    Instance* Find(int id) const;                                  // destroyed ones too; null when missing
     Instance* FindLive(ObjectType& type, int n) const; // the n-th of the object and its children; null when missing
     int CountLive(const ObjectType& type) const;
     void Destroy(Instance& instance); // flags it
@@ -71,6 +76,8 @@ public:
     bool Check(std::string& why) const;
 
 private:
+    void Enlist(Instance& instance);
+    void Withdraw(Instance& instance);
     void Forget(Instance& instance, const Release& release);
     void RefreshGrid();
     bool CheckLists(const ObjectType& type, std::string& why) const;

@@ -93,4 +93,22 @@ TEST_F(CameraHandle, OfASlotThatTheTableHasNoMoreGivesNothing)
     EXPECT_EQ(handle.Get(), nullptr);
     g_CM.m_cameraListSize = size;
 }
+
+// Births are counted in 32 bits, and 0 follows the last: that camera is like any other.
+TEST_F(CameraHandle, TellsCamerasApartWhereTheCountOfBirthsWraps)
+{
+    CreateCameras(2);
+    g_CM.m_cameras[1]->m_birth = UINT32_MAX;
+    const CCameraHandle last(g_CM.m_cameras[1]);
+    EXPECT_EQ(last.Get(), g_CM.m_cameras[1]);
+    g_CM.DestroyCamera(1);
+    CCamera* const next = g_CM.CreateCamera();
+    ASSERT_EQ(next->GetID(), 1);
+    next->m_birth = UINT32_MAX + 1u;
+    ASSERT_EQ(next->m_birth, 0u);
+    EXPECT_EQ(last.Get(), nullptr);
+    EXPECT_EQ(CCameraHandle(next).Get(), next);
+    EXPECT_EQ(CCameraHandle().Get(), nullptr); // of no camera, though its number of birth is 0, too
+    EXPECT_EQ(CCameraHandle(nullptr).Get(), nullptr);
+}
 } // namespace

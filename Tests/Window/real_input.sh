@@ -285,6 +285,42 @@ END
     [ "$status" = 143 ] || fail "the status is $status"
 }
 
+# The server of a display of this case's own is killed while the window runs.
+display_gone() {
+    Xvfb -displayfd 3 -screen 0 800x600x24 -nolisten tcp -noreset 3>"$work/number" 2>/dev/null &
+    local server=$! status=0
+    for _ in $(seq 100); do
+        [ ! -s "$work/number" ] || break
+        sleep 0.1
+    done
+    local DISPLAY
+    DISPLAY=:$(tr -d '\n' <"$work/number")
+    export DISPLAY
+    play --record "$work/run.rec" "$@" <<END
+$head
+function watch_input() settings.seen = 1 if frame_number() == 90 then print("running") end end
+END
+    hear running
+    kill -KILL "$server"
+    wait "$server" 2>/dev/null || true
+    for _ in $(seq 200); do
+        kill -0 "$player" 2>/dev/null || break
+        sleep 0.05
+    done
+    ! kill -0 "$player" 2>/dev/null || fail "it goes on without a display"
+    wait "$player" || status=$?
+    player=
+    [ "$status" = 1 ] || fail "the status is $status"
+    [ "$(cat "$work/err")" = "runner: the display has gone away" ] || fail "another line"
+    "$runner" "$work/game.lua" --no-draw --replay "$work/run.rec" >"$work/replayed" 2>"$work/notices" || fail "the replay failed"
+    diff "$log" "$work/replayed" >&2 || fail "the replay is another one"
+    [ ! -s "$work/notices" ] || fail "the recording is not whole: $(cat "$work/notices")"
+    [ $# != 0 ] || grep -q seen "$work/out/settings.txt" || fail "the settings are lost"
+}
+
+# Played frame by frame for pictures, too.
+display_gone_with_picture() { display_gone --screenshot end.png; }
+
 no_display() {
     echo 'room_add{}' >"$work/game.lua"
     : >"$log"

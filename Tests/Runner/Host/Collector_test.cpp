@@ -206,7 +206,7 @@ TEST_F(HostCollector, AnObjectMayDeleteAnotherInPreFree)
 TEST_F(HostCollector, ACollectionWithinACollectionIsNone)
 {
     New("a")->m_onPreFree = [] { Collector::Collect(true); };
-    const int before = Collector::GetStats().collections;
+    const int64_t before = Collector::GetStats().collections;
     Collector::Collect(true);
     EXPECT_EQ(Collector::GetStats().collections, before + 1);
 }
@@ -252,7 +252,7 @@ TEST_F(HostCollector, AReferenceOutsideOfMarkingIsIgnored)
 TEST_F(HostCollector, SafepointsCollectOnceEnoughWasMade)
 {
     Collector::Collect(true);
-    const int before = Collector::GetStats().collections;
+    const int64_t before = Collector::GetStats().collections;
     for (int i = 0; i < 255; ++i)
     {
         New("");

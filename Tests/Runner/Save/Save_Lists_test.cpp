@@ -52,6 +52,7 @@ TEST_F(SaveLists, NamesVersionRoomAndFrameOfEachSaveOfThisGame)
         "tostring(s.frame) .. ' ' .. tostring(s.thumbnail) .. ' ' .. tostring(s.why)) end end end }";
     ASSERT_EQ(Play(text, 4), "");
     directory.Write("save/note.txt", "no save");
+    directory.Write("save/a.sav.part", directory.Read("save/a.sav")); // what a crash has left, whole as it is
     directory.Write("save/broken.sav", directory.Read("save/a.sav").substr(0, 200));
     std::filesystem::create_symlink(directory.Path("save/a.sav"), directory.Path("save/link.sav"));
     ASSERT_EQ(PlayOn(2), "");

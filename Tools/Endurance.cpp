@@ -1,0 +1,86 @@
+// Plays a game for many frames and judges its memory: what is resident at the end must lie within 2 % of what was after
+// the first thousandth of the frames.
+//
+//   endurance GAME FRAMES [--draw] [--out DIRECTORY]     status 1 when the memory has grown or the game has failed
+
+#include "Runner/Api/Api.h"
+#include "Runner/Game/Game.h"
+#include "Runner/Host/Console.h"
+#include "Runner/Host/Files.h"
+
+#include <chrono>
+#include <cstdio>
+#include <cstdlib>
+#include <cstring>
+
+#include <unistd.h>
+
+namespace
+{
+constexpr double GROWTH_MOST = 0.02;
+
+// Bytes that are resident; 0 where the system does not tell.
+int64_t Resident()
+{
+    long all = 0, resident = 0;
+    FILE* const file = std::fopen("/proc/self/statm", "r");
+    if (file == nullptr)
+        return 0;
+    const bool isRead = std::fscanf(file, "%ld %ld", &all, &resident) == 2;
+    std::fclose(file);
+    return isRead ? int64_t{resident} * sysconf(_SC_PAGESIZE) : 0;
+}
+
+double MiB(int64_t bytes) { return static_cast<double>(bytes) / (1 << 20); }
+
+// False: the game has failed, or it has ended early.
+bool PlayOn(Runner::Game& game, int last)
+{
+    while (game.FrameNumber() < last && !game.HasEnded())
+        if (!game.Frame())
+            return false;
+    return game.FrameNumber() == last;
+}
+
+int Judge(Runner::Game& game, const char* name, int frames)
+{
+    using Clock = std::chrono::steady_clock;
+    const int early = frames > 1000 ? frames / 1000 : 1;
+    const Clock::time_point start = Clock::now();
+    const bool isGood = game.Load() && PlayOn(game, early);
+    const int64_t before = Resident();
+    if (!isGood || !PlayOn(game, frames))
+    {
+        std::printf("%s: after %d frames: %s\n", name, game.FrameNumber(), game.Failure().c_str());
+        return EXIT_FAILURE;
+    }
+    const int64_t after = Resident();
+    const double growth = static_cast<double>(after - before) / static_cast<double>(before);
+    const double seconds = std::chrono::duration<double>(Clock::now() - start).count();
+    std::printf("%s: %d frames in %.0f s: %.2f MiB after %d frames, %.2f MiB at the end, %+.2f %%\n", name, frames,
+                seconds, MiB(before), early, MiB(after), 100 * growth);
+    return before > 0 && growth <= GROWTH_MOST ? EXIT_SUCCESS : EXIT_FAILURE;
+}
+} // namespace
+
+int main(int argc, char** argv)
+{
+    const int frames = argc > 2 ? std::atoi(argv[2]) : 0;
+    if (frames < 1)
+    {
+        std::fputs("endurance GAME FRAMES [--draw] [--out DIRECTORY]\n", stderr);
+        return EXIT_FAILURE;
+    }
+    Runner::GameOptions options;
+    options.file = argv[1];
+    options.draw = false;
+    options.kit = SOURCE_DIR "/kit";
+    for (int i = 3; i < argc; ++i)
+        if (std::strcmp(argv[i], "--draw") == 0)
+            options.draw = true;
+        else if (std::strcmp(argv[i], "--out") == 0 && i + 1 < argc)
+            Runner::SetSaveArea(argv[++i]);
+    Runner::SetConsoleQuiet(true);
+    Runner::Game game(options, Runner::OpenApi);
+    return Judge(game, argv[1], frames);
+}
