@@ -1,4 +1,5 @@
-# The step of ./check --all that lets memory and files fail in more places than the suite does. Sourced after Tools/checks.sh, not run.
+# The step of ./check --all that lets memory and files fail in more places than the suite does. Sourced after
+# Tools/checks.sh, not run.
 #
 # By hand, for all places:
 #
