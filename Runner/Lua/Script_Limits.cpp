@@ -34,7 +34,7 @@ int64_t TakeLuaWork()
 }
 } // namespace
 
-// ---- what Lua calls ----
+// ---- what Lua calls: in a state of its own, without an engine, too ----
 
 long long luaWorkLeft = WORK_BETWEEN_CHECKS;
 
@@ -48,9 +48,10 @@ void CountLuaWork()
 
 void CountLuaWorkAndStop(lua_State* L)
 {
-    ScriptEngine& engine = *ScriptEngine::Current();
-    if (engine.Count(TakeLuaWork()))
-        engine.Stop(L);
+    const int64_t work = TakeLuaWork();
+    ScriptEngine* const engine = ScriptEngine::Current();
+    if (engine != nullptr && engine->Count(work))
+        engine->Stop(L);
 }
 
 // A coroutine that is resumed, or gets its turn back, after the instructions were spent stops at once: thousands of
