@@ -18,7 +18,7 @@ AS_THEY_ARE = {".png", ".gif", ".svg", ".jpg"}
 
 
 def pages(root):
-    return [path for pattern in ("README.md", "CONTRIBUTING.md", "CHANGELOG.md", "Docs/*.md")
+    return [path for pattern in ("README.md", "CONTRIBUTING.md", "CHANGELOG.md", "Fuzz/README.md", "Docs/*.md")
             for path in sorted(root.glob(pattern))]
 
 
