@@ -91,8 +91,8 @@ end
 --   half_life       frames in which half of a distance is gone: a number, or { x = , y = , zoom = }; platformer 5 and 8,
 --                   others 6, zoom 12
 --   acceleration    the most by which the camera's speed changes in a frame, 4 unless given. It is kept for targets up to
---                   goal_speed of smooth.lua (16 units a frame with a spring of half-life 5, 19 with 6); behind a faster
---                   one the bound grows with its speed. "none" has no bound
+--                   three quarters of goal_speed of smooth.lua (12 units a frame with a spring of half-life 5, 14 with
+--                   6); behind a faster one the bound grows with its speed. "none" has no bound
 --   dead_zone       how far the target may go from the middle to each side before the camera follows: sides. platformer:
 --                   a sixteenth of the view's width, a quarter of its height; topdown: sixteenths; others none
 --   soft_zone       beyond the dead zone: the camera comes after with soft_half_life (8), and at once at its outer edge
