@@ -84,7 +84,7 @@ Digits FewestDigits(double size)
     }
     const std::string_view all = text;
     const size_t end = all.find('e');
-    Digits found = {std::string(all.substr(0, 1)), std::atoi(text + end + 1)};
+    Digits found = {std::string(all.substr(0, 1)), static_cast<int>(std::strtol(text + end + 1, nullptr, 10))};
     if (end > 2)
         found.digits += all.substr(2, end - 2);
     return found;

@@ -170,6 +170,7 @@ std::vector<const ViewNote*> FrameNotes::SurfaceViews() const
         if (note.surface != SCREEN_SURFACE)
             last[note.surface] = &note;
     std::vector<const ViewNote*> views;
+    views.reserve(last.size());
     for (const auto& [surface, note] : last)
         views.push_back(note);
     return views;
