@@ -95,9 +95,7 @@ class FastPathsCamera : public ModuleTest
 
 TEST_F(FastPathsCamera, EveryBuildStoresInversesByTheDefinition)
 {
-    // Of 3.2e20 the projection's determinant is the least float; turned by 45 degrees, the product's is zero.
-    const float sizes[] = {0.0f,    1e-30f, 0.5f,    1.0f,  320.0f,  640.0f,
-                           1919.5f, 1e6f,   3.2e20f, 1e30f, -480.0f, NOT_A_NUMBER};
+    const float sizes[] = {0.0f, 1e-30f, 0.5f, 1.0f, 320.0f, 640.0f, 1919.5f, 1e6f, 1e30f, -480.0f, NOT_A_NUMBER};
     const float places[] = {0.0f, -0.0f, 0.3f, -5000.0f, 123456.0f, 1e13f, 1e38f, INFINITY};
     for (float width : sizes)
         for (float height : {240.0f, 0.0f, 1e-3f, -77.7f})
@@ -114,6 +112,19 @@ TEST_F(FastPathsCamera, EveryBuildStoresInversesByTheDefinition)
                     ASSERT_TRUE(StoresInversesByDefinition(camera))
                         << width << ' ' << height << ' ' << x << ' ' << angle;
                 }
+}
+
+// The projection's determinant is the least float; the product's, of halves of it, is zero.
+TEST_F(FastPathsCamera, AProductThatAloneHasNoInverseIsKeptInItsPlace)
+{
+    CCamera camera;
+    camera.SetViewWidth(3.2e20f);
+    camera.SetViewHeight(3.2e20f);
+    camera.SetViewAngle(45.0f);
+    camera.BuildView();
+    EXPECT_TRUE(StoresInversesByDefinition(camera));
+    EXPECT_NE(camera.m_invProjMat._11, camera.m_projMat._11);
+    EXPECT_EQ(camera.m_invViewProjMat._11, camera.m_viewProjMat._11);
 }
 
 // Builders are the host's: its projection may have any entries.
