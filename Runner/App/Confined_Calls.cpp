@@ -127,7 +127,7 @@ private:
 
 void AllowMemory(Filter& filter, bool mayMakeCode)
 {
-    for (const uint32_t call : {__NR_mmap, __NR_mprotect})
+    for (const uint32_t call : {uint32_t{__NR_mmap}, uint32_t{__NR_mprotect}})
     {
         if (mayMakeCode)
             filter.Allow(call);
