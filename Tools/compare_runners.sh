@@ -45,7 +45,8 @@ is_golden() {
     head -n $GOLDEN_LINES "$WORK/$1.trace" | cmp - <(head -n $GOLDEN_LINES "Tests/Golden/${game}_trace.txt")
 }
 
-# The other replays what was recorded here, and plays another way than without input.
+# The other replays what was recorded here, and plays another way than without input. Right Ctrl and Start join where
+# players must join before they steer.
 same_replay() {
     play home "$game-recorded" --frames $RECORDED --input "$WORK/input.txt" --record "$WORK/$game.rec"
     play other "$game-replayed" --replay "$WORK/$game.rec"
@@ -70,6 +71,7 @@ build "$preset" "$target" >&2
 rm -rf "$WORK"
 mkdir -p "$WORK"
 cat >"$WORK/input.txt" <<'EOF'
+2  key right_ctrl tap
 5  key right down
 20 key space tap
 30 mouse 300 200
@@ -78,6 +80,7 @@ cat >"$WORK/input.txt" <<'EOF'
 61 wheel 0 1
 70 pad 0 on
 71 pad 0 axis left_x 0.75
+75 pad 0 button start tap
 90 pad 0 button a tap
 EOF
 running=()

@@ -73,26 +73,16 @@ public:
     void Allow(uint32_t call) { When(call, {}, SECCOMP_RET_ALLOW); }
     void Fail(uint32_t call, int error) { When(call, {}, Error(error)); }
 
-    // Allows the call where this argument, and the mask, gives one of the values; it fails where it gives none.
+    // Allows the call where this argument, and the mask, gives the value; it fails where it gives another one.
     void AllowWhere(uint32_t call, unsigned argument, uint32_t mask, uint32_t value)
     {
-        When(call,
-             {Loading(offsetof(seccomp_data, args) + argument * sizeof(uint64_t)),
-              {BPF_ALU | BPF_AND | BPF_K, 0, 0, mask},
-              {BPF_JMP | BPF_JEQ | BPF_K, 1, 0, value},
-              {BPF_RET | BPF_K, 0, 0, Error(EPERM)}},
-             SECCOMP_RET_ALLOW);
+        AllowAfter(call, argument, mask, {BPF_JMP | BPF_JEQ | BPF_K, 1, 0, value});
     }
 
-    // The other way round.
+    // Lets the call fail there, and allows it elsewhere.
     void FailWhere(uint32_t call, unsigned argument, uint32_t mask, uint32_t value)
     {
-        When(call,
-             {Loading(offsetof(seccomp_data, args) + argument * sizeof(uint64_t)),
-              {BPF_ALU | BPF_AND | BPF_K, 0, 0, mask},
-              {BPF_JMP | BPF_JEQ | BPF_K, 0, 1, value},
-              {BPF_RET | BPF_K, 0, 0, Error(EPERM)}},
-             SECCOMP_RET_ALLOW);
+        AllowAfter(call, argument, mask, {BPF_JMP | BPF_JEQ | BPF_K, 0, 1, value});
     }
 
     bool Install()
@@ -120,6 +110,17 @@ private:
         Add({BPF_JMP | BPF_JEQ | BPF_K, 0, static_cast<uint8_t>(steps.size() + 1), call});
         m_steps.insert(m_steps.end(), steps.begin(), steps.end());
         Answer(answer);
+    }
+
+    // Allows the call where the comparison of this argument, and the mask, skips a step: the one that lets it fail.
+    void AllowAfter(uint32_t call, unsigned argument, uint32_t mask, const sock_filter& comparison)
+    {
+        When(call,
+             {Loading(offsetof(seccomp_data, args) + argument * sizeof(uint64_t)),
+              {BPF_ALU | BPF_AND | BPF_K, 0, 0, mask},
+              comparison,
+              {BPF_RET | BPF_K, 0, 0, Error(EPERM)}},
+             SECCOMP_RET_ALLOW);
     }
 
     std::vector<sock_filter> m_steps;

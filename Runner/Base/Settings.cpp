@@ -36,7 +36,7 @@ std::string ValueText(const Setting& value)
         return std::to_string(*whole);
     if (const double* const real = std::get_if<double>(&value))
         return "real " + DecimalText(*real);
-    return Quoted(std::get<std::string>(value));
+    return Quoted(std::get<HeldText>(value));
 }
 
 // ---- reading ----

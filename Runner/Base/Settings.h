@@ -1,5 +1,7 @@
 #pragma once
 
+#include "Runner/Base/Held_Text.h"
+
 #include <cstdint>
 #include <map>
 #include <string>
@@ -10,7 +12,7 @@ namespace Runner
 {
 // What a game keeps of its user's choices: numbers, texts and switches under names. Apart from saved games, which go
 // back to an earlier moment.
-using Setting = std::variant<bool, int64_t, double, std::string>;
+using Setting = std::variant<bool, int64_t, double, HeldText>;
 using Settings = std::map<std::string, Setting>;
 
 constexpr size_t SETTINGS_LIMIT = 100;      // of one game

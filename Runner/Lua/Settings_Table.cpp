@@ -22,7 +22,7 @@ void PushSetting(lua_State* L, const Setting& value)
         lua_pushnumber(L, *real);
     else
     {
-        const auto& text = std::get<std::string>(value);
+        const std::string& text = std::get<HeldText>(value);
         lua_pushlstring(L, text.data(), text.size());
     }
 }

@@ -202,7 +202,7 @@ private:
             const std::string name = TableName(number);
             for (const SavedEntry& entry : tables[number].entries)
             {
-                const auto* key = std::get_if<std::string>(&entry.key);
+                const auto* key = std::get_if<HeldText>(&entry.key);
                 const std::string path = name + (key == nullptr ? "[" + Text(entry.key) + "]" : "." + Printable(*key));
                 if (const auto* table = std::get_if<TableNumber>(&entry.value))
                     m_tableNames.emplace(table->number, path);

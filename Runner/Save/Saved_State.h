@@ -5,6 +5,7 @@
 // Every list has an order that does not depend on the machine: the same game saved at the same frame gives the same
 // bytes everywhere.
 
+#include "Runner/Base/Held_Text.h"
 #include "Runner/Game/Game_Identity.h"
 #include "Runner/World/Instance_Fields.h"
 #include "Runner/World/View_Fields.h"
@@ -116,8 +117,8 @@ struct InstanceNumber // stands for an instance's self
     int32_t id = 0;
 };
 
-using SavedKey = std::variant<bool, int64_t, double, std::string>;
-using SavedValue = std::variant<bool, int64_t, double, std::string, TableNumber, InstanceNumber>;
+using SavedKey = std::variant<bool, int64_t, double, HeldText>;
+using SavedValue = std::variant<bool, int64_t, double, HeldText, TableNumber, InstanceNumber>;
 
 struct SavedEntry
 {

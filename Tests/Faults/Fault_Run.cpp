@@ -4,6 +4,7 @@
 #include "Runner/App/Options.h"
 #include "Runner/Host/Memory.h"
 #include "Tests/Faults/Refused_Memory.h"
+#include "Tests/Runner/Support/Reports.h"
 
 #include <csignal>
 #include <cstdlib>
@@ -13,6 +14,9 @@
 
 namespace Faults
 {
+using RunnerTest::IsOneReport;
+using RunnerTest::WithoutWarnings;
+
 namespace
 {
 constexpr unsigned SECONDS_MOST = 60; // for one run
@@ -111,20 +115,6 @@ Counts CountsNow()
     std::fflush(err);
     std::_Exit(left.empty() ? status : STATUS_OF_LEAKS);
 }
-
-std::string WithoutWarnings(const std::string& text)
-{
-    std::istringstream lines(text);
-    std::string kept;
-    for (std::string line; std::getline(lines, line);)
-    {
-        const bool isWarning = line.rfind("warning: ", 0) == 0;
-        const bool isTheirCount = line.rfind("runner: ", 0) == 0 && line.find(" warning") != std::string::npos;
-        if (!isWarning && !isTheirCount)
-            kept += line + "\n";
-    }
-    return kept;
-}
 } // namespace
 
 const std::vector<std::string> PLAYING = {"main.lua",   "--frames",     "9",         "--no-draw", "--check",
@@ -138,17 +128,6 @@ const std::vector<std::string> LOADING = {"main.lua",  "--load",  "kept.sav", "-
 const std::vector<std::string> COMPARING_SAVES = {"--compare-saves", "kept.sav", "other.sav"};
 const std::vector<std::string> COMPARING_GAMES = {"main.lua",  "--replay", "kept.rec", "--compare", "main.lua",
                                                   "--no-draw", "--quiet",  "--out",    "out"};
-
-bool IsOneReport(const std::string& text)
-{
-    std::istringstream lines(text);
-    std::string line;
-    std::getline(lines, line);
-    bool isOurs = line.rfind("runner: ", 0) == 0 || line.rfind("camera: ", 0) == 0;
-    while (std::getline(lines, line))
-        isOurs = isOurs && line.rfind("    ", 0) == 0;
-    return isOurs && !text.empty() && text.back() == '\n';
-}
 
 std::string WrongWith(const RunResult& result, const RunResult& undisturbed)
 {

@@ -23,9 +23,6 @@ struct RunResult
     bool hasFailed = false;                                            // whether the fault came
 };
 
-// What the process has to say: a line of the runner or of the module, indented lines that tell where, nothing else.
-bool IsOneReport(const std::string& text);
-
 // Why the result of a run with a fault is wrong; empty when it is right: the run went on and said no more than the
 // undisturbed one, or it ended with a status and one report.
 std::string WrongWith(const RunResult& result, const RunResult& undisturbed);

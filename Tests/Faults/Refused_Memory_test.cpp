@@ -1,8 +1,12 @@
 // Each request for memory of a run is refused in turn. The run may go on without what it did not get, or end with one
 // line and a status. A signal, silence, a report of a sanitizer, a block or an open file left behind is a failure.
 
+#include "Runner/Base/Settings.h"
+#include "Runner/Save/Saved_State.h"
 #include "Tests/Faults/Fault_Run.h"
 #include "Tests/Faults/Refused_Memory.h"
+
+#include <new>
 
 using namespace Faults;
 
@@ -90,6 +94,27 @@ TEST_F(RefusedMemory, WhileANewGameIsMade)
         EXPECT_TRUE(isThere || result.status != 0) << "request " << n;
         EXPECT_EQ(isThere, std::filesystem::exists(directory.Path("hero/hero.lua"))) << "request " << n;
     }
+}
+
+template <typename Value> void RefuseACopy()
+{
+    const Value text = Runner::HeldText(100, 't'); // no text of this length fits into a string's own bytes
+    RefuseMemory(0);
+    EXPECT_THROW({ const Value copy(text); }, std::bad_alloc);
+    Value target = true;
+    RefuseMemory(0);
+    EXPECT_THROW(target = text, std::bad_alloc);
+    RefuseMemory(-1);
+    EXPECT_EQ(std::get<Runner::HeldText>(text), std::string(100, 't'));
+    target = text;
+    EXPECT_EQ(std::get<Runner::HeldText>(target), std::string(100, 't'));
+}
+
+TEST(RefusedText, OfASettingOrASavedValueDestroysNothingThatWasNotCopied)
+{
+    RefuseACopy<Runner::Setting>();
+    RefuseACopy<Runner::SavedKey>();
+    RefuseACopy<Runner::SavedValue>();
 }
 
 #ifndef RUNNER_WITHOUT_DRAWING

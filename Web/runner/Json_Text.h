@@ -48,6 +48,20 @@ public:
         Number(number);
     }
 
+    // A list of objects by that name. fill writes the fields of one, given an item.
+    template <typename Items, typename Fill> void Objects(std::string_view name, const Items& items, const Fill& fill)
+    {
+        Name(name);
+        Open('[');
+        for (const auto& item : items)
+        {
+            Open('{');
+            fill(item);
+            Close('}');
+        }
+        Close(']');
+    }
+
     const std::string& Whole() const { return m_text; }
 
 private:

@@ -36,37 +36,24 @@ PlacedLine Placed(const std::string& text)
     return {"", text, 0};
 }
 
-void AddLocals(const StackLevel& level, JsonText& json)
-{
-    json.Open('[');
-    for (const auto& [name, value] : level.locals)
-    {
-        json.Open('{');
-        json.Field("name", name);
-        json.Field("value", value);
-        json.Close('}');
-    }
-    json.Close(']');
-}
-
 void AddStack(const std::vector<StackLevel>& stack, JsonText& json)
 {
-    json.Open('[');
-    for (const StackLevel& level : stack)
+    const auto addLocal = [&json](const auto& local)
     {
-        json.Open('{');
-        json.Field("place", level.place);
-        json.Name("locals");
-        AddLocals(level, json);
-        json.Close('}');
-    }
-    json.Close(']');
+        json.Field("name", local.first);
+        json.Field("value", local.second);
+    };
+    json.Objects("stack", stack,
+                 [&](const StackLevel& level)
+                 {
+                     json.Field("place", level.place);
+                     json.Objects("locals", level.locals, addLocal);
+                 });
 }
 
 void AddRow(const PanelRow& row, int camera, JsonText& json)
 {
     const CCamera* shown = row.field == nullptr ? nullptr : PeekCamera(camera);
-    json.Open('{');
     json.Field("name", row.name);
     json.Field("value", row.value);
     json.Field("unit", row.unit);
@@ -76,58 +63,43 @@ void AddRow(const PanelRow& row, int camera, JsonText& json)
     json.Field("field", row.field == nullptr ? "" : row.field->name);
     json.Field("number", shown == nullptr ? std::numeric_limits<double>::quiet_NaN()
                                           : static_cast<double>(ValueOf(*shown, *row.field)));
-    json.Close('}');
 }
 
 void AddSections(const PanelContent& content, JsonText& json)
 {
-    json.Name("sections");
-    json.Open('[');
-    for (const PanelSection& section : content.sections)
-    {
-        json.Open('{');
-        json.Field("title", section.title);
-        json.Name("rows");
-        json.Open('[');
-        for (const PanelRow& row : section.rows)
-            AddRow(row, content.selected, json);
-        json.Close(']');
-        json.Close('}');
-    }
-    json.Close(']');
+    json.Objects("sections", content.sections,
+                 [&](const PanelSection& section)
+                 {
+                     json.Field("title", section.title);
+                     json.Objects("rows", section.rows,
+                                  [&](const PanelRow& row) { AddRow(row, content.selected, json); });
+                 });
 }
 
 void AddCameras(const PanelContent& content, JsonText& json)
 {
-    json.Name("cameras");
-    json.Open('[');
-    for (const PanelCamera& camera : content.cameras)
-    {
-        json.Open('{');
-        json.Field("id", camera.id);
-        json.Field("slot", camera.slot);
-        json.Field("text", camera.text);
-        json.Close('}');
-    }
-    json.Close(']');
+    json.Objects("cameras", content.cameras,
+                 [&json](const PanelCamera& camera)
+                 {
+                     json.Field("id", camera.id);
+                     json.Field("slot", camera.slot);
+                     json.Field("text", camera.text);
+                 });
 }
 
 void AddAside(const PanelAside& aside, JsonText& json)
 {
     json.Name("aside");
     json.Open('{');
-    json.Name("changes");
-    json.Open('[');
-    for (size_t i = 0; i < aside.changes.size(); ++i)
-    {
-        json.Open('{');
-        json.Field("camera", aside.changes[i].camera);
-        json.Field("field", aside.changes[i].field);
-        json.Field("value", static_cast<double>(aside.changes[i].value));
-        json.Field("text", aside.texts[i]);
-        json.Close('}');
-    }
-    json.Close(']');
+    size_t next = 0;
+    json.Objects("changes", aside.changes,
+                 [&](const auto& change)
+                 {
+                     json.Field("camera", change.camera);
+                     json.Field("field", change.field);
+                     json.Field("value", static_cast<double>(change.value));
+                     json.Field("text", aside.texts[next++]);
+                 });
     json.Field("lua", aside.lua);
     json.Close('}');
 }
@@ -183,7 +155,6 @@ std::string FailureJson(const Game& game)
     json.Field("object", game.scripts.Trouble().object);
     json.Field("room", report.room);
     json.Field("frame", report.frame);
-    json.Name("stack");
     AddStack(report.stack, json);
     json.Close('}');
     return json.Whole();

@@ -2,6 +2,7 @@
 // end with one line and status 1. A signal, a report of a sanitizer, a block left behind or a hang is a failure.
 
 #include "Tests/Runner/Support/Game_Support.h"
+#include "Tests/Runner/Support/Reports.h"
 
 #include "Files/Object/Object_Base.h"
 #include "Runner/App/Options.h"
@@ -20,7 +21,9 @@
 namespace
 {
 using RunnerTest::CapturedFile;
+using RunnerTest::IsOneReport;
 using RunnerTest::TestDirectory;
+using RunnerTest::WithoutWarnings;
 
 constexpr unsigned SECONDS_MOST = 60; // for one run of the game
 constexpr int64_t NOTHING_REFUSED = -1;
@@ -40,33 +43,6 @@ bool SomethingLeaks()
 #else
     return false;
 #endif
-}
-
-// What the process has to say: a line of the runner or of the module, indented lines that tell where, and nothing else.
-bool IsOneReport(const std::string& text)
-{
-    std::istringstream lines(text);
-    std::string line;
-    std::getline(lines, line);
-    bool isOurs = line.rfind("runner: ", 0) == 0 || line.rfind("camera: ", 0) == 0;
-    while (std::getline(lines, line))
-        isOurs = isOurs && line.rfind("    ", 0) == 0;
-    return isOurs && text.back() == '\n';
-}
-
-// The game's destroyed cameras are shown by views, which the Runner says.
-std::string WithoutWarnings(const std::string& text)
-{
-    std::istringstream lines(text);
-    std::string kept;
-    for (std::string line; std::getline(lines, line);)
-    {
-        const bool isWarning = line.rfind("warning: ", 0) == 0;
-        const bool isTheirCount = line.rfind("runner: ", 0) == 0 && line.find(" warning") != std::string::npos;
-        if (!isWarning && !isTheirCount)
-            kept += line + "\n";
-    }
-    return kept;
 }
 
 // Named so that it runs before others: a child of a process with the driver's threads cannot be searched for leaks.
