@@ -55,6 +55,16 @@ bool RunCallback(RValue callback)
     return ran;
 }
 
+// Current_Object names the camera while its callback runs, and afterwards who ran before.
+bool RunCallbackOf(int camera, const RValue& callback)
+{
+    const int caller = Current_Object;
+    Current_Object = camera;
+    const bool ran = RunCallback(callback);
+    Current_Object = caller;
+    return ran;
+}
+
 } // namespace
 
 // ---- storing ----
@@ -98,13 +108,7 @@ void CCamera::Mark4GC(uint32_t*, int)
 
 bool CCamera::ExecuteScript(RValue* script)
 {
-    if (script == nullptr || IsNoScript(*script))
-        return false;
-    const int caller = Current_Object;
-    Current_Object = m_ID;
-    const bool ran = RunCallback(*script);
-    Current_Object = caller;
-    return ran;
+    return script != nullptr && !IsNoScript(*script) && RunCallbackOf(m_ID, *script);
 }
 
 void CCamera::Begin() { ExecuteScript(&m_beginScript); }

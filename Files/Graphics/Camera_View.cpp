@@ -4,6 +4,7 @@
 #include "Files/Graphics/Camera.h"
 
 #include "Files/Graphics/Trigonometry.h"
+#include "Platform/Compiler.h"
 
 #include <cmath>
 
@@ -14,7 +15,7 @@ constexpr float FLAT_EYE_Z = -16000.0f; // a flat view shows what lies within 16
 constexpr float DEPTH_RANGE = 32000.0f;
 
 // A view that looks along +z at the room point (x, y), rotated by the angle.
-void LookAlongZ(kvMatrix& view, float x, float y, float eyeZ, float degrees)
+CAMERA_ALWAYS_INLINE void LookAlongZ(kvMatrix& view, float x, float y, float eyeZ, float degrees)
 {
     const float angle = degrees * -RADIANS_PER_DEGREE; // 0 gives minus zero
     const kvVector3 eye = {x, y, eyeZ};

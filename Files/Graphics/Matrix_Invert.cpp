@@ -10,6 +10,8 @@
 #include "Platform/Lanes.h"
 #include "Platform/Matrix.h"
 
+#include <cmath>
+
 using namespace CameraModule;
 
 namespace
@@ -74,6 +76,9 @@ inline bool HasFlatShape(const kvMatrix& matrix, const Rows& m)
     return InAll(_mm_and_ps(_mm_and_ps(rows01Fit, row2Fits), row3Fits));
 }
 
+// One comparison: a NaN, which no flat shape gives, counts as zero.
+inline bool IsNonZero(float determinant) { return std::islessgreater(determinant, 0.0f); }
+
 inline bool InvertFlat(float* inverse, const Rows& m)
 {
     const __m128 negate12 = _mm_setr_ps(0.0f, -0.0f, -0.0f, 0.0f);
@@ -85,7 +90,7 @@ inline bool InvertFlat(float* inverse, const Rows& m)
     // de ce, then ade bce
     const __m128 terms = m.r0 * (Pick<1, 0, 2, 3>(m.r1) * eeee);
     const float determinant = First(terms) - First(Spread<1>(terms));
-    if (determinant == 0.0f)
+    if (!IsNonZero(determinant))
         return false;
 
     const __m128 block = _mm_xor_ps(Pick<3, 2, 1, 0>(acbd) * eeee, negate12); // de -be -ce ae
@@ -112,7 +117,7 @@ inline bool InvertUpright(float* inverse, const Rows& m)
     const __m128 eeee = Spread<2>(m.r2);
     const __m128 de = _mm_mul_ss(ddee, eeee);
     const float determinant = First(_mm_mul_ss(m.r0, de));
-    if (determinant == 0.0f)
+    if (!IsNonZero(determinant))
         return false;
 
     // xd ae ad ad, then xde aey adz ade
@@ -251,8 +256,9 @@ bool CameraModule::InvertTo(kvMatrix& inverse, const kvMatrix& matrix)
     return IsUnturned(matrix) ? InvertUpright(inverse.m, m) : InvertFlat(inverse.m, m);
 }
 
-// Most cameras are flat: all three are inverted as such before one look at all shapes, which takes less than three.
-// Where the projection and the view are not turned, their product is not.
+// Most cameras are flat: all three are inverted as such before one look at the shapes, which takes less than three. The
+// product of two flat matrices is flat: the sums that make its zeros have terms of zero only. Where both are not
+// turned, it is not.
 bool CCamera::InvertFlatCamera()
 {
     const Rows projection(m_projMat.m);
@@ -261,7 +267,6 @@ bool CCamera::InvertFlatCamera()
     ShapesTogether shapes(m_projMat, projection);
     const bool unturned = IsUnturned(m_viewMat);
     const Rows product(m_viewProjMat.m);
-    shapes.Add(m_viewProjMat, product);
     bool inverted = unturned ? InvertUpright(m_invViewProjMat.m, product) : InvertFlat(m_invViewProjMat.m, product);
     const Rows view(m_viewMat.m);
     shapes.Add(m_viewMat, view);

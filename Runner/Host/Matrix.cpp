@@ -5,6 +5,7 @@
 #include "Platform/Lanes.h"
 
 #include <cmath>
+#include <limits>
 
 // The order of operations is part of the contract, because saved states and traces are compared bit for bit: sums and
 // products are evaluated from left to right as written, and each operation rounds to float.
@@ -17,6 +18,7 @@ namespace
 {
 using Lanes::Magnitudes;
 using Lanes::Only;
+using Lanes::Pick;
 using Lanes::Spread;
 
 inline __m128 Load(const kvVector3& v)
@@ -25,16 +27,26 @@ inline __m128 Load(const kvVector3& v)
     return _mm_movelh_ps(xy, _mm_load_ss(&v.z));
 }
 
-// Skips the root and the division when the squared length is 1 or the next float: its root is 1 then, and dividing by
-// it changes nothing. The side vector of most flat cameras has that length.
+// Every lane divided by 1 - 2^-24, the float below 1. The quotient exceeds a float by half a unit in the last place to
+// a whole one, so that it rounds to the next float, but for numbers below the normal ones, which stay.
+inline __m128 DividedByOneBelow(__m128 v)
+{
+    const __m128 normal = _mm_cmpge_ps(Magnitudes(v), _mm_set1_ps(std::numeric_limits<float>::min()));
+    const __m128i step = _mm_srli_epi32(_mm_castps_si128(normal), 31);
+    return _mm_castsi128_ps(_mm_add_epi32(_mm_castps_si128(v), step));
+}
+
+// Skips the root and the division when the squared length is 1 or a float beside it: the root of 1 and of the next
+// float is 1, that of the float below 1 is that float. The side vectors of nearly all flat cameras have such a length.
 inline __m128 Normalised(__m128 v)
 {
     const __m128 squares = _mm_mul_ps(v, v);
     const __m128 sum = _mm_add_ss(_mm_add_ss(squares, Spread<1>(squares)), Spread<2>(squares));
-    constexpr uint32_t one = 0x3F800000; // the bits of 1; the next float's are one more
-    if (static_cast<uint32_t>(_mm_cvtsi128_si32(_mm_castps_si128(sum))) - one <= 1)
-        return v;
-    return _mm_div_ps(v, Spread<0>(_mm_sqrt_ss(sum)));
+    constexpr uint32_t belowOne = 0x3F7FFFFF; // the bits of the float below 1; those of 1 and of the next follow
+    const uint32_t beyond = static_cast<uint32_t>(_mm_cvtsi128_si32(_mm_castps_si128(sum))) - belowOne;
+    if (beyond > 2)
+        return _mm_div_ps(v, Spread<0>(_mm_sqrt_ss(sum)));
+    return beyond == 0 ? DividedByOneBelow(v) : v;
 }
 
 // True when x and y are zero and |z| lies in [1e-15, 1e15]. Within these bounds z * z neither overflows nor underflows
@@ -54,11 +66,10 @@ inline __m128 DirectionOf(__m128 v)
     return _mm_or_ps(_mm_and_ps(v, _mm_set1_ps(-0.0f)), _mm_setr_ps(0.0f, 0.0f, 1.0f, 0.0f));
 }
 
+// Rotating the difference instead of both factors saves a shuffle.
 inline __m128 Cross(__m128 a, __m128 b)
 {
-    constexpr int YZX = _MM_SHUFFLE(3, 0, 2, 1), ZXY = _MM_SHUFFLE(3, 1, 0, 2);
-    return _mm_sub_ps(_mm_mul_ps(_mm_shuffle_ps(a, a, YZX), _mm_shuffle_ps(b, b, ZXY)),
-                      _mm_mul_ps(_mm_shuffle_ps(a, a, ZXY), _mm_shuffle_ps(b, b, YZX)));
+    return Pick<1, 2, 0, 3>(_mm_sub_ps(_mm_mul_ps(a, Pick<1, 2, 0, 3>(b)), _mm_mul_ps(Pick<1, 2, 0, 3>(a), b)));
 }
 
 // One row of a product. Each lane is a column.
@@ -82,13 +93,14 @@ void kvMatrix::Multiply(kvMatrix& out, const kvMatrix& a, const kvMatrix& b)
 
 void kvMatrix::LookAtLH(kvMatrix& out, const kvVector3& eye, const kvVector3& at, const kvVector3& up)
 {
-    const __m128 z = DirectionOf(_mm_sub_ps(Load(at), Load(eye)));
+    const __m128 from = Load(eye);
+    const __m128 z = DirectionOf(_mm_sub_ps(Load(at), from));
     const __m128 x = Normalised(Cross(Load(up), z));
     __m128 row0 = x, row1 = Cross(z, x), row2 = z, row3 = _mm_setzero_ps();
     _MM_TRANSPOSE4_PS(row0, row1, row2, row3); // row3 receives the fourth lanes and is not used
 
-    const __m128 sum = _mm_add_ps(_mm_mul_ps(row0, _mm_set1_ps(eye.x)), _mm_mul_ps(row1, _mm_set1_ps(eye.y)));
-    const __m128 place = _mm_add_ps(sum, _mm_mul_ps(row2, _mm_set1_ps(eye.z)));
+    const __m128 sum = _mm_add_ps(_mm_mul_ps(row0, Spread<0>(from)), _mm_mul_ps(row1, Spread<1>(from)));
+    const __m128 place = _mm_add_ps(sum, _mm_mul_ps(row2, Spread<2>(from)));
     const __m128 lanes012 = _mm_castsi128_ps(_mm_setr_epi32(-1, -1, -1, 0));
     _mm_storeu_ps(out.m, row0);
     _mm_storeu_ps(out.m + 4, row1);

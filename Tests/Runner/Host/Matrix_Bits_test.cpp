@@ -130,3 +130,19 @@ TEST(HostMatrixBits, ALookStraightAlongZFollowsItsDefinitionAtEveryDistance)
             ExpectSame(view, LookAt(eye, at, up), round);
         }
 }
+
+TEST(HostMatrixBits, AVectorOfAboutLengthOneIsDividedByItsLength)
+{
+    constexpr float few = 1e-40f; // below the normal numbers
+    int justBelow = 0;
+    for (int round = 0; round < 100000 && !testing::Test::HasFatalFailure(); ++round)
+    {
+        const float angle = static_cast<float>(round) * 0.0001f;
+        const kvVector3 eye = {0, 0, 0}, at = {sinf(angle), cosf(angle), round % 2 == 0 ? few : -few};
+        justBelow += at.x * at.x + at.y * at.y + at.z * at.z == 0x1.fffffep-1f;
+        kvMatrix view;
+        kvMatrix::LookAtLH(view, eye, at, {0.0f, few, 1.0f});
+        ExpectSame(view, LookAt(eye, at, {0.0f, few, 1.0f}), round);
+    }
+    EXPECT_GT(justBelow, 1000);
+}
