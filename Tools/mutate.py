@@ -34,6 +34,7 @@ ROOT = os.getcwd()
 BUILD = os.path.join(ROOT, "build/mutation")
 OUT = "out/mutation"
 LIST = "Tools/equivalent_mutants.txt"
+INSTANT = 0.02  # seconds
 SLOW = 0.005  # tests that take more than this part of the whole time come last
 HOUR = 3600  # a test that waits for ever takes no processor time
 MEMORY = 6 << 30  # bytes of address space, against mutants that ask for ever more
@@ -81,20 +82,18 @@ class Tests:
                     self.suites.setdefault(os.path.basename(test["file"]).replace("_test.cpp", ""), set()).add(suite["name"])
 
     def phases(self, path):
-        """Filters of the tests in their order, each with its usual time: those of the file, the quick ones, the slow."""
+        """Filters of the tests in their order, each with its usual time: the instant ones, which nearly all are; then
+        those of the file, the other quick ones, and the slow."""
         stem = os.path.splitext(os.path.basename(path))[0]
         own = {suite for name, suites in self.suites.items() for suite in suites
                if name.startswith(stem) or stem.startswith(name)}
         longest = SLOW * sum(self.times.values())
-        slow = {name for name, seconds in self.times.items() if seconds >= longest}
-        quick = {name for name in self.times if name.split(".")[0] in own} - slow
-        excluded = [suite + ".*" for suite in sorted(own)]
+        left = {name for name, seconds in self.times.items() if seconds >= INSTANT}
+        slow = {name for name in left if self.times[name] >= longest}
+        of_file = {name for name in left - slow if name.split(".")[0] in own}
         time_of = lambda names: sum(self.times[name] for name in names)
-        phases = []
-        if own:
-            phases.append((":".join(excluded) + "-" + ":".join(sorted(slow)), time_of(quick)))
-        phases.append(("-" + ":".join(excluded + sorted(slow)), time_of(set(self.times) - slow - quick)))
-        phases.append((":".join(sorted(slow)), time_of(slow)))
+        phases = [("-" + ":".join(sorted(left)), time_of(set(self.times) - left))]
+        phases += [(":".join(sorted(names)), time_of(names)) for names in (of_file, left - slow - of_file, slow) if names]
         return phases
 
 
