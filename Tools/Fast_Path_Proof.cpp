@@ -1,17 +1,16 @@
 // The proof that the module's short ways give the bits of their definitions: matrices and cameras made against short
-// cuts, by the hundred million. The suite has a small share of it (Tests/Module/Fast_Paths_test.cpp).
+// cuts, by the hundred million, on all processors. The suite has a small share of it
+// (Tests/Module/Fast_Paths_test.cpp).
 //
-//   fast_path_proof [MATRICES [AREAS [SEED]]]    100,000,000 matrices, 10,000,000 areas and seed 1 unless given
+//   fast_path_proof [MATRICES [CAMERAS [SEED]]]    100,000,000 matrices, 10,000,000 cameras and seed 1 unless given
 //
 // Exit status 1, with the first ten matrices, where anything differs.
 #include "Platform/Strict_Float.h"
 
 #include "Tests/Support/Fast_Paths.h"
+#include "Tools/Proof_Workers.h"
 
-#include <chrono>
 #include <cinttypes>
-#include <cstdio>
-#include <cstdlib>
 
 using namespace Recording;
 
@@ -20,10 +19,25 @@ namespace
 constexpr uint32_t SHAPES = static_cast<uint32_t>(MatrixShape::Count);
 constexpr const char* SHAPE_NAMES[SHAPES] = {"flat",          "almost flat",     "any bits", "affine",
                                              "powers of two", "nearly singular", "small",    "not numbers"};
+constexpr uint32_t SORTS = 4;
+constexpr const char* SORT_NAMES[SORTS] = {"built, awkward", "built, of games", "set matrices", "any inverses"};
 
 struct Counts
 {
     uint64_t tried = 0, regular = 0, wrong = 0;
+
+    void Add(const Counts& other)
+    {
+        tried += other.tried;
+        regular += other.regular;
+        wrong += other.wrong;
+    }
+};
+
+struct Tally
+{
+    Counts shapes[SHAPES]; // of matrices that were inverted
+    Counts sorts[SORTS];   // of cameras
 };
 
 void Show(const kvMatrix& matrix)
@@ -33,90 +47,151 @@ void Show(const kvMatrix& matrix)
     std::printf("\n");
 }
 
-void Take(Counts& counts, bool isRight, const kvMatrix& matrix)
+void Take(Counts& counts, bool isRight, bool isRegular, const kvMatrix& matrix)
 {
     ++counts.tried;
-    if (isRight || ++counts.wrong > 10)
-        return;
-    Show(matrix);
+    counts.regular += isRegular ? 1 : 0;
+    if (!isRight && ++counts.wrong <= 10)
+        Show(matrix);
 }
 
-double Seconds() { return std::chrono::duration<double>(std::chrono::steady_clock::now().time_since_epoch()).count(); }
-
-uint64_t ProveInverses(uint64_t count, AwkwardNumbers& source)
+void ProveInverses(Tally& tally, uint64_t count, AwkwardNumbers& source)
 {
-    const double start = Seconds();
-    Counts counts[SHAPES];
     for (uint64_t i = 0; i < count; ++i)
     {
         const auto shape = static_cast<uint32_t>(i % SHAPES);
         const kvMatrix matrix = source.Shaped(static_cast<MatrixShape>(shape));
-        Take(counts[shape], InvertsByDefinition(matrix), matrix);
         kvMatrix inverse = matrix;
-        counts[shape].regular += inverse.Invert() ? 1 : 0;
+        const bool isRegular = inverse.Invert();
+        Take(tally.shapes[shape], InvertsByDefinition(matrix), isRegular, matrix);
     }
-    uint64_t wrong = 0;
-    for (uint32_t shape = 0; shape < SHAPES; ++shape)
-    {
-        std::printf("%-16s %12" PRIu64 " matrices, %12" PRIu64 " regular, %" PRIu64 " wrong\n", SHAPE_NAMES[shape],
-                    counts[shape].tried, counts[shape].regular, counts[shape].wrong);
-        wrong += counts[shape].wrong;
-    }
-    std::printf("inverses: %" PRIu64 " wrong, %.0f s\n", wrong, Seconds() - start);
-    return wrong;
 }
 
-// A camera of each sort in turn: built from its view, with two matrices that were set, with any inverses at all.
-void Prepare(CCamera& camera, uint64_t number, AwkwardNumbers& source)
+// ---- cameras ----
+
+// What the host does to each projection that it builds: nothing, or another entry in one place.
+struct ProjectionChange
+{
+    bool isOn = false;
+    uint32_t place = 0;
+    float value = 0.0f;
+
+    void Draw(AwkwardNumbers& source)
+    {
+        isOn = source.Below(8) == 0;
+        place = source.Below(16);
+        value = source.Below(2) == 0 ? source.Zero() : source.Entry(source.Below(4));
+    }
+};
+
+void BuildAwkward(CCamera& camera, AwkwardNumbers& source)
+{
+    camera.m_viewX = source.Entry(source.Below(4));
+    camera.m_viewY = source.Entry(source.Below(4));
+    camera.m_viewWidth = source.Entry(source.Below(4));
+    camera.m_viewHeight = source.Entry(source.Below(4));
+    camera.m_viewAngle = source.Below(2) == 0 ? source.Zero() : source.Between(-720.0f, 720.0f);
+    camera.BuildView();
+}
+
+// Nearly all of these take the way that inverts the three matrices of a flat camera at once.
+void BuildOfGames(CCamera& camera, AwkwardNumbers& source)
+{
+    const float far = source.Below(4) == 0 ? 1e9f : 5000.0f;
+    camera.m_viewX = source.Below(8) == 0 ? source.Zero() : source.Between(-far, far);
+    camera.m_viewY = source.Below(8) == 0 ? source.Zero() : source.Between(-far, far);
+    camera.m_viewWidth = source.Between(0.5f, 4000.0f);
+    camera.m_viewHeight = source.Between(0.5f, 4000.0f);
+    if (source.Below(8) == 0)
+        camera.m_viewHeight = -camera.m_viewHeight;
+    static constexpr float TURN = 22.5f;
+    const uint32_t flavour = source.Below(4);
+    camera.m_viewAngle = flavour == 0   ? source.Zero()
+                         : flavour == 1 ? TURN * static_cast<float>(source.Below(33)) - 360.0f
+                                        : source.Between(-360.0f, 360.0f);
+    camera.BuildView();
+}
+
+void SetMatrices(CCamera& camera, AwkwardNumbers& source)
 {
     const auto shape = [&source] { return static_cast<MatrixShape>(source.Below(SHAPES)); };
-    if (number % 3 == 0)
-    {
-        camera.m_viewX = source.Entry(source.Below(4));
-        camera.m_viewY = source.Entry(source.Below(4));
-        camera.m_viewWidth = source.Entry(source.Below(4));
-        camera.m_viewHeight = source.Entry(source.Below(4));
-        camera.m_viewAngle = source.Below(2) == 0 ? source.Zero() : source.Between(-720.0f, 720.0f);
-        return camera.BuildView();
-    }
     kvMatrix projection = source.Shaped(shape());
     projection._34 = source.Zero(); // parallel
     camera.SetViewMat(source.Shaped(shape()));
     camera.SetProjMat(projection);
-    if (number % 3 == 1)
-        return;
-    camera.m_invViewProjMat = source.Shaped(shape());
-    camera.m_invViewMat = source.Shaped(shape());
 }
 
-uint64_t ProveAreas(uint64_t count, AwkwardNumbers& source)
+void SetAnyInverses(CCamera& camera, AwkwardNumbers& source)
 {
-    const double start = Seconds();
-    Counts stored, areas;
+    SetMatrices(camera, source);
+    camera.m_invViewProjMat = source.Shaped(static_cast<MatrixShape>(source.Below(SHAPES)));
+    camera.m_invViewMat = source.Shaped(static_cast<MatrixShape>(source.Below(SHAPES)));
+}
+
+// The area that a camera publishes is compared for parallel cameras; a host's projection may be another.
+void ProveCameras(Tally& tally, uint64_t count, AwkwardNumbers& source)
+{
+    static constexpr void (*PREPARE[SORTS])(CCamera&, AwkwardNumbers&) = {BuildAwkward, BuildOfGames, SetMatrices,
+                                                                          SetAnyInverses};
+    ProjectionChange change;
+    OnProjection(
+        [&change](kvMatrix& projection)
+        {
+            if (change.isOn)
+                projection.m[change.place] = change.value;
+        });
     for (uint64_t i = 0; i < count; ++i)
     {
+        const auto sort = static_cast<uint32_t>(i % SORTS);
         CCamera camera;
-        Prepare(camera, i, source);
-        if (i % 3 != 2)
-            Take(stored, StoresInversesByDefinition(camera), camera.m_viewProjMat);
-        Take(areas, PublishesTheStatedArea(camera), camera.m_invViewProjMat);
+        change.Draw(source);
+        PREPARE[sort](camera, source);
+        const bool hasOwnInverses = sort + 1 < SORTS, isParallel = camera.IsOrthoProj();
+        const bool isRight =
+            (!hasOwnInverses || StoresInversesByDefinition(camera)) && (!isParallel || PublishesTheStatedArea(camera));
+        Take(tally.sorts[sort], isRight, camera.Is2D(), camera.m_viewProjMat);
     }
-    std::printf("%" PRIu64 " cameras with three inverses each, %" PRIu64 " wrong\n", stored.tried, stored.wrong);
-    std::printf("%" PRIu64 " areas, %" PRIu64 " wrong, %.0f s\n", areas.tried, areas.wrong, Seconds() - start);
-    return stored.wrong + areas.wrong;
 }
 
-uint64_t NumberFrom(int argc, char** argv, int index, uint64_t unlessGiven)
+// ---- what is told ----
+
+uint64_t Tell(const char* name, const char* things, const char* regular, const Counts& counts)
 {
-    return argc > index ? std::strtoull(argv[index], nullptr, 10) : unlessGiven;
+    std::printf("%-16s %12" PRIu64 " %s, %12" PRIu64 " %s, %" PRIu64 " wrong\n", name, counts.tried, things,
+                counts.regular, regular, counts.wrong);
+    return counts.wrong;
+}
+
+uint64_t TellAll(const std::vector<Tally>& tallies)
+{
+    Tally sum;
+    for (const Tally& tally : tallies)
+    {
+        for (uint32_t shape = 0; shape < SHAPES; ++shape)
+            sum.shapes[shape].Add(tally.shapes[shape]);
+        for (uint32_t sort = 0; sort < SORTS; ++sort)
+            sum.sorts[sort].Add(tally.sorts[sort]);
+    }
+    uint64_t wrong = 0;
+    for (uint32_t shape = 0; shape < SHAPES; ++shape)
+        wrong += Tell(SHAPE_NAMES[shape], "matrices", "regular", sum.shapes[shape]);
+    for (uint32_t sort = 0; sort < SORTS; ++sort)
+        wrong += Tell(SORT_NAMES[sort], "cameras", "flat", sum.sorts[sort]);
+    return wrong;
 }
 } // namespace
 
 int main(int argc, char** argv)
 {
+    using namespace ProofWorkers;
     Listen(0);
-    const uint64_t matrices = NumberFrom(argc, argv, 1, 100000000), areas = NumberFrom(argc, argv, 2, 10000000);
-    AwkwardNumbers source(static_cast<uint32_t>(NumberFrom(argc, argv, 3, 1)));
-    const uint64_t wrong = ProveInverses(matrices, source);
-    return ProveAreas(areas, source) + wrong == 0 ? 0 : 1;
+    const uint64_t matrices = NumberFrom(argc, argv, 1, 100000000), cameras = NumberFrom(argc, argv, 2, 10000000);
+    const auto seed = static_cast<uint32_t>(NumberFrom(argc, argv, 3, 1));
+    const auto work = [=](Tally& tally, unsigned number, unsigned count)
+    {
+        AwkwardNumbers source(Seed(seed, number));
+        ProveInverses(tally, Share(matrices, count, number), source);
+        ProveCameras(tally, Share(cameras, count, number), source);
+    };
+    return Prove<Tally>("fast_path_proof", work, TellAll);
 }

@@ -4,7 +4,7 @@
 # fuzz_target TARGET SECONDS       fuzzes; fails with the line that plays the input again
 # play_inputs TARGET FILE...       plays files, or all files of folders
 
-FUZZ_PACKAGES="clang libclang-rt-dev python3"
+FUZZ_PACKAGES="clang lld libclang-rt-dev python3"
 FUZZ_BUILD=build/fuzz
 FUZZ_TARGETS="camera_stream built_ins fast_paths saved_game older_save recording map lua_program picture command_line text_files"
 

@@ -2,11 +2,12 @@
 """Changes the module in one place at a time and runs its tests: a change that no test notices is a gap in the tests, or
 changes nothing. The tests are built once; of a mutant only the changed file is compiled, and linked before the archive.
 
-    mutate.py [--every N] [--jobs N] [--afresh] [FILE...]
+    mutate.py [--every N] [--jobs N] [--afresh] [--kept] [FILE...]
 
 Without a FILE, all sources and headers of Files/Graphics. --every N takes each Nth mutant, for an estimate. Results are
 kept in out/mutation/results.jsonl, and a run goes on where the last one ended: what was killed stays killed while its
-file is the same, and what survived is tried again when a test has changed. --afresh forgets them.
+file is the same, and what survived is tried again when a test has changed. --afresh forgets them; --kept tells them and
+tries nothing.
 
 A mutant whose object files at -O2 are those of the module is left out: the compiler has proved it equivalent. Others that
 are equivalent stand in Tools/equivalent_mutants.txt, with the reason."""
@@ -20,6 +21,7 @@ import os
 import queue
 import resource
 import shlex
+import signal
 import subprocess
 import sys
 import threading
@@ -32,11 +34,15 @@ ROOT = os.getcwd()
 BUILD = os.path.join(ROOT, "build/mutation")
 OUT = "out/mutation"
 LIST = "Tools/equivalent_mutants.txt"
+INSTANT = 0.02  # seconds
 SLOW = 0.005  # tests that take more than this part of the whole time come last
+HOUR = 3600  # a test that waits for ever takes no processor time
 MEMORY = 6 << 30  # bytes of address space, against mutants that ask for ever more
 # Of a header, inline functions that the module does not call are compiled, too: tests call them, and the linker takes
 # the first copy.
 EVERY_FUNCTION = ("-femit-all-decls",)
+# Stops at once where a change makes the module do what is undefined, such as reading behind an array.
+TRAPS = ("-fsanitize=undefined", "-fno-sanitize=vptr,function", "-fsanitize-trap=all")
 REPEATED = ("refused", "identical", "killed")
 
 
@@ -76,20 +82,18 @@ class Tests:
                     self.suites.setdefault(os.path.basename(test["file"]).replace("_test.cpp", ""), set()).add(suite["name"])
 
     def phases(self, path):
-        """Filters of the tests in their order, each with its usual time: those of the file, the quick ones, the slow."""
+        """Filters of the tests in their order, each with its usual time: the instant ones, which nearly all are; then
+        those of the file, the other quick ones, and the slow."""
         stem = os.path.splitext(os.path.basename(path))[0]
         own = {suite for name, suites in self.suites.items() for suite in suites
                if name.startswith(stem) or stem.startswith(name)}
         longest = SLOW * sum(self.times.values())
-        slow = {name for name, seconds in self.times.items() if seconds >= longest}
-        quick = {name for name in self.times if name.split(".")[0] in own} - slow
-        excluded = [suite + ".*" for suite in sorted(own)]
+        left = {name for name, seconds in self.times.items() if seconds >= INSTANT}
+        slow = {name for name in left if self.times[name] >= longest}
+        of_file = {name for name in left - slow if name.split(".")[0] in own}
         time_of = lambda names: sum(self.times[name] for name in names)
-        phases = []
-        if own:
-            phases.append((":".join(excluded) + "-" + ":".join(sorted(slow)), time_of(quick)))
-        phases.append(("-" + ":".join(excluded + sorted(slow)), time_of(set(self.times) - slow - quick)))
-        phases.append((":".join(sorted(slow)), time_of(slow)))
+        phases = [("-" + ":".join(sorted(left)), time_of(set(self.times) - left))]
+        phases += [(":".join(sorted(names)), time_of(names)) for names in (of_file, left - slow - of_file, slow) if names]
         return phases
 
 
@@ -120,7 +124,7 @@ class Units:
         return [*kept, "-w"]
 
     def find(self, files):
-        """The mutants of the files, and in self.reads the files of each unit."""
+        """The mutants of the files in their order, and in self.reads the files of each unit."""
         sources = {}
         for name in files:
             with open(name, "rb") as file:
@@ -128,7 +132,7 @@ class Units:
         for unit, command in self.commands.items():
             read = find_mutants(os.path.join(ROOT, unit), command[1:], sources)
             self.reads[unit] = {os.path.relpath(name, ROOT) for name in read}
-        return [mutant for name in sorted(sources) for mutant in sources[name].sorted_mutants()]
+        return [mutant for source in sources.values() for mutant in source.sorted_mutants()]
 
     def of(self, path):
         return [unit for unit, read in self.reads.items() if path in read]
@@ -152,7 +156,7 @@ class Workplace:
         """The unit's object file; None when it does not compile. Compiled by a relative name, which objects hold."""
         target = os.path.join(self.folder, os.path.basename(unit) + level + ".o")
         words = self.units.commands[unit]
-        options = [level, "-g0", *(EVERY_FUNCTION if self.path.endswith(".h") else ())]
+        options = [level, "-g0", *(EVERY_FUNCTION if self.path.endswith(".h") else ()), *(TRAPS if level == "-O0" else ())]
         run = subprocess.run([words[0], f"-I{self.folder}", *words[1:], *options, "-c", unit, "-o", target],
                              cwd=self.folder, capture_output=True, check=False)
         return target if run.returncode == 0 else None
@@ -193,7 +197,7 @@ class Workplace:
 
     def run_tests(self, program, tests, usual):
         """What ended the tests: the name of the first that failed, "a crash", "no end", or None when all passed."""
-        limit = 10 * usual + 10
+        limit = 5 * usual + 3  # seconds of processor time: a machine that has other work makes no mutant slow
 
         def bound():
             resource.setrlimit(resource.RLIMIT_AS, (MEMORY, MEMORY))
@@ -202,12 +206,14 @@ class Workplace:
 
         try:
             run = subprocess.run([program, "--gtest_brief=1", "--gtest_fail_fast"], env={**os.environ, "GTEST_FILTER": tests},
-                                 cwd=self.folder, stdout=subprocess.PIPE, stderr=subprocess.DEVNULL, timeout=3 * limit,
+                                 cwd=self.folder, stdout=subprocess.PIPE, stderr=subprocess.DEVNULL, timeout=HOUR,
                                  preexec_fn=bound, check=False)
         except subprocess.TimeoutExpired:
             return "no end"
         if run.returncode == 0:
             return None
+        if run.returncode in (-signal.SIGXCPU, -signal.SIGKILL):
+            return "no end"
         failed = [line for line in run.stdout.decode(errors="replace").split("\n") if line.startswith("[  FAILED  ] ")]
         return failed[0].split()[3].rstrip(",") if failed else "a crash"
 
@@ -269,7 +275,13 @@ def listed_entry(entries, mutant):
 
 
 def run(mutants, contents, sums, results, units, tests, jobs):
-    """Judges every mutant that has no result yet. Yields each with its result."""
+    """Judges every mutant that has no result yet; without jobs, leaves it out. Yields each with its result."""
+    if jobs == 0:
+        for mutant in mutants:
+            known = results.get(mutant, sums[mutant.file])
+            if known is not None:
+                yield mutant, known
+        return
     places = queue.Queue()
     for number in range(jobs):
         places.put(Workplace(number, units, tests))
@@ -336,6 +348,7 @@ def main():
     parser.add_argument("--every", type=int, default=1)
     parser.add_argument("--jobs", type=int, default=os.cpu_count())
     parser.add_argument("--afresh", action="store_true")
+    parser.add_argument("--kept", action="store_const", dest="jobs", const=0)
     parser.add_argument("files", nargs="*")
     options = parser.parse_args()
 

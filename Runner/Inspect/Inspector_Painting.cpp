@@ -46,7 +46,7 @@ void PaintShadowedText(float x, float y, const std::string& text, unsigned colou
 
 void PaintOverlay(ViewOverlay overlay, Painter& painter)
 {
-    SpreadTexts(overlay, CHARACTER, LINE_HEIGHT);
+    SpreadTexts(overlay, static_cast<double>(CHARACTER), static_cast<double>(LINE_HEIGHT));
     const float left = static_cast<float>(overlay.port.x), top = static_cast<float>(overlay.port.y);
     painter.SetPort(overlay.port);
     SetFlatView(left, top, static_cast<float>(overlay.port.width), static_cast<float>(overlay.port.height));

@@ -150,3 +150,12 @@ TEST_F(CameraFollowQuestions, ATargetThatIsNoNumberLeavesTheEdge)
     EXPECT_EQ(stages.border, 530.0f);
     EXPECT_EQ(stages.speed, 530.0f);
 }
+
+// Zeros of both signs are equal, so a target on the border moves nothing, and the room's edge stops nothing.
+TEST_F(CameraFollowQuestions, AnEdgeOfMinusZeroKeepsItsSign)
+{
+    const CFollowStages stages = CFollowAxis{-0.0f, 320.0f, 0.0f, 6.0f, nullptr}.StepAfter(0.0f);
+    EXPECT_TRUE(std::signbit(stages.border));
+    EXPECT_TRUE(std::signbit(stages.room));
+    EXPECT_TRUE(std::signbit(stages.speed));
+}

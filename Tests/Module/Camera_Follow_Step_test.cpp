@@ -61,6 +61,14 @@ const Step STEPS[] = {
     {"ABorderThatIsNoNumberHoldsTheView", 700, 100, 400, NOT_A_NUMBER, UNLIMITED, 1000, 100},
     {"ATargetThatIsNoNumberHoldsTheView", NOT_A_NUMBER, 100, 400, 50, UNLIMITED, 1000, 100},
     {"ASpeedThatIsNoNumberIsUnlimited", 700, 100, 400, 50, NOT_A_NUMBER, 1000, 350},
+    // Above 2^24 only even numbers are floats, above 2^25 each fourth: sums and differences are rounded, so that equal
+    // sides of a comparison do not make equal results. 1 + 2^24 is 2^24.
+    {"AHugeViewOnItsFarBorderAndTheRoomsFarEdgeStays", 16777216, 1, 16777216, 0, UNLIMITED, 16777216, 1},
+    // 2^24 + 2 - 2^24; with a dead zone, both sums would be 2^25, and the view would stay.
+    {"AHugeViewWithoutADeadZoneIsCentred", 16777218, 1, 33554432, 16777216, UNLIMITED, NO_ROOM, 2},
+    // 2^24 + 1, a step of one too many, is 2^24: the step is made.
+    {"AHugeStepBackOfTheSpeedIsMade", 1, 16777218, 400, 0, 16777216, NO_ROOM, 1},
+    {"AHugeStepForwardOfTheSpeedIsMade", 16777220, 1, 2, 0, 16777216, NO_ROOM, 16777218},
 };
 } // namespace
 

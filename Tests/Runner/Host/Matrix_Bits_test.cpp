@@ -3,6 +3,7 @@
 #include "Platform/Strict_Float.h"
 
 #include "Platform/Matrix.h"
+#include "Tests/Runner/Support/Matrix_Definitions.h"
 
 #include <gtest/gtest.h>
 
@@ -13,6 +14,8 @@
 
 namespace
 {
+using namespace MatrixDefinitions;
+
 void ExpectSame(const kvMatrix& actual, const kvMatrix& expected, int round)
 {
     for (int i = 0; i < 16; ++i)
@@ -50,21 +53,6 @@ public:
 private:
     std::mt19937 m_engine{99};
 };
-
-kvVector3 Unit(float x, float y, float z)
-{
-    const float length = sqrtf(x * x + y * y + z * z);
-    return {x / length, y / length, z / length};
-}
-
-kvMatrix LookAt(const kvVector3& eye, const kvVector3& at, const kvVector3& up)
-{
-    const kvVector3 z = Unit(at.x - eye.x, at.y - eye.y, at.z - eye.z);
-    const kvVector3 x = Unit(up.y * z.z - up.z * z.y, up.z * z.x - up.x * z.z, up.x * z.y - up.y * z.x);
-    const kvVector3 y = {z.y * x.z - z.z * x.y, z.z * x.x - z.x * x.z, z.x * x.y - z.y * x.x};
-    const auto place = [&](const kvVector3& axis) { return -(axis.x * eye.x + axis.y * eye.y + axis.z * eye.z); };
-    return {{{x.x, y.x, z.x, 0, x.y, y.y, z.y, 0, x.z, y.z, z.z, 0, place(x), place(y), place(z), 1}}};
-}
 } // namespace
 
 TEST(HostMatrixBits, AProductSumsFromLeftToRight)
@@ -74,13 +62,7 @@ TEST(HostMatrixBits, AProductSumsFromLeftToRight)
     {
         kvMatrix a = source.Matrix();
         const kvMatrix b = source.Matrix();
-        kvMatrix expected;
-        for (int i = 0; i < 16; ++i)
-        {
-            const float* const row = a.m + i / 4 * 4;
-            const float* const column = b.m + i % 4;
-            expected.m[i] = row[0] * column[0] + row[1] * column[4] + row[2] * column[8] + row[3] * column[12];
-        }
+        const kvMatrix expected = Product(a, b);
         kvMatrix product;
         kvMatrix::Multiply(product, a, b);
         ExpectSame(product, expected, round);
