@@ -51,19 +51,29 @@ check_suite() {
     passed=$((passed + programs + others))
 }
 
-# lint BUILD FILES...: reads the compile commands of the build. The counts of what system headers would be told are left
-# out.
+# lint BUILD CHECKS FILES...: reads the compile commands of the build. CHECKS are added to those of .clang-tidy. The
+# counts of what system headers would be told are left out.
 lint() {
-    local directory=$1
-    shift
+    local directory=$1 checks=$2
+    shift 2
     git ls-files -z "$@" |
-        xargs -0 -P "$(nproc)" -n 4 clang-tidy --quiet --extra-arg=-Wno-unknown-warning-option -p "$directory" 2>&1 |
+        xargs -0 -P "$(nproc)" -n 4 \
+            clang-tidy --quiet --checks="$checks" --extra-arg=-Wno-unknown-warning-option -p "$directory" 2>&1 |
         { grep -vE '^[0-9]+ warnings? generated' || true; }
 }
 
+RUNNER_SOURCES=("Runner/*.cpp" ":!Runner/Window/Sdl_*" ":!Runner/Inspect/Imgui_*")
+
+# The paths through the Runner's functions are followed at night: three quarters of the time are theirs.
 check_lint() {
     step "Checking with clang-tidy"
-    quietly build/tidy.log lint build/dev "Files/*.cpp" "Runner/*.cpp" ":!Runner/Window/Sdl_*" ":!Runner/Inspect/Imgui_*"
+    quietly build/tidy.log lint build/dev "" "Files/*.cpp"
+    quietly build/tidy-runner.log lint build/dev "-clang-analyzer-*" "${RUNNER_SOURCES[@]}"
+}
+
+check_paths() {
+    step "Following the Runner's paths with clang's analyzer"
+    quietly build/tidy-paths.log lint build/dev "-*,clang-analyzer-*,-clang-analyzer-valist.Uninitialized" "${RUNNER_SOURCES[@]}"
 }
 
 # Real keys, buttons and gamepads in the window, each test on a display of its own.
@@ -73,7 +83,7 @@ check_window() {
         return
     fi
     check_suite window-tests
-    quietly build/window-tidy.log lint build/window "Runner/Window/Sdl_*.cpp" "Runner/Inspect/Imgui_*.cpp" # the sanitizer build has no window
+    quietly build/window-tidy.log lint build/window "" "Runner/Window/Sdl_*.cpp" "Runner/Inspect/Imgui_*.cpp" # the sanitizer build has no window
 }
 
 # A machine that cannot build for ARM still checks everything else.
@@ -102,19 +112,26 @@ check_packages() {
     check_suite packages-armhf
 }
 
-# This processor's own compilers and levels first; then, of the targets, every row of the table is one comparison that
-# passed.
-check_targets() {
-    step "Comparing compilers and levels of optimisation on this processor"
-    quietly build/variants.log ctest --test-dir build/dev -R '^Bits\.EveryCompilerAndLevel' --no-tests=error
-    passed=$((passed + 1))
-    Tools/targets.sh
+# Of the targets, every row of the table is one comparison that passed. TARGET...
+compare_targets() {
+    Tools/targets.sh "$@"
     local target
     for target in $(cat build/targets/left_out.txt); do
         leave_out "$target" "its tools cannot be installed, see the lines above"
     done
     passed=$((passed + $(wc -l <build/targets/table.txt) - 1))
 }
+
+# This processor's own compilers and levels, then the other targets. Under its emulator a 64-bit ARM plays the games for
+# minutes; it does so at night.
+check_targets() {
+    step "Comparing compilers and levels of optimisation on this processor"
+    quietly build/variants.log ctest --test-dir build/dev -R '^Bits\.EveryCompilerAndLevel' --no-tests=error
+    passed=$((passed + 1))
+    compare_targets x86-64 armhf arm64 riscv64 s390x wasm musl armhf-games web-games
+}
+
+check_games_on_arm64() { compare_targets arm64-games; }
 
 # The random runs at many times their usual length. PROGRAM FILTER VARIABLE=NUMBER
 long_run() {

@@ -27,7 +27,7 @@ SAVED_AT=500
 RECORDED=120
 GOLDEN_LINES=100 # of a golden trace; its last line is a hash of the rest
 WORK=build/compare-$preset
-HOME_RUNNER=build/dev/Runner/runner
+HOME_RUNNER=build/optimised/Runner/runner
 
 # play RUNNER NAME OPTION...: leaves NAME.trace. RUNNER: home or other
 play() {
@@ -66,7 +66,7 @@ same_game() {
         is_end_of "$game-home-goes-on" "$game-home" && is_end_of "$game-other-goes-on" "$game-home" && same_replay
 }
 
-build dev runner >&2
+build optimised runner >&2
 build "$preset" "$target" >&2
 rm -rf "$WORK"
 mkdir -p "$WORK"

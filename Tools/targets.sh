@@ -4,8 +4,9 @@
 #   Tools/targets.sh [TARGET...]      all of them unless named
 #
 # On each target: the hashes of Tests/Bits against golden.txt; sine, cosine and arc cosine over parts of all floats
-# against the device's hashes; images and saved cameras against those of x86-64. Where the Runner builds, the example games too (Tools/compare_runners.sh). A target whose tools cannot be had is left out;
-# the closing line and build/targets/left_out.txt name it.
+# against the device's hashes; images and saved cameras against those of x86-64. Where the Runner builds, the example
+# games too (Tools/compare_runners.sh). A target whose tools cannot be had is left out; the closing line and
+# build/targets/left_out.txt name it.
 source "$(dirname "$0")/steps.sh"
 
 TARGETS="x86-64 armhf arm64 riscv64 s390x wasm musl armhf-games arm64-games web-games"

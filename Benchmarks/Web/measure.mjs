@@ -2,12 +2,12 @@
 //
 //   node Benchmarks/Web/measure.mjs [FILE]       prints a table of Markdown; FILE keeps the figures as JSON
 //
-// First: the presets web (with the target module_step) and bench (module_step), and window (runner); npm ci in Web.
+// First: the presets web (targets web_runner and module_step), bench (module_step) and optimised (runner); npm ci in Web.
 import { execFileSync } from "node:child_process";
 import { readFileSync, readdirSync, writeFileSync } from "node:fs";
 import { join } from "node:path";
 import { brotliCompressSync, gzipSync } from "node:zlib";
-import { ROOT, gamePage, launch, openGame, serve } from "../../Tests/Web/runner/page.mjs";
+import { ROOT, gamePage, launch, openGame, serve, until } from "../../Tests/Web/runner/page.mjs";
 
 const OUT = join(ROOT, "build/web/runner");
 const FRAMES = 300; // of a measurement of drawing
@@ -58,17 +58,18 @@ function nativeFrame() {
     const time = (frames) => {
         const start = process.hrtime.bigint();
         const out = join(ROOT, "build/measure-out");
-        execFileSync(join(ROOT, "build/window/Runner/runner"),
+        execFileSync(join(ROOT, "build/optimised/Runner/runner"),
             ["Games/canyon/canyon.lua", "--quiet", "--frames", String(frames), "--out", out], { cwd: ROOT });
         return Number(process.hrtime.bigint() - start) / 1e6;
     };
     return (time(60 + FRAMES) - time(60)) / FRAMES; // what start and end take is left out
 }
 
+// Milliseconds from the page's address on: its files, the program's compilation, the game's pictures, a frame.
 async function firstFrame(browser, server) {
     const { page } = await openGame(browser, server, gamePage(server, "canyon", {}));
-    await page.waitForFunction(() => runner.frame > 0);
-    const time = await page.evaluate(() => runner.times().firstFrame);
+    await until(page, () => runner.frame > 0 && runner.times().firstFrame > 0);
+    const time = await page.evaluate(() => runner.began + runner.times().firstFrame);
     await page.close();
     return time;
 }

@@ -22,7 +22,6 @@ constexpr float BAR_PART = 0.06f; // of the game's height that takes the mouse f
 constexpr int SLOW_STEPS = 4;     // for one frame in slow motion
 constexpr int REWIND_FRAMES = 5 * STEPS_PER_SECOND;
 constexpr float LINE = 14.0f;
-constexpr int UNSHOWN_LIMIT = 5;          // frames played one after the other without showing one
 constexpr int STANDING_MILLISECONDS = 30; // between two looks at a window that stands still
 constexpr int64_t MILLISECOND = NANOSECONDS / 1000;
 } // namespace
@@ -39,7 +38,7 @@ bool GamePicture::Show(const Showing& showing)
 
 WindowStage::WindowStage(Window& window, StagePicture& picture, const RunnerKeys& keys, InputSource* player)
     : m_window(window), m_picture(picture), m_player(player), m_keys(keys), m_panel(window, PANEL_SIZE),
-      m_bar(window, BAR_SIZE), m_clock(STEPS_PER_SECOND, window.Now())
+      m_bar(window, BAR_SIZE), m_clock(STEPS_PER_SECOND, window.Now()), m_late(m_clock.Period())
 {
 }
 
@@ -90,7 +89,6 @@ void WindowStage::ShowBar(const Port& game)
 
 void WindowStage::ShowFrame()
 {
-    m_unshown = 0;
     m_window.Show(m_picture.Size());
     if (!m_window.IsVisible())
         return;
@@ -197,7 +195,7 @@ bool WindowStage::StandStill()
 bool WindowStage::Next(InputFrame& frame)
 {
     m_window.Show(m_picture.Size());
-    if (!m_isPaced || !IsDue() || ++m_unshown >= UNSHOWN_LIMIT)
+    if (m_late.Shows(m_isPaced && IsDue(), m_window.Now()))
         ShowFrame();
     for (;;)
     {

@@ -85,8 +85,8 @@ private:
     Panel m_panel;
     Panel m_bar;
     StepClock m_clock;
+    LateFrames m_late;
     bool m_isPaced = true;
-    int m_unshown = 0;                         // frames since one was shown
     int m_shown = 0;                           // frames
     int64_t m_shownFirst = 0, m_shownLast = 0; // when
     bool m_keepsTimes = false;

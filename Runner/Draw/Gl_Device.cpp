@@ -42,12 +42,7 @@ bool HasExtension(const char* name)
 }
 
 // An extension of version 2, and part of version 3, which need not name it.
-bool HasFineDepth()
-{
-    const GLubyte* version = glGetString(GL_VERSION);
-    const bool isThird = version != nullptr && strncmp(reinterpret_cast<const char*>(version), "OpenGL ES 3", 11) == 0;
-    return isThird || HasExtension("GL_OES_depth24");
-}
+bool HasFineDepth() { return IsGlVersion3() || HasExtension("GL_OES_depth24"); }
 
 void FlipRows(uint8_t* rgba, size_t rowBytes, int height)
 {

@@ -14,7 +14,9 @@ enum VertexInput : GLuint
     INPUT_COLOUR,
 };
 
-// The shader program for textured, tinted triangles. A context must be current, in the destructor too.
+bool IsGlVersion3(); // of the context that is current
+
+// The shader program for textured, tinted triangles, the corners of each in one colour. A context must be current, in the destructor too.
 class GlProgram
 {
 public:

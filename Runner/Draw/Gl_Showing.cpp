@@ -4,8 +4,6 @@
 #include <GLES2/gl2ext.h>
 #include <GLES3/gl3.h>
 
-#include <cstring>
-
 namespace Runner
 {
 namespace
@@ -18,12 +16,6 @@ void TryWindowsOrder(GLuint texture, int width, int height)
     if (glGetError() == GL_NO_ERROR && glCheckFramebufferStatus(GL_FRAMEBUFFER) == GL_FRAMEBUFFER_COMPLETE)
         return;
     glTexImage2D(GL_TEXTURE_2D, 0, GL_RGBA, width, height, 0, GL_RGBA, GL_UNSIGNED_BYTE, nullptr);
-}
-
-bool IsVersion3()
-{
-    const GLubyte* const version = glGetString(GL_VERSION);
-    return version != nullptr && strncmp(reinterpret_cast<const char*>(version), "OpenGL ES 3", 11) == 0;
 }
 } // namespace
 
@@ -62,7 +54,8 @@ bool GlDevice::TakesCopy(const Showing& showing)
     const Target& screen = m_targets[m_screen];
     GLint samples = 0;
     glGetIntegerv(GL_SAMPLES, &samples);
-    return showing.where.width == screen.width && showing.where.height == screen.height && samples == 0 && IsVersion3();
+    return showing.where.width == screen.width && showing.where.height == screen.height && samples == 0 &&
+           IsGlVersion3();
 }
 
 // The copy turns the rows round, and the driver turns a window's round once more: memory is copied as it stands.

@@ -81,6 +81,12 @@ void Painter::SetShown(bool shown)
     m_parts->isShown = shown;
 }
 
+void Painter::RenewDevice()
+{
+    if (m_parts->HasLostDevice())
+        m_parts->Renew();
+}
+
 void Painter::AbandonDevice() { static_cast<void>(m_parts->device.release()); }
 
 Device* Painter::CurrentDevice() { return m_parts->device.get(); }
@@ -137,7 +143,7 @@ void Painter::EndFrame()
         return;
     m_parts->device->Finish();
     std::string problem = m_parts->device->TakeError();
-    if (m_parts->openDevice != nullptr && m_parts->device->IsLost())
+    if (m_parts->HasLostDevice())
         m_parts->Renew();
     else if (!problem.empty())
         m_parts->Fail(std::move(problem));

@@ -60,6 +60,7 @@ struct Painter::Parts
     Parts(int width, int height, std::unique_ptr<Device> device, DeviceOpener openDevice);
     ~Parts();
 
+    bool HasLostDevice() const; // one that can be replaced
     void Renew(); // after the device was lost: a new one, with everything uploaded anew; surfaces are empty
     void DropPixels(Sheet& sheet) const;                          // after its upload
     bool Fail(std::string line);                                  // keeps the first; always false

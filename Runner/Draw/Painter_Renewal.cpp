@@ -21,6 +21,8 @@ void Painter::Parts::DropPixels(Sheet& sheet) const
         sheet.DropPixels();
 }
 
+bool Painter::Parts::HasLostDevice() const { return openDevice != nullptr && device != nullptr && device->IsLost(); }
+
 // The old device goes first: a window has room for its context alone.
 void Painter::Parts::Renew()
 {

@@ -166,14 +166,17 @@ PAGE_CALL void page_close()
 
 PAGE_CALL int page_size() { return static_cast<int>(s_answer.size()); }
 
+// A program that has no game is at its end, and lives.
 PAGE_CALL int page_flags()
 {
-    return Guarded(static_cast<int>(FLAG_DEAD),
-                   [](PageRun& run)
-                   {
-                       const int failed = run.Now().Failure().empty() ? 0 : FLAG_FAILED;
-                       return failed | (run.IsAtEnd() ? FLAG_AT_END : 0) | (run.IsPlaying() ? FLAG_PLAYING : 0);
-                   });
+    const int flags =
+        Guarded(static_cast<int>(FLAG_AT_END),
+                [](PageRun& run)
+                {
+                    const int failed = run.Now().Failure().empty() ? 0 : FLAG_FAILED;
+                    return failed | (run.IsAtEnd() ? FLAG_AT_END : 0) | (run.IsPlaying() ? FLAG_PLAYING : 0);
+                });
+    return s_isDead ? FLAG_DEAD : flags;
 }
 
 PAGE_CALL int page_frame()
@@ -255,7 +258,17 @@ PAGE_CALL void page_show(int width, int height)
             });
 }
 
-PAGE_CALL void page_lose_context() { LoseCanvasDevices(); }
+// The canvas' context was lost, and is there again.
+PAGE_CALL void page_restore_context()
+{
+    LoseCanvasDevices();
+    Guarded(0,
+            [](PageRun& run)
+            {
+                run.RenewDevice();
+                return 0;
+            });
+}
 
 // The pixels of the last frame, page_width times page_height; nothing without drawing.
 PAGE_CALL const char* page_picture()

@@ -139,6 +139,13 @@ void PageRun::Show(PixelSize canvas)
         painter->Show({m_box.Where(), canvas.width, canvas.height, !m_box.IsWhole(), true});
 }
 
+void PageRun::RenewDevice()
+{
+    Painter* const painter = Now().CurrentPainter();
+    if (painter != nullptr)
+        painter->RenewDevice();
+}
+
 // ---- devices ----
 
 void PageRun::MovePointer(float x, float y)

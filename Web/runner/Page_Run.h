@@ -36,6 +36,7 @@ public:
 
     // ---- picture ----
     void Show(PixelSize canvas);
+    void RenewDevice(); // after a loss: the game draws its next frame with another one
     PixelSize Screen() const;
 
     // ---- devices ----

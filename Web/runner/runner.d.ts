@@ -127,7 +127,8 @@ export interface Runner {
     // ---- time: 60 frames a second, whatever the display's rate; frames that are long overdue are dropped ----
     play(): void; // a game that has failed or ended stays
     pause(): void;
-    step(frames?: number): void; // pauses, and plays one frame, or so many, at once
+    // Pauses, and plays one frame, or so many, at once; none while the browser has taken the drawing context away.
+    step(frames?: number): void;
     slow(on: boolean): void; // a quarter of the speed
     // Pauses and goes to a frame, 0 to frames; out of range: as far as it goes. Long ways are gone in slices, so that
     // the page lives. Answers where it stands then: another frame when a later goTo, play or step cut it short.
@@ -171,7 +172,8 @@ export interface Runner {
 }
 
 // Resolves once the game stands at its start, paused, or has failed there (see failure). Rejects with one line for
-// files that are refused, a browser without WebGL 2 ("this browser has no WebGL 2 ...") or without WebAssembly.
+// files that are refused, a browser without WebGL 2 ("this browser has no WebGL 2 ...") or without WebAssembly. A drawing
+// context that the browser takes away, and gives back, is the runner's affair: the game stands meanwhile.
 export function createRunner(options: RunnerOptions): Promise<Runner>;
 
 // The native Runner's command line in a program of its own, for tests: nothing is drawn. The game's files stand in the

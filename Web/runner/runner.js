@@ -54,7 +54,9 @@ class PageRunner {
         this.overlayPainter = null;
         this.way = null; // { frame, isReload, done } while one is gone
         this.isShown = false; // what the canvas has is what the game shows
-        this.isLost = false; // the context
+        this.context = null; // WebGL's
+        this.isLost = false; // the context, until the program has taken it back
+        this.hasGame = false; // no turn is taken while one game takes the place of another
         this.isHidden = false; // it would play if the page were seen
         this.isClosed = false;
         this.turn = 0;
@@ -92,6 +94,7 @@ class PageRunner {
         if (this.inspecting) this.program.call("inspect", true);
         this.wasAtEnd = false;
         this.failure = null;
+        this.hasGame = true;
         this.look();
         this.wantTurn();
     }
@@ -101,6 +104,8 @@ class PageRunner {
         const handle = GL.createContext(canvas, CONTEXT);
         if (!handle) throw new Error("this browser has no WebGL 2, which the Runner draws with");
         GL.makeContextCurrent(handle);
+        this.context = GL.currentContext.GLctx;
+        if (this.isAway()) throw new Error("the browser has taken the drawing context away: start the game when it is back");
     }
 
     watchPage() {
@@ -120,6 +125,7 @@ class PageRunner {
 
     closeProgram() {
         this.input?.close();
+        this.hasGame = false;
         if (this.program === undefined) return;
         this.program.call("close");
         this.area?.look();
@@ -201,7 +207,7 @@ class PageRunner {
     }
 
     takeTurn(time) {
-        if (this.isClosed || this.isLost) return;
+        if (!this.hasGame || this.isAway()) return; // both ask for a turn when they are over
         const before = this.playing;
         if (this.way !== null) this.takeSlice();
         else if (before) this.playDue(time);
@@ -268,10 +274,16 @@ class PageRunner {
         this.isLost = true;
     }
 
+    // The game stands while nothing can be drawn. The browser tells of a loss only some time after it.
+    isAway() {
+        return this.isLost || (this.context?.isContextLost() ?? false);
+    }
+
     // A game that stands is played again up to where it stands: its picture is gone. One that plays draws the next.
     takeContext() {
         this.isLost = false;
-        this.program.call("lose_context");
+        if (!this.hasGame) return;
+        this.program.call("restore_context");
         if (this.playing) {
             this.program.call("play", true, now());
             this.wantTurn();
@@ -302,6 +314,7 @@ class PageRunner {
     step(frames = 1) {
         this.cutWay();
         this.pause();
+        if (this.isAway()) return;
         const start = now();
         for (let i = 0; i < frames && this.program.call("step") === 1; ++i) this.measured.frames++;
         this.measured.playing += now() - start;

@@ -121,6 +121,21 @@ TEST_F(DrawRenewal, EverythingIsUploadedAnew)
     EXPECT_EQ(opened, 2) << "once is enough";
 }
 
+TEST_F(DrawRenewal, BetweenTwoFramesTheNextFrameIsWhole)
+{
+    sprite = painter->AddSheet(DrawTest::FourCorners(8), 8, 8);
+    surface = painter->CreateSurface(8, 8);
+    map = painter->CreateTileMap(sprite, 3, 2, 8.0f, 8.0f);
+    const std::vector<uint8_t> before = Draw();
+    painter->RenewDevice();
+    EXPECT_EQ(opened, 1) << "it is not lost";
+    isLost = true;
+    painter->RenewDevice();
+    EXPECT_EQ(opened, 2);
+    EXPECT_EQ(Draw(), before);
+    EXPECT_EQ(opened, 2);
+}
+
 TEST_F(DrawRenewal, ASurfaceIsEmptyUntilItIsDrawnAnew)
 {
     surface = painter->CreateSurface(8, 8);

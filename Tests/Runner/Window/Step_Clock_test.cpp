@@ -4,6 +4,7 @@
 
 namespace
 {
+using Runner::LateFrames;
 using Runner::StepClock;
 
 constexpr int64_t PERIOD = 10; // of a clock with this rate, nanoseconds
@@ -57,3 +58,46 @@ TEST(StepClock, AfterARestartNothingWasMissed)
     EXPECT_EQ(PlayDue(clock, 4 * PERIOD), 1);
 }
 } // namespace
+
+// Plays frames that take as long, and showing one as much longer. How many of them were shown.
+namespace
+{
+int ShownOf(int frames, int64_t playing, int64_t showing)
+{
+    StepClock clock(RATE, 0);
+    LateFrames late(clock.Period());
+    int64_t now = 0;
+    int shown = 0;
+    for (int frame = 0; frame < frames; ++frame)
+    {
+        now += clock.UntilDue(now);
+        clock.Take(now);
+        now += playing;
+        if (!late.Shows(clock.IsDue(now), now))
+            continue;
+        ++shown;
+        now += showing;
+    }
+    return shown;
+}
+} // namespace
+
+TEST(LateFrames, EachFrameIsShownWhileThereIsTime)
+{
+    const int64_t period = StepClock(RATE, 0).Period();
+    EXPECT_EQ(ShownOf(1000, period / 2, period / 4), 1000);
+}
+
+TEST(LateFrames, ADisplayOfHalfTheRateShowsAboutHalfTheFrames)
+{
+    const int64_t period = StepClock(RATE, 0).Period();
+    const int shown = ShownOf(1000, period / 10, 2 * period - period / 10);
+    EXPECT_GT(shown, 400);
+    EXPECT_LT(shown, 600);
+}
+
+TEST(LateFrames, AGameThatIsTooSlowForItsStepsShowsNearlyEachFrame)
+{
+    const int64_t period = StepClock(RATE, 0).Period();
+    EXPECT_GT(ShownOf(2000, period + period / 20, period / 20), 1900);
+}

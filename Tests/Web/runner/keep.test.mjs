@@ -93,6 +93,18 @@ test("a store that cannot be read is told, and the game is played without it", a
     await runner.close();
 });
 
+test("a game that fails at its start takes the place of a running one, however slow the store is", async () => {
+    const store = { ...memoryStore(), load: () => new Promise((done) => { setTimeout(() => done(new Map()), 60); }) };
+    const { runner, told } = await open(walk(), { saves: store });
+    runner.play();
+    await runner.restart(new Map([["game.lua", "x = = 3"]]));
+    assert.deepEqual([runner.dead, runner.failure.file, told.failures.map((failure) => failure.line)], ["", "game.lua", [1]]);
+    await runner.restart(new Map([["game.lua", walk()]]));
+    runner.step(2);
+    assert.deepEqual([runner.dead, runner.failure, runner.frame, told.failures.length], ["", null, 2, 1]);
+    await runner.close();
+});
+
 test("a saved game goes on in another runner, and imports and exports are files", async () => {
     const { runner } = await open(walk());
     runner.key("ArrowRight", true);

@@ -41,6 +41,14 @@ export function gamePage(server, name, more = {}) {
     return `${server.address}/build/web/runner/bare.html?${query}`;
 }
 
+// Asks until it is so: the pages' policy refuses the strings that Playwright's own waiting evaluates there.
+export async function until(page, condition, value, seconds = 60) {
+    for (const end = Date.now() + seconds * 1000; !await page.evaluate(condition, value);) {
+        if (Date.now() > end) throw new Error(`not so after ${seconds} s: ${condition}`);
+        await new Promise((done) => { setTimeout(done, 20); });
+    }
+}
+
 // A page that has its runner. said: words on the console and errors; left: requests to anywhere else.
 export async function openGame(browser, server, address) {
     const page = await browser.newPage({ viewport: { width: 1400, height: 900 } });
@@ -52,7 +60,7 @@ export async function openGame(browser, server, address) {
     page.on("pageerror", (error) => said.push(`error: ${error.message}`));
     page.on("request", (request) => request.url().startsWith(server.address) || left.push(request.url()));
     await page.goto(address);
-    await page.waitForFunction(() => globalThis.runner !== undefined, undefined, { timeout: 60000 }).catch((error) => {
+    await until(page, () => globalThis.runner !== undefined).catch((error) => {
         throw new Error(`the page has no runner: ${said.join("; ") || error.message}`);
     });
     return { page, said, left };
