@@ -77,3 +77,19 @@ TEST_F(CameraArea, OfAViewWithoutRotationHasTheStatedBitsAtEveryMagnitude)
             ExpectStatedArea(camera);
         }
 }
+
+// What lies beside the axes adds up, and does not cancel: two entries of one magnitude are no upright view.
+TEST_F(CameraArea, OfEqualEntriesBesideTheAxesHasTheStatedBits)
+{
+    for (int one : {1, 2, 4, 6})
+        for (int other : {1, 2, 4, 6})
+            for (float entry : {3.0f, -3.0f})
+            {
+                CCamera camera;
+                camera.m_invViewProjMat.m[0] = 4.0f;
+                camera.m_invViewProjMat.m[5] = 5.0f;
+                camera.m_invViewProjMat.m[one] = 3.0f;
+                camera.m_invViewProjMat.m[other] = entry;
+                ExpectStatedArea(camera);
+            }
+}

@@ -144,6 +144,12 @@ TEST_F(CreateBMPImage, NarrowPixelsOverlapAndEndInZeros)
     EXPECT_THAT(Pixels(), ElementsAre(1, 2, 3, 3, 4, 0));
 }
 
+TEST_F(CreateBMPImage, WhatStandsBehindTheSourceIsNotStored)
+{
+    ASSERT_TRUE(Create({0x11, 0x22, 0x99}, 1, 1, 2)); // a pixel, and a byte that is none of its
+    EXPECT_THAT(Pixels(), ElementsAre(0x11, 0x22, 0));
+}
+
 TEST_F(CreateBMPImage, PixelsWithoutSizeReadNothing)
 {
     for (int bytesPerPixel : {0, -1, -4, INT_MIN})
