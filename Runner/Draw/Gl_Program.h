@@ -16,7 +16,8 @@ enum VertexInput : GLuint
 
 bool IsGlVersion3(); // of the context that is current
 
-// The shader program for textured, tinted triangles, the corners of each in one colour. A context must be current, in the destructor too.
+// The shader program for textured, tinted triangles, the corners of each in one colour. A context must be current, in
+// the destructor too.
 class GlProgram
 {
 public:
