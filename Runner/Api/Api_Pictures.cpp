@@ -10,51 +10,60 @@ constexpr size_t WORK_OF_A_BAD_PICTURE = 20000000; // in instructions of Lua: mo
 
 // ---- sprites ----
 
-// file: as the script names it.
-int ReturnSprite(const Arguments& call, const Painter& painter, int sprite, const std::string& file)
+struct PictureFile
+{
+    std::string name; // as the script has it
+    std::string path;
+    bool isNoted; // its content was, for recordings to compare; false: it could not be read
+};
+
+// A recording would take it for a changed game when the content is noted another time.
+int ReturnSprite(const Arguments& call, const Painter& painter, int sprite, const PictureFile& file)
 {
     const SpriteInfo* info = painter.FindSprite(sprite);
     luai_work(info == nullptr ? WORK_OF_A_BAD_PICTURE
                               : static_cast<size_t>(info->width) * static_cast<size_t>(info->height) *
                                     static_cast<size_t>(info->frames));
+    if (info != nullptr && !file.isNoted)
+        call.Fail("the picture \"" + file.name + "\" was read once, and then could not be read");
     if (info != nullptr)
     {
-        call.game.names.NoteSprite(sprite, file);
+        call.game.names.NoteSprite(sprite, file.name);
         call.game.world.SetSpriteExtent(
             sprite, {static_cast<float>(info->width), static_cast<float>(info->height), info->originX, info->originY});
     }
     return call.Return(sprite);
 }
 
-// The path of the file that the first argument names, noted as one that the game has read.
-std::string PictureFile(const Arguments& call)
+// The file that the first argument names, noted as one that the game has read.
+PictureFile FileOf(const Arguments& call)
 {
     const std::string name = call.Text(1);
-    std::string path = call.game.scripts.files.PathOf(name);
-    call.game.scripts.files.Note(name);
-    return path;
+    ScriptFiles& files = call.game.scripts.files;
+    const std::string path = files.PathOf(name);
+    files.Note(name);
+    return {name, path, files.Read().back().hash != 0};
 }
 
 int SpriteAdd(Arguments& call)
 {
     Painter& painter = OpenedPainter(call);
-    const std::string file = PictureFile(call);
+    const PictureFile file = FileOf(call);
     const int frames = call.Whole(2, 1);
     const float originX = call.Float(3, 0.0f);
     const float originY = call.Float(4, 0.0f);
-    return ReturnSprite(call, painter, painter.LoadSprite(file, frames, originX, originY), call.Text(1));
+    return ReturnSprite(call, painter, painter.LoadSprite(file.path, frames, originX, originY), file);
 }
 
 int SpriteAddSheet(Arguments& call)
 {
     Painter& painter = OpenedPainter(call);
-    const std::string file = PictureFile(call);
+    const PictureFile file = FileOf(call);
     const int frameWidth = call.Whole(2);
     const int frameHeight = call.Whole(3);
     const float originX = call.Float(4, 0.0f);
     const float originY = call.Float(5, 0.0f);
-    return ReturnSprite(call, painter, painter.LoadSheet(file, frameWidth, frameHeight, originX, originY),
-                        call.Text(1));
+    return ReturnSprite(call, painter, painter.LoadSheet(file.path, frameWidth, frameHeight, originX, originY), file);
 }
 
 const SpriteInfo& Info(const Arguments& call)

@@ -175,11 +175,11 @@ private:
 };
 } // namespace
 
-Outcome CompareInWindow(const RunOptions& options, FILE* err)
+Outcome CompareInWindow(const RunOptions& options, FILE* err, const WindowOpener& open)
 {
     SideBySide games(options); // before the window
     std::string why;
-    const auto window = Window::Open({"Comparison", options.scale, options.fullscreen, options.keys, true}, why);
+    const auto window = open({"Comparison", options.scale, options.fullscreen, options.keys, true}, why);
     if (window == nullptr)
         return {why, EXIT_GAME_ERROR};
     window->onLost = [err] { EndWithoutDisplay(err, ""); };

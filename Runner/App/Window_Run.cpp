@@ -95,7 +95,8 @@ private:
     // A game that starts again is recorded beside the run that failed, which shows how it came about.
     void KeepRecording()
     {
-        if (m_options.record.empty() || !std::filesystem::exists(m_options.record))
+        std::error_code ignored;
+        if (m_options.record.empty() || !std::filesystem::exists(m_options.record, ignored))
             return;
         m_options.record = FreeName(m_recordWanted);
         std::fprintf(m_err, "runner: the game that starts again is recorded in %s\n",
@@ -105,11 +106,12 @@ private:
     // "run.2.rec" for "run.rec", or the next number.
     static std::string FreeName(const std::filesystem::path& wanted)
     {
+        std::error_code ignored;
         for (int number = 2;; ++number)
         {
             std::filesystem::path name = wanted;
             name.replace_filename(wanted.stem().string() + "." + std::to_string(number) + wanted.extension().string());
-            if (!std::filesystem::exists(name))
+            if (!std::filesystem::exists(name, ignored))
                 return name.string();
         }
     }
@@ -200,12 +202,12 @@ private:
 };
 } // namespace
 
-Outcome PlayInWindow(const RunOptions& options, FILE* err)
+Outcome PlayInWindow(const RunOptions& options, FILE* err, const WindowOpener& open)
 {
     std::string why;
     const std::string title =
         options.menu.empty() ? options.game.file.substr(options.game.file.rfind('/') + 1) : "Games";
-    const auto window = Window::Open({title, options.scale, options.fullscreen, options.keys, !options.unpaced}, why);
+    const auto window = open({title, options.scale, options.fullscreen, options.keys, !options.unpaced}, why);
     return window == nullptr ? Outcome{why, EXIT_GAME_ERROR} : WindowRun(options, *window, err).Play();
 }
 } // namespace Runner

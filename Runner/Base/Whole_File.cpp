@@ -119,14 +119,16 @@ void SyncDirectoryOf(const std::string& path)
     close(file);
 }
 
-// A rename would put a file in the place of a device or a pipe.
+// A rename would put a file in the place of a device or a pipe. Where nothing is, nothing is lost; a file whose kind
+// the system does not tell stays as it is.
 bool MayBeReplaced(const std::string& path, std::string& why)
 {
     struct stat status;
-    const bool isOther = stat(path.c_str(), &status) == 0 && !S_ISREG(status.st_mode);
-    if (isOther)
+    if (stat(path.c_str(), &status) != 0)
+        return errno == ENOENT || errno == ENOTDIR || Failed(why, "write", path);
+    if (!S_ISREG(status.st_mode))
         why = "cannot write " + PrintableName(path) + ": it is no ordinary file";
-    return !isOther;
+    return S_ISREG(status.st_mode);
 }
 
 // After the last write: sync, close, rename.
@@ -142,13 +144,19 @@ bool Establish(File& file, PartFile& part, const std::string& path, std::string&
     return true;
 }
 
-bool IsOrdinary(int file, size_t& size)
+// The size of an ordinary file with at most that many bytes; else false, and the reason.
+bool SizeOf(int file, uintmax_t most, uintmax_t& size, const char*& reason)
 {
     struct stat status;
-    if (fstat(file, &status) != 0 || !S_ISREG(status.st_mode) || status.st_size < 0)
-        return false;
-    size = static_cast<size_t>(std::min<intmax_t>(status.st_size, FILE_SIZE_MAX + 1));
-    return true;
+    reason = nullptr;
+    if (fstat(file, &status) != 0)
+        reason = std::strerror(errno);
+    else if (!S_ISREG(status.st_mode) || status.st_size < 0)
+        reason = "not a file";
+    else if (static_cast<uintmax_t>(status.st_size) > most)
+        reason = "too large";
+    size = reason == nullptr ? static_cast<uintmax_t>(status.st_size) : 0;
+    return reason == nullptr;
 }
 
 // Fills `bytes`, whose size is the file's. If the file has become shorter meanwhile, so does `bytes`.
@@ -166,6 +174,27 @@ bool ReadAll(int file, std::vector<uint8_t>& bytes)
     }
     bytes.resize(filled);
     return true;
+}
+
+// The first `wanted` bytes of an ordinary file that has at most `most`.
+bool ReadOrdinary(const std::string& path, uintmax_t most, size_t wanted, std::vector<uint8_t>& bytes, std::string& why)
+{
+    bytes.clear();
+    const File file(path, O_RDONLY | O_NONBLOCK); // a pipe without a writer must not block
+    if (!file.IsOpen())
+        return Failed(why, "open", path);
+    uintmax_t size = 0;
+    const char* reason = nullptr;
+    if (!SizeOf(file.Number(), most, size, reason))
+    {
+        why = "cannot read " + PrintableName(path) + ": " + reason;
+        return false;
+    }
+    bytes.resize(static_cast<size_t>(std::min<uintmax_t>(size, wanted)));
+    if (ReadAll(file.Number(), bytes))
+        return true;
+    bytes.clear();
+    return Failed(why, "read", path);
 }
 } // namespace
 
@@ -204,25 +233,16 @@ bool PutFileInPlace(const std::string& from, const std::string& path, std::strin
 
 bool ReadWholeFile(const std::string& path, std::vector<uint8_t>& bytes, std::string& why)
 {
-    bytes.clear();
     if (const std::vector<uint8_t>* const packed = FindPackedFile(path))
     {
         bytes = *packed;
         return true;
     }
-    const File file(path, O_RDONLY | O_NONBLOCK); // a pipe without a writer must not block
-    if (!file.IsOpen())
-        return Failed(why, "open", path);
-    size_t size = 0;
-    if (!IsOrdinary(file.Number(), size) || size > FILE_SIZE_MAX)
-    {
-        why = "cannot read " + PrintableName(path) + (size > FILE_SIZE_MAX ? ": too large" : ": not a file");
-        return false;
-    }
-    bytes.resize(size);
-    if (ReadAll(file.Number(), bytes))
-        return true;
-    bytes.clear();
-    return Failed(why, "read", path);
+    return ReadOrdinary(path, FILE_SIZE_MAX, FILE_SIZE_MAX, bytes, why);
+}
+
+bool ReadFileStart(const std::string& path, size_t wanted, std::vector<uint8_t>& bytes, std::string& why)
+{
+    return ReadOrdinary(path, UINTMAX_MAX, wanted, bytes, why);
 }
 } // namespace Runner

@@ -28,4 +28,7 @@ bool PutFileInPlace(const std::string& from, const std::string& path, std::strin
 // be read or has more than FILE_SIZE_MAX bytes.
 bool ReadWholeFile(const std::string& path, std::vector<uint8_t>& bytes, std::string& why);
 constexpr size_t FILE_SIZE_MAX = 0x40000000;
+
+// Reads the first `wanted` bytes of a file of the disk, or all of one that has fewer. False, and why in one line.
+bool ReadFileStart(const std::string& path, size_t wanted, std::vector<uint8_t>& bytes, std::string& why);
 } // namespace Runner

@@ -9,6 +9,7 @@
 #include "Runner/Lua/Map_Values.h"
 #include "Runner/Lua/Self.h"
 
+#include <new>
 #include <utility>
 
 namespace Runner
@@ -82,7 +83,7 @@ void Game::MakeDefaultCamera()
 {
     CCamera* camera = g_CM.CreateCamera();
     if (camera == nullptr)
-        return;
+        throw std::bad_alloc();
     camera->SetPersistent(true);
     g_DefaultCameraID = camera->GetID();
     AdoptDefaultCamera(camera->GetID());

@@ -30,7 +30,7 @@ constexpr size_t SIZE_MOST = SIZE_MAX / 2 - OVERHEAD; // a block's size must fit
 // Initialised at compile time and never destroyed: there are allocations before main and after it.
 Header* s_oldest = nullptr;
 Header* s_youngest = nullptr;
-Runner::MemoryUse s_use = {0, 0, 0, 0};
+Runner::MemoryUse s_use = {0, 0, 0, 0, 0};
 int64_t s_failAfter = -1;
 
 unsigned char* BytesOf(Header* header) { return reinterpret_cast<unsigned char*>(header) + sizeof(Header); }
@@ -69,7 +69,13 @@ Header* CheckedHeaderOf(void* block)
     return header;
 }
 
-bool Refused(size_t size)
+void* Refuse()
+{
+    ++s_use.refusals;
+    return nullptr;
+}
+
+bool IsRefused(size_t size)
 {
     const bool injected = s_failAfter == 0;
     if (s_failAfter >= 0)
@@ -121,11 +127,9 @@ void* Finish(Header* header, size_t size, const char* tag, int line)
 // Always zero-filled, so that a caller that reads bytes it never wrote gets the same result every time.
 void* MemoryManager::Alloc(size_t size, const char* file, int line, bool)
 {
-    if (Refused(size))
-        return nullptr;
-    Header* header = static_cast<Header*>(std::calloc(1, size + OVERHEAD));
+    Header* const header = IsRefused(size) ? nullptr : static_cast<Header*>(std::calloc(1, size + OVERHEAD));
     if (header == nullptr)
-        return nullptr;
+        return Refuse();
     header->previous = s_youngest;
     header->next = nullptr;
     Relink(header);
@@ -137,12 +141,10 @@ void* MemoryManager::ReAlloc(void* block, size_t size, const char* file, int lin
     if (block == nullptr)
         return Alloc(size, file, line, clear);
     Header* header = CheckedHeaderOf(block);
-    if (Refused(size))
-        return nullptr;
     const size_t oldSize = header->size;
-    Header* moved = static_cast<Header*>(std::realloc(header, size + OVERHEAD));
+    Header* const moved = IsRefused(size) ? nullptr : static_cast<Header*>(std::realloc(header, size + OVERHEAD));
     if (moved == nullptr)
-        return nullptr;
+        return Refuse();
     CountOut(moved);
     Relink(moved);
     if (size > oldSize)

@@ -17,6 +17,7 @@ struct MemoryUse
     size_t bytes;       // alive now, as asked for, without headers and guards
     size_t peakBytes;   // the highest value of bytes so far
     size_t allocations; // requests granted so far, including growth
+    size_t refusals;    // requests refused so far
 };
 
 MemoryUse CurrentMemoryUse();

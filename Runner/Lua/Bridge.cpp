@@ -5,6 +5,7 @@
 #include "Files/Run/Run_Globals.h"
 #include "Runner/Host/Code.h"
 #include "Runner/Host/Collector.h"
+#include "Runner/Host/Memory.h"
 #include "Runner/Host/Value.h"
 #include "Runner/Lua/Arguments.h"
 #include "Runner/Lua/Script_Engine.h"
@@ -14,6 +15,7 @@
 
 #include <lua.hpp>
 
+#include <new>
 #include <string_view>
 
 namespace Runner
@@ -192,9 +194,12 @@ try
     m_values = arguments.Values();
     Result result;
     CInstance* self = CallingInstance(*ScriptEngine::Current());
+    const size_t refusals = CurrentMemoryUse().refusals;
     m_builtin.handler(result.value, self, self, count, arguments.Values());
     if (HasError())
         throw ScriptError(Explained(TakeError()));
+    if (CurrentMemoryUse().refusals != refusals) // the module goes on without a camera, but the script needs it
+        throw std::bad_alloc();
     PushFromHost(L, result.value);
     Collector::Safepoint();
     return 1;

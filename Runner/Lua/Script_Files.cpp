@@ -19,10 +19,11 @@ constexpr char KIT_VERSION[] = "version.lua";
 
 bool IsInKit(const std::string& name) { return name.rfind(KIT, 0) == 0; }
 
+// A file that the system cannot tell of counts as one: opening it says why.
 bool Exists(const std::string& path)
 {
     std::error_code ignored;
-    return FindPackedFile(path) != nullptr || fs::exists(path, ignored);
+    return FindPackedFile(path) != nullptr || fs::status(path, ignored).type() != fs::file_type::not_found;
 }
 
 // Whether path stands directly or deeper in a folder that ends with a slash.

@@ -3,10 +3,12 @@
 #include "Files/Graphics/Graphics_Support.h"
 #include "Runner/Game/Game.h"
 #include "Runner/Host/Buffer.h"
+#include "Runner/Host/Memory.h"
 #include "Runner/Save/Changed_Map.h"
 #include "Runner/Save/Script_Values.h"
 
 #include <algorithm>
+#include <new>
 
 namespace Runner
 {
@@ -110,12 +112,16 @@ void RestoreRoom(Game& game, const SavedState& state)
 
 // ---- cameras ----
 
+// The module leaves out a camera that it is refused the memory for; a game that has lost one does not go on.
 void ReadStream(const std::vector<uint8_t>& stream)
 {
+    const size_t refusals = CurrentMemoryUse().refusals;
     TypedBuffer buffer;
     buffer.WriteBytes(stream.data(), stream.size());
     buffer.Seek(0);
     g_CM.DeSerialize(&buffer);
+    if (CurrentMemoryUse().refusals != refusals)
+        throw std::bad_alloc();
 }
 
 // Views that the saved room did not have start as in a new room.

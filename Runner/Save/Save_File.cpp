@@ -10,7 +10,6 @@
 #include <algorithm>
 #include <cstdio>
 #include <cstring>
-#include <fstream>
 
 namespace Runner
 {
@@ -211,11 +210,11 @@ bool ComparableSave(const std::vector<uint8_t>& file, std::vector<uint8_t>& comp
     return EncodeState(state, comparable, why);
 }
 
-bool StartsAsSave(const std::string& path)
+bool StartsAsSave(const std::string& path, std::string& why)
 {
-    char start[sizeof(MAGIC)] = {};
-    std::ifstream file(path, std::ios::binary);
-    return file.read(start, sizeof(start)) && std::memcmp(start, MAGIC, sizeof(MAGIC)) == 0;
+    std::vector<uint8_t> start;
+    return ReadFileStart(path, sizeof(MAGIC), start, why) && start.size() == sizeof(MAGIC) &&
+           std::memcmp(start.data(), MAGIC, sizeof(MAGIC)) == 0;
 }
 
 std::string CannotLoad(const std::string& path, const std::string& reason)

@@ -13,8 +13,8 @@ namespace Runner
 constexpr uint32_t SAVE_VERSION = 2;
 constexpr size_t SAVE_SIZE_MAX = size_t{1} << 28; // bytes
 
-// Whether a file starts as saved games do; false when it cannot be read.
-bool StartsAsSave(const std::string& path);
+// Whether a file starts as saved games do. False when it cannot be read, too, and then why in one line.
+bool StartsAsSave(const std::string& path, std::string& why);
 
 // Reads a file and decodes it. False, and why in one line.
 bool ReadSavedGame(const std::string& path, SavedState& state, std::string& why);

@@ -1,5 +1,6 @@
 #include "Runner/Save/Save_List.h"
 
+#include "Runner/Base/Folder_Walk.h"
 #include "Runner/Base/Printable.h"
 #include "Runner/Base/Whole_File.h"
 #include "Runner/Game/Game.h"
@@ -10,7 +11,8 @@
 #include "Runner/Save/Sections.h"
 
 #include <algorithm>
-#include <filesystem>
+#include <cerrno>
+#include <cstring>
 
 namespace Runner
 {
@@ -66,31 +68,19 @@ bool IsTemporary(const std::string& name)
     return name.size() >= end.size() && name.compare(name.size() - end.size(), end.size(), end) == 0;
 }
 
-// An area that is not there holds no saves; one that cannot be read is told, because the list is not whole.
-void TellOfArea(const std::error_code& error)
+void TellOfArea(const std::string& why)
 {
-    if (error && error != std::errc::no_such_file_or_directory)
-        PrintLine("the saves in " + PrintableName(SaveArea()) + " cannot all be listed: " + error.message());
+    PrintLine("the saves in " + PrintableName(SaveArea()) + " cannot all be listed: " + why);
 }
 
-// The names of its files, relative to it, in order.
+// An area that is not there holds no saves; one that cannot be read is told, because the list is not whole.
 std::vector<std::string> FileNames()
 {
-    namespace fs = std::filesystem;
     std::vector<std::string> names;
-    std::error_code error;
-    const fs::path area = SaveArea();
-    size_t seen = 0;
-    for (fs::recursive_directory_iterator file(area, fs::directory_options::skip_permission_denied, error), end;
-         !error && file != end && seen < FILES_LIMIT; file.increment(error), ++seen)
-    {
-        std::error_code ignored;
-        if (file->is_regular_file(ignored) && !file->is_symlink(ignored))
-            names.push_back(file->path().lexically_relative(area).string());
-    }
-    TellOfArea(error);
+    const int error = ListFilesBelow(SaveArea(), FILES_LIMIT, names);
+    if (error != 0 && error != ENOENT)
+        TellOfArea(std::strerror(error));
     names.erase(std::remove_if(names.begin(), names.end(), IsTemporary), names.end());
-    std::sort(names.begin(), names.end());
     return names;
 }
 
@@ -100,9 +90,16 @@ bool Read(const Game& game, ListedSave& save)
     std::vector<uint8_t> file;
     SavedState state;
     const std::string path = SaveArea() + "/" + save.name;
-    if (!StartsAsSave(path))
+    std::string unread;
+    if (!StartsAsSave(path, unread))
+    {
+        if (!unread.empty())
+            TellOfArea(unread);
         return false;
-    if (!ReadWholeFile(path, file, save.why) || !DecodeState(file, state, save.why))
+    }
+    if (!ReadWholeFile(path, file, save.why))
+        TellOfArea(save.why);
+    if (!save.why.empty() || !DecodeState(file, state, save.why))
         return true;
     save.version = state.names.version;
     save.room = state.names.room;

@@ -67,4 +67,7 @@ protected:
     std::deque<Command> m_commands;
     InputGatherer m_input;
 };
+
+// What opens a window, as Window::Open does.
+using WindowOpener = std::function<std::unique_ptr<Window>(const WindowOptions& options, std::string& why)>;
 } // namespace Runner

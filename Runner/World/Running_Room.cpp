@@ -5,6 +5,7 @@
 #include "Runner/Host/Collector.h"
 
 #include <algorithm>
+#include <new>
 #include <utility>
 
 namespace Runner
@@ -74,8 +75,9 @@ RunningRoom& Rooms::Start(int index)
         MakeCamera(view);
     Run_Room = m_running.get();
     g_CM.StartRoom();
-    if (g_CM.m_pScriptInstance != nullptr)
-        AddGlobalObject(g_CM.m_pScriptInstance);
+    if (g_CM.m_pScriptInstance == nullptr)
+        throw std::bad_alloc();
+    AddGlobalObject(g_CM.m_pScriptInstance);
     return *m_running;
 }
 
@@ -86,7 +88,7 @@ void Rooms::MakeCamera(size_t view)
     KvRoomView record = *m_running->spec.views[view];
     const CCamera* camera = g_CM.CreateCameraFromView(&record);
     if (camera == nullptr)
-        return;
+        throw std::bad_alloc();
     m_running->views[view].cameraID = camera->GetID();
     m_ownCameras.emplace_back(camera);
 }

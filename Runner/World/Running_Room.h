@@ -96,7 +96,8 @@ public:
     RunningRoom* Running() const { return m_running.get(); } // null between rooms
 
     // Makes the room the running one, with cameras for its views, and tells the module. The caller creates the room's
-    // instances. The index must exist, and no room may be running.
+    // instances. The index must exist, and no room may be running. Throws std::bad_alloc where the module, which goes
+    // on without, was refused a camera or the instance of its scripts.
     RunningRoom& Start(int index);
     void End(); // destroys the view cameras that are left, and the room; nothing happens when no room runs
 

@@ -12,7 +12,9 @@
 #include <cstdlib>
 #include <map>
 
+#include <sys/prctl.h>
 #include <sys/resource.h>
+#include <unistd.h>
 
 using namespace Faults;
 
@@ -154,15 +156,15 @@ protected:
                                     {EROFS, true},  {ENOSPC, false}, {EINTR, false}};
         const Error* const end = std::getenv("FAULTS") != nullptr ? std::end(ERRORS) : ERRORS + 2;
         const Undisturbed run = RunUndisturbed(arguments, status);
-        int tried = 0, ended = 0;
         for (size_t kind = 0; kind < run.result.calls.size(); ++kind)
+        {
+            const auto call = static_cast<FileCall>(kind);
+            Tally tally;
             for (const Error* error = ERRORS; error != end; ++error)
                 for (const int64_t n : Sample(run.result.calls[kind], TRIED))
-                {
-                    ended += FailAt(arguments, run, static_cast<FileCall>(kind), n, *error) ? 1 : 0;
-                    ++tried;
-                }
-        std::printf("%d operations failed, %d of these ended the run\n", tried, ended);
+                    tally.Count(FailAt(arguments, run, call, n, *error));
+            tally.Print(NameOf(call));
+        }
     }
 };
 
@@ -173,6 +175,35 @@ TEST_F(FailingFiles, WhileARecordingIsReplayed) { FailEach(REPLAYING); }
 TEST_F(FailingFiles, WhileASavedGameGoesOn) { FailEach(LOADING); }
 
 TEST_F(FailingFiles, WhileSavesAreCompared) { FailEach(COMPARING_SAVES, 1); }
+
+// As a file system that is mounted to be read only, and as another user's folder. Root may write into every folder, so
+// it gives its rights away.
+TEST_F(FailingFiles, ASaveAreaThatMayOnlyBeReadIsToldAndStaysAsItIs)
+{
+    const std::vector<std::string> play = {"main.lua", "--frames", "9",     "--no-draw",
+                                           "--check",  "--quiet",  "--out", "out"};
+    const auto asAnother = []
+    {
+        constexpr uid_t NOBODY = 65534;
+        if (geteuid() == 0 && (setuid(NOBODY) != 0 || prctl(PR_SET_DUMPABLE, 1) != 0)) // its own /proc stays readable
+            std::abort();
+    };
+    ASSERT_EQ(RunHere(play), 0);
+    const Files before = All();
+    std::filesystem::permissions(directory.Path(""), std::filesystem::perms(0755));
+    std::filesystem::permissions("out", std::filesystem::perms(0555));
+    const RunResult played = Run(play, asAnother);
+    EXPECT_EQ(played.status, 0) << played.err;
+    EXPECT_NE(played.out.find("cannot make out/slot.sav: Permission denied\n"), std::string::npos) << played.out;
+    EXPECT_NE(played.out.find("cannot make out/autosave_1.sav: Permission denied\n"), std::string::npos);
+#ifndef RUNNER_WITHOUT_DRAWING
+    const RunResult drawn = Run({"main.lua", "--frames", "1", "--out", "out"}, asAnother);
+    EXPECT_EQ(drawn.status, 1);
+    EXPECT_EQ(drawn.err, "runner: cannot write into the directory out: Permission denied\n");
+#endif
+    std::filesystem::permissions("out", std::filesystem::perms(0755));
+    EXPECT_EQ(All(), before);
+}
 
 // The user's limit on the sizes of files, which the system enforces by a signal: what is written beyond is refused.
 TEST_F(FailingFiles, BeyondTheLimitOnSizes)

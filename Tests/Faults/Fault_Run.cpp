@@ -157,6 +157,26 @@ std::vector<int64_t> Sample(int64_t possible, int64_t tried)
     return sample;
 }
 
+int Tally::FailedExpectations()
+{
+    return ::testing::UnitTest::GetInstance()->current_test_info()->result()->total_part_count();
+}
+
+void Tally::Count(bool hasEnded)
+{
+    const int failed = FailedExpectations();
+    ++m_tried;
+    m_wrong += failed > m_failedBefore ? 1 : 0;
+    m_ended += hasEnded ? 1 : 0;
+    m_failedBefore = failed;
+}
+
+void Tally::Print(const char* what) const
+{
+    if (m_tried > 0)
+        std::printf("%-15s %6d tried, %6d ended the run, %d wrong\n", what, m_tried, m_ended, m_wrong);
+}
+
 FaultTest::FaultTest()
 {
     std::filesystem::copy(TESTS_DIR "/Faults/game", directory.Path(""));

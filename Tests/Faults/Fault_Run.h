@@ -30,6 +30,21 @@ std::string WrongWith(const RunResult& result, const RunResult& undisturbed);
 // How many faults of all that are possible a test tries, evenly spread: all of them when the variable FAULTS is "all".
 std::vector<int64_t> Sample(int64_t possible, int64_t tried);
 
+// What became of the faults that a test has tried.
+class Tally
+{
+public:
+    // After each fault. It is wrong when it has made an expectation of the test fail.
+    void Count(bool hasEnded);
+    void Print(const char* what) const;
+
+private:
+    static int FailedExpectations();
+
+    int m_failedBefore = FailedExpectations();
+    int m_tried = 0, m_ended = 0, m_wrong = 0;
+};
+
 class FaultTest : public ::testing::Test
 {
 protected:

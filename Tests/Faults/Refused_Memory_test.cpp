@@ -25,17 +25,14 @@ protected:
         const RunResult undisturbed = Run(arguments, [] {});
         ASSERT_EQ(undisturbed.status, status) << undisturbed.err;
         ASSERT_GT(undisturbed.requests, 10);
-        int64_t tried = 0, ended = 0;
+        Tally tally;
         for (const int64_t n : Sample(undisturbed.requests, TRIED))
         {
             const RunResult result = Run(arguments, [n, refusal] { RefuseMemory(n, refusal); });
-            const std::string wrong = WrongWith(result, undisturbed);
-            EXPECT_EQ(wrong, "") << "request " << n;
-            ++tried;
-            ended += wrong.empty() && result.status != status ? 1 : 0;
+            EXPECT_EQ(WrongWith(result, undisturbed), "") << "request " << n;
+            tally.Count(result.status != status);
         }
-        std::printf("%lld of %lld requests refused, %lld of these ended the run\n", static_cast<long long>(tried),
-                    static_cast<long long>(undisturbed.requests), static_cast<long long>(ended));
+        tally.Print(refusal == Refusal::Once ? "one refused" : "all from one on");
     }
 
     void RefuseEach(const std::vector<std::string>& arguments, int status = 0) const

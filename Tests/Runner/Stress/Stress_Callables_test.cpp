@@ -10,6 +10,7 @@
 #include "Runner/Host/Value.h"
 
 #include <chrono>
+#include <new>
 
 namespace
 {
@@ -122,6 +123,37 @@ TEST_F(StressCallables, AHelperThatWasRefusedASlotIsFreedAllTheSame)
         EXPECT_TRUE(refused.Load());
     }
     EXPECT_EQ(Runner::CurrentMemoryUse().blocks, blocksBefore); // the helper itself: the leak checker's task
+}
+
+// The module goes on without a camera that it is refused the memory for: the Runner ends the game.
+TEST_F(StressCallables, AGameNeverGoesOnWithoutACameraThatWasRefused)
+{
+    options.file = directory.Write("main.lua", "room_add{ views = { [0] = {}, [1] = {} },\n"
+                                               "          create = function() vars.made = camera_create()\n"
+                                               "                              assert(vars.made >= 0) end }");
+    int ended = 0, failed = 0;
+    for (int n = 0; n < 40; ++n)
+    {
+        game = std::make_unique<Runner::Game>(options, Runner::OpenApi);
+        Runner::FailAllocationAfter(n);
+        try
+        {
+            const bool isLoaded = game->Load();
+            Runner::FailAllocationAfter(-1);
+            EXPECT_NE(game->rooms.Running()->views[0].cameraID, -1) << "request " << n;
+            EXPECT_NE(game->rooms.Running()->views[1].cameraID, -1) << "request " << n;
+            EXPECT_TRUE(isLoaded || game->Failure().find("not enough memory") != std::string::npos) << game->Failure();
+            failed += isLoaded ? 0 : 1;
+        }
+        catch (const std::bad_alloc&)
+        {
+            ++ended;
+        }
+        Runner::FailAllocationAfter(-1);
+        game.reset();
+    }
+    EXPECT_GT(ended, 2);  // the default camera's, the views'
+    EXPECT_GT(failed, 0); // the script's
 }
 
 TEST_F(StressCallables, AProxyIsLeftForTheCollectorWhenItsCameraGoesWithTheGame)
