@@ -64,8 +64,8 @@ protected:
     {
         return [this, acts](const WindowOptions& asked, std::string&)
         {
-            window.title = asked.title;
-            return std::make_unique<ScriptedWindow>(acts, window);
+            seen.title = asked.title;
+            return std::make_unique<ScriptedWindow>(acts, seen);
         };
     }
 
@@ -80,7 +80,7 @@ protected:
 
     RunOptions options;
     Outcome outcome;
-    RunnerTest::WindowLog window;
+    RunnerTest::WindowLog seen;
 
 private:
     RunnerTest::CapturedFile m_log;
@@ -91,8 +91,8 @@ TEST_F(WindowRuns, AGamePlaysAFrameForEachStepOfTheClockUntilTheWindowIsClosed)
     PlayInWindow(Looks(5));
     ExpectGood();
     EXPECT_EQ(Log(), "0\n1\n2\n3\n4\n");
-    EXPECT_EQ(window.title, "main.lua");
-    EXPECT_GE(window.shown, 1); // not each: the clock is always a little ahead
+    EXPECT_EQ(seen.title, "main.lua");
+    EXPECT_GE(seen.shown, 1); // not each: the clock is always a little ahead
 }
 
 TEST_F(WindowRuns, AGameStandsWhileItIsPausedOrHasNoFocus)
@@ -146,7 +146,7 @@ TEST_F(WindowRuns, AMinimisedWindowPlaysOnUnseen)
     PlayInWindow(Acts{[](ScriptedWindow& window) { window.Minimise(true); }} + Looks(5));
     ExpectGood();
     EXPECT_EQ(Log(), "0\n1\n2\n3\n4\n5\n");
-    EXPECT_LE(window.shown, 1);
+    EXPECT_LE(seen.shown, 1);
 }
 
 TEST_F(WindowRuns, FullscreenAndTheInspectorAreSwitched)
@@ -154,7 +154,7 @@ TEST_F(WindowRuns, FullscreenAndTheInspectorAreSwitched)
     PlayInWindow(Looks(2) + Acts{Order(Command::Fullscreen), Order(Command::Inspect)} + Looks(3) +
                  Acts{Order(Command::Inspect)} + Looks(2));
     ExpectGood();
-    EXPECT_EQ(window.toggles, 1);
+    EXPECT_EQ(seen.toggles, 1);
 }
 
 TEST_F(WindowRuns, TheRateAndThePaceAreToldAtTheEnd)
@@ -178,7 +178,7 @@ TEST_F(WindowRuns, AFailedGameShowsItsErrorAndIsStartedAgainByAKey)
     EXPECT_EQ(outcome.status, EXIT_GAME_ERROR);
     EXPECT_EQ(outcome.line, ""); // told already
     EXPECT_EQ(Log(), "0\n1\n2\n0\n1\n2\n");
-    EXPECT_EQ(window.toggles, 1);
+    EXPECT_EQ(seen.toggles, 1);
     EXPECT_NE(err.find("main.lua:1: "), std::string::npos) << err;
     EXPECT_NE(err.find("the game that starts again is recorded in " + directory.Path("run.2.rec")), std::string::npos)
         << err;
@@ -257,7 +257,7 @@ TEST_F(WindowRuns, AGameIsChosenFromTheMenuByKeysAndByTheMouse)
     const Act click = [](ScriptedWindow& window) { window.Mouse(30.0f, 60.0f, true); }; // on the first
     PlayInWindow(Looks(1) + press("right") + press("enter") + Looks(4) + Acts{click} + Looks(8));
     EXPECT_EQ(outcome.line, "");
-    EXPECT_EQ(window.title, "Games");
+    EXPECT_EQ(seen.title, "Games");
     EXPECT_EQ(Log().substr(0, 6), "three\n"); // by name: one, three, two
     EXPECT_NE(Log().find("one\n"), std::string::npos) << Log();
     EXPECT_EQ(Log().find("two\n"), std::string::npos) << Log();
@@ -302,8 +302,8 @@ TEST_F(WindowRuns, TwoVersionsOfAGameArePlayedSideBySide)
     compare(played);
     EXPECT_EQ(outcome.status, EXIT_GAME_ERROR);
     EXPECT_NE(outcome.line.find("'nothing'"), std::string::npos) << outcome.line;
-    EXPECT_EQ(window.title, "Comparison");
-    EXPECT_GE(window.shown, 3);
+    EXPECT_EQ(seen.title, "Comparison");
+    EXPECT_GE(seen.shown, 3);
     compare(played + Acts{Order(Command::Rewind)} + Looks(4)); // back to before it fails
     EXPECT_EQ(outcome.status, EXIT_DONE) << outcome.line;
 }

@@ -150,8 +150,9 @@ TEST_F(SaveFaults, AKillAtAnyMomentLeavesTheOldSaveOrTheNewOne)
     const std::vector<uint8_t> second = Bytes();
     ASSERT_NE(first, second);
     Runner::Random random(6);
-    int firsts = 0;
-    for (int i = 0; i < kills; ++i)
+    int firsts = 0, seconds = 0;
+    // On a busy machine a process may be killed before it has saved anything: more of them are tried then.
+    for (int i = 0; i < kills || ((firsts == 0 || seconds == 0) && i < 40 * kills); ++i)
     {
         const pid_t child = fork();
         if (child == 0)
@@ -162,10 +163,10 @@ TEST_F(SaveFaults, AKillAtAnyMomentLeavesTheOldSaveOrTheNewOne)
         waitpid(child, nullptr, 0);
         const std::vector<uint8_t> left = Bytes();
         ASSERT_TRUE(left == first || left == second) << left.size() << " bytes after kill " << i;
-        firsts += left == first ? 1 : 0;
+        ++(left == first ? firsts : seconds);
     }
     EXPECT_GT(firsts, 0); // some came in between
-    EXPECT_LT(firsts, kills);
+    EXPECT_GT(seconds, 0);
     EXPECT_EQ(Save(), ""); // whatever the last one left beside it
     EXPECT_FALSE(std::filesystem::exists(SavePath() + ".part"));
     EXPECT_EQ(LoadAfresh(), "");
@@ -218,7 +219,9 @@ TEST_F(SaveFaults, EachRefusedAllocationWhileSavingOrLoadingLosesNoCamera)
         EXPECT_EQ(g_CM.Validate(), nullptr);
         ended += isLoaded ? 0 : 1;
         if (!isLoaded)
+        {
             ASSERT_EQ(LoadAfresh(), "");
+        }
         EXPECT_EQ(Cameras(), cameras) << "request " << n;
         EXPECT_EQ(PlayOn(1), "");
     }
