@@ -10,6 +10,7 @@
 #include "Files/Instance/Instance.h"
 #include "Files/Object/Object.h"
 #include "Files/Room/Room.h"
+#include "Platform/Compiler.h"
 
 #include <cmath>
 
@@ -91,7 +92,7 @@ float LimitedBySpeed(float wanted, const CFollowAxis& axis)
 }
 
 // Inlined, so that an update, which needs the last stage alone, stores no other and calls nothing.
-__attribute__((always_inline)) inline CFollowStages StagesOf(const CFollowAxis& axis, float target)
+CAMERA_ALWAYS_INLINE CFollowStages StagesOf(const CFollowAxis& axis, float target)
 {
     CFollowStages stages;
     stages.target = target;
@@ -102,13 +103,13 @@ __attribute__((always_inline)) inline CFollowStages StagesOf(const CFollowAxis& 
     return stages;
 }
 
-__attribute__((always_inline)) inline CFollowAxis AxisX(const CCamera& camera)
+CAMERA_ALWAYS_INLINE CFollowAxis AxisX(const CCamera& camera)
 {
     return {camera.m_viewX, camera.m_viewWidth, camera.m_viewBorderX, camera.m_viewSpeedX,
             Run_Room != nullptr ? &Run_Room->r_width : nullptr};
 }
 
-__attribute__((always_inline)) inline CFollowAxis AxisY(const CCamera& camera)
+CAMERA_ALWAYS_INLINE CFollowAxis AxisY(const CCamera& camera)
 {
     return {camera.m_viewY, camera.m_viewHeight, camera.m_viewBorderY, camera.m_viewSpeedY,
             Run_Room != nullptr ? &Run_Room->r_height : nullptr};

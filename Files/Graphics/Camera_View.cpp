@@ -14,7 +14,8 @@ namespace
 constexpr float FLAT_EYE_Z = -16000.0f; // a flat view shows what lies within 16000 of z = 0
 constexpr float DEPTH_RANGE = 32000.0f;
 
-// A view that looks along +z at the room point (x, y), rotated by the angle.
+// A view that looks along +z at the room point (x, y), rotated by the angle. Inlined, because a call costs a rebuild
+// some percent.
 CAMERA_ALWAYS_INLINE void LookAlongZ(kvMatrix& view, float x, float y, float eyeZ, float degrees)
 {
     const float angle = degrees * -RADIANS_PER_DEGREE; // 0 gives minus zero

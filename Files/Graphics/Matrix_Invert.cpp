@@ -76,7 +76,7 @@ inline bool HasFlatShape(const kvMatrix& matrix, const Rows& m)
     return InAll(_mm_and_ps(_mm_and_ps(rows01Fit, row2Fits), row3Fits));
 }
 
-// One comparison: a NaN, which no flat shape gives, counts as zero.
+// Whether a determinant is neither zero nor NaN, by one comparison. No flat shape has a determinant that is NaN.
 inline bool IsNonZero(float determinant) { return std::islessgreater(determinant, 0.0f); }
 
 inline bool InvertFlat(float* inverse, const Rows& m)
@@ -256,9 +256,10 @@ bool CameraModule::InvertTo(kvMatrix& inverse, const kvMatrix& matrix)
     return IsUnturned(matrix) ? InvertUpright(inverse.m, m) : InvertFlat(inverse.m, m);
 }
 
-// Most cameras are flat: all three are inverted as such before one look at the shapes, which takes less than three. The
-// product of two flat matrices is flat: the sums that make its zeros have terms of zero only. Where both are not
-// turned, it is not.
+// The three inverses of a camera that is taken for flat, as most are, and whether it was: one look at the shapes after
+// the work takes less than three before it. The product is not looked at. The product of two flat matrices is flat,
+// because the sums that make its zeros have terms of zero only, and its entries are a few times larger at most. Where
+// neither factor is turned, it is not either.
 bool CCamera::InvertFlatCamera()
 {
     const Rows projection(m_projMat.m);

@@ -40,9 +40,7 @@ PictureFile FileOf(const Arguments& call)
 {
     const std::string name = call.Text(1);
     ScriptFiles& files = call.game.scripts.files;
-    const std::string path = files.PathOf(name);
-    files.Note(name);
-    return {name, path, files.Read().back().hash != 0};
+    return {name, files.PathOf(name), files.Note(name)};
 }
 
 int SpriteAdd(Arguments& call)

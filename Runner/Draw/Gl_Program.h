@@ -14,10 +14,9 @@ enum VertexInput : GLuint
     INPUT_COLOUR,
 };
 
-bool IsGlVersion3(); // of the context that is current
+bool IsGlVersion3(); // whether the current context's version is OpenGL ES 3
 
-// The shader program for textured, tinted triangles, the corners of each in one colour. A context must be current, in
-// the destructor too.
+// The shader program for textured, tinted triangles. A context must be current, in the destructor too.
 class GlProgram
 {
 public:

@@ -7,6 +7,7 @@
 #include <cstddef>
 #include <cstdint>
 #include <cstdio>
+#include <new>
 #include <string>
 
 namespace Runner
@@ -21,6 +22,21 @@ struct MemoryUse
 };
 
 MemoryUse CurrentMemoryUse();
+
+// Notices that a request was refused since the watch was made. The module goes on without what it was refused, such as
+// a camera; who cannot go on without it asks here.
+class RefusalWatch
+{
+public:
+    void ThrowIfRefused() const // std::bad_alloc
+    {
+        if (CurrentMemoryUse().refusals != m_before)
+            throw std::bad_alloc();
+    }
+
+private:
+    const size_t m_before = CurrentMemoryUse().refusals;
+};
 
 // Writes a line per block alive, oldest first: tag, line, size. Answers their number.
 size_t ReportLiveBlocks(FILE* out);

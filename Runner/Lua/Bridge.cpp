@@ -15,7 +15,6 @@
 
 #include <lua.hpp>
 
-#include <new>
 #include <string_view>
 
 namespace Runner
@@ -194,12 +193,11 @@ try
     m_values = arguments.Values();
     Result result;
     CInstance* self = CallingInstance(*ScriptEngine::Current());
-    const size_t refusals = CurrentMemoryUse().refusals;
+    const RefusalWatch memory;
     m_builtin.handler(result.value, self, self, count, arguments.Values());
     if (HasError())
         throw ScriptError(Explained(TakeError()));
-    if (CurrentMemoryUse().refusals != refusals) // the module goes on without a camera, but the script needs it
-        throw std::bad_alloc();
+    memory.ThrowIfRefused(); // the module goes on without a camera, but the script needs it
     PushFromHost(L, result.value);
     Collector::Safepoint();
     return 1;

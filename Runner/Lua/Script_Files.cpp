@@ -88,13 +88,14 @@ void ScriptFiles::AddToFingerprint(const std::string& name, const std::string& p
     m_fingerprint.Bytes(counted.data(), counted.size());
 }
 
-void ScriptFiles::Note(const std::string& name)
+bool ScriptFiles::Note(const std::string& name)
 {
     std::vector<uint8_t> bytes;
     std::string ignored;
     const std::string path = m_directory + name;
     const bool isRead = ReadWholeFile(path, bytes, ignored);
     m_read.push_back({name, isRead ? HashBytes(bytes.data(), bytes.size()) : 0, path});
+    return isRead;
 }
 
 void ScriptFiles::NoteCode(const std::string& name, const std::vector<uint8_t>& content)

@@ -34,7 +34,7 @@ public:
 
     // Reads a script, and notes it. Throws ScriptError when it cannot be read.
     std::vector<uint8_t> ReadScript(const std::string& name, const std::string& path);
-    void Note(const std::string& name); // a file other than a script that the game has read, such as a picture
+    bool Note(const std::string& name); // a file that is no script, such as a picture; false: it could not be read
     // Notes a file that counts as code, such as a map: a change of it is a change of the game. name: as PathOf takes
     // it.
     void NoteCode(const std::string& name, const std::vector<uint8_t>& content);

@@ -8,7 +8,6 @@
 #include "Runner/Save/Script_Values.h"
 
 #include <algorithm>
-#include <new>
 
 namespace Runner
 {
@@ -115,13 +114,12 @@ void RestoreRoom(Game& game, const SavedState& state)
 // The module leaves out a camera that it is refused the memory for; a game that has lost one does not go on.
 void ReadStream(const std::vector<uint8_t>& stream)
 {
-    const size_t refusals = CurrentMemoryUse().refusals;
+    const RefusalWatch memory;
     TypedBuffer buffer;
     buffer.WriteBytes(stream.data(), stream.size());
     buffer.Seek(0);
     g_CM.DeSerialize(&buffer);
-    if (CurrentMemoryUse().refusals != refusals)
-        throw std::bad_alloc();
+    memory.ThrowIfRefused();
 }
 
 // Views that the saved room did not have start as in a new room.

@@ -51,6 +51,21 @@ export async function openPage(browser, server, options = {}) {
     return { page, context, said, left, close: () => context.close() };
 }
 
+// A page in which a file of tests plays its games: `call` is withInPage's, `folder` takes files, close() ends all of it.
+export async function openPlayer() {
+    const server = await serve();
+    const browser = await launch();
+    const opened = await openPage(browser, server);
+    await opened.page.goto(`${server.address}Docs/Licences.html`);
+    const folder = temporaryFolder();
+    const close = async () => {
+        await browser.close();
+        server.close();
+        fs.rmSync(folder, { recursive: true });
+    };
+    return { opened, folder, call: await withInPage(opened, server), close };
+}
+
 export function expectQuiet({ said, left }) {
     assert.deepEqual(said, [], "words on the console");
     assert.deepEqual(left, [], "requests to other hosts");
@@ -60,7 +75,7 @@ export function expectQuiet({ said, left }) {
 
 export const RUNNER = process.env.RUNNER ?? path.join(ROOT, "build/optimised/Runner/runner");
 
-export function temporaryFolder() {
+function temporaryFolder() {
     return fs.mkdtempSync(path.join(os.tmpdir(), "site_test_"));
 }
 
@@ -74,6 +89,9 @@ export function native(...options) {
         runner.on("close", (status) => status === 0 ? resolve(text) : reject(new Error(text)));
     });
 }
+
+// The games that the repository has as examples, by their names in the site, too.
+export const EXAMPLES = ["canyon", "shake", "orbit", "split", "kit", "town"];
 
 // The games of the site: [{ id, page, main, files }].
 export function games() {

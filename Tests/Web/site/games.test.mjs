@@ -3,26 +3,13 @@ import assert from "node:assert/strict";
 import fs from "node:fs";
 import path from "node:path";
 import { after, before, test } from "node:test";
-import { expectQuiet, gameFile, games, launch, native, openPage, ROOT, serve, SITE, temporaryFolder, withInPage }
-    from "./browser.mjs";
+import { EXAMPLES, expectQuiet, gameFile, games, native, openPlayer, ROOT, SITE } from "./browser.mjs";
 
 const FRAMES = 120;
-const GOLDEN = ["canyon", "shake", "orbit", "split", "kit", "town"];
-const folder = temporaryFolder();
 
-let server, browser, opened, call;
-before(async () => {
-    server = await serve();
-    browser = await launch();
-    opened = await openPage(browser, server);
-    await opened.page.goto(`${server.address}Docs/Licences.html`);
-    call = await withInPage(opened, server);
-});
-after(async () => {
-    await browser.close();
-    server.close();
-    fs.rmSync(folder, { recursive: true });
-});
+let opened, folder, call, close;
+before(async () => { ({ opened, folder, call, close } = await openPlayer()); });
+after(() => close());
 
 async function nativeTrace(game, frames) {
     const file = path.join(folder, `${game.id}.txt`);
@@ -53,7 +40,7 @@ test(`each game plays ${FRAMES} frames without a word, and its trace is the nati
 
 // What they draw, the test before this one has seen: six hundred frames of it would take minutes.
 test("the golden traces are the browser's, too", async () => {
-    for (const id of GOLDEN) {
+    for (const id of EXAMPLES) {
         const { trace } = await call("played", id, 600, 0);
         const text = trace.map((line) => line + "\n").join("");
         const golden = fs.readFileSync(path.join(ROOT, `Tests/Golden/${id}_trace.txt`), "utf8");
