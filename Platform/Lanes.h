@@ -1,7 +1,7 @@
 #pragma once
-// Four floats in one register, on x86. An operation works lane by lane and rounds as the operation on one float does,
-// so that code on lanes gives the bits of the code that it replaces. For sources that compute with matrices; no host
-// needs it. Everything here is local to who includes it.
+// Four floats in one register, on x86, and by the same names in WebAssembly with vectors. An operation works lane by
+// lane and rounds as the operation on one float does, so that code on lanes gives the bits of the code that it
+// replaces. For sources that compute with matrices; no host needs it. Everything here is local to who includes it.
 
 #if defined(__SSE2__)
 

@@ -37,6 +37,7 @@ describe() {
     wasm)
         packages+=" emscripten"
         settings=(-DCMAKE_TOOLCHAIN_FILE=$EMSCRIPTEN/cmake/Modules/Platform/Emscripten.cmake
+            -DCMAKE_CXX_FLAGS="-O2 -msimd128 -msse2" # as the page's Runner is compiled
             -DCMAKE_EXE_LINKER_FLAGS="-sENVIRONMENT=node -sNODERAWFS=1 -sALLOW_MEMORY_GROWTH=1")
         start=(node --no-experimental-fetch) # or its glue takes Node for a browser
         suffix=.js

@@ -8,5 +8,6 @@ set(RAPIDJSON_INCLUDE "${CAMERA_WEB_SOURCES}/rapidjson-headers" CACHE PATH "Head
 # WebAssembly's own exceptions: those by JavaScript make each call in a protected block a call out of the program.
 # Said for all, since libpng jumps and Lua throws through frames of both languages.
 set(camera_web_flags "-fwasm-exceptions -sSUPPORT_LONGJMP=wasm")
-set(CMAKE_CXX_FLAGS_INIT "${camera_web_flags}")
+# The module's code on lanes: the intrinsics of x86, which Emscripten has by WebAssembly's vectors.
+set(CMAKE_CXX_FLAGS_INIT "${camera_web_flags} -msimd128 -msse2")
 set(CMAKE_C_FLAGS_INIT "${camera_web_flags}")

@@ -172,8 +172,8 @@ export interface Runner {
 }
 
 // Resolves once the game stands at its start, paused, or has failed there (see failure). Rejects with one line for
-// files that are refused, a browser without WebGL 2 ("this browser has no WebGL 2 ...") or without WebAssembly. A drawing
-// context that the browser takes away, and gives back, is the runner's affair: the game stands meanwhile.
+// files that are refused, a browser without WebGL 2 ("this browser has no WebGL 2 ..."), WebAssembly or its vectors. A
+// drawing context that the browser takes away, and gives back, is the runner's affair: the game stands meanwhile.
 export function createRunner(options: RunnerOptions): Promise<Runner>;
 
 // The native Runner's command line in a program of its own, for tests: nothing is drawn. The game's files stand in the

@@ -7,6 +7,10 @@ const FLAG_DEAD = 4;
 const PROGRAM = "/program"; // where the program believes to stand: it looks for the camera kit beside itself
 const decoder = new TextDecoder();
 
+// The smallest program with a vector in it. Browsers have them since 2021 (Safari since 2023).
+const WITH_VECTOR = Uint8Array.of(
+    0, 97, 115, 109, 1, 0, 0, 0, 1, 5, 1, 96, 0, 1, 123, 3, 2, 1, 0, 10, 10, 1, 8, 0, 65, 0, 253, 15, 253, 98, 11);
+
 let compiling = null;
 
 async function compileHere(url) {
@@ -25,6 +29,8 @@ async function compileHere(url) {
 // Once for all runners of a page; after a failure another one may try again.
 function compiled() {
     if (typeof WebAssembly === "undefined") throw new Error("this browser has no WebAssembly, which the Runner needs");
+    if (!WebAssembly.validate(WITH_VECTOR))
+        throw new Error("this browser's WebAssembly has no vectors (SIMD), which the Runner needs");
     compiling ??= compileHere(new URL("./runner_core.wasm", import.meta.url));
     compiling.catch(() => (compiling = null));
     return compiling;

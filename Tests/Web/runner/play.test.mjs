@@ -93,6 +93,18 @@ test("a script that eats memory fails, and the program lives", async () => {
     await runner.close();
 });
 
+test("a browser without vectors is told in one line", async () => {
+    const { validate } = WebAssembly;
+    WebAssembly.validate = () => false;
+    try {
+        await assert.rejects(open("orbit"), {
+            message: "this browser's WebAssembly has no vectors (SIMD), which the Runner needs",
+        });
+    } finally {
+        WebAssembly.validate = validate;
+    }
+});
+
 test("errors unwind through pcall, coroutines and functions of the Runner", async () => {
     const { runner, told } = await open(`
         local function deep(n) return n == 0 and error("bottom") or 1 + deep(n - 1) end
