@@ -197,7 +197,7 @@ class Workplace:
 
     def run_tests(self, program, tests, usual):
         """What ended the tests: the name of the first that failed, "a crash", "no end", or None when all passed."""
-        limit = 5 * usual + 3  # seconds of processor time: a machine that has other work makes no mutant slow
+        limit = 2 * usual + 2  # seconds of processor time: a machine that has other work makes no mutant slow
 
         def bound():
             resource.setrlimit(resource.RLIMIT_AS, (MEMORY, MEMORY))

@@ -42,6 +42,21 @@ TEST_F(CameraProxy, DropsIndicesOutsideOfTheTableFromTheStack)
     EXPECT_THAT(Stack(), ElementsAre(7, 6, 5, 4));
 }
 
+TEST_F(CameraProxy, DropsTheIndexBehindTheTableThoughNothingStandsThere)
+{
+    g_slotObjects.m_nCapacity = 7; // of the eight entries that are there
+    g_slotObjects.m_freeSlotStack[g_slotObjects.m_slotStackSize - 1] = 7;
+    EXPECT_EQ(NextSlot(), 1);
+    g_slotObjects.m_nCapacity = 8;
+}
+
+TEST_F(CameraProxy, TakesTheLastIndexOfTheStackBeforeItSearches)
+{
+    g_slotObjects.m_freeSlotStack[0] = 5;
+    g_slotObjects.m_slotStackSize = 1;
+    EXPECT_EQ(NextSlot(), 5) << "a search finds slot 0";
+}
+
 TEST_F(CameraProxy, MayTakeTheSlotsOnBothSidesOfTheSweep)
 {
     Sweep(1, 3);

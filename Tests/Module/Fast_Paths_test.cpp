@@ -146,8 +146,8 @@ TEST_F(FastPathsCamera, IsFlatToTheEyeExactlyWhenNineElementsCompareEqualToZero)
 {
     constexpr int projection[] = {11, 4, 8, 1, 9, 2, 6};
     constexpr int view[] = {2, 6};
-    const float values[] = {0.0f, -0.0f, 1e-45f, -1e-45f, 1.0f, NOT_A_NUMBER, -NOT_A_NUMBER, INFINITY};
-    for (float value : values)
+    const float values[] = {0.0f, -0.0f, 1e-45f, -1e-45f, 1.0f, 2.0f, NOT_A_NUMBER, -NOT_A_NUMBER, INFINITY};
+    for (float value : values) // of 2 the highest bit is set that is no sign, and no other
         for (int element = 0; element < 9; ++element)
         {
             CCamera camera;
