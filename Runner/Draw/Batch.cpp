@@ -38,9 +38,24 @@ void Batch::Add(const DrawState& state, const Corner* corners, int count, const 
         m_vertices[first + static_cast<size_t>(i)] = {c.x, c.y, c.z,
                                                       c.u, c.v, {colour[0], colour[1], colour[2], colour[3]}};
     }
+    AddIndices(first, static_cast<size_t>(count));
+}
+
+void Batch::AddIndices(size_t first, size_t count)
+{
+    const bool areQuads = m_indices.empty();
+    if (areQuads && count == 4)
+        return;
+    for (size_t quad = 0; areQuads && quad < first; quad += 4)
+        AddFan(quad, 4);
+    AddFan(first, count);
+}
+
+void Batch::AddFan(size_t first, size_t count)
+{
     size_t next = m_indices.size();
-    m_indices.resize(next + (static_cast<size_t>(count) - 2) * 3);
-    for (size_t i = 2; i < static_cast<size_t>(count); i++)
+    m_indices.resize(next + (count - 2) * 3);
+    for (size_t i = 2; i < count; i++)
     {
         for (const size_t corner : {first, first + i - 1, first + i})
             m_indices[next++] = static_cast<uint16_t>(corner);

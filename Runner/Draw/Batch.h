@@ -31,10 +31,14 @@ public:
     void ResetCounts();
 
 private:
+    void AddIndices(size_t first, size_t count); // of the polygon whose vertices stand from there on
+    void AddFan(size_t first, size_t count);
+
     Device* m_device; // null: nothing is collected
     DrawState m_state;
     std::vector<Vertex> m_vertices;
-    std::vector<uint16_t> m_indices;
+    std::vector<uint16_t>
+        m_indices; // none while every polygon is a quad, as most are: the device has the indices of quads
     int m_draws = 0;
     int m_drawnVertices = 0;
 };

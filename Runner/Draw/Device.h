@@ -63,6 +63,7 @@ public:
     virtual void DeleteMesh(unsigned mesh) = 0;
 
     virtual void Clear(const DrawState& state, const float (&colour)[4]) = 0; // fills the port
+    // No indices: the vertices are those of quads, as in a mesh, MESH_QUADS_LIMIT at most.
     virtual void DrawTriangles(const DrawState& state, const std::vector<Vertex>& vertices,
                                const std::vector<uint16_t>& indices) = 0;
     virtual void DrawMesh(const DrawState& state, unsigned mesh, int quads) = 0;

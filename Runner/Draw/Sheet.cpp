@@ -6,6 +6,8 @@ namespace Runner
 {
 namespace
 {
+constexpr int AREAS_KEPT = 4096; // a sheet may have millions of frames of a pixel each
+
 // Columns that make the atlas as near to a square as whole cells allow: a single row of frames could exceed the longest
 // side that the device takes.
 int ChooseColumns(int frames, int cellWidth, int cellHeight)
@@ -28,6 +30,8 @@ Sheet::Sheet(const Picture& picture, int frameWidth, int frameHeight)
         TransparentPicture(m_columns * (frameWidth + 2), (m_frames + m_columns - 1) / m_columns * (frameHeight + 2));
     for (int frame = 0; frame < m_frames; frame++)
         CopyFrame(picture, frame % sourceColumns * frameWidth, frame / sourceColumns * frameHeight, frame);
+    for (int frame = 0; frame < std::min(m_frames, AREAS_KEPT); frame++)
+        m_areas.push_back(MeasureArea(frame));
 }
 
 void Sheet::CopyFrame(const Picture& source, int sourceX, int sourceY, int frame)
@@ -47,7 +51,7 @@ void Sheet::CopyFrame(const Picture& source, int sourceX, int sourceY, int frame
     }
 }
 
-TextureArea Sheet::Area(int frame) const
+TextureArea Sheet::MeasureArea(int frame) const
 {
     const auto width = static_cast<float>(m_packed.width), height = static_cast<float>(m_packed.height);
     const int x = CellX(frame) + 1, y = CellY(frame) + 1;

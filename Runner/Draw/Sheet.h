@@ -2,6 +2,9 @@
 
 #include "Runner/Draw/Picture.h"
 
+#include <cstddef>
+#include <vector>
+
 namespace Runner
 {
 // A rectangle in texture coordinates, 0..1.
@@ -25,18 +28,25 @@ public:
     int FrameWidth() const { return m_frameWidth; }
     int FrameHeight() const { return m_frameHeight; }
     const Picture& Packed() const { return m_packed; }
-    TextureArea Area(int frame) const; // 0 to Frames() - 1
-    void DropPixels();                 // after the upload; Area still works
+    // frame: 0 to Frames() - 1
+    TextureArea Area(int frame) const
+    {
+        const auto index = static_cast<size_t>(frame);
+        return index < m_areas.size() ? m_areas[index] : MeasureArea(frame);
+    }
+    void DropPixels(); // after the upload; Area still works
 
 private:
     void CopyFrame(const Picture& source, int sourceX, int sourceY, int frame);
     int CellX(int frame) const { return frame % m_columns * (m_frameWidth + 2); }
     int CellY(int frame) const { return frame / m_columns * (m_frameHeight + 2); }
+    TextureArea MeasureArea(int frame) const;
 
     int m_frames = 0;
     int m_frameWidth = 0, m_frameHeight = 0;
     int m_columns = 1; // of the packed picture
     Picture m_packed;
+    std::vector<TextureArea> m_areas; // of the first frames, so that a drawn sprite divides nothing
 };
 
 // How frames lie in a picture: a margin around all of them, spacing between them.
