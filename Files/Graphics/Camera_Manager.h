@@ -23,6 +23,10 @@
 constexpr int ROOM_CAMERAS = 1 + ROOM_VIEWS;                // the default camera, then a camera for each view
 constexpr int CAMERA_ID_LAST_LOADED = 16 * 1024 * 1024 - 1; // a saved identifier above it is damage, not a camera
 
+// The largest table that a camera of the last identifier can have made. Larger counts come from damaged streams and are
+// clamped, so that a load ends.
+constexpr int CAMERA_SLOTS_LAST_LOADED = 2 * (CAMERA_ID_LAST_LOADED + 1);
+
 class CCameraManager
 {
 public:

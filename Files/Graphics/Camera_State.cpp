@@ -15,10 +15,6 @@ namespace
 
 constexpr int CAMERA_LOAD_LINE = 2279; // fixed by the hosts' tracking of allocations, which knows loaded cameras by it
 
-// The largest table that a camera of the last identifier can have made. Larger counts come from damaged streams and are
-// clamped, so that a load ends.
-constexpr int SLOTS_LAST_LOADED = 2 * (CAMERA_ID_LAST_LOADED + 1);
-
 template <typename T> T& FieldOf(CCamera& camera, const CameraStateField& field)
 {
     void* const storage = reinterpret_cast<char*>(&camera) + field.offset; // aligned as the field is
@@ -129,7 +125,7 @@ void CCameraManager::ClearForLoad()
 bool CCameraManager::DeSerialize(IBuffer* buffer)
 {
     ClearForLoad();
-    const int count = std::min(buffer->ReadS32(), SLOTS_LAST_LOADED);
+    const int count = std::min(buffer->ReadS32(), CAMERA_SLOTS_LAST_LOADED);
     for (int slot = 0; slot < count; ++slot)
     {
         if (buffer->ReadBool())

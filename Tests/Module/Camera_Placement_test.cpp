@@ -180,6 +180,18 @@ TEST_F(CameraPlacement, FreesAnOccupantWhoseIdentifierIsNotItsSlot)
     EXPECT_EQ(g_CM.GetCamera(900), nullptr);
 }
 
+TEST_F(CameraPlacement, DestroysTheCameraOfTheSameIdentifierInAnotherSlotAsWell)
+{
+    CreateCameras(4);
+    g_CM.m_cameras[1]->SetID(900);
+    g_CM.m_cameras[3]->SetID(1);
+    const size_t before = LiveBlocks();
+    Place(1);
+    EXPECT_EQ(LiveBlocks(), before - 1) << "one came, two went";
+    EXPECT_THAT(Slots(), ElementsAre(0, 1, 2, -2));
+    EXPECT_EQ(g_CM.m_cameras[1], m_placed);
+}
+
 TEST_F(CameraPlacement, AtAnIdentifierThatNoTableCanHoldRegistersNothing)
 {
     CreateCameras(3);

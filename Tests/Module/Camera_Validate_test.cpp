@@ -55,6 +55,14 @@ TEST_F(CameraValidate, ReportsACameraInTwoSlotsOfWhichNeitherIsItsOwn)
     g_CM.m_cameras[3] = nullptr;
 }
 
+TEST_F(CameraValidate, ReportsACameraInItsOwnSlotAndTheFirst)
+{
+    CCamera* const first = g_CM.m_cameras[0];
+    g_CM.m_cameras[0] = g_CM.m_cameras[2];
+    EXPECT_EQ(Broken(), "R2: a camera stands in two slots");
+    g_CM.m_cameras[0] = first;
+}
+
 TEST_F(CameraValidate, ReportsAnIdentifierThatIsNotTheSlot)
 {
     for (int slot : {0, 2})

@@ -133,6 +133,7 @@ TEST_P(MatrixSetter, RefusesNumbers)
 {
     for (double number : {1.0, -1.0, 0.1, 1e300, -1e-300, NOT_A_NUMBER_64})
         ExpectRefused(Real(number), NOT_AN_ARRAY);
+    ExpectRefused(Int64(int64_t{1} << 48), NOT_AN_ARRAY); // the least address that is not in user space
 }
 #endif
 

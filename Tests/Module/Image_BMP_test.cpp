@@ -140,6 +140,8 @@ TEST_F(CreateBMPImage, NarrowPixelsOverlapAndEndInZeros)
 {
     ASSERT_TRUE(Create(Counting(4), 2, 2, 1));
     EXPECT_THAT(Pixels(), ElementsAre(3, 4, 0, 4, 0, 0, 1, 2, 3, 2, 3, 4));
+    ASSERT_TRUE(Create(Counting(6), 3, 2, 1)); // rows are as long as the picture is wide
+    EXPECT_THAT(Pixels(), ElementsAre(4, 5, 6, 5, 6, 0, 6, 0, 0, 1, 2, 3, 2, 3, 4, 3, 4, 5));
     ASSERT_TRUE(Create(Counting(4), 2, 1, 2));
     EXPECT_THAT(Pixels(), ElementsAre(1, 2, 3, 3, 4, 0));
 }

@@ -17,6 +17,7 @@ using namespace Recording;
 
 const char* g_failing = ""; // name of the call that fails
 bool g_noting = false;
+int g_taken = 0, g_returned = 0; // blocks of malloc, while noting
 
 // Holds no object when it is left by a jump.
 bool Fails(const char* name)
@@ -96,10 +97,23 @@ extern "C"
         Library<decltype(&png_destroy_write_struct)>("png_destroy_write_struct")(png, info);
     }
 
-    // The linker sends every malloc of the program's own objects here (CMakeLists.txt).
+    // The linker sends every malloc and free of the program's own objects here (CMakeLists.txt).
     void* __real_malloc(size_t size);
     void* __wrap_malloc(size_t size);
-    void* __wrap_malloc(size_t size) { return std::strcmp(g_failing, "malloc") == 0 ? nullptr : __real_malloc(size); }
+    void* __wrap_malloc(size_t size)
+    {
+        if (std::strcmp(g_failing, "malloc") == 0)
+            return nullptr;
+        g_taken += g_noting;
+        return __real_malloc(size);
+    }
+    void __real_free(void* block);
+    void __wrap_free(void* block);
+    void __wrap_free(void* block)
+    {
+        g_returned += g_noting && block != nullptr;
+        __real_free(block);
+    }
 }
 
 namespace
@@ -283,6 +297,20 @@ TEST_F(WritePNG, MakesTheDirectoriesThatTheNameNeeds)
 {
     EXPECT_EQ(Write("shots/level one/first.png", {1, 2, 3, 4}, 1, 1), 1);
     EXPECT_THAT(ReadBack("shots/level one/first.png").pixels, ElementsAre(1, 2, 3, 4));
+}
+
+TEST_F(WritePNG, GivesItsRowTableBackWhetherTheLibraryJumpsOrNot)
+{
+    for (const char* failing : {"", "png_write_image", "png_write_end"})
+    {
+        g_taken = g_returned = 0;
+        g_failing = failing;
+        g_noting = true;
+        Write("save.png", Bytes(2 * 3 * 4), 2, 3);
+        g_noting = false;
+        EXPECT_EQ(g_taken, 1) << failing;
+        EXPECT_EQ(g_returned, 1) << failing;
+    }
 }
 
 TEST_F(WritePNG, TakesNothingFromTheMemoryManager)

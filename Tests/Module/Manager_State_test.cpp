@@ -147,6 +147,23 @@ TEST_F(ManagerState, LoadingKeepsACameraInSlotZeroThatHasNoIdentifier)
     EXPECT_EQ(g_CM.m_cameras[0], nameless);
 }
 
+TEST_F(ManagerState, LoadingDestroysACameraInSlotZeroOfAnyOtherIdentifier)
+{
+    for (int id : {1, -2, 900})
+    {
+        CreateCameras(1);
+        g_CM.m_cameras[0]->SetID(id);
+        Load(StreamOf({}));
+        EXPECT_THAT(Slots(), ElementsAre(FREE)) << id;
+    }
+}
+
+TEST_F(ManagerState, TheLargestCountIsThatOfATableTwiceAsLargeAsTheLastIdentifierNeeds)
+{
+    EXPECT_EQ(CAMERA_ID_LAST_LOADED, 16777215);
+    EXPECT_EQ(CAMERA_SLOTS_LAST_LOADED, 33554432);
+}
+
 TEST_F(ManagerState, LoadingLeavesAnEmptySlotZeroAndTheActiveCamera)
 {
     CreateCameras(2);

@@ -277,6 +277,8 @@ void Array_IncRef(RefDynamicArrayOfRValue* array)
 static void FreeArray(RefDynamicArrayOfRValue* array)
 {
     Mem().arrays.erase(array);
+    if (array->m_array == nullptr && array->m_length != 0)
+        Fault("an array without entries has a length");
     for (int32_t i = 0; i < array->m_length && array->m_array != nullptr; ++i)
         FREE_RValue__Pre(&array->m_array[i]);
     MemoryManager::Free(array->m_array);
