@@ -49,6 +49,7 @@ int Judge(Runner::Game& game, const char* name, int frames)
     using Clock = std::chrono::steady_clock;
     const int early = std::min(std::max(frames / 1000, FRAMES_OF_A_START), (frames + 1) / 2);
     const Clock::time_point start = Clock::now();
+    Resident(); // the pages that it needs itself are counted from now on
     const bool isGood = game.Load() && PlayOn(game, early);
     const int64_t before = Resident();
     if (!isGood || !PlayOn(game, frames))

@@ -72,6 +72,13 @@ check_lint() {
     quietly build/tidy-runner.log lint build/dev "-clang-analyzer-*" "${RUNNER_SOURCES[@]}"
 }
 
+# After the optimised suite, whose build it shares.
+check_endurance() {
+    step "Playing 100,000 frames: the memory stays"
+    quietly build/endurance.log Tools/endurance.sh all 16667
+    grep frames build/endurance.log
+}
+
 check_paths() {
     step "Following the Runner's paths with clang's analyzer"
     quietly build/tidy-paths.log lint build/dev "-*,clang-analyzer-*,-clang-analyzer-valist.Uninitialized" "${RUNNER_SOURCES[@]}"

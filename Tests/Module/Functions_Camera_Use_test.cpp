@@ -166,12 +166,16 @@ TEST_F(CameraBuiltin, DestroyRemovesTheCamera)
 
 TEST_F(CameraBuiltin, DestroyOfTheActiveCameraLeavesNoneActive)
 {
-    g_CM.CreateCamera();
-    g_CM.CreateCamera();
-    g_CM.SetActiveCamera(1);
-    Call(F_CameraDestroy, {Real(1)});
-    EXPECT_EQ(g_CM.GetActiveCamera(), nullptr);
-    EXPECT_EQ(Answer(F_CameraGetActive, {}), "real -1");
+    for (int id : {1, 0})
+    {
+        RenewManager();
+        g_CM.CreateCamera();
+        g_CM.CreateCamera();
+        g_CM.SetActiveCamera(id);
+        Call(F_CameraDestroy, {Real(id)});
+        EXPECT_EQ(g_CM.GetActiveCamera(), nullptr) << id;
+        EXPECT_EQ(Answer(F_CameraGetActive, {}), "real -1") << id;
+    }
 }
 
 TEST_F(CameraBuiltin, DestroyOfAnotherCameraKeepsTheActiveOne)
