@@ -142,6 +142,22 @@ TEST_F(FastPathsCamera, AHostsOwnProjectionIsInvertedByTheDefinition)
         }
 }
 
+TEST_F(FastPathsCamera, AHostsOwnViewIsInvertedByTheDefinition)
+{
+    for (int entry = 0; entry < 16; ++entry)
+        for (float value : {0.5f, -2.0f, 1.5f, 1e13f, -1e20f, NOT_A_NUMBER, INFINITY})
+            for (float angle : {0.0f, 30.0f})
+            {
+                OnView([=](kvMatrix& view) { view.m[entry] = value; });
+                CCamera camera;
+                camera.SetViewWidth(640.0f);
+                camera.SetViewHeight(480.0f);
+                camera.SetViewAngle(angle);
+                camera.Build2DView(320.0f, 240.0f);
+                ASSERT_TRUE(StoresInversesByDefinition(camera)) << entry << ' ' << value << ' ' << angle;
+            }
+}
+
 TEST_F(FastPathsCamera, IsFlatToTheEyeExactlyWhenNineElementsCompareEqualToZero)
 {
     constexpr int projection[] = {11, 4, 8, 1, 9, 2, 6};

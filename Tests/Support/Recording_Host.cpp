@@ -40,7 +40,7 @@ void Reset()
     state.counters.clear();
     state.topics = Topic_Default;
     state.passesNan = true;
-    state.onProjection = nullptr;
+    state.onProjection = state.onView = nullptr;
 }
 
 // ---- log ----

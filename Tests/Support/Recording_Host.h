@@ -162,6 +162,7 @@ const Builtin* FindBuiltin(const std::string& name); // null when missing
 // ---- graphics ----
 kvMatrix LastMatrix(eMatrix slot);
 void OnProjection(std::function<void(kvMatrix&)> change); // changes each matrix that OrthoLH has built
+void OnView(std::function<void(kvMatrix&)> change);       // the same of LookAtLH
 
 // ---- buffer ----
 class Buffer : public IBuffer

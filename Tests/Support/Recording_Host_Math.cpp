@@ -65,6 +65,8 @@ void kvMatrix::LookAtLH(kvMatrix& out, const kvVector3& eye, const kvVector3& at
     const float rows[16] = {x.x, y.x, z.x, 0.0f, x.y,          y.y,          z.y,          0.0f,
                             x.z, y.z, z.z, 0.0f, -Dot(x, eye), -Dot(y, eye), -Dot(z, eye), 1.0f};
     std::memcpy(out.m, rows, sizeof rows);
+    if (TheState().onView)
+        TheState().onView(out);
 }
 
 void kvMatrix::OrthoLH(kvMatrix& out, float width, float height, float zNear, float zFar)
@@ -100,6 +102,8 @@ void Graphics::SetMatrix(eMatrix slot, float* matrix)
 }
 
 void Recording::OnProjection(std::function<void(kvMatrix&)> change) { TheState().onProjection = std::move(change); }
+
+void Recording::OnView(std::function<void(kvMatrix&)> change) { TheState().onView = std::move(change); }
 
 void Recording::PassNan(bool passes) { TheState().passesNan = passes; }
 

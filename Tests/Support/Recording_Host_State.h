@@ -80,7 +80,7 @@ struct State
     std::vector<Builtin> builtins;
     kvMatrix slots[3] = {};
     bool passesNan = true;
-    std::function<void(kvMatrix&)> onProjection;
+    std::function<void(kvMatrix&)> onProjection, onView;
 };
 
 State& TheState(); // made by the first call, never destroyed: the manager's destructor runs after every static's
