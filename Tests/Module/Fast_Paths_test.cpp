@@ -144,18 +144,27 @@ TEST_F(FastPathsCamera, AHostsOwnProjectionIsInvertedByTheDefinition)
 
 TEST_F(FastPathsCamera, AHostsOwnViewIsInvertedByTheDefinition)
 {
+    const float values[] = {0.5f,   -2.0f,        1.5f,    std::nextafter(1.0f, 2.0f), 1e-45f, 1e13f,
+                            -1e20f, NOT_A_NUMBER, INFINITY};
     for (int entry = 0; entry < 16; ++entry)
-        for (float value : {0.5f, -2.0f, 1.5f, 1e13f, -1e20f, NOT_A_NUMBER, INFINITY})
-            for (float angle : {0.0f, 30.0f})
-            {
-                OnView([=](kvMatrix& view) { view.m[entry] = value; });
-                CCamera camera;
-                camera.SetViewWidth(640.0f);
-                camera.SetViewHeight(480.0f);
-                camera.SetViewAngle(angle);
-                camera.Build2DView(320.0f, 240.0f);
-                ASSERT_TRUE(StoresInversesByDefinition(camera)) << entry << ' ' << value << ' ' << angle;
-            }
+        for (float value : values)
+            for (float depth : {1.0f, 4.0f})
+                for (float angle : {0.0f, 30.0f})
+                {
+                    OnView(
+                        [=](kvMatrix& view)
+                        {
+                            view._33 = depth;
+                            view.m[entry] = value;
+                        });
+                    CCamera camera;
+                    camera.SetViewWidth(640.0f);
+                    camera.SetViewHeight(480.0f);
+                    camera.SetViewAngle(angle);
+                    camera.Build2DView(320.0f, 240.0f);
+                    ASSERT_TRUE(StoresInversesByDefinition(camera))
+                        << entry << ' ' << value << ' ' << depth << ' ' << angle;
+                }
 }
 
 TEST_F(FastPathsCamera, IsFlatToTheEyeExactlyWhenNineElementsCompareEqualToZero)
