@@ -48,7 +48,6 @@ public:
         const SpriteInfo* info = painter.FindSprite(sprite);
         if (info == nullptr)
             m_call.Fail(painter.TakeError());
-        m_call.game.names.NoteSprite(sprite, m_path);
         m_call.game.world.SetSpriteExtent(
             sprite, {static_cast<float>(info->width), static_cast<float>(info->height), 0.0f, 0.0f});
         m_call.game.names.NoteSprite(sprite, m_path);
@@ -89,8 +88,6 @@ TileLook LookOf(const MapModel& map, const MapTileset& tileset, int sprite, int 
 
 void LoadSheet(Pictures& pictures, const MapModel& map, const MapTileset& tileset, TileLook* looks)
 {
-    if (tileset.tileCount < 1 || tileset.columns < 1)
-        return;
     const FrameLayout frames = {tileset.tileWidth, tileset.tileHeight, tileset.margin,
                                 tileset.spacing,   tileset.columns,    tileset.tileCount};
     const int sprite = pictures.AddSprite(pictures.Read(tileset.picture), frames);
@@ -102,8 +99,6 @@ void LoadCollection(Pictures& pictures, const MapModel& map, const MapTileset& t
 {
     for (const MapTile& tile : tileset.tiles)
     {
-        if (tile.picture.path.empty() || tile.width < 1 || tile.height < 1)
-            continue;
         const Picture& whole = pictures.Read(tile.picture);
         const int sprite = pictures.AddSprite(CropPicture(whole, tile.x, tile.y, tile.width, tile.height),
                                               {tile.width, tile.height, 0, 0, 1, 1});
@@ -118,8 +113,7 @@ void ReadAnimations(const MapTileset& tileset, uint32_t first, TileLooks& tiles)
         std::vector<TileStep> steps;
         int64_t until = 0;
         for (const MapFrame& frame : tile.animation)
-            if (tileset.HasTile(frame.tile))
-                steps.push_back({first + static_cast<uint32_t>(frame.tile), until += std::max(frame.milliseconds, 0)});
+            steps.push_back({first + static_cast<uint32_t>(frame.tile), until += std::max(frame.milliseconds, 0)});
         if (steps.empty())
             continue;
         tiles.animationOf[first + static_cast<uint32_t>(tile.id)] = static_cast<int>(tiles.animations.size());
