@@ -48,6 +48,7 @@ public:
         const SpriteInfo* info = painter.FindSprite(sprite);
         if (info == nullptr)
             m_call.Fail(painter.TakeError());
+        m_call.game.names.NoteSprite(sprite, m_path);
         m_call.game.world.SetSpriteExtent(
             sprite, {static_cast<float>(info->width), static_cast<float>(info->height), 0.0f, 0.0f});
         m_call.game.names.NoteSprite(sprite, m_path);
