@@ -5,6 +5,7 @@ COVERAGE_BUILD=build/coverage
 COVERAGE_OUT=out/coverage
 MODULE_TESTS=$COVERAGE_BUILD/Tests/module_tests
 RUNNER_TESTS="$COVERAGE_BUILD/Tests/runner_tests $COVERAGE_BUILD/Tests/fault_tests"
+RUNNER_PROGRAMS="$RUNNER_TESTS $COVERAGE_BUILD/Runner/runner $COVERAGE_BUILD/Tests/Window/window_tests"
 
 # Runs a program of tests in two halves at a time, with counters in mapped files (%c), one for each program that it starts
 # (%m). A test that fails ends the measurement. PROGRAM
@@ -23,7 +24,27 @@ count_tests() {
 }
 
 # Sources under one name each: a cache of the compiler's that makes paths relative would give some of them two.
-build_coverage() { CCACHE_BASEDIR='' build coverage "$@"; }
+# PRESET TARGET...
+build_coverage() { CCACHE_BASEDIR='' build "$@"; }
+
+# Real keys in windows on displays of their own. More at a time than there are processors: they wait most of their time.
+count_window_tests() {
+    local log=$COVERAGE_BUILD/window_tests.log
+    LLVM_PROFILE_FILE="$PWD/$COVERAGE_BUILD/counts/r_window-%m%c.profraw" \
+        ctest --preset coverage-window -j 4 >"$log" 2>&1 || { tail -n 60 "$log" >&2 && fail "tests of the window failed; see $log"; }
+    grep -q '^100% tests passed' "$log" || fail "no test of the window ran; see $log"
+}
+
+# The maps that are drawn beside the editor's own renderer.
+count_maps() {
+    if ! (need $MAP_PACKAGES); then
+        echo "Not counted: the editor's example maps, because its package cannot be installed."
+        return
+    fi
+    build_coverage coverage-window compare_pictures
+    (export LLVM_PROFILE_FILE="$PWD/$COVERAGE_BUILD/counts/r_maps-%m%c.profraw" MAP_BUILD=$COVERAGE_BUILD &&
+        compare_maps >"$COVERAGE_BUILD/maps.log") || fail "maps are not drawn as expected; see $COVERAGE_BUILD/maps.log"
+}
 
 # llvm-cov with the programs and the joined counters of a report. COMMAND NAME PROGRAMS [ARGUMENT...]
 of_counters() {
@@ -53,7 +74,7 @@ write_coverage_pages() {
 
 # The module by its own tests: every line and every branch.
 cover_module() {
-    build_coverage module_tests
+    build_coverage coverage module_tests
     step "Counting lines and branches: the module"
     rm -rf "$COVERAGE_BUILD/counts"
     count_tests "$MODULE_TESTS"
@@ -62,13 +83,15 @@ cover_module() {
 
 # The Runner by its own tests, and by the runners that they start.
 cover_runner() {
-    build_coverage runner_tests runner fault_tests
+    build_coverage coverage-window runner_tests runner fault_tests window_tests
     step "Counting lines and branches: the Runner"
     local program
     for program in $RUNNER_TESTS; do
         count_tests "$program"
     done
-    report_coverage runner "$RUNNER_TESTS $COVERAGE_BUILD/Runner/runner" "$COVERAGE_BUILD/counts/r*" Runner=95,90
+    count_window_tests
+    count_maps
+    report_coverage runner "$RUNNER_PROGRAMS" "$COVERAGE_BUILD/counts/r* $COVERAGE_BUILD/counts/fault_tests*" Runner=95,90
 }
 
 check_coverage() {

@@ -1,9 +1,10 @@
-# The step of ./check --all that draws maps with the editor's own renderer and with the Runner, and compares the pictures.
-# Sourced after Tools/checks.sh, not run. The editor's example maps come with its package; none is kept here.
+# The step of ./check --all that draws maps with the editor's own renderer and with the Runner, and compares the pictures;
+# ./coverage counts what this runs. Sourced after Tools/steps.sh (and Tools/checks.sh, for the step), not run. The editor's example maps come with its package; none is kept here.
 
 MAP_PACKAGES="tiled python3"
 MAP_COLOUR=c82878 # lies below every map
 MAP_WORK=$PWD/build/maps
+MAP_BUILD=build/optimised # whose Runner draws
 
 # Scaled and turned tile objects, by the map: how many pixels may show what lies one pixel beside. The renderer steps
 # through a scaled picture in fixed point and misses the texel by less than a hundredth there.
@@ -27,7 +28,7 @@ compare_map() {
     width=$(($(map_attribute "$folder/$map" width) * $(map_attribute "$folder/$map" tilewidth)))
     height=$(($(map_attribute "$folder/$map" height) * $(map_attribute "$folder/$map" tileheight)))
     write_map_game "$map" "$width" "$height" >"$folder/show_map.lua"
-    if ! build/optimised/Runner/runner "$folder/show_map.lua" --frames 1 --quiet --out "$MAP_WORK/out" --screenshot shot.png \
+    if ! "$MAP_BUILD/Runner/runner" "$folder/show_map.lua" --frames 1 --quiet --out "$MAP_WORK/out" --screenshot shot.png \
         >"$log" 2>&1; then
         grep -oP '(?<=its orientation is )\w+' "$log" | sed 's/^/refused: its orientation is /' && return
         tail -n 1 "$log"
@@ -36,18 +37,13 @@ compare_map() {
     notes=$(python3 Tools/prepare_reference_map.py "$folder/$map" "$folder/$map.reference" "$MAP_COLOUR")
     QT_QPA_PLATFORM=offscreen tmxrasterizer --no-smoothing "$folder/$map.reference" "$MAP_WORK/reference.png" >"$log" 2>&1 ||
         { tail -n 1 "$log" && return 1; }
-    said=$(build/optimised/Tools/compare_pictures "$MAP_WORK/out/shot.png" "$MAP_WORK/reference.png" "$MAP_COLOUR" \
+    said=$("$MAP_BUILD/Tools/compare_pictures" "$MAP_WORK/out/shot.png" "$MAP_WORK/reference.png" "$MAP_COLOUR" \
         "${MAP_DISPLACED[$map]:-0}") || { echo "$said" && return 1; }
     echo "$said${notes:+ (reference: $notes)}"
 }
 
-check_maps() {
-    if ! (need $MAP_PACKAGES); then
-        leave_out "maps" "the editor's package cannot be installed, see the lines above"
-        return
-    fi
-    build optimised runner compare_pictures
-    step "Comparing maps with the editor's own renderer"
+# Every map of the package and our own; the table is in $MAP_WORK/table.txt.
+compare_maps() {
     local examples=/usr/share/doc/tiled/examples folder=$MAP_WORK/examples map said failed=
     rm -rf "$MAP_WORK"
     mkdir -p "$MAP_WORK/features"
@@ -61,5 +57,15 @@ check_maps() {
     done
     [ -z "$failed" ] || fail "not drawn as expected:$failed; the table is in build/maps/table.txt"
     [ "$(wc -l <"$MAP_WORK/table.txt")" -ge 22 ] || fail "the package tiled has fewer than its 21 example maps"
+}
+
+check_maps() {
+    if ! (need $MAP_PACKAGES); then
+        leave_out "maps" "the editor's package cannot be installed, see the lines above"
+        return
+    fi
+    build optimised runner compare_pictures
+    step "Comparing maps with the editor's own renderer"
+    compare_maps
     passed=$((passed + $(wc -l <"$MAP_WORK/table.txt")))
 }

@@ -73,7 +73,7 @@ build() {
     shift
     Tools/lua_source.sh
     case "$preset" in
-    window*) (Tools/source_package.sh build/sources imgui) || echo "The window is built without the camera inspector." ;;
+    window* | coverage-window) (Tools/source_package.sh build/sources imgui) || echo "The window is built without the camera inspector." ;;
     esac
     step "Building ($preset${*:+: $*})"
     quietly "build/$preset-configure.log" cmake --preset "$preset"

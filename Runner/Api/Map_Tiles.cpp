@@ -89,8 +89,6 @@ TileLook LookOf(const MapModel& map, const MapTileset& tileset, int sprite, int 
 
 void LoadSheet(Pictures& pictures, const MapModel& map, const MapTileset& tileset, TileLook* looks)
 {
-    if (tileset.tileCount < 1 || tileset.columns < 1)
-        return;
     const FrameLayout frames = {tileset.tileWidth, tileset.tileHeight, tileset.margin,
                                 tileset.spacing,   tileset.columns,    tileset.tileCount};
     const int sprite = pictures.AddSprite(pictures.Read(tileset.picture), frames);
@@ -102,8 +100,6 @@ void LoadCollection(Pictures& pictures, const MapModel& map, const MapTileset& t
 {
     for (const MapTile& tile : tileset.tiles)
     {
-        if (tile.picture.path.empty() || tile.width < 1 || tile.height < 1)
-            continue;
         const Picture& whole = pictures.Read(tile.picture);
         const int sprite = pictures.AddSprite(CropPicture(whole, tile.x, tile.y, tile.width, tile.height),
                                               {tile.width, tile.height, 0, 0, 1, 1});
@@ -118,8 +114,7 @@ void ReadAnimations(const MapTileset& tileset, uint32_t first, TileLooks& tiles)
         std::vector<TileStep> steps;
         int64_t until = 0;
         for (const MapFrame& frame : tile.animation)
-            if (tileset.HasTile(frame.tile))
-                steps.push_back({first + static_cast<uint32_t>(frame.tile), until += std::max(frame.milliseconds, 0)});
+            steps.push_back({first + static_cast<uint32_t>(frame.tile), until += std::max(frame.milliseconds, 0)});
         if (steps.empty())
             continue;
         tiles.animationOf[first + static_cast<uint32_t>(tile.id)] = static_cast<int>(tiles.animations.size());

@@ -2,11 +2,11 @@
 
 #include "Runner/Api/Api.h"
 #include "Runner/App/Run_Start.h"
+#include "Runner/Base/Uninterrupted.h"
 #include "Runner/Host/Console.h"
 #include "Runner/Save/Timeline.h"
 
 #include <algorithm>
-#include <cerrno>
 #include <csignal>
 #include <cstdio>
 
@@ -43,9 +43,7 @@ template <typename Byte, typename Transfer> bool TransferAll(Byte* bytes, size_t
 {
     while (size > 0)
     {
-        const ssize_t done = transfer(bytes, size);
-        if (done < 0 && errno == EINTR)
-            continue;
+        const ssize_t done = Uninterrupted([&] { return transfer(bytes, size); });
         if (done <= 0)
             return false;
         bytes += done;
@@ -198,8 +196,7 @@ ComparedGame::~ComparedGame()
     if (waitpid(m_process, nullptr, WNOHANG) == m_process)
         return;
     kill(m_process, SIGKILL);
-    while (waitpid(m_process, nullptr, 0) < 0 && errno == EINTR)
-        continue;
+    Uninterrupted([this] { return waitpid(m_process, nullptr, 0); });
 }
 
 void ComparedGame::Ask(int frame)

@@ -3,6 +3,7 @@
 #include "Runner/Base/File_Faults.h"
 #include "Runner/Base/Packed_Files.h"
 #include "Runner/Base/Printable.h"
+#include "Runner/Base/Uninterrupted.h"
 
 #include <algorithm>
 #include <cerrno>
@@ -84,7 +85,7 @@ private:
     bool m_renamed = false;
 };
 
-// Writes all bytes: one call may write fewer than it was given, or be interrupted.
+// Writes all bytes: one call may write fewer than it was given.
 bool WriteAll(int file, const unsigned char* data, size_t size)
 {
     while (size > 0)
@@ -92,14 +93,13 @@ bool WriteAll(int file, const unsigned char* data, size_t size)
         if (Faulty(FileOperation::Write))
             return false;
         const bool cut = Faulty(FileOperation::ShortWrite);
-        const ssize_t written = write(file, data, cut ? size / 2 : size);
+        const ssize_t written = Uninterrupted([&] { return write(file, data, cut ? size / 2 : size); });
         if (cut)
             errno = ENOSPC;
-        if (cut || (written < 0 && errno != EINTR))
+        if (cut || written < 0)
             return false;
-        const size_t done = written > 0 ? static_cast<size_t>(written) : 0;
-        data += done;
-        size -= done;
+        data += written;
+        size -= static_cast<size_t>(written);
     }
     return true;
 }
@@ -165,12 +165,12 @@ bool ReadAll(int file, std::vector<uint8_t>& bytes)
     size_t filled = 0;
     while (filled < bytes.size())
     {
-        const ssize_t got = read(file, bytes.data() + filled, bytes.size() - filled);
-        if (got < 0 && errno != EINTR)
+        const ssize_t got = Uninterrupted([&] { return read(file, bytes.data() + filled, bytes.size() - filled); });
+        if (got < 0)
             return false;
         if (got == 0)
             break;
-        filled += got > 0 ? static_cast<size_t>(got) : 0;
+        filled += static_cast<size_t>(got);
     }
     bytes.resize(filled);
     return true;

@@ -66,9 +66,7 @@ namespace
 // Copies a part of one row, as far as the source reaches.
 void CopyRow(const Picture& from, int fromX, int fromY, int width, Picture& to, int toX, int toY)
 {
-    if (fromX < 0 || fromY < 0 || fromY >= from.height)
-        return;
-    const int fitting = std::min(width, from.width - fromX);
+    const int fitting = fromY < from.height ? std::min(width, from.width - fromX) : 0;
     if (fitting > 0)
         std::copy_n(from.rgba.data() + from.Offset(fromX, fromY), static_cast<size_t>(fitting) * 4,
                     to.rgba.data() + to.Offset(toX, toY));

@@ -52,15 +52,15 @@ private:
 // How frames lie in a picture: a margin around all of them, spacing between them.
 struct FrameLayout
 {
-    int width = 0, height = 0; // of a frame, 1 or more
-    int margin = 0, spacing = 0;
-    int columns = 0, count = 0; // frames in a row, and in all; 1 or more
+    int width = 0, height = 0;   // of a frame, 1 or more
+    int margin = 0, spacing = 0; // 0 or more
+    int columns = 0, count = 0;  // frames in a row, and in all; 1 or more
 };
 
 // The frames without margin and spacing, `columns` to a row. What lies outside of the picture is transparent.
 Picture JoinFrames(const Picture& picture, const FrameLayout& layout);
 
-// A part of a picture. What lies outside of the picture is transparent.
+// A part of a picture; left and top are 0 or more. What lies outside of the picture is transparent.
 Picture CropPicture(const Picture& picture, int left, int top, int width, int height);
 
 // Makes the pixels of that colour transparent: an editor's way to a transparent colour.

@@ -28,7 +28,7 @@ constexpr bool IS_BIG_ENDIAN = __BYTE_ORDER__ == __ORDER_BIG_ENDIAN__;
 template <typename Item> void Store(uint8_t* to, Item item)
 {
     std::memcpy(to, &item, sizeof(item));
-    if (IS_BIG_ENDIAN)
+    if constexpr (IS_BIG_ENDIAN)
         std::reverse(to, to + sizeof(item));
 }
 
@@ -36,7 +36,7 @@ template <typename Item> Item Load(const uint8_t* from)
 {
     uint8_t bytes[sizeof(Item)];
     std::memcpy(bytes, from, sizeof(bytes));
-    if (IS_BIG_ENDIAN)
+    if constexpr (IS_BIG_ENDIAN)
         std::reverse(bytes, bytes + sizeof(bytes));
     Item item;
     std::memcpy(&item, bytes, sizeof(bytes));

@@ -171,7 +171,7 @@ std::optional<ViewGeometry::Space> ViewGeometry::Unproject(double clipX, double 
 std::optional<Point> ViewGeometry::RoomPoint(double clipX, double clipY) const
 {
     const std::optional<Space> near = Unproject(clipX, clipY, 0.0), far = Unproject(clipX, clipY, 1.0);
-    if (!near || !far || (near->z < 0.0) == (far->z < 0.0) || near->z == far->z)
+    if (!near || !far || (near->z < 0.0) == (far->z < 0.0))
         return std::nullopt;
     const double t = near->z / (near->z - far->z);
     return Point{near->x + (far->x - near->x) * t, near->y + (far->y - near->y) * t};

@@ -273,7 +273,9 @@ bool Recording::Add(RecordedFrame frame, uint64_t sum)
 {
     m_open.push_back(std::move(frame));
     AddFrameSum(m_openSum, sum);
-    return m_open.size() == BLOCK_FRAMES && CloseBlock();
+    if (m_open.size() < BLOCK_FRAMES)
+        return false;
+    return CloseBlock();
 }
 
 // Takes the frames from `first` on, which starts a block, out of the recording. Answers those before `last`.

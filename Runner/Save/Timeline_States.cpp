@@ -1,5 +1,6 @@
 // The states that a timeline keeps, and the check whether this game goes on from them exactly.
 
+#include "Runner/Base/Uninterrupted.h"
 #include "Runner/Host/Console.h"
 #include "Runner/Lua/Settings_Table.h"
 #include "Runner/Save/Capture.h"
@@ -101,10 +102,7 @@ void Timeline::TakeCheck(bool wait)
     if (m_checker == 0)
         return;
     int status = 0;
-    pid_t ended = 0;
-    do
-        ended = waitpid(m_checker, &status, wait ? 0 : WNOHANG);
-    while (ended < 0 && errno == EINTR);
+    const pid_t ended = Uninterrupted([&] { return waitpid(m_checker, &status, wait ? 0 : WNOHANG); });
     if (ended == 0)
         return;
     m_checker = 0;
@@ -123,8 +121,7 @@ void Timeline::StopCheck()
     if (m_checker == 0)
         return;
     kill(m_checker, SIGKILL);
-    while (waitpid(m_checker, nullptr, 0) < 0 && errno == EINTR)
-        continue;
+    Uninterrupted([this] { return waitpid(m_checker, nullptr, 0); });
     m_checker = 0;
 }
 

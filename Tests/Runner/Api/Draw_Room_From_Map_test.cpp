@@ -91,4 +91,111 @@ TEST_F(DrawRoomFromMap, AnImageLayerRepeatsOverTheView)
     EXPECT_EQ(Quarters(2, 0), (std::vector<Rgb>{RED, GREEN, BLUE, YELLOW}));
     EXPECT_EQ(Pixel(4, 12), GREY) << "it does not repeat downwards";
 }
+
+// ---- tiles of other sizes than their cells ----
+
+std::string With(std::string text, const std::string& what, const std::string& with)
+{
+    const size_t at = text.find(what);
+    EXPECT_NE(at, std::string::npos) << what;
+    return text.replace(at, what.size(), with);
+}
+
+// Two tiles of 16 x 8: 5 has the four colours on the left and red on the right, 6 green and blue.
+std::string Wide(const std::string& attributes)
+{
+    return R"(<tileset firstgid="5" name="wide" tilewidth="16" tileheight="8" tilecount="2" columns="2" )" +
+           attributes + R"(><image source="tiles.png" width="32" height="8"/></tileset>)";
+}
+
+// Cells of 8 x 4: 5 and 6 stand beside each other and overlap from 8 to 16, red of 2 above green of 3 from 0 to 4.
+TEST_F(DrawRoomFromMap, WhereTilesOverlapTheOrderOfDrawingCounts)
+{
+    const std::string map = With(MapText(Wide("") + Layer("5,6,0,2,0,0,0,3")), "tileheight=\"8\"", "tileheight=\"4\"");
+    const auto drawn = [&](const std::string& order)
+    {
+        EXPECT_EQ(DrawMap(With(map, "right-down", order), "views = { [0] = { w = 32, h = 8, wport = 32, hport = 8 } }"),
+                  "");
+        return std::pair(Pixel(12, 2), Pixel(28, 2));
+    };
+    EXPECT_EQ(drawn("right-down"), std::pair(GREEN, GREEN));
+    EXPECT_EQ(drawn("right-up"), std::pair(GREEN, RED));
+    EXPECT_EQ(drawn("left-down"), std::pair(RED, GREEN));
+    EXPECT_EQ(drawn("left-up"), std::pair(RED, RED));
+}
+
+// Of 16 x 8 in a cell of 8 x 8: half as wide, or half as large and in the middle.
+TEST_F(DrawRoomFromMap, TilesCanBeScaledIntoTheirCell)
+{
+    ASSERT_EQ(DrawMap(MapText(Wide(R"(tilerendersize="grid")") + Layer("5,0,0,0,0,0,0,0"))), "");
+    EXPECT_EQ(Pixel(6, 1), RED);
+    EXPECT_EQ(Pixel(6, 6), RED);
+    EXPECT_EQ(Pixel(0, 1), RED) << "the upper left of the four colours";
+    EXPECT_EQ(Pixel(2, 6), YELLOW);
+    EXPECT_EQ(Pixel(9, 4), GREY);
+    ASSERT_EQ(
+        DrawMap(MapText(Wide(R"(tilerendersize="grid" fillmode="preserve-aspect-fit")") + Layer("5,0,0,0,0,0,0,0"))),
+        "");
+    EXPECT_EQ(Pixel(6, 1), GREY);
+    EXPECT_EQ(Pixel(6, 4), RED);
+    EXPECT_EQ(Pixel(6, 6), GREY);
+}
+
+// Parts of one picture: 11 is its red tile, in the colour that is transparent there, 15 its green one.
+constexpr char COLLECTION[] =
+    R"(<tileset firstgid="11" name="loose" tilewidth="8" tileheight="8" tilecount="2" columns="0"><tileoffset x="2" y="0"/>)"
+    R"(<tile id="0" x="8" width="8"><image source="tiles.png" trans="ff0000"/></tile>)"
+    R"(<tile id="4" x="16" width="8"><image source="tiles.png"/></tile></tileset>)";
+
+TEST_F(DrawRoomFromMap, ACollectionsTilesArePartsOfPicturesAndMayHaveATransparentColour)
+{
+    ASSERT_EQ(DrawMap(MapText(COLLECTION + Layer("2,15,0,0,0,0,0,0") + Layer("11,0,0,0,11,0,0,0"))), "");
+    EXPECT_EQ(Pixel(4, 4), RED) << "what lies below";
+    EXPECT_EQ(Pixel(4, 12), GREY);
+    EXPECT_EQ(Pixel(9, 4), GREY) << "the tileset's offset moves it by 2";
+    EXPECT_EQ(Pixel(10, 4), GREEN);
+    EXPECT_EQ(Pixel(17, 4), GREEN);
+}
+
+// ---- tiles as objects ----
+
+std::string Tiles(const std::string& objects, const std::string& attributes = "")
+{
+    return "<objectgroup name=\"o\" " + attributes + ">" + objects + "</objectgroup>";
+}
+
+// Red stands from 4 to 12 and green from 2 to 10.
+TEST_F(DrawRoomFromMap, TileObjectsCoverEachOtherFromTheTopDownOrByTheirList)
+{
+    const std::string objects = R"(<object id="1" gid="2" x="0" y="12" width="8" height="8"/>)"
+                                R"(<object id="2" gid="3" x="0" y="10" width="8" height="8"/>)"
+                                R"(<object id="3" gid="4" x="8" y="10" width="8" height="8" visible="0"/>)";
+    ASSERT_EQ(DrawMap(MapText(Tiles(objects))), "");
+    EXPECT_EQ(Pixel(4, 7), RED);
+    EXPECT_EQ(Pixel(4, 3), GREEN);
+    EXPECT_EQ(Pixel(12, 7), GREY) << "hidden";
+    ASSERT_EQ(DrawMap(MapText(Tiles(objects, R"(draworder="index")"))), "");
+    EXPECT_EQ(Pixel(4, 7), GREEN);
+}
+
+// A quarter turn about the lower left corner, 16, 8, brings what was above to the right: the tile lies below that
+// point.
+TEST_F(DrawRoomFromMap, ATileObjectTurnsClockwiseAboutItsCorner)
+{
+    ASSERT_EQ(DrawMap(MapText(Tiles(R"(<object id="1" gid="1" x="16" y="8" width="8" height="8" rotation="90"/>)"))),
+              "");
+    EXPECT_EQ(Quarters(2, 1), (std::vector<Rgb>{BLUE, RED, YELLOW, GREEN}));
+    EXPECT_EQ(Pixel(20, 4), GREY);
+}
+
+// Twice as wide as its tile, so that the tileset's offset of 2 becomes 4: from 4 to 20.
+TEST_F(DrawRoomFromMap, ATileObjectsOffsetIsScaledWithIt)
+{
+    ASSERT_EQ(DrawMap(MapText(COLLECTION + Tiles(R"(<object id="1" gid="15" x="0" y="16" width="16" height="8"/>)"))),
+              "");
+    EXPECT_EQ(Pixel(2, 12), GREY);
+    EXPECT_EQ(Pixel(6, 12), GREEN);
+    EXPECT_EQ(Pixel(18, 12), GREEN);
+    EXPECT_EQ(Pixel(21, 12), GREY);
+}
 } // namespace

@@ -82,6 +82,22 @@ TEST_F(Options, OnlyAWindowCanBeUnpacedOrShowAComparison)
     EXPECT_EQ(Parse({"g", "--window", "--replay", "r", "--compare", "h", "--every", "2"}), Runner::ParseResult::Wrong);
 }
 
+TEST_F(Options, AComparisonWithoutAWindowMakesThePicturesThatAreAskedFor)
+{
+    ASSERT_EQ(Parse({"g", "--replay", "r", "--compare", "h", "--every", "2", "--contact-sheet", "mine.png"}),
+              Runner::ParseResult::Play);
+    EXPECT_EQ(options.contactSheet, "mine.png");
+    EXPECT_EQ(options.every, 2);
+}
+
+TEST_F(Options, AMenuIsAWindow)
+{
+    ASSERT_EQ(Parse({"--menu", "games", "--fullscreen"}), Runner::ParseResult::Play);
+    EXPECT_TRUE(options.window && options.fullscreen);
+    EXPECT_EQ(options.screenshot, "");
+    EXPECT_EQ(Parse({"-h"}), Runner::ParseResult::Help);
+}
+
 TEST_F(Options, APaceIsToldOfSecondsInAWindowWithTheClock)
 {
     ASSERT_EQ(Parse({"g", "--window", "--pace", "10"}), Runner::ParseResult::Play);
@@ -195,6 +211,21 @@ INSTANTIATE_TEST_SUITE_P(
                       Usage{"NoDrawScreenshot", {"g", "--no-draw", "--screenshot", "a.png"}, "--screenshot"},
                       Usage{"NoDrawEvery", {"g", "--every", "2", "--no-draw"}, "--every"},
                       Usage{"NoDrawContactSheet", {"g", "--no-draw", "--contact-sheet", "a.png"}, "--contact-sheet"},
+                      Usage{"SizeWithoutX", {"g", "--size", "640"}, "give WIDTHxHEIGHT"},
+                      Usage{"SizeOtherLetter", {"g", "--size", "640p480"}, "give WIDTHxHEIGHT"},
+                      Usage{"SizeFlat", {"g", "--size", "640x0"}, "each side must be 1 to 8192"},
+                      Usage{"SizeHigh", {"g", "--size", "1x8193"}, "each side must be 1 to 8192"},
+                      Usage{"HelpWithValue", {"--help=all"}, "--help: there is no such option"},
+                      Usage{"CompareSavesEmpty", {"--compare-saves", "", "b"}, "--compare-saves: the name is empty"},
+                      Usage{"MenuAndGame", {"g", "--menu", "d"}, "--menu takes the place of GAME"},
+                      Usage{"MenuReplay", {"--menu", "d", "--replay", "r"}, "name the game"},
+                      Usage{"MenuInput", {"--menu", "d", "--input", "i"}, "name the game"},
+                      Usage{"ReplaySeed", {"g", "--replay", "r", "--seed", "2"}, "--seed and --replay"},
+                      Usage{"WatchReplay", {"g", "--window", "--watch", "--replay", "r"}, "--watch is for a game"},
+                      Usage{"Fullscreen", {"g", "--fullscreen"}, "--scale and --fullscreen need --window"},
+                      Usage{"Scale", {"g", "--scale", "2"}, "--scale and --fullscreen need --window"},
+                      Usage{"WindowNoDraw", {"g", "--window", "--no-draw"}, "--window shows pictures"},
+                      Usage{"InspectNoDraw", {"g", "--inspect", "--no-draw"}, "--inspect draws over pictures"},
                       Usage{"ControlCharacters", {"g", "--\n\x1b[31m"}, "--??[31m"}),
     [](const auto& test) { return std::string(test.param.name); });
 } // namespace

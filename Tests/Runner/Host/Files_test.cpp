@@ -368,4 +368,22 @@ TEST_F(HostFiles, AFileTooLargeIsNotRead)
     EXPECT_FALSE(ReadWholeFile(m_area + "/large", bytes, why));
     EXPECT_EQ(why, "cannot read " + m_area + "/large: too large");
 }
+
+TEST_F(HostFiles, WhatNobodyNamesOrOpensIsNotWritten)
+{
+    EXPECT_EQ(LoadSave::fopen("name", nullptr), nullptr);
+    EXPECT_EQ(LoadSave::fopen(nullptr, "wb"), nullptr);
+    EXPECT_EQ(LoadSave::fwrite("text", 1, 4, nullptr), 0u);
+    _KvFILE* const file = LoadSave::fopen((m_area + "/text").c_str(), "wb");
+    ASSERT_NE(file, nullptr);
+    EXPECT_EQ(LoadSave::fwrite("text", 0, 4, file), 0u);
+    EXPECT_EQ(LoadSave::fwrite("text", 1, 0, file), 0u);
+    EXPECT_EQ(LoadSave::fwrite("text", 1, 4, file), 4u);
+    EXPECT_EQ(LoadSave::fclose(file), 0);
+    _KvFILE* const reading = LoadSave::fopen((m_area + "/text").c_str(), "rb");
+    ASSERT_NE(reading, nullptr);
+    EXPECT_EQ(LoadSave::fclose(reading), 0);
+    EXPECT_EQ(LoadSave::fclose(nullptr), EOF);
+    EXPECT_EQ(fs::file_size(m_area + "/text"), 4u);
+}
 } // namespace

@@ -1,7 +1,9 @@
-#include "Tests/Runner/Host/Collector_Fixture.h"
+#include "Runner/Host/Slot_Table.h"
 
+#include "Tests/Runner/Host/Collector_Fixture.h"
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
+#include <utility>
 
 namespace
 {
@@ -148,6 +150,62 @@ TEST_F(SlotTable, TheCheckFindsADamagedTable)
     EXPECT_EQ(why, "slots are marked as being swept, but no sweep runs"); // whoever tells it names the collector
     g_GCrangeend = 0;
     RemoveGlobalObject(thing);
+}
+
+TEST_F(SlotTable, TheCheckFindsDamageOfEachKind)
+{
+    Thing* const thing = NewRoot("a");
+    const int slot = thing->m_slot, free = g_slotObjects.m_slotStackSize;
+    const CGCGeneration span = g_GCGens[thing->m_gcGen];
+    const auto fault = []
+    {
+        std::string why;
+        EXPECT_FALSE(Collector::Check(why));
+        return why;
+    };
+    g_GCrangestart = 1;
+    EXPECT_EQ(fault(), "slots are marked as being swept, but no sweep runs");
+    g_GCrangestart = 0;
+    for (const int wrong : {-1, g_slotObjects.m_nCapacity + 1})
+    {
+        g_slotObjects.m_slotStackSize = wrong;
+        EXPECT_EQ(fault(), "slot table: the stack of free slots has " + std::to_string(wrong) + " entries");
+    }
+    g_slotObjects.m_slotStackSize = free;
+    g_GCGens[thing->m_gcGen] = {slot + 1, slot + 2};
+    EXPECT_THAT(fault(), testing::HasSubstr("lies outside the span of its generation"));
+    g_GCGens[thing->m_gcGen] = span;
+    const auto generation = std::exchange(thing->m_gcGen, 9);
+    EXPECT_EQ(fault(), "slot " + std::to_string(slot) + " lies outside the span of its generation 9");
+    thing->m_gcGen = generation;
+    g_slotObjects.m_ppEntries[slot] = nullptr;
+    --g_slotObjects.m_nCount;
+    EXPECT_EQ(fault(), "a global object is not in its slot " + std::to_string(slot));
+    thing->m_slot = g_slotObjects.m_nCapacity;
+    EXPECT_EQ(fault(), "a global object is not in its slot " + std::to_string(g_slotObjects.m_nCapacity));
+    thing->m_slot = slot;
+    g_slotObjects.m_ppEntries[slot] = thing;
+    ++g_slotObjects.m_nCount;
+    RemoveGlobalObject(thing);
+}
+
+TEST_F(SlotTable, ASlotThatIsNotTheObjectsOwnIsNotGivenBack)
+{
+    Thing* const thing = NewRoot("a");
+    const int slot = thing->m_slot, count = g_slotObjects.m_nCount;
+    Thing* const other = NewRoot("b");
+    for (const int wrong : {-1, g_slotObjects.m_nCapacity, other->m_slot})
+    {
+        thing->m_slot = wrong;
+        GiveSlotBack(thing);
+        EXPECT_EQ(thing->m_slot, wrong);
+    }
+    thing->m_slot = slot;
+    EXPECT_EQ(g_slotObjects.m_nCount, count + 1);
+    FreeEmptyTable();
+    EXPECT_EQ(g_slotObjects.m_nCount, count + 1) << "a table that is not empty stays";
+    RemoveGlobalObject(thing);
+    RemoveGlobalObject(other);
 }
 
 TEST_F(SlotTable, ASpanWidensToTakeInASlot)

@@ -200,6 +200,35 @@ TEST_F(Overlay, OfASurfaceIsTheSameForAFrameThatNobodyWatched)
     ExpectArea(Around(overlays[0], OverlayKind::Room), 10 - 200, 20, 10 + 600, 20 + 600);
 }
 
+// A border of half the view leaves no zone along that axis: the other one's margins go across the whole view. The view
+// stands at 536, 0 as above; where the target is centred across, it starts at 540, as far as the room goes.
+TEST_F(Overlay, OneAxisMayHaveAZoneAlone)
+{
+    const auto watched = [this](const std::string& borders)
+    {
+        std::string text = RunnerTest::FOLLOWING_GAME;
+        text.replace(text.find("hborder = 80, vborder = 40"), 26, borders);
+        EXPECT_EQ(Watch(text), "");
+        return MakeOverlays(notes)[0];
+    };
+    ExpectArea(Around(watched("hborder = 80, vborder = 90"), OverlayKind::DeadZone), 160, 0, 482, 360);
+    ExpectArea(Around(watched("hborder = 160, vborder = 40"), OverlayKind::DeadZone), 0, 80, 640, 282);
+    EXPECT_FALSE(Has(watched("hborder = 160, vborder = 90"), OverlayKind::DeadZone));
+}
+
+// Across there is no limit, so the view is at 540, and a step reaches from the room's one end to the other; down it is
+// 6 units.
+TEST_F(Overlay, TheReachIsDrawnWhereOneAxisHasASpeed)
+{
+    std::string text = RunnerTest::FOLLOWING_GAME;
+    text.replace(text.find("hspeed = 6"), 10, "hspeed = -1");
+    ASSERT_EQ(Watch(text), "");
+    ExpectArea(Around(MakeOverlays(notes)[0], OverlayKind::Reach), (160 - 540) * 2, 180, (700 - 540) * 2, 192);
+    text.replace(text.find("vspeed = 6"), 10, "vspeed = -1");
+    ASSERT_EQ(Watch(text), "");
+    EXPECT_FALSE(Has(MakeOverlays(notes)[0], OverlayKind::Reach));
+}
+
 TEST(OverlayTexts, DoNotCoverEachOther)
 {
     ViewOverlay overlay = {0, 1, SCREEN_SURFACE, {0, 0, 100, 100}, {}, {}};
@@ -230,7 +259,8 @@ TEST_F(Overlay, ShowsTheFrameOfEveryOtherCameraWithASize)
 {
     ASSERT_EQ(
         Watch("room_add{ width = 400, height = 400, views = { [0] = { w = 400, h = 400, wport = 400, hport = 400 } },\n"
-              "create = function() camera_create_view(100, 50, 80, 60) camera_create() end }"),
+              "create = function() camera_create_view(100, 50, 80, 60) camera_create() camera_create_view(0, 0, 9, 0) "
+              "end }"),
         "");
     const ViewOverlay overlay = MakeOverlays(notes)[0];
     std::vector<std::string> names;
@@ -238,7 +268,7 @@ TEST_F(Overlay, ShowsTheFrameOfEveryOtherCameraWithASize)
         if (text.kind == OverlayKind::OtherCamera)
             names.push_back(text.text);
     EXPECT_EQ(names, std::vector<std::string>{"camera 2"})
-        << "the default camera was never built, the last has no size";
+        << "the default camera was never built, the last two have no size";
     const RoomArea area = Around(overlay, OverlayKind::OtherCamera);
     EXPECT_NEAR(area.left, 100.0f, 0.05f);
     EXPECT_NEAR(area.right, 180.0f, 0.05f);

@@ -1,4 +1,5 @@
 // What the inspector says of a camera.
+#include "Runner/Inspect/Inspector.h"
 #include "Runner/Inspect/Lua_Lines.h"
 #include "Runner/Inspect/Number_Text.h"
 #include "Runner/Inspect/Overlay.h"
@@ -271,5 +272,134 @@ TEST_F(Inspector, SeesAGameThatNobodyWatched)
     game->observer = &notes;
     EXPECT_EQ(PlayOn(1), "");
     EXPECT_EQ(notes.Frame(), 3);
+}
+
+// ---- what is not there ----
+
+TEST_F(Inspector, TellsOfTargetsThatAreNotThere)
+{
+    ASSERT_EQ(Watch(RunnerTest::FOLLOWING_GAME), "");
+    const auto target = [this](float number)
+    {
+        EXPECT_TRUE(Apply({1, 1, "target", number}));
+        return Row("following", "target").value;
+    };
+    EXPECT_EQ(target(100000.0f), "100000");
+    EXPECT_EQ(target(100007.0f), "100007 (not active)");
+    EXPECT_EQ(target(57.0f), "57 (no object, none active)");
+    EXPECT_EQ(target(-1.0f), "-1 (nothing)");
+}
+
+TEST_F(Inspector, ACameraMayBeShownByManyViewsAndBeTheDefaultOne)
+{
+    ASSERT_EQ(Watch("room_add{ views = { [0] = {}, [2] = {} }, create = function() local c = view_get_camera(0)\n"
+                    "view_set_camera(2, c) camera_set_default(c) end }"),
+              "");
+    EXPECT_EQ(Row("registry", "shown by", game->rooms.Running()->views[0].cameraID).value,
+              "view 0, 2, the default camera");
+}
+
+TEST_F(Inspector, WithoutACameraThereIsNothingToTell)
+{
+    ASSERT_EQ(Watch(RunnerTest::FOLLOWING_GAME), "");
+    EXPECT_EQ(SelectCamera(FrameNotes(), -1), 0) << "no view has drawn: the first of all";
+    const int height = PanelHeight(Panel());
+    g_CM.DestroyCamera(1);
+    EXPECT_EQ(SelectCamera(notes, -1), 0) << "the view's camera is gone";
+    EXPECT_EQ(LuaLines(std::vector<CameraChange>{{0, 1, "colour", 1.0f}}), "") << "no such property";
+    g_CM.DestroyCamera(0);
+    EXPECT_EQ(SelectCamera(notes, -1), -1);
+    EXPECT_TRUE(Panel().cameras.empty());
+    EXPECT_TRUE(Panel().sections.empty());
+    EXPECT_LT(PanelHeight(Panel()), height);
+    const std::vector<ViewOverlay> overlays = MakeOverlays(notes);
+    ASSERT_EQ(overlays.size(), 1u);
+    for (const OverlayLine& line : overlays[0].lines)
+        EXPECT_TRUE(line.kind == OverlayKind::Area || line.kind == OverlayKind::Drawn) << static_cast<int>(line.kind);
+}
+
+// Twelve cameras have a line each; of thirteen one line tells the rest, and so it does of a hundred.
+TEST_F(Inspector, OfManyCamerasThePanelNamesAFew)
+{
+    ASSERT_EQ(Watch(RunnerTest::FOLLOWING_GAME), "");
+    PanelContent content;
+    content.selected = -1;
+    const auto height = [&content](size_t cameras)
+    {
+        content.cameras.assign(cameras, {5, 0, "5: not shown"});
+        return PanelHeight(content);
+    };
+    const int line = height(2) - height(1);
+    EXPECT_GT(line, 0);
+    EXPECT_EQ(height(12) - height(1), 11 * line);
+    EXPECT_EQ(height(13) - height(12), line);
+    EXPECT_EQ(height(100), height(13));
+    const int plain = height(1);
+    content.aside.texts = {"camera 5: x = 1", "camera 5: y = 2"};
+    EXPECT_EQ(height(1) - plain, 4 * line) << "an empty line, a title and two changes";
+}
+
+// ---- reasons of steps that no game here takes ----
+
+TEST_F(Inspector, TellsAStepOfACameraWhoseInstanceIsGone)
+{
+    ASSERT_EQ(Watch(RunnerTest::FOLLOWING_GAME), "");
+    const CCamera& camera = *PeekCamera(1);
+    StepNote note = *notes.StepOf(1);
+    note.instance = 100050;
+    EXPECT_EQ(ReasonLines(&note, camera).at(0), "it follows instance 100050");
+    note.kind = UpdateKind::Callback;
+    note.target = 3;
+    EXPECT_EQ(ReasonLines(&note, camera).at(0),
+              "its update callback ran instead of following (the target 3 is not followed)")
+        << "a callback that is no function has no line";
+}
+
+TEST_F(Inspector, APositionThatIsNoNumberAndStaysSoWasNotSet)
+{
+    ASSERT_EQ(Watch("room_add{ views = { [0] = {} } }"), "");
+    CCamera& camera = *g_CM.GetCamera(1);
+    StepNote note = *notes.StepOf(1);
+    note.x.after = NAN;
+    camera.m_viewX = NAN;
+    EXPECT_EQ(ReasonLines(&note, camera).size(), 1u);
+    camera.m_viewX = 5.0f;
+    EXPECT_EQ(ReasonLines(&note, camera).at(1), "x: after the update it was set to 5");
+    note.x.after = 5.0f;
+    camera.m_viewX = NAN;
+    EXPECT_EQ(ReasonLines(&note, camera).at(1), "x: after the update it was set to nan");
+}
+
+TEST_F(Inspector, ACloneIsToldOfWithOrWithoutItsRoom)
+{
+    ASSERT_EQ(Watch(RunnerTest::FOLLOWING_GAME), "");
+    CCamera& clone = *g_CM.CloneCamera(1);
+    clone.SetCloned(true);
+    EXPECT_THAT(Panel().cameras.back().text, HasSubstr("not shown, follows 0 (player, now 100000), clone"));
+    EXPECT_THAT(LuaLines(clone), testing::EndsWith("-- it was a clone\n"));
+    clone.SetPersistent(true);
+    EXPECT_THAT(LuaLines(clone), testing::EndsWith("-- it was a clone that stays when its room ends\n"));
+    EXPECT_EQ(Row("flags", "persistent", clone.GetID()).value, "yes");
+}
+
+// Views of 64 x 48 into surfaces of that size. Over 140 pixels they stand twice as large, one below the other with 8
+// pixels between them; over 600 four times as large, two beside each other.
+TEST_F(Inspector, SurfacesStandBesideAndBelowEachOther)
+{
+    ASSERT_EQ(
+        Watch("local v = { w = 64, h = 48 }\nroom_add{ views = { [0] = v, [1] = v, [2] = v }, create = function()\n"
+              "for i = 0, 2 do view_set_surface_id(i, surface_create(64, 48)) end end }"),
+        "");
+    int height = 0;
+    SurfacePlaces places = PlaceSurfaces(notes, 140, 48, height);
+    ASSERT_EQ(places.size(), 3u);
+    EXPECT_EQ(places[0], (Port{0, 56, 128, 96}));
+    EXPECT_EQ(places[1], (Port{0, 160, 128, 96}));
+    EXPECT_EQ(places[2], (Port{0, 264, 128, 96}));
+    EXPECT_EQ(height, 360);
+    places = PlaceSurfaces(notes, 600, 48, height);
+    EXPECT_EQ(places[1], (Port{264, 56, 256, 192}));
+    EXPECT_EQ(places[2], (Port{0, 256, 256, 192}));
+    EXPECT_EQ(height, 448);
 }
 } // namespace

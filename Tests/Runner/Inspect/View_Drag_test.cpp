@@ -32,7 +32,9 @@ TEST_F(Drag, AMarginOfTheDeadZoneChangesTheBorder)
     const ViewDrag right = ViewDrag::Begin(notes, {480.0, 200.0});
     EXPECT_EQ(right.What(), Grip::Right);
     EXPECT_EQ(Text(right.To({600.0, 200.0}, 7)), "7: camera 1 border_x = 20\n") << "40 pixels from the right edge";
-    EXPECT_EQ(ViewDrag::Begin(notes, {300.0, 84.0}).What(), Grip::Top);
+    const ViewDrag top = ViewDrag::Begin(notes, {300.0, 84.0});
+    EXPECT_EQ(top.What(), Grip::Top);
+    EXPECT_EQ(Text(top.To({300.0, 50.0}, 7)), "7: camera 1 border_y = 25\n");
     const ViewDrag bottom = ViewDrag::Begin(notes, {300.0, 280.0});
     EXPECT_EQ(bottom.What(), Grip::Bottom);
     EXPECT_EQ(Text(bottom.To({300.0, 320.0}, 7)), "7: camera 1 border_y = 20\n");
@@ -54,7 +56,8 @@ TEST_F(Drag, AnywhereElseThePictureFollowsTheMouse)
 
 TEST_F(Drag, OutsideOfEveryViewThereIsNothingToGrip)
 {
-    EXPECT_EQ(ViewDrag::Begin(notes, {700.0, 100.0}).What(), Grip::None);
+    for (const Point& at : {Point{700.0, 100.0}, Point{-1.0, 100.0}, Point{100.0, -1.0}, Point{100.0, 360.0}})
+        EXPECT_EQ(ViewDrag::Begin(notes, at).What(), Grip::None) << at.x << ", " << at.y;
     EXPECT_TRUE(ViewDrag::Begin(notes, {700.0, 100.0}).To({0.0, 0.0}, 0).empty());
 }
 
@@ -62,5 +65,34 @@ TEST_F(Drag, WithoutATargetThereIsNoZoneToGrip)
 {
     ASSERT_TRUE(Apply({1, 1, "target", -1.0f}));
     EXPECT_EQ(ViewDrag::Begin(notes, {160.0, 200.0}).What(), Grip::Rectangle);
+}
+
+// Half of 320 is 160, half of 180 is 90: with such a border the target stays in the middle.
+TEST_F(Drag, WithoutAZoneAlongOneAxisThereIsNoneToGrip)
+{
+    for (const auto& [field, value] : {std::pair("border_x", 160.0f), std::pair("border_y", 90.0f)})
+    {
+        ASSERT_EQ(Watch(RunnerTest::FOLLOWING_GAME), "");
+        ASSERT_TRUE(Apply({1, 1, field, value}));
+        EXPECT_EQ(ViewDrag::Begin(notes, {160.0, 200.0}).What(), Grip::Rectangle) << field;
+        EXPECT_EQ(ViewDrag::Begin(notes, {300.0, 80.0}).What(), Grip::Rectangle) << field;
+    }
+}
+
+TEST_F(Drag, OnTheScreenThereIsNothingToGripOfAViewThatDrawsIntoASurface)
+{
+    ASSERT_EQ(Watch("room_add{ views = { [0] = { w = 64, h = 48, wport = 64, hport = 48 } }, "
+                    "create = function() view_set_surface_id(0, surface_create(64, 48)) end }"),
+              "");
+    EXPECT_EQ(ViewDrag::Begin(notes, {10.0, 10.0}).What(), Grip::None);
+}
+
+TEST_F(Drag, WithAnUpdateCallbackThereIsNoZoneToGrip)
+{
+    std::string text = RunnerTest::FOLLOWING_GAME;
+    text.replace(text.find("instances = "), 0,
+                 "create = function() camera_set_update_script(view_get_camera(0), function() end) end,\n");
+    ASSERT_EQ(Watch(text), "");
+    EXPECT_EQ(ViewDrag::Begin(notes, {163.0, 200.0}).What(), Grip::Rectangle);
 }
 } // namespace

@@ -4,7 +4,7 @@
 #include "Runner/Save/Input_Coding.h"
 #include "Runner/Save/Recording.h"
 
-#include <gtest/gtest.h>
+#include <gmock/gmock.h>
 
 namespace
 {
@@ -320,5 +320,20 @@ TEST_F(DamagedRecording, ANewerVersionIsNamed)
     bytes[8] = 9;
     EXPECT_EQ(FramesOf(bytes), -1);
     EXPECT_EQ(why, "it was made by a newer runner (its version is 9, this one reads 2)");
+}
+
+TEST_F(DamagedRecording, AVersionThatNeverWasMakesNoSense)
+{
+    std::vector<uint8_t> bytes = file;
+    bytes[8] = 0;
+    EXPECT_EQ(FramesOf(bytes), -1);
+    EXPECT_EQ(why, "it is damaged: its version makes no sense");
+}
+
+TEST_F(DamagedRecording, AFileThatIsNotThereIsNamed)
+{
+    Recording read;
+    EXPECT_FALSE(ReadRecording("/no/such/folder/it.rec", read, left, why));
+    EXPECT_THAT(why, testing::HasSubstr("/no/such/folder/it.rec"));
 }
 } // namespace

@@ -295,4 +295,53 @@ TEST_F(SaveVersions, NamesOfCamerasAreUniqueAndGoWithTheirCamera)
                   "assert(camera_find('z') == -1 and camera_find('') == -1)"),
               "");
 }
+
+// ---- rooms of one name, targets that are gone ----
+
+// After its one frame the game is in the second of two rooms called twin.
+constexpr char TO_A_TWIN[] = "room_add{ name = 'cave', step = function() room_goto(2) end } room_add{ name = 'twin' } "
+                             "room_add{ name = 'twin' }";
+constexpr char TAKES_ALL[] = "game_version(2) function on_load() end ";
+
+TEST_F(SaveVersions, OfTwoRoomsOfANameThatOfTheSameNumberIsMeant)
+{
+    EXPECT_EQ(Cross("game_version(1) " + std::string(TO_A_TWIN), TAKES_ALL + std::string(TO_A_TWIN)), "");
+    EXPECT_EQ(PlayOn(1), "");
+    EXPECT_EQ(game->rooms.Running()->index, 2);
+}
+
+TEST_F(SaveVersions, OfTwoRoomsOfANameWithOtherNumbersNoneIsMeant)
+{
+    EXPECT_EQ(Cross("game_version(1) " + std::string(TO_A_TWIN),
+                    TAKES_ALL + std::string("room_add{ name = 'cave' } room_add{ name = 'twin' } "
+                                            "room_add{ name = 'other' } room_add{ name = 'twin' }")),
+              Refusal("it was made in room \"twin\", and the game has no such room now; on_load can set data.room"));
+}
+
+TEST_F(SaveVersions, ATargetThatIsGoneIsToldAndNotFollowed)
+{
+    for (const char* target : {"foe", "100000"})
+    {
+        const std::string then =
+            "local hero = object_add{ name = 'hero' } local foe = object_add{ name = 'foe' }\n"
+            "room_add{ name = 'cave', instances = { {foe, 1, 1}, {hero, 2, 2} }, views = { [0] = {} },\n"
+            "create = function() camera_set_view_target(view_get_camera(0), " +
+            std::string(target) + ") end }";
+        EXPECT_EQ(Cross("game_version(1) " + then,
+                        TAKES_ALL + std::string("local hero = object_add{ name = 'hero' } "
+                                                "room_add{ name = 'cave', views = { [0] = {} } }")),
+                  "");
+        EXPECT_NE(log.find("left out: the target of camera 1\n"), std::string::npos) << target << ": " << log;
+        EXPECT_EQ(g_CM.GetCamera(1)->GetTargetInstance(), -1) << target;
+    }
+}
+
+TEST_F(SaveVersions, AScreenOfAnotherHeightMovesThePorts)
+{
+    EXPECT_EQ(Cross("screen_set_size(64, 48) game_version(1) " + ROOM,
+                    "screen_set_size(64, 50) " + std::string(TAKES_ALL) + ROOM),
+              "");
+    EXPECT_NE(log.find("left out: the views' ports: the game's screen has another size now\n"), std::string::npos)
+        << log;
+}
 } // namespace

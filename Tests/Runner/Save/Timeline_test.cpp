@@ -238,6 +238,58 @@ TEST_F(TimelineTest, AFrameThatFailedFailsAgainAndThoseBeforeItDoNot)
     EXPECT_EQ(timeline->Now().Failure(), failure);
 }
 
+// The last value of each property, in the order in which they were set last; those that no frame has had come last.
+TEST_F(TimelineTest, TellsWhatWasChangedByHandOnceForEachProperty)
+{
+    Begin(HONEST, 10);
+    const auto keep = [this](const char* field, float value) { timeline->Keep({Camera(), field, value}); };
+    keep("width", 70.0f);
+    PlayFrames(1);
+    keep("width", 80.0f);
+    keep("x", 1.0f);
+    PlayFrames(1);
+    keep("x", 2.0f);
+    const std::vector<HandChange> all = timeline->Changes();
+    ASSERT_EQ(all.size(), 2u);
+    EXPECT_EQ(all[0].field, "width");
+    EXPECT_EQ(all[0].value, 80.0f);
+    EXPECT_EQ(all[1].field, "x");
+    EXPECT_EQ(all[1].value, 2.0f);
+}
+
+TEST_F(TimelineTest, TheFrameInWhichAGameEndsIsReachedAndNoneBehindIt)
+{
+    Begin("room_add{ step = function() if frame_number() == 299 then game_end() end end }", 300);
+    EXPECT_TRUE(timeline->Now().HasEnded());
+    EXPECT_EQ(timeline->KeptBytes(), 0u) << "nothing goes on from there";
+    EXPECT_EQ(GoTo(300), Timeline::Arrival::There);
+    EXPECT_EQ(GoTo(299), Timeline::Arrival::There);
+    EXPECT_FALSE(timeline->Now().HasEnded());
+    EXPECT_EQ(GoTo(300), Timeline::Arrival::There);
+    EXPECT_TRUE(timeline->Now().HasEnded());
+    EXPECT_EQ(timeline->Position(), 300);
+}
+
+// A game that counts what it loses only in frame 700: the check of frames 300 to 600 sees nothing, the way does.
+TEST_F(TimelineTest, AStateThatTurnsOutNotToGoOnIsUsedNoMore)
+{
+    Begin(R"(
+        local lost = 0
+        local ball = object_add{ step = function(self) lost = lost + 1
+            if frame_number() > 700 then self.x = lost end end }
+        room_add{ width = 20000, height = 200, instances = { {ball, 5, 5} }, views = { [0] = { w = 50, h = 50,
+                  hborder = 20, vborder = 20, target = ball } } })",
+          650);
+    timeline->FinishChecks();
+    EXPECT_TRUE(timeline->StatesAreExact());
+    PlayFrames(200);
+    EXPECT_EQ(GoTo(0), Timeline::Arrival::There);
+    EXPECT_EQ(GoTo(800), Timeline::Arrival::There);
+    EXPECT_FALSE(timeline->StatesAreExact());
+    EXPECT_FALSE(timeline->HasParted());
+    ExpectState(800);
+}
+
 // ---- following a recording ----
 
 class FollowedRecording : public TimelineTest
@@ -329,6 +381,17 @@ TEST_F(TimelineTest, AReloadPlaysTheSameInputInTheChangedGame)
     EXPECT_EQ(GoTo(650), Timeline::Arrival::There);
     EXPECT_TRUE(State() == state);
     EXPECT_FALSE(timeline->HasParted());
+}
+
+TEST_F(TimelineTest, AReloadBeforeTheFirstFrameStartsAnew)
+{
+    Begin(HONEST, 0);
+    directory.Write("main.lua", "room_add{");
+    EXPECT_EQ(timeline->Reload(0, nullptr), Timeline::Arrival::Failed);
+    directory.Write("main.lua", HONEST);
+    EXPECT_EQ(timeline->Reload(0, nullptr), Timeline::Arrival::There);
+    PlayFrames(50);
+    EXPECT_EQ(timeline->Now().FrameNumber(), 50);
 }
 
 TEST_F(TimelineTest, AMistakeInTheGameGoesAwayWithItsMend)

@@ -162,4 +162,49 @@ TEST(InputGatherer, TheWheelTurnsForOneFrameAndNeverOverflows)
     EXPECT_EQ(frame.mouse.wheelY, -1000);
     EXPECT_EQ(gatherer.Take().mouse.wheelX, 0);
 }
+
+// ---- what no device should send ----
+
+// Two, three and four bytes are one character each; a character that is cut, a byte that begins none, and control
+// characters but those of lines and tabs are left out.
+TEST(InputGatherer, TypedTextIsWholeCharactersWithoutControls)
+{
+    InputGatherer gatherer;
+    gatherer.Type("a\tb\nc\x1b\x7F\xC3\xA9\xE2\x82\xAC\xF0\x9F\x98\x80");
+    EXPECT_EQ(gatherer.Take().text, "a\tb\nc\xC3\xA9\xE2\x82\xAC\xF0\x9F\x98\x80");
+    gatherer.Type("x\x80\xFF\xE2\x82y\xF0\x9F\x98");
+    EXPECT_EQ(gatherer.Take().text, "xy");
+}
+
+TEST(InputGatherer, WhatHasNoNumberOrNoPadIsLeftOut)
+{
+    InputGatherer gatherer;
+    gatherer.Key(-1, A, true);
+    gatherer.Key(KEY_COUNT, A, true);
+    gatherer.Key(A, KEY_COUNT, true);
+    gatherer.MouseButton(-1, true);
+    gatherer.MouseButton(MOUSE_BUTTON_COUNT, true);
+    gatherer.RemovePad(5);
+    gatherer.MoveAxis(5, 0, 100);
+    gatherer.PadButton(5, 0, true);
+    EXPECT_EQ(gatherer.Take(), InputFrame());
+    gatherer.Key(A, NO_NAME, true);
+    const InputFrame frame = gatherer.Take();
+    EXPECT_TRUE(frame.positions.held[Number(A)]);
+    EXPECT_TRUE(frame.names.held.none()) << "a key without a name has its place alone";
+}
+
+TEST(InputGatherer, APadIsPluggedInOnceAndHasItsOwnAxesAndButtonsAlone)
+{
+    InputGatherer gatherer;
+    gatherer.AddPad(7);
+    gatherer.AddPad(7);
+    for (const int number : {-1, PAD_AXIS_COUNT})
+        gatherer.MoveAxis(7, number, 100);
+    for (const int number : {-1, PAD_BUTTON_COUNT})
+        gatherer.PadButton(7, number, true);
+    InputFrame wanted;
+    wanted.pads[0].connected = true;
+    EXPECT_EQ(gatherer.Take(), wanted);
+}
 } // namespace

@@ -372,4 +372,48 @@ TEST_F(WorldScripts, AMillionUnitsOfInstancesAreDrawnByWhatTheViewTouches)
     EXPECT_GE(drawn, 10);
     EXPECT_LE(drawn, 12); // the view's edges, and a margin
 }
+
+// ---- the walk over all structures ----
+
+// Lists that are damaged on purpose, and mended again.
+TEST_F(WorldTest, ADamagedListIsFound)
+{
+    world.Create(child, 0, 0);
+    world.Create(child, 0, 0);
+    world.Create(other, 0, 0);
+    auto* const first = child.m_Instances_Recursive.m_first;
+    const auto fault = [this]
+    {
+        std::string why;
+        EXPECT_FALSE(world.Check(why));
+        return why;
+    };
+    std::swap(first->m_obj, first->m_next->m_obj);
+    EXPECT_EQ(fault(), "W2: the list of child does not follow the world's instances");
+    std::swap(first->m_obj, first->m_next->m_obj);
+    auto* const second = std::exchange(first->m_next, nullptr);
+    EXPECT_EQ(fault(), "W2: the list of child does not follow the world's instances");
+    first->m_next = second;
+    second->m_next = other.m_Instances_Recursive.m_first;
+    EXPECT_EQ(fault(), "W2: the list of child is too long");
+    second->m_next = nullptr;
+}
+
+// The one that follows is out of order where the second has a number beyond its own.
+TEST_F(WorldTest, AnIdentifierThatIsNotItsOwnIsFound)
+{
+    world.Create(child, 0, 0);
+    world.Create(child, 0, 0);
+    world.Create(other, 0, 0);
+    CInstance* const instance = child.m_Instances_Recursive.m_first->m_next->m_obj;
+    for (const auto& [wrong, told] : {std::pair(100000, "W4: instance 100000 is not found by its identifier"),
+                                      std::pair(100101, "W1: instance 100002 is out of order")})
+    {
+        std::string why;
+        instance->m_id = wrong;
+        EXPECT_FALSE(world.Check(why)) << wrong;
+        EXPECT_EQ(why, told);
+    }
+    instance->m_id = 100001;
+}
 } // namespace
