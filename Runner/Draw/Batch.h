@@ -37,8 +37,7 @@ private:
     Device* m_device; // null: nothing is collected
     DrawState m_state;
     std::vector<Vertex> m_vertices;
-    std::vector<uint16_t>
-        m_indices; // none while every polygon is a quad, as most are: the device has the indices of quads
+    std::vector<uint16_t> m_indices; // none while every polygon is a quad: the device has the indices of quads
     int m_draws = 0;
     int m_drawnVertices = 0;
 };
