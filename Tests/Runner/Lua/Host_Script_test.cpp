@@ -58,7 +58,9 @@ TEST_F(HostScript, ThePlaceOfAFunctionIsItsFileAndLine)
     EXPECT_EQ(PlaceOf(Callback("\nfunction() end")), "main.lua:3");
     EXPECT_EQ(PlaceOf(Callback("print")), "a C function");
     EXPECT_EQ(PlaceOf(MakeReal(7)), "") << "no script has that number";
-    EXPECT_EQ(PlaceOf(MakeString("text")), "");
+    RValue text = MakeString("text");
+    EXPECT_EQ(PlaceOf(text), "");
+    Release(text);
     EXPECT_EQ(PlaceOf(MakeObject(nullptr)), "");
 }
 } // namespace
