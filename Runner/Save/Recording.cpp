@@ -432,8 +432,8 @@ bool DecodeRecording(const std::vector<uint8_t>& file, Recording& recording, std
     if (!why.empty())
         return false;
     left = ReadFrames(reader, recording);
-    if (!left.empty() && recording.Frames() == 0)
-        why = left + " before its first whole second";
+    if (recording.Frames() == 0)
+        why = left.empty() ? "it has no frame: nothing was played" : left + " before its first whole second";
     return why.empty();
 }
 

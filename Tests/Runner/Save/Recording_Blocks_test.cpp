@@ -201,6 +201,12 @@ TEST_F(HeadOfRecording, StandsFirst)
     EXPECT_EQ(Refusal(Joined(start, BlockOf("FRAM", content))), senseless);
 }
 
+TEST_F(HeadOfRecording, WithTheEndAloneIsARecordingOfNothing)
+{
+    const std::vector<uint8_t> start(file.begin(), file.begin() + static_cast<std::ptrdiff_t>(headEnd));
+    EXPECT_EQ(Refusal(Joined(start, EncodeRecordingEnd(0))), "it has no frame: nothing was played");
+}
+
 TEST_F(WholeRecording, AnEndOfAnotherNumberOfFramesOrOfAnotherLengthIsNotTheEnd)
 {
     for (const std::vector<uint8_t>& end :
