@@ -1,9 +1,12 @@
 // Plays a game for many frames and judges its memory: what is resident at the end must lie within 2 % of what was after
 // the first thousandth of the frames, or after the first 5,000, in which the scripts' collector finds its pace.
 //
-//   endurance GAME FRAMES [--draw] [--out DIRECTORY]     status 1 when the memory has grown or the game has failed
+//   endurance GAME FRAMES [--draw] [--every N] [--out DIRECTORY]     status 1: the memory has grown or the game failed
+//
+// With --every the size is told after each N frames.
 
 #include "Runner/Api/Api.h"
+#include "Runner/Base/Process_Memory.h"
 #include "Runner/Game/Game.h"
 #include "Runner/Host/Console.h"
 #include "Runner/Host/Files.h"
@@ -36,23 +39,30 @@ int64_t Resident()
 double MiB(int64_t bytes) { return static_cast<double>(bytes) / (1 << 20); }
 
 // False: the game has failed, or it has ended early.
-bool PlayOn(Runner::Game& game, int last)
+bool PlayOn(Runner::Game& game, int last, int every)
 {
     while (game.FrameNumber() < last && !game.HasEnded())
+    {
         if (!game.Frame())
             return false;
+        if (every > 0 && game.FrameNumber() % every == 0)
+        {
+            std::printf("%d frames: %.2f MiB\n", game.FrameNumber(), MiB(Resident()));
+            std::fflush(stdout);
+        }
+    }
     return game.FrameNumber() == last;
 }
 
-int Judge(Runner::Game& game, const char* name, int frames)
+int Judge(Runner::Game& game, const char* name, int frames, int every)
 {
     using Clock = std::chrono::steady_clock;
     const int early = std::min(std::max(frames / 1000, FRAMES_OF_A_START), (frames + 1) / 2);
     const Clock::time_point start = Clock::now();
     Resident(); // the pages that it needs itself are counted from now on
-    const bool isGood = game.Load() && PlayOn(game, early);
+    const bool isGood = game.Load() && PlayOn(game, early, every);
     const int64_t before = Resident();
-    if (!isGood || !PlayOn(game, frames))
+    if (!isGood || !PlayOn(game, frames, every))
     {
         std::printf("%s: after %d frames: %s\n", name, game.FrameNumber(), game.Failure().c_str());
         return EXIT_FAILURE;
@@ -71,19 +81,23 @@ int main(int argc, char** argv)
     const int frames = argc > 2 ? std::atoi(argv[2]) : 0;
     if (frames < 1)
     {
-        std::fputs("endurance GAME FRAMES [--draw] [--out DIRECTORY]\n", stderr);
+        std::fputs("endurance GAME FRAMES [--draw] [--every N] [--out DIRECTORY]\n", stderr);
         return EXIT_FAILURE;
     }
     Runner::GameOptions options;
     options.file = argv[1];
     options.draw = false;
     options.kit = SOURCE_DIR "/kit";
+    int every = 0;
     for (int i = 3; i < argc; ++i)
         if (std::strcmp(argv[i], "--draw") == 0)
             options.draw = true;
+        else if (std::strcmp(argv[i], "--every") == 0 && i + 1 < argc)
+            every = std::atoi(argv[++i]);
         else if (std::strcmp(argv[i], "--out") == 0 && i + 1 < argc)
             Runner::SetSaveArea(argv[++i]);
     Runner::SetConsoleQuiet(true);
+    Runner::TakeFirstMemory();
     Runner::Game game(options, Runner::OpenApi);
-    return Judge(game, argv[1], frames);
+    return Judge(game, argv[1], frames, every);
 }

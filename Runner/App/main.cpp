@@ -1,3 +1,8 @@
 #include "Runner/App/Options.h"
+#include "Runner/Base/Process_Memory.h"
 
-int main(int argc, char** argv) { return Runner::RunnerMain(argc, argv, stdout, stderr); }
+int main(int argc, char** argv)
+{
+    Runner::TakeFirstMemory();
+    return Runner::RunnerMain(argc, argv, stdout, stderr);
+}

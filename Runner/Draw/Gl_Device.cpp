@@ -1,15 +1,13 @@
 #include "Runner/Draw/Gl_Device.h"
 
+#include "Runner/Base/Process_Memory.h"
+
 #include <GLES2/gl2ext.h>
 
 #include <algorithm>
 #include <cstdio>
 #include <cstring>
 #include <utility>
-
-#if defined(__GLIBC__)
-#include <malloc.h>
-#endif
 
 namespace Runner
 {
@@ -47,18 +45,6 @@ bool HasExtension(const char* name)
 
 // An extension of version 2, and part of version 3, which need not name it.
 bool HasFineDepth() { return IsGlVersion3() || HasExtension("GL_OES_depth24"); }
-
-// A driver in software takes megabytes for each frame and gives them back. The C library would return them to the
-// system each time, which clears every page before it hands it out anew: a tenth of the time of a frame full of
-// sprites.
-void KeepFreedMemory()
-{
-#if defined(__GLIBC__)
-    constexpr int freeAtMost = 64 << 20, mappedFrom = 16 << 20; // bytes
-    mallopt(M_TRIM_THRESHOLD, freeAtMost);
-    mallopt(M_MMAP_THRESHOLD, mappedFrom);
-#endif
-}
 
 void FlipRows(uint8_t* rgba, size_t rowBytes, int height)
 {
