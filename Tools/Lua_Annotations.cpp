@@ -42,6 +42,7 @@ constexpr Typed KIND_TYPES[] = {
     {"a function", "function"},
     {"true or false", "boolean"},
     {"a table", "table"},
+    {"a table of numbers", "number[]"},
     {"a table of 16 numbers", "Matrix"},
     {"an instance", "Instance|integer"},
     {"a colour (see colour_rgb)", "integer"},

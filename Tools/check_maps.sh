@@ -1,5 +1,6 @@
 # The step of ./check --all that draws maps with the editor's own renderer and with the Runner, and compares the pictures;
-# ./coverage counts what this runs. Sourced after Tools/steps.sh (and Tools/checks.sh, for the step), not run. The editor's example maps come with its package; none is kept here.
+# ./coverage counts what this runs. Sourced after Tools/steps.sh (and Tools/checks.sh, for the step), not run. The editor's
+# example maps come with its package; none is kept here.
 
 MAP_PACKAGES="tiled python3"
 MAP_COLOUR=c82878 # lies below every map

@@ -9,7 +9,7 @@ local views = settings.views or 1
 screen_set_size(WIDTH, HEIGHT)
 local sheet = sprite_add_sheet("sheet_" .. side .. ".png", side, side)
 local frames = sprite_frames(sheet)
-local x, y, dx, dy = {}, {}, {}, {}
+local frame, x, y, dx, dy = {}, {}, {}, {}, {}
 
 -- Numbers that both programs draw alike.
 local state = 1
@@ -19,6 +19,7 @@ local function number(limit)
 end
 
 for i = 1, COUNT do
+    frame[i] = i % frames
     x[i], y[i] = number(WIDTH - side), number(HEIGHT - side)
     dx[i], dy[i] = number(5) - 2, number(5) - 2
 end
@@ -33,12 +34,7 @@ local function move()
     end
 end
 
-local function draw()
-    local draw_sprite = draw_sprite
-    for i = 1, COUNT do
-        draw_sprite(sheet, i % frames, x[i], y[i])
-    end
-end
+local function draw() draw_sprites(sheet, frame, x, y) end
 
 local shown = {}
 local columns = views == 4 and 2 or 1

@@ -6,7 +6,9 @@ namespace Runner
 {
 namespace
 {
-constexpr size_t WORK_OF_A_BAD_PICTURE = 20000000; // in instructions of Lua: most of it may have been unpacked
+// In instructions of Lua.
+constexpr size_t WORK_OF_A_BAD_PICTURE = 20000000; // most of it may have been unpacked
+constexpr size_t WORK_OF_A_LISTED_SPRITE = 5;
 
 // ---- sprites ----
 
@@ -107,6 +109,34 @@ int DrawSpriteExt(Arguments& call)
     const int sprite = call.Whole(1);
     const int frame = NearestInteger<int>(call.Number(2));
     painter.Sprite(sprite, frame, ReadPlacement(call, 3, painter));
+    return 0;
+}
+
+int ListLength(const Arguments& call, int i)
+{
+    if (!lua_istable(call.L, i))
+        call.FailArgument(i, "is a table of numbers, got " + DescribeAt(call.L, i));
+    return static_cast<int>(lua_rawlen(call.L, i));
+}
+
+// Draws as draw_sprite does for one entry of the lists after the other; a wrong entry ends it there.
+int DrawSprites(Arguments& call)
+{
+    Painter& painter = DrawingPainter(call);
+    const int sprite = call.Whole(1);
+    const int count = ListLength(call, 2);
+    for (int list = 3; list <= 4; ++list)
+        if (const int length = ListLength(call, list); length != count)
+            call.FailArgument(list, "has as many entries as frame_list, " + std::to_string(count) + ", got " +
+                                        DescribeListAt(call.L, list));
+    Info(call); // refuses a sprite that is not there once, not for each entry
+    luai_work(static_cast<size_t>(count) * WORK_OF_A_LISTED_SPRITE);
+    for (int i = 1; i <= count; ++i)
+    {
+        const int frame = NearestInteger<int>(call.NumberEntry(2, i));
+        const float x = call.FloatEntry(3, i);
+        painter.Sprite(sprite, frame, x, call.FloatEntry(4, i));
+    }
     return 0;
 }
 
@@ -249,6 +279,7 @@ constexpr ApiFunction FUNCTIONS[] = {
      4,
      {"sprite", "frame", "x", "y", "xscale", "yscale", "angle", "colour", "alpha"},
      DrawSpriteExt},
+    {"draw_sprites", 4, {"sprite", "frame_list", "x_list", "y_list"}, DrawSprites},
     {"surface_create", 2, {"w", "h"}, SurfaceCreate},
     {"surface_free", 1, {"surface"}, SurfaceFree},
     {"surface_exists", 1, {"surface"}, SurfaceExists},

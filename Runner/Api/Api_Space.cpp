@@ -172,12 +172,7 @@ kvMatrix MatrixArgument(const Arguments& call, int i)
         call.FailArgument(i, "is a table of 16 numbers, got " + DescribeListAt(L, i));
     kvMatrix matrix;
     for (int entry = 0; entry < 16; ++entry)
-    {
-        if (lua_rawgeti(L, i, entry + 1) != LUA_TNUMBER)
-            call.FailEntry(i, entry + 1, "is a number, got " + DescribeAt(L, -1));
-        matrix.m[entry] = NearestFloat(lua_tonumber(L, -1));
-        lua_pop(L, 1);
-    }
+        matrix.m[entry] = NearestFloat(call.NumberEntry(i, entry + 1));
     return matrix;
 }
 } // namespace Runner

@@ -82,6 +82,9 @@ inline constexpr ArgumentMeaning ARGUMENT_MEANINGS[] = {
     // ---- pictures ----
     {"frames", "a whole number", "pictures side by side in the file"},
     {"frame", "a number", "a picture of the sprite, from 0; wraps around"},
+    {"frame_list", "a table of numbers", "for each sprite its picture, from 0; wraps around"},
+    {"x_list", "a table of numbers", "for each sprite its x; as many as in frame_list"},
+    {"y_list", "a table of numbers", "for each sprite its y; as many as in frame_list"},
     {"frame_width", "a whole number", "pixels"},
     {"frame_height", "a whole number", "pixels"},
     {"origin_x", "a number", "the point of a frame that is put at x, pixels from its left edge"},

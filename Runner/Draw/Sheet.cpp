@@ -30,6 +30,7 @@ Sheet::Sheet(const Picture& picture, int frameWidth, int frameHeight)
         TransparentPicture(m_columns * (frameWidth + 2), (m_frames + m_columns - 1) / m_columns * (frameHeight + 2));
     for (int frame = 0; frame < m_frames; frame++)
         CopyFrame(picture, frame % sourceColumns * frameWidth, frame / sourceColumns * frameHeight, frame);
+    m_areas.reserve(static_cast<size_t>(std::min(m_frames, AREAS_KEPT)));
     for (int frame = 0; frame < std::min(m_frames, AREAS_KEPT); frame++)
         m_areas.push_back(MeasureArea(frame));
 }

@@ -28,7 +28,7 @@ public:
     int FrameWidth() const { return m_frameWidth; }
     int FrameHeight() const { return m_frameHeight; }
     const Picture& Packed() const { return m_packed; }
-    // frame: 0 to Frames() - 1
+    // The part of the texture that a frame takes, without its border. frame: 0 to Frames() - 1
     TextureArea Area(int frame) const
     {
         const auto index = static_cast<size_t>(frame);

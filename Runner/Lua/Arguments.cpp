@@ -158,11 +158,6 @@ void ScriptArguments::FailArgument(int i, const std::string& text) const
     throw ScriptError(m_function.Names().Argument(i) + " " + text);
 }
 
-void ScriptArguments::FailEntry(int i, int entry, const std::string& text) const
-{
-    throw ScriptError(m_function.Names().Argument(i) + ", entry " + std::to_string(entry) + " " + text);
-}
-
 template <typename T> T ScriptArguments::Checked(int i, T (*read)(lua_State*, int)) const
 {
     try
@@ -175,6 +170,21 @@ template <typename T> T ScriptArguments::Checked(int i, T (*read)(lua_State*, in
     }
 }
 
+template <typename T> T ScriptArguments::Entry(int i, int entry, T (*read)(lua_State*, int)) const
+{
+    lua_rawgeti(L, i, entry);
+    try
+    {
+        const T value = read(L, -1);
+        lua_pop(L, 1);
+        return value;
+    }
+    catch (const ScriptError& error)
+    {
+        throw ScriptError(m_function.Names().Argument(i) + ", entry " + std::to_string(entry) + " " + error.what());
+    }
+}
+
 double ScriptArguments::Number(int i) const { return Checked(i, NumberAt); }
 float ScriptArguments::Float(int i) const { return Checked(i, FiniteAt); }
 int ScriptArguments::Whole(int i) const { return Checked(i, WholeAt); }
@@ -184,6 +194,9 @@ std::string ScriptArguments::Text(int i) const { return Checked(i, TextAt); }
 
 int ScriptArguments::Function(int i) const { return Checked(i, FunctionAt); }
 void ScriptArguments::Table(int i) const { Checked(i, CheckTableAt); }
+double ScriptArguments::NumberEntry(int i, int entry) const { return Entry(i, entry, NumberAt); }
+float ScriptArguments::FloatEntry(int i, int entry) const { return Entry(i, entry, FiniteAt); }
+
 Instance* ScriptArguments::FindInstance(int i) const { return World::Current()->Find(Checked(i, InstanceNumberAt)); }
 
 ObjectType& ScriptArguments::Object(int i) const

@@ -61,6 +61,10 @@ public:
     int Function(int i) const; // a reference (ScriptEngine::Keep)
     void Table(int i) const;   // checks that it is one
 
+    // An entry of the table that is argument i, counted from 1. Errors name both.
+    double NumberEntry(int i, int entry) const;
+    float FloatEntry(int i, int entry) const; // finite
+
     Instance* FindInstance(int i) const; // named by its identifier or self; null when it does not exist
     ObjectType& Object(int i) const;     // named by its index; throws when there is none
 
@@ -72,11 +76,10 @@ public:
     const char* Name() const { return m_function.name; }
     [[noreturn]] void Fail(const std::string& text) const;                // throws "draw_line() - text"
     [[noreturn]] void FailArgument(int i, const std::string& text) const; // throws "draw_line: argument 2 (y1) text"
-    [[noreturn]] void FailEntry(int i, int entry,
-                                const std::string& text) const; // names an entry of the table that is argument i
 
 private:
     template <typename T> T Checked(int i, T (*read)(lua_State*, int)) const;
+    template <typename T> T Entry(int i, int entry, T (*read)(lua_State*, int)) const;
 
     const FunctionHead& m_function;
 };

@@ -171,7 +171,8 @@ std::string GoodValue(const std::string& name)
         return "'png'";
     if (texts.count(name) != 0)
         return "'text'";
-    return name == "function" ? "print" : name == "fields" ? "{}" : "0";
+    const bool isTable = name == "fields" || name == "frame_list" || name == "x_list" || name == "y_list";
+    return name == "function" ? "print" : isTable ? "{}" : "0";
 }
 
 Case CaseOf(const Signature& signature, size_t argument, const std::string& kind)

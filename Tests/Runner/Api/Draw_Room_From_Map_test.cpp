@@ -94,13 +94,6 @@ TEST_F(DrawRoomFromMap, AnImageLayerRepeatsOverTheView)
 
 // ---- tiles of other sizes than their cells ----
 
-std::string With(std::string text, const std::string& what, const std::string& with)
-{
-    const size_t at = text.find(what);
-    EXPECT_NE(at, std::string::npos) << what;
-    return text.replace(at, what.size(), with);
-}
-
 // Two tiles of 16 x 8: 5 has the four colours on the left and red on the right, 6 green and blue.
 std::string Wide(const std::string& attributes)
 {
@@ -111,11 +104,13 @@ std::string Wide(const std::string& attributes)
 // Cells of 8 x 4: 5 and 6 stand beside each other and overlap from 8 to 16, red of 2 above green of 3 from 0 to 4.
 TEST_F(DrawRoomFromMap, WhereTilesOverlapTheOrderOfDrawingCounts)
 {
-    const std::string map = With(MapText(Wide("") + Layer("5,6,0,2,0,0,0,3")), "tileheight=\"8\"", "tileheight=\"4\"");
+    const std::string map =
+        Replaced(MapText(Wide("") + Layer("5,6,0,2,0,0,0,3")), "tileheight=\"8\"", "tileheight=\"4\"");
     const auto drawn = [&](const std::string& order)
     {
-        EXPECT_EQ(DrawMap(With(map, "right-down", order), "views = { [0] = { w = 32, h = 8, wport = 32, hport = 8 } }"),
-                  "");
+        EXPECT_EQ(
+            DrawMap(Replaced(map, "right-down", order), "views = { [0] = { w = 32, h = 8, wport = 32, hport = 8 } }"),
+            "");
         return std::pair(Pixel(12, 2), Pixel(28, 2));
     };
     EXPECT_EQ(drawn("right-down"), std::pair(GREEN, GREEN));

@@ -70,6 +70,14 @@ inline std::string Layer(const std::string& cells, const std::string& attributes
            "</data></layer>";
 }
 
+// The text with one part of it exchanged; that it holds the part is expected.
+inline std::string Replaced(std::string text, const std::string& part, const std::string& by)
+{
+    const size_t at = text.find(part);
+    EXPECT_NE(at, std::string::npos) << part;
+    return at == std::string::npos ? text : text.replace(at, part.size(), by);
+}
+
 class RoomFromMapTest : public GameTest
 {
 protected:

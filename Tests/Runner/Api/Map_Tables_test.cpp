@@ -22,13 +22,6 @@ protected:
 
 std::string Objects(const std::string& objects) { return "<objectgroup name=\"o\">" + objects + "</objectgroup>"; }
 
-std::string Replaced(std::string text, const std::string& what, const std::string& with)
-{
-    const size_t at = text.find(what);
-    EXPECT_NE(at, std::string::npos) << what;
-    return text.replace(at, what.size(), with);
-}
-
 // Tile 2 with the flags of both mirrorings, 0xC0000000 + 2: turn 1 + 2.
 TEST_F(MapTables, EachShapeHasItsNameAndFields)
 {

@@ -174,7 +174,7 @@ TEST_F(DrawingMistakes, TheFirstBadArgumentIsNamed)
          {"draw_rectangle('a', 'b', 'c', 'd')", "draw_line('a', 'b', 'c', 'd')", "draw_circle('a', 'b', 'c')",
           "draw_triangle('a', 'b', 'c', 'd', 'e', 'f')", "draw_text('a', 'b', {})", "matrix_ortho('a', 'b', 'c', 'd')",
           "matrix_perspective('a', 'b', 'c', 'd')", "draw_surface('a', 'b', 'c')", "draw_sprite('a', 'b', 'c', 'd')",
-          "draw_tilemap('a', 'b', 'c')", "draw_clear('a', 'b')",
+          "draw_tilemap('a', 'b', 'c')", "draw_sprites('a', 'b', 'c', 'd')", "draw_clear('a', 'b')",
           "matrix_build('a', 'b', 'c', 'd', 'e', 'f', 'g', 'h', 'i')", "surface_create('a', 'b')",
           "tilemap_set('a', 'b', 'c', 'd')", "tilemap_get('a', 'b', 'c')", "matrix_multiply('a', 'b')",
           "random_range('a', 'b')"})

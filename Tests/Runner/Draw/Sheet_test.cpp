@@ -3,6 +3,8 @@
 
 #include <gtest/gtest.h>
 
+#include <cmath>
+
 namespace
 {
 using namespace Runner;
@@ -49,6 +51,28 @@ TEST(PictureFrames, LieSideBySideWithoutMarginAndSpacing)
     EXPECT_EQ(Reds(JoinFrames(Counted(5, 4), {2, 2, 1, 1, 2, 2})), "7 8 10 0 / 12 13 15 0 / ");
     EXPECT_EQ(Reds(JoinFrames(Counted(5, 4), {2, 2, 1, 1, 1, 2})), "7 8 / 12 13 / 0 0 / 0 0 / ")
         << "one to a row: the second lies below the picture";
+}
+
+std::string Text(const TextureArea& area)
+{
+    const float widths = 195, heights = 192; // of the texture
+    const auto pixels = [](float part, float all) { return std::to_string(std::lround(part * all)) + " "; };
+    return pixels(area.left, widths) + pixels(area.top, heights) + pixels(area.right, widths) +
+           pixels(area.bottom, heights);
+}
+
+// 4,100 frames of one pixel have cells of 3 x 3: 65 to a row, since 65 are no fewer than the 64 rows they need. The
+// areas of the first 4,096 are kept, the others are worked out when they are asked for.
+TEST(SheetArea, LeavesOutTheBorderInEveryCell)
+{
+    const Sheet sheet(Counted(4100, 1), 1, 1);
+    ASSERT_EQ(sheet.Packed().width, 195);
+    ASSERT_EQ(sheet.Packed().height, 192);
+    EXPECT_EQ(Text(sheet.Area(0)), "1 1 2 2 ");
+    EXPECT_EQ(Text(sheet.Area(66)), "4 4 5 5 ");
+    EXPECT_EQ(Text(sheet.Area(4095)), "1 190 2 191 ") << "the last that is kept";
+    EXPECT_EQ(Text(sheet.Area(4096)), "4 190 5 191 ");
+    EXPECT_EQ(Text(sheet.Area(4099)), "13 190 14 191 ");
 }
 
 TEST(TransparentColour, IsThatOneAlone)
