@@ -1,6 +1,7 @@
 #include "Runner/Draw/Gl_Device.h"
 
 #include "Runner/Base/Process_Memory.h"
+#include "Runner/Draw/Gl_Texture.h"
 
 #include <GLES2/gl2ext.h>
 
@@ -13,29 +14,7 @@ namespace Runner
 {
 namespace
 {
-// An offset into the bound buffer, in the pointer type that the GL functions have for it.
-const void* BufferOffset(size_t offset)
-{
-    return reinterpret_cast<const void*>(offset); // NOLINT(performance-no-int-to-ptr)
-}
-
 GLsizeiptr ByteCount(size_t count, size_t size) { return static_cast<GLsizeiptr>(count * size); }
-
-void NearestAndClamped()
-{
-    glTexParameteri(GL_TEXTURE_2D, GL_TEXTURE_MIN_FILTER, GL_NEAREST);
-    glTexParameteri(GL_TEXTURE_2D, GL_TEXTURE_MAG_FILTER, GL_NEAREST);
-    glTexParameteri(GL_TEXTURE_2D, GL_TEXTURE_WRAP_S, GL_CLAMP_TO_EDGE);
-    glTexParameteri(GL_TEXTURE_2D, GL_TEXTURE_WRAP_T, GL_CLAMP_TO_EDGE);
-}
-
-void DescribeVertices()
-{
-    constexpr GLsizei stride = sizeof(Vertex);
-    glVertexAttribPointer(INPUT_POSITION, 3, GL_FLOAT, GL_FALSE, stride, BufferOffset(offsetof(Vertex, x)));
-    glVertexAttribPointer(INPUT_TEXTURE, 2, GL_FLOAT, GL_FALSE, stride, BufferOffset(offsetof(Vertex, u)));
-    glVertexAttribPointer(INPUT_COLOUR, 4, GL_UNSIGNED_BYTE, GL_TRUE, stride, BufferOffset(offsetof(Vertex, colour)));
-}
 
 bool HasExtension(const char* name)
 {
@@ -60,7 +39,7 @@ bool GlDevice::Open(int width, int height, std::string& error)
 {
     KeepFreedMemory();
     m_context->MakeCurrent();
-    if (!m_flat.Build(false, error) || !m_solid.Build(true, error))
+    if (!m_flat.Build(GlPixels::Texture, error) || !m_solid.Build(GlPixels::SolidTexture, error))
         return false;
     glGetIntegerv(GL_MAX_TEXTURE_SIZE, &m_largestTexture);
     if (HasFineDepth())
@@ -256,7 +235,7 @@ void GlDevice::Draw(const DrawState& state, GLsizei indexCount)
     (state.depthTest ? m_solid : m_flat).Use(toClip.m, state.tint);
     glBindTexture(GL_TEXTURE_2D, state.texture);
     DescribeVertices();
-    glDrawElements(GL_TRIANGLES, indexCount, GL_UNSIGNED_SHORT, BufferOffset(0));
+    glDrawElements(GL_TRIANGLES, indexCount, GL_UNSIGNED_SHORT, nullptr);
     NoteErrorInDebug("a draw");
 }
 

@@ -1,5 +1,8 @@
 #include "Runner/Draw/Gl_Program.h"
 
+#include "Runner/Draw/Device.h"
+
+#include <cstddef>
 #include <cstring>
 
 namespace Runner
@@ -38,7 +41,11 @@ varying vec2 v_texturePosition;
 varying vec4 v_colour;
 void main()
 {
+#ifdef NO_TEXTURE
+    vec4 pixel = v_colour;
+#else
     vec4 pixel = texture2D(picture, v_texturePosition) * v_colour;
+#endif
 #ifdef DROP_TRANSPARENT
     if (pixel.a <= 0.0)
         discard;
@@ -46,6 +53,22 @@ void main()
     gl_FragColor = pixel;
 }
 )";
+
+// An offset into the bound buffer, in the pointer type that the GL functions have for it.
+const void* BufferOffset(size_t offset)
+{
+    return reinterpret_cast<const void*>(offset); // NOLINT(performance-no-int-to-ptr)
+}
+
+const char* DefinitionsOf(GlPixels pixels)
+{
+    switch (pixels)
+    {
+    case GlPixels::SolidTexture: return "#define DROP_TRANSPARENT\n";
+    case GlPixels::Colour: return "#define NO_TEXTURE\n";
+    default: return "";
+    }
+}
 
 GLuint Compile(GLenum kind, const char* head, const char* source, std::string& error)
 {
@@ -71,11 +94,18 @@ bool IsGlVersion3()
     return version != nullptr && strncmp(reinterpret_cast<const char*>(version), "OpenGL ES 3", 11) == 0;
 }
 
-bool GlProgram::Build(bool dropTransparent, std::string& error)
+void DescribeVertices()
+{
+    constexpr GLsizei stride = sizeof(Vertex);
+    glVertexAttribPointer(INPUT_POSITION, 3, GL_FLOAT, GL_FALSE, stride, BufferOffset(offsetof(Vertex, x)));
+    glVertexAttribPointer(INPUT_TEXTURE, 2, GL_FLOAT, GL_FALSE, stride, BufferOffset(offsetof(Vertex, u)));
+    glVertexAttribPointer(INPUT_COLOUR, 4, GL_UNSIGNED_BYTE, GL_TRUE, stride, BufferOffset(offsetof(Vertex, colour)));
+}
+
+bool GlProgram::Build(GlPixels pixels, std::string& error)
 {
     const GLuint vertex = Compile(GL_VERTEX_SHADER, "", VERTEX_SOURCE, error);
-    const GLuint fragment =
-        Compile(GL_FRAGMENT_SHADER, dropTransparent ? "#define DROP_TRANSPARENT\n" : "", FRAGMENT_SOURCE, error);
+    const GLuint fragment = Compile(GL_FRAGMENT_SHADER, DefinitionsOf(pixels), FRAGMENT_SOURCE, error);
     GLint done = GL_FALSE;
     if (vertex != 0 && fragment != 0)
     {

@@ -16,7 +16,17 @@ enum VertexInput : GLuint
 
 bool IsGlVersion3(); // whether the current context's version is OpenGL ES 3
 
-// The shader program for textured, tinted triangles. A context must be current, in the destructor too.
+void DescribeVertices(); // the inputs are those of Vertex, from the bound buffer
+
+// What a pixel is made of. SolidTexture: as Texture, but pixels of alpha 0 are discarded and write no depth.
+enum class GlPixels
+{
+    Texture,
+    SolidTexture,
+    Colour, // of the corners alone
+};
+
+// The shader program for tinted triangles. A context must be current, in the destructor too.
 class GlProgram
 {
 public:
@@ -25,8 +35,7 @@ public:
     GlProgram(const GlProgram&) = delete;
     GlProgram& operator=(const GlProgram&) = delete;
 
-    // dropTransparent: pixels of alpha 0 are discarded and write no depth.
-    bool Build(bool dropTransparent, std::string& error);
+    bool Build(GlPixels pixels, std::string& error);
     void Use(const float* toClip, const float* tint) const; // 16 and 4 floats
 
 private:

@@ -1,30 +1,17 @@
 // The screen in a window.
 #include "Runner/Draw/Gl_Device.h"
+#include "Runner/Draw/Gl_Texture.h"
 
-#include <GLES2/gl2ext.h>
 #include <GLES3/gl3.h>
 
 namespace Runner
 {
-namespace
-{
-// Windows have blue first. Where the driver refuses that order, or a framebuffer of it, the usual one stays.
-void TryWindowsOrder(GLuint texture, int width, int height)
-{
-    glBindTexture(GL_TEXTURE_2D, texture);
-    glTexImage2D(GL_TEXTURE_2D, 0, GL_BGRA_EXT, width, height, 0, GL_BGRA_EXT, GL_UNSIGNED_BYTE, nullptr);
-    if (glGetError() == GL_NO_ERROR && glCheckFramebufferStatus(GL_FRAMEBUFFER) == GL_FRAMEBUFFER_COMPLETE)
-        return;
-    glTexImage2D(GL_TEXTURE_2D, 0, GL_RGBA, width, height, 0, GL_RGBA, GL_UNSIGNED_BYTE, nullptr);
-}
-} // namespace
-
 unsigned GlDevice::MakeScreen(int width, int height)
 {
     const unsigned screen = MakeTarget(width, height);
     if (screen == 0 || !m_context->HasWindow())
         return screen;
-    TryWindowsOrder(m_targets[screen].texture, width, height);
+    AllotInWindowsOrder(m_targets[screen].texture, width, height);
     glClear(GL_COLOR_BUFFER_BIT);
     return screen;
 }

@@ -2,8 +2,10 @@
 #include "Runner/Inspect/Inspector_View.h"
 
 #include "Files/Graphics/Camera.h"
+#include "Runner/Draw/Gl_Kept_Picture.h"
 #include "Runner/Draw/Painter.h"
 #include "Runner/Game/Game.h"
+#include "Runner/Inspect/Imgui_Overlays.h"
 #include "Runner/Inspect/Number_Text.h"
 #include "Runner/Inspect/View_Drag.h"
 
@@ -13,6 +15,7 @@
 
 #include <algorithm>
 #include <cfloat>
+#include <tuple>
 
 namespace Runner
 {
@@ -24,14 +27,8 @@ constexpr ImGuiKey_ KEY_MAP[PANEL_KEYS] = {
     ImGuiKey_Escape, ImGuiKey_A,         ImGuiKey_C,          ImGuiKey_V,         ImGuiKey_X,
 };
 constexpr float PANEL_SHARE = 0.36f;   // of the canvas' width, at first
-constexpr float SURFACE_SHARE = 0.25f; // the same of the window of a surface, at most
-constexpr float SURFACE_MARGIN = 8.0f; // pixels between windows
-
-ImU32 ColourOf(OverlayKind kind)
-{
-    const OverlayStyle& style = StyleOf(kind);
-    return IM_COL32(style.red, style.green, style.blue, 255);
-}
+constexpr int SETTLING = 4;            // draws in which the library finds its sizes
+constexpr float PANEL_AGE = 1.0f / 15; // seconds for which a picture of the panel is shown again
 
 class ImguiView : public InspectorView
 {
@@ -62,14 +59,28 @@ public:
     {
         m_made.clear();
         m_frame = game.FrameNumber();
-        Feed(canvas, input);
-        ImGui_ImplOpenGL3_NewFrame();
-        ImGui::NewFrame();
-        DrawOverlays(inspector.Notes(), canvas, *game.CurrentPainter());
-        DragInViews(inspector, canvas);
-        DrawPanel(inspector, profile, canvas);
-        ImGui::Render();
-        ImGui_ImplOpenGL3_RenderDrawData(ImGui::GetDrawData());
+        m_waited += input.seconds;
+        std::vector<ViewOverlay> overlays =
+            MakeOverlays(inspector.Notes(), SurfacePlacesOf(inspector.Notes(), *game.CurrentPainter()));
+        const bool isLeftAlone = IsLeftAlone(inspector, canvas, input);
+        const bool isKept = isLeftAlone && m_hasPicture && m_waited < PANEL_AGE;
+        if (!isKept)
+        {
+            Feed(canvas, input);
+            ImGui_ImplOpenGL3_NewFrame();
+            ImGui::NewFrame();
+            m_overlays.DrawSurfaces(overlays, *game.CurrentPainter(), canvas);
+            DragInViews(inspector, canvas);
+            DrawPanel(inspector, profile);
+            ImGui::Render();
+        }
+        m_overlays.DrawScreen(overlays, canvas, SeenPart(canvas));
+        if (!isKept)
+            m_hasPicture = isLeftAlone && KeepPanel();
+        if (m_hasPicture)
+            m_picture.Show(m_panel.x, m_panel.y, canvas.height);
+        else
+            ShowPanel(canvas);
         changes.insert(changes.end(), m_made.begin(), m_made.end());
         return m_made;
     }
@@ -78,12 +89,29 @@ public:
     bool WantsKeyboard() const override { return ImGui::GetIO().WantCaptureKeyboard; }
 
 private:
-    static void Feed(const InspectorCanvas& canvas, const PanelInput& input)
+    // Nothing points at the panel and nothing is typed into it: it only shows, and alone.
+    bool IsLeftAlone(const Inspector& inspector, const InspectorCanvas& canvas, const PanelInput& input)
+    {
+        const ImGuiIO& io = ImGui::GetIO();
+        const ImVec2 size(static_cast<float>(canvas.width), static_cast<float>(canvas.height));
+        const bool isSettled = m_settled >= SETTLING && size.x == io.DisplaySize.x && size.y == io.DisplaySize.y;
+        m_settled = std::min(m_settled + 1, SETTLING);
+        const auto isDown = [](bool button) { return button; };
+        const bool isPressed = std::any_of(input.buttons.begin(), input.buttons.end(), isDown) ||
+                               std::any_of(input.clicked.begin(), input.clicked.end(), isDown);
+        const float x = input.mouseX - static_cast<float>(m_panel.x), y = input.mouseY - static_cast<float>(m_panel.y);
+        const bool isOver =
+            x >= 0 && x < static_cast<float>(m_panel.width) && y >= 0 && y < static_cast<float>(m_panel.height);
+        return isSettled && m_isOpen && inspector.Notes().SurfaceViews().empty() && !io.WantCaptureMouse &&
+               !io.WantCaptureKeyboard && !isPressed && !isOver;
+    }
+
+    void Feed(const InspectorCanvas& canvas, const PanelInput& input)
     {
         ImGuiIO& io = ImGui::GetIO();
         io.DisplaySize = ImVec2(static_cast<float>(canvas.width), static_cast<float>(canvas.height));
         io.FontGlobalScale = canvas.scale;
-        io.DeltaTime = std::max(input.seconds, 1e-4f);
+        io.DeltaTime = std::max(m_waited, 1e-4f);
         io.MousePos = ImVec2(input.mouseX, input.mouseY);
         io.MouseWheel = input.wheel;
         for (size_t button = 0; button < input.buttons.size(); ++button)
@@ -93,102 +121,17 @@ private:
         io.KeyCtrl = input.control;
         io.KeyShift = input.shift;
         io.AddInputCharactersUTF8(input.text.c_str());
+        m_waited = 0.0f;
     }
 
     // ---- over the views ----
 
-    static ImVec2 OnCanvas(const Point& point, const InspectorCanvas& canvas)
+    // On the screen where the panel is not; it often takes a whole side of it.
+    Port SeenPart(const InspectorCanvas& canvas) const
     {
-        return {static_cast<float>(canvas.game.x + point.x * canvas.game.width / canvas.screenWidth),
-                static_cast<float>(canvas.game.y + point.y * canvas.game.height / canvas.screenHeight)};
-    }
-
-    static Point OnScreen(const ImVec2& at, const InspectorCanvas& canvas)
-    {
-        return {(static_cast<double>(at.x) - canvas.game.x) * canvas.screenWidth / canvas.game.width,
-                (static_cast<double>(at.y) - canvas.game.y) * canvas.screenHeight / canvas.game.height};
-    }
-
-    // A surface is shown in a window of its own, in its own pixels.
-    static void DrawOverlays(const FrameNotes& notes, const InspectorCanvas& canvas, const Painter& painter)
-    {
-        SurfacePlaces places;
-        for (const ViewNote* note : notes.SurfaceViews())
-            if (painter.SurfaceTexture(note->surface) != 0)
-                places[note->surface] = {0, 0, note->port.width, note->port.height};
-        float top = SURFACE_MARGIN;
-        for (ViewOverlay& overlay : MakeOverlays(notes, places))
-            if (overlay.surface == SCREEN_SURFACE)
-                DrawOverlay(*ImGui::GetBackgroundDrawList(), overlay, canvas);
-            else
-                DrawSurface(overlay, painter.SurfaceTexture(overlay.surface), canvas, top);
-    }
-
-    // At first the windows stand below each other on the left. top: of the next one.
-    static void DrawSurface(ViewOverlay& overlay, unsigned texture, const InspectorCanvas& canvas, float& top)
-    {
-        const auto width = static_cast<float>(overlay.port.width), height = static_cast<float>(overlay.port.height);
-        const float share = std::min(1.0f, SURFACE_SHARE * static_cast<float>(canvas.width) / width);
-        const ImGuiStyle& style = ImGui::GetStyle();
-        const ImVec2 size(width * share + 2.0f * style.WindowPadding.x,
-                          height * share + 2.0f * style.WindowPadding.y + ImGui::GetFrameHeight());
-        ImGui::SetNextWindowPos(ImVec2(SURFACE_MARGIN, top), ImGuiCond_FirstUseEver);
-        ImGui::SetNextWindowSize(size, ImGuiCond_FirstUseEver);
-        top += size.y + SURFACE_MARGIN;
-        const std::string title = LabelOf(overlay) + "###surface" + std::to_string(overlay.surface);
-        if (ImGui::Begin(title.c_str(), nullptr, ImGuiWindowFlags_NoScrollbar | ImGuiWindowFlags_NoFocusOnAppearing))
-        {
-            const ImVec2 room = ImGui::GetContentRegionAvail();
-            const float scale = std::max(0.01f, std::min(room.x / width, room.y / height));
-            ImGui::Image(TextureOf(texture), ImVec2(width * scale, height * scale));
-            const ImVec2 low = ImGui::GetItemRectMin();
-            DrawOverlay(*ImGui::GetWindowDrawList(), overlay,
-                        {canvas.width,
-                         canvas.height,
-                         {static_cast<int>(low.x), static_cast<int>(low.y), static_cast<int>(width * scale),
-                          static_cast<int>(height * scale)},
-                         overlay.port.width,
-                         overlay.port.height,
-                         canvas.scale});
-        }
-        ImGui::End();
-    }
-
-    // A number of the driver, in the pointer type that the library has for it.
-    static ImTextureID TextureOf(unsigned texture)
-    {
-        return reinterpret_cast<ImTextureID>(static_cast<intptr_t>(texture)); // NOLINT(performance-no-int-to-ptr)
-    }
-
-    static void DrawOverlay(ImDrawList& list, ViewOverlay& overlay, const InspectorCanvas& canvas)
-    {
-        const Port& port = overlay.port;
-        const ImVec2 letter = ImGui::CalcTextSize("m");
-        const double letterWidth = static_cast<double>(letter.x) * canvas.screenWidth / std::max(1, canvas.game.width);
-        const double lineHeight = static_cast<double>(letter.y) * canvas.screenHeight / std::max(1, canvas.game.height);
-        SpreadTexts(overlay, letterWidth, lineHeight);
-        const Point low = {static_cast<double>(port.x), static_cast<double>(port.y)};
-        const Point high = {low.x + port.width, low.y + port.height};
-        list.PushClipRect(OnCanvas(low, canvas), OnCanvas(high, canvas), true);
-        for (const OverlayLine& line : overlay.lines)
-            if (MayShow(line, port))
-                list.AddLine(OnCanvas(line.from, canvas), OnCanvas(line.to, canvas), ColourOf(line.kind),
-                             StyleOf(line.kind).width);
-        for (const OverlayText& text : overlay.texts)
-            if (text.at.x < high.x && text.at.x + letterWidth * static_cast<double>(text.text.size()) > low.x &&
-                text.at.y < high.y && text.at.y + lineHeight > low.y)
-                AddText(list, OnCanvas(text.at, canvas), ColourOf(text.kind), text.text);
-        if (overlay.surface == SCREEN_SURFACE) // a window has its title
-            AddText(list, OnCanvas(LabelPlace(overlay), canvas), IM_COL32_WHITE, LabelOf(overlay));
-        list.PopClipRect();
-    }
-
-    static void AddText(ImDrawList& list, const ImVec2& at, ImU32 colour, const std::string& text)
-    {
-        const ImVec2 size = ImGui::CalcTextSize(text.c_str());
-        list.AddRectFilled(ImVec2(at.x - 2.0f, at.y - 1.0f), ImVec2(at.x + size.x + 2.0f, at.y + size.y + 1.0f),
-                           IM_COL32(0, 0, 0, 165));
-        list.AddText(at, colour, text.c_str());
+        const bool isBeside = m_isOpen && m_isAlone && m_panel.y <= 0 && m_panel.height >= canvas.height &&
+                              m_panel.x + m_panel.width >= canvas.width;
+        return {0, 0, isBeside ? std::max(m_panel.x, 0) : canvas.width, canvas.height};
     }
 
     // A drag begins outside of the panel and goes on wherever the mouse is.
@@ -211,18 +154,19 @@ private:
 
     // ---- the panel ----
 
-    void DrawPanel(Inspector& inspector, const Profile* profile, const InspectorCanvas& canvas)
+    void DrawPanel(Inspector& inspector, const Profile* profile)
     {
-        const ImVec2 display = ImGui::GetIO().DisplaySize;
-        const float width = std::min(display.x, std::max(display.x * PANEL_SHARE, 380.0f * canvas.scale));
-        ImGui::SetNextWindowPos(ImVec2(display.x - width, 0.0f), ImGuiCond_FirstUseEver);
-        ImGui::SetNextWindowSize(ImVec2(width, display.y), ImGuiCond_FirstUseEver);
-        const bool isAlone = inspector.Notes().SurfaceViews().empty();
-        ImGui::SetNextWindowBgAlpha(isAlone ? 0.0f : 0.9f);
-        const bool isOpen = ImGui::Begin("Inspector");
-        if (isAlone)
-            FillPanel(isOpen, canvas);
-        if (isOpen && ImGui::BeginTabBar("pages"))
+        const ImGuiIO& io = ImGui::GetIO();
+        const float width =
+            std::min(io.DisplaySize.x, std::max(io.DisplaySize.x * PANEL_SHARE, 380.0f * io.FontGlobalScale));
+        ImGui::SetNextWindowPos(ImVec2(io.DisplaySize.x - width, 0.0f), ImGuiCond_FirstUseEver);
+        ImGui::SetNextWindowSize(ImVec2(width, io.DisplaySize.y), ImGuiCond_FirstUseEver);
+        m_isAlone = inspector.Notes().SurfaceViews().empty();
+        ImGui::SetNextWindowBgAlpha(m_isAlone ? 0.0f : 0.9f);
+        m_isOpen = ImGui::Begin("Inspector");
+        const ImVec2 at = ImGui::GetWindowPos(), size = ImGui::GetWindowSize();
+        m_panel = {static_cast<int>(at.x), static_cast<int>(at.y), static_cast<int>(size.x), static_cast<int>(size.y)};
+        if (m_isOpen && ImGui::BeginTabBar("pages"))
         {
             if (ImGui::BeginTabItem("Cameras"))
             {
@@ -239,24 +183,43 @@ private:
         ImGui::End();
     }
 
-    // The ground of the panel, cleared and not blended: for a driver in software that is half of the panel's cost. Only
-    // where no other window can lie behind it.
-    void FillPanel(bool isOpen, const InspectorCanvas& canvas)
+    // The ground of the panel is cleared and not blended, where no other window can lie behind it: for a driver in
+    // software that is half of the panel's cost.
+    static void FillGround(int x, int low, int width, int height)
     {
-        const ImVec2 at = ImGui::GetWindowPos(), size = ImGui::GetWindowSize();
-        m_ground = {static_cast<int>(at.x), canvas.height - static_cast<int>(at.y + size.y), static_cast<int>(size.x),
-                    static_cast<int>(size.y)};
-        if (isOpen && m_ground.width > 0 && m_ground.height > 0)
-            ImGui::GetBackgroundDrawList()->AddCallback(ClearGround, &m_ground);
-    }
-
-    // The library sets its own scissor for each piece that it draws afterwards.
-    static void ClearGround(const ImDrawList*, const ImDrawCmd* command)
-    {
-        const Port& ground = *static_cast<const Port*>(command->UserCallbackData);
-        glScissor(ground.x, ground.y, ground.width, ground.height);
+        glScissor(x, low, std::max(width, 0), std::max(height, 0));
         glClearColor(0.06f, 0.06f, 0.08f, 1.0f);
         glClear(GL_COLOR_BUFFER_BIT);
+    }
+
+    void ShowPanel(const InspectorCanvas& canvas) const
+    {
+        if (m_isAlone && m_isOpen)
+            FillGround(m_panel.x, canvas.height - m_panel.y - m_panel.height, m_panel.width, m_panel.height);
+        ImGui_ImplOpenGL3_RenderDrawData(ImGui::GetDrawData());
+    }
+
+    // Draws the panel into the picture of it, upside down as that wants it. False where the driver has none.
+    bool KeepPanel()
+    {
+        if (!m_picture.Begin(m_panel.width, m_panel.height))
+            return false;
+        FillGround(0, 0, m_panel.width, m_panel.height);
+        ImDrawData& data = *ImGui::GetDrawData();
+        data.DisplayPos = ImVec2(static_cast<float>(m_panel.x), static_cast<float>(m_panel.y));
+        data.DisplaySize = ImVec2(static_cast<float>(m_panel.width), static_cast<float>(m_panel.height));
+        const float edges = 2.0f * data.DisplayPos.y + data.DisplaySize.y; // the upper and the lower one
+        for (int i = 0; i < data.CmdListsCount; ++i)
+        {
+            for (ImDrawVert& corner : data.CmdLists[i]->VtxBuffer)
+                corner.pos.y = edges - corner.pos.y;
+            for (ImDrawCmd& command : data.CmdLists[i]->CmdBuffer)
+                std::tie(command.ClipRect.y, command.ClipRect.w) =
+                    std::make_pair(edges - command.ClipRect.w, edges - command.ClipRect.y);
+        }
+        ImGui_ImplOpenGL3_RenderDrawData(&data);
+        m_picture.End();
+        return true;
     }
 
     void DrawCameras(Inspector& inspector)
@@ -397,8 +360,15 @@ private:
         ImGui::EndTable();
     }
 
+    ImguiOverlays m_overlays;
+    GlKeptPicture m_picture;   // of the panel, while nobody uses it
+    bool m_hasPicture = false; // it is that of the panel as it stands
+    float m_waited = 0.0f;     // seconds since the panel was made anew
+    int m_settled = 0;         // draws, up to SETTLING
+    Port m_panel;              // on the canvas, as it was made last
+    bool m_isOpen = false;     // it is not rolled up
+    bool m_isAlone = true;     // no other window can lie behind it
     ViewDrag m_drag;
-    Port m_ground; // of the panel, from the lower left corner as the driver counts
     std::vector<CameraChange> m_made;
     int m_frame = 0;
 };

@@ -13,7 +13,7 @@ set(compiled_alone
 list(JOIN compiled_alone "|" alone_pattern)
 foreach(floor Api App Base Draw Game Host Input Inspect Lua Save Window World)
     file(GLOB floor_sources CONFIGURE_DEPENDS ${floor}/*.cpp)
-    list(FILTER floor_sources EXCLUDE REGEX "/(main|Gl_Surfaceless|Sdl_.*|Imgui_View)\\.cpp$")
+    list(FILTER floor_sources EXCLUDE REGEX "/(main|Gl_Surfaceless|Sdl_.*|Imgui_.*)\\.cpp$")
     list(FILTER floor_sources EXCLUDE REGEX "/(${alone_pattern})\\.cpp$")
     set_source_files_properties(${floor_sources} PROPERTIES UNITY_GROUP ${floor})
 endforeach()

@@ -1,0 +1,114 @@
+// The inspector's panel over a game: its picture is kept while nobody uses it, and is what would be drawn anew.
+#include "Runner/App/Live_Inspector.h"
+#include "Runner/Draw/Painter.h"
+#include "Runner/Inspect/Inspector_View.h"
+#include "Tests/Runner/Support/Game_Support.h"
+
+#include <GLES2/gl2.h>
+
+namespace
+{
+using namespace Runner;
+
+constexpr int WIDTH = 900, HEIGHT = 500;
+constexpr int SETTLED = 4;                  // draws, after which a picture may be kept
+constexpr float SOON = 0.01f, LATER = 0.1f; // seconds: a picture is kept for a fifteenth of one
+constexpr float FAR_AWAY = -1e6f;
+
+class InspectorPanel : public RunnerTest::GameTest
+{
+protected:
+    void SetUp() override
+    {
+        options.draw = true;
+        ASSERT_EQ(Play("screen_set_size(400, 300) room_add{ width = 800, height = 600, views = { [0] = {} } }"), "");
+        live = std::make_unique<LiveInspector>(*game);
+        live->Open();
+        ASSERT_EQ(PlayOn(1), "");
+        game->CurrentPainter()->MakeCurrent();
+        GLuint texture = 0;
+        glGenTextures(1, &texture);
+        glBindTexture(GL_TEXTURE_2D, texture);
+        glTexImage2D(GL_TEXTURE_2D, 0, GL_RGBA, WIDTH, HEIGHT, 0, GL_RGBA, GL_UNSIGNED_BYTE, nullptr);
+        glGenFramebuffers(1, &m_framebuffer);
+        glBindFramebuffer(GL_FRAMEBUFFER, m_framebuffer);
+        glFramebufferTexture2D(GL_FRAMEBUFFER, GL_COLOR_ATTACHMENT0, GL_TEXTURE_2D, texture, 0);
+        ASSERT_EQ(glCheckFramebufferStatus(GL_FRAMEBUFFER), static_cast<GLenum>(GL_FRAMEBUFFER_COMPLETE));
+        if ((m_view = InspectorView::Open()) == nullptr)
+            GTEST_SKIP() << "this runner was built without the inspector's panel";
+    }
+
+    void TearDown() override
+    {
+        m_view.reset();
+        live.reset();
+    }
+
+    // What shows after a draw, so many seconds after the one before.
+    std::vector<uint8_t> Draw(float seconds, float mouseX = FAR_AWAY, float mouseY = FAR_AWAY)
+    {
+        glBindFramebuffer(GL_FRAMEBUFFER, m_framebuffer);
+        glScissor(0, 0, WIDTH, HEIGHT);
+        glClearColor(0.0f, 0.2f, 0.0f, 1.0f);
+        glClear(GL_COLOR_BUFFER_BIT);
+        PanelInput input;
+        input.seconds = seconds;
+        input.mouseX = mouseX;
+        input.mouseY = mouseY;
+        const InspectorCanvas canvas = {WIDTH, HEIGHT, {0, 0, WIDTH, HEIGHT}, 400, 300, 1.0f};
+        EXPECT_TRUE(m_view->Draw(live->Content(), *game, nullptr, canvas, input).empty());
+        std::vector<uint8_t> pixels(size_t{WIDTH} * HEIGHT * 4);
+        glReadPixels(0, 0, WIDTH, HEIGHT, GL_RGBA, GL_UNSIGNED_BYTE, pixels.data());
+        return pixels;
+    }
+
+    std::vector<uint8_t> DrawSettled()
+    {
+        std::vector<uint8_t> pixels;
+        for (int i = 0; i < SETTLED; ++i)
+            pixels = Draw(LATER);
+        return pixels;
+    }
+
+    void MoveCamera(float x)
+    {
+        const int camera = live->Content().Content().selected;
+        ASSERT_TRUE(live->Take({game->FrameNumber(), camera, "x", x})) << camera;
+    }
+
+    std::unique_ptr<LiveInspector> live;
+
+private:
+    std::unique_ptr<InspectorView> m_view;
+    GLuint m_framebuffer = 0; // the context that has it goes with the game
+};
+
+TEST_F(InspectorPanel, IsTheSameFromItsPictureAsDrawnAnew)
+{
+    const std::vector<uint8_t> anew = DrawSettled();
+    EXPECT_TRUE(Draw(LATER) == anew) << "the picture is made";
+    EXPECT_TRUE(Draw(SOON) == anew) << "it shows again";
+}
+
+TEST_F(InspectorPanel, TellsWhatHasChangedAtTheNextPicture)
+{
+    DrawSettled();
+    const std::vector<uint8_t> before = Draw(LATER);
+    MoveCamera(123.0f);
+    EXPECT_TRUE(Draw(SOON) == before);
+    EXPECT_FALSE(Draw(LATER) == before);
+}
+
+// The first field of the panel lies in its right half. That it lights up under the mouse is not what differs: the mouse
+// has been there before.
+TEST_F(InspectorPanel, TellsAtOnceWhatHasChangedWhileTheMouseIsOverIt)
+{
+    const float x = WIDTH - 20.0f, y = HEIGHT - 20.0f;
+    DrawSettled();
+    Draw(LATER, x, y);
+    const std::vector<uint8_t> before = Draw(SOON, x, y);
+    EXPECT_TRUE(Draw(SOON, x, y) == before);
+    MoveCamera(123.0f);
+    EXPECT_FALSE(Draw(SOON, x, y) == before);
+}
+} // namespace
