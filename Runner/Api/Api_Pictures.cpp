@@ -119,7 +119,7 @@ int ListLength(const Arguments& call, int i)
     return static_cast<int>(lua_rawlen(call.L, i));
 }
 
-// Draws as draw_sprite does for one entry of the lists after the other; a wrong entry ends it there.
+// Everything is read before anything is drawn: a call that is refused draws nothing.
 int DrawSprites(Arguments& call)
 {
     Painter& painter = DrawingPainter(call);
@@ -131,12 +131,15 @@ int DrawSprites(Arguments& call)
                                         DescribeListAt(call.L, list));
     Info(call); // refuses a sprite that is not there once, not for each entry
     luai_work(static_cast<size_t>(count) * WORK_OF_A_LISTED_SPRITE);
-    for (int i = 1; i <= count; ++i)
+    std::vector<SpritePlace> places(static_cast<size_t>(count));
+    for (int i = 0; i < count; ++i)
     {
-        const int frame = NearestInteger<int>(call.NumberEntry(2, i));
-        const float x = call.FloatEntry(3, i);
-        painter.Sprite(sprite, frame, x, call.FloatEntry(4, i));
+        SpritePlace& place = places[static_cast<size_t>(i)];
+        place.frame = NearestInteger<int>(call.NumberEntry(2, i + 1));
+        place.x = call.FloatEntry(3, i + 1);
+        place.y = call.FloatEntry(4, i + 1);
     }
+    painter.Sprites(sprite, places);
     return 0;
 }
 

@@ -138,6 +138,27 @@ void Painter::Sprite(int sprite, int frame, float x, float y)
     Sprite(sprite, frame, placement);
 }
 
+// What a placement without turning and scaling comes to: the same floats, because a corner's offset times 0 adds
+// nothing.
+void Painter::Sprites(int sprite, const std::vector<SpritePlace>& places)
+{
+    const SpriteEntry* entry = m_parts->NeedSprite(sprite);
+    if (entry == nullptr)
+        return;
+    const SpriteInfo& info = entry->info;
+    const Ink ink = MixInk(Placement().colour, m_parts->state.alpha);
+    const float left = -info.originX, right = static_cast<float>(info.width) - info.originX;
+    const float top = -info.originY, bottom = static_cast<float>(info.height) - info.originY;
+    for (const SpritePlace& place : places)
+    {
+        const float points[4][2] = {{place.x + left, place.y + top},
+                                    {place.x + right, place.y + top},
+                                    {place.x + right, place.y + bottom},
+                                    {place.x + left, place.y + bottom}};
+        m_parts->DrawPicture(entry->texture, entry->sheet.Area(WrapFrame(place.frame, info.frames)), points, ink);
+    }
+}
+
 void Painter::Sprite(int sprite, int frame, const Placement& placement)
 {
     const SpriteEntry* entry = m_parts->NeedSprite(sprite);

@@ -61,7 +61,7 @@ public:
         m_frame = game.FrameNumber();
         m_waited += input.seconds;
         std::vector<ViewOverlay> overlays =
-            MakeOverlays(inspector.Notes(), SurfacePlacesOf(inspector.Notes(), *game.CurrentPainter()));
+            MakeOverlays(inspector.Notes(), SurfacePlacesOf(inspector.Notes(), *game.CurrentPainter()), m_areas);
         const bool isLeftAlone = IsLeftAlone(inspector, canvas, input);
         const bool isKept = isLeftAlone && m_hasPicture && m_waited < PANEL_AGE;
         if (!isKept)
@@ -360,6 +360,7 @@ private:
         ImGui::EndTable();
     }
 
+    CameraAreas m_areas;
     ImguiOverlays m_overlays;
     GlKeptPicture m_picture;   // of the panel, while nobody uses it
     bool m_hasPicture = false; // it is that of the panel as it stands

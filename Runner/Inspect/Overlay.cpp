@@ -230,38 +230,52 @@ void AddUp(const CCamera& camera, Sketch& sketch)
     sketch.Text(OverlayKind::Up, *centre, "angle " + NumberText(camera.m_viewAngle));
 }
 
-// What a camera shows of the plane z = 0, worked out once for all views.
+// What a camera shows, for all views.
 struct CameraFrame
 {
     const CCamera* camera;
-    std::vector<Point> seen;
-    std::optional<Point> centre, top; // of its picture
+    const CameraArea* area;
 };
 
 // The whole plane, where a camera was never given a size, would be a frame without meaning.
 bool HasFrame(const CCamera& camera) { return camera.m_viewWidth > 0.0f && camera.m_viewHeight > 0.0f; }
 
-std::vector<CameraFrame> AllFrames()
+bool IsSame(const kvMatrix& a, const kvMatrix& b)
+{
+    return std::equal(std::begin(a.m), std::end(a.m), std::begin(b.m));
+}
+
+std::vector<CameraFrame> AllFrames(CameraAreas& areas)
 {
     std::vector<CameraFrame> frames;
+    areas.resize(static_cast<size_t>(g_CM.m_cameraListSize));
     for (int slot = 0; slot < g_CM.m_cameraListSize; ++slot)
     {
         const CCamera* camera = g_CM.m_cameras[slot];
         if (camera == nullptr || !HasFrame(*camera))
             continue;
-        const ViewGeometry geometry(camera->m_viewMat, camera->m_projMat);
-        std::vector<Point> seen = geometry.Footprint();
-        if (!seen.empty())
-            frames.push_back({camera, std::move(seen), geometry.RoomPoint(0.0, 0.0), geometry.RoomPoint(0.0, -0.5)});
+        CameraArea& area = areas[static_cast<size_t>(slot)];
+        if (!area.isKnown || !IsSame(area.view, camera->m_viewMat) || !IsSame(area.projection, camera->m_projMat))
+        {
+            const ViewGeometry geometry(camera->m_viewMat, camera->m_projMat);
+            area = {true,
+                    camera->m_viewMat,
+                    camera->m_projMat,
+                    geometry.Footprint(),
+                    geometry.RoomPoint(0.0, 0.0),
+                    geometry.RoomPoint(0.0, -0.5)};
+        }
+        if (!area.seen.empty())
+            frames.push_back({camera, &area});
     }
     return frames;
 }
 
 void AddDetails(const CameraFrame& frame, Sketch& sketch)
 {
-    sketch.Text(OverlayKind::OtherCamera, frame.seen.front(), "camera " + std::to_string(frame.camera->GetID()));
-    if (frame.centre && frame.top)
-        sketch.Arrow(OverlayKind::OtherCamera, *frame.centre, *frame.top);
+    sketch.Text(OverlayKind::OtherCamera, frame.area->seen.front(), "camera " + std::to_string(frame.camera->GetID()));
+    if (frame.area->centre && frame.area->top)
+        sketch.Arrow(OverlayKind::OtherCamera, *frame.area->centre, *frame.area->top);
 }
 
 // Among many cameras only frames that may show are drawn, and their names and arrows only while few of them do: names
@@ -271,7 +285,7 @@ void AddOthers(const std::vector<CameraFrame>& frames, const CCamera* own, Sketc
     const bool areFew = frames.size() <= DETAILED_LIMIT;
     std::vector<const CameraFrame*> detailed;
     for (const CameraFrame& frame : frames)
-        if (frame.camera != own && (sketch.VisiblePolygon(OverlayKind::OtherCamera, frame.seen) || areFew))
+        if (frame.camera != own && (sketch.VisiblePolygon(OverlayKind::OtherCamera, frame.area->seen) || areFew))
             detailed.push_back(&frame);
     if (detailed.size() > DETAILED_LIMIT)
         return;
@@ -377,8 +391,14 @@ EdgeRange StopsOf(const AxisNote& axis) { return {StagesOf(axis, -FAR_AWAY).room
 
 std::vector<ViewOverlay> MakeOverlays(const FrameNotes& notes, const SurfacePlaces& places)
 {
+    CameraAreas areas;
+    return MakeOverlays(notes, places, areas);
+}
+
+std::vector<ViewOverlay> MakeOverlays(const FrameNotes& notes, const SurfacePlaces& places, CameraAreas& areas)
+{
     std::vector<ViewOverlay> overlays;
-    const std::vector<CameraFrame> frames = AllFrames();
+    const std::vector<CameraFrame> frames = AllFrames(areas);
     for (const ViewNote& note : notes.Views())
         if (note.surface == SCREEN_SURFACE)
             overlays.push_back(OverlayOf(note, note.port, frames));

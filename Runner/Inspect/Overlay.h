@@ -6,6 +6,7 @@
 #include "Runner/Inspect/View_Geometry.h"
 
 #include <map>
+#include <optional>
 #include <string>
 #include <vector>
 
@@ -87,7 +88,20 @@ EdgeRange StopsOf(const AxisNote& axis);
 // Where the pictures of surfaces are shown beside the screen, by surface, in the pixels of their overlays.
 using SurfacePlaces = std::map<int, Port>;
 
+// What a camera shows of the plane z = 0, worked out from its matrices.
+struct CameraArea
+{
+    bool isKnown = false;
+    kvMatrix view, projection;
+    std::vector<Point> seen;
+    std::optional<Point> centre, top; // of its picture
+};
+using CameraAreas = std::vector<CameraArea>; // by slot
+
 // For each view of the frame that was drawn on the screen, in the order of drawing; then for each surface that has a
 // place, of the view that was drawn into it last.
 std::vector<ViewOverlay> MakeOverlays(const FrameNotes& notes, const SurfacePlaces& places = {});
+
+// The same for who asks in every frame: areas keeps those of cameras whose matrices stay as they are.
+std::vector<ViewOverlay> MakeOverlays(const FrameNotes& notes, const SurfacePlaces& places, CameraAreas& areas);
 } // namespace Runner

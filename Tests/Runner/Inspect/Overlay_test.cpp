@@ -275,6 +275,30 @@ TEST_F(Overlay, ShowsTheFrameOfEveryOtherCameraWithASize)
     EXPECT_NEAR(area.bottom, 110.0f, 0.05f);
 }
 
+// Whoever draws in every frame keeps the areas of cameras that stand still.
+TEST_F(Overlay, OfKeptAreasFollowsACameraThatMovesGoesAndComes)
+{
+    ASSERT_EQ(Watch("room_add{ width = 400, height = 400, views = { [0] = { w = 400, h = 400, wport = 400, hport = 400 "
+                    "} }, create = function() A = camera_create_view(100, 50, 80, 60) end, step = function()\n"
+                    "if frame_number() == 3 then camera_set_view_pos(A, 200, 90) camera_apply(A) end\n"
+                    "if frame_number() == 5 then camera_destroy(A) end\n"
+                    "if frame_number() == 7 then A = camera_create_view(10, 20, 30, 40) end end }"),
+              "");
+    CameraAreas areas;
+    const auto left = [&]
+    {
+        const ViewOverlay overlay = MakeOverlays(notes, {}, areas)[0];
+        return Has(overlay, OverlayKind::OtherCamera) ? Around(overlay, OverlayKind::OtherCamera).left : -1.0f;
+    };
+    std::vector<float> lefts;
+    for (int frame = 1; frame <= 8; ++frame)
+    {
+        lefts.push_back(std::round(left()));
+        ASSERT_EQ(PlayOn(1), "");
+    }
+    EXPECT_EQ(lefts, (std::vector<float>{100, 100, 200, 200, -1, -1, 10, 10}));
+}
+
 // 100 cameras of 6 x 6 in a row, 10 apart, from 2 on. Of a view of 100 units' width ten of them show, each with four
 // lines and the three of its arrow; of one of 1,000 all do.
 TEST_F(Overlay, OfManyCamerasHasFramesWithoutNames)
