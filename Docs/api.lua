@@ -961,6 +961,16 @@ function map_tile_get(layer, column, row) end
 ---@param turn? integer 1 mirrored, 2 upside down, 4 columns exchanged with rows before that; summed
 function map_tile_set(layer, column, row, map_tile, turn) end
 
+---Whether a layer or a group of the running room's map is visible of its own. It is drawn when the groups around it are visible, too
+---@param layer any a layer of the running room's map, by its name or by its number, from 1
+---@return boolean boolean
+function map_layer_get_visible(layer) end
+
+---Shows or hides a layer or a group until the room starts again: a roof, when somebody comes into the house. A save keeps it. Instances that came from the layer stay as they are
+---@param layer any a layer of the running room's map, by its name or by its number, from 1
+---@param visible boolean whether the layer is drawn, where the groups around it are
+function map_layer_set_visible(layer, visible) end
+
 ---What the map says of a tile: `tileset`, `id` in it, `class`, `properties`, `objects` (its collision shapes); nil for a number that is no tile
 ---@param map_tile integer a tile by its number in the map, 0 is empty
 ---@return table? table
@@ -1025,7 +1035,7 @@ local KitCamera = {}
 ---@field soft_zone? any around the dead zone, given alike: in it the camera comes after slowly, with `soft_half_life` (8 frames); at its edge at once
 ---@field smoothing? string `"spring"`: a critically damped spring; `"exponential"`; `"none"`
 ---@field half_life? any frames in which half of the way to the goal is gone: a number, or a table of `x`, `y`, `zoom`
----@field acceleration? number how much a smoothed camera's speed changes in a frame at most, room units
+---@field acceleration? number how much a smoothed camera's speed changes in a frame at most, room units. Behind a target that keeps a higher speed than 12 units a frame (with a spring of half-life 5; 14 with 6) the bound grows with that speed
 ---@field group? table of several targets: a table of `margin` (an eighth of the view), `min_zoom` (0.25), `max_zoom` (the camera's zoom)
 ---@field screen? table of the style `"screen"`: a table of `width`, `height`, `x`, `y` (a corner), `margin` (4: how far the target must be past the edge)
 ---@field path? table of the style `"path"`: a table of `points`, `curve` (true: a smooth curve through them), `closed`, `progress`
@@ -1083,7 +1093,7 @@ function KitCamera:smoothing(value) end
 ---@param value any
 function KitCamera:half_life(value) end
 
----how much a smoothed camera's speed changes in a frame at most, room units
+---how much a smoothed camera's speed changes in a frame at most, room units. Behind a target that keeps a higher speed than 12 units a frame (with a spring of half-life 5; 14 with 6) the bound grows with that speed
 ---@param value number
 function KitCamera:acceleration(value) end
 

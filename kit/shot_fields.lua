@@ -52,6 +52,9 @@ local zone_fields = checks.table_of({
 
 local function zone(field, value)
     local taken = zone_fields(field, value)
+    if taken.right < taken.left or taken.bottom < taken.top then
+        checks.fail(field .. " has its right before its left or its bottom above its top: nothing is ever inside")
+    end
     taken.frames = taken.frames or 30
     taken.weight = 0
     return taken
@@ -73,6 +76,17 @@ local path_fields = checks.table_of({
 local function path_of(field, value)
     local taken = path_fields(field, value)
     taken.line = path.new(taken.points, taken.curve, taken.closed)
+    return taken
+end
+
+local group_fields = checks.table_of({ margin = checks.not_negative, min_zoom = checks.positive, max_zoom = checks.positive },
+                                     "a table of margin, min_zoom and max_zoom")
+
+local function group(field, value)
+    local taken = group_fields(field, value)
+    if taken.min_zoom and taken.max_zoom and taken.min_zoom > taken.max_zoom then
+        checks.refuse(field .. ".min_zoom", "at most max_zoom, " .. taken.max_zoom, taken.min_zoom)
+    end
     return taken
 end
 
@@ -124,8 +138,7 @@ return {
     lead = checks.or_false(lead),
     limits = checks.or_false(limits_or_room),
     margin = margin,
-    group = checks.table_of({ margin = checks.not_negative, min_zoom = checks.positive, max_zoom = checks.positive },
-                            "a table of margin, min_zoom and max_zoom"),
+    group = group,
     screen = checks.table_of({ width = checks.positive, height = checks.positive, x = checks.any_number,
                                y = checks.any_number, margin = checks.not_negative },
                              "a table of width, height, x, y and margin"),

@@ -153,11 +153,13 @@ local function go_over(state, rig, blend)
     end
 end
 
+-- An easing that overshoots would make the size of a near shot zero or negative on the way from a far one: it is clamped
+-- to half of the nearer one's, a zoom twice as large.
 local function mix(pose, other, part)
-    local size = 1 / pose.zoom
+    local size, goal = 1 / pose.zoom, 1 / other.zoom
     pose.x = pose.x + (other.x - pose.x) * part
     pose.y = pose.y + (other.y - pose.y) * part
-    pose.zoom = 1 / (size + (1 / other.zoom - size) * part)
+    pose.zoom = 1 / math.max(size + (goal - size) * part, math.min(size, goal) / 2)
     pose.angle = pose.angle + (other.angle - pose.angle) * part
 end
 

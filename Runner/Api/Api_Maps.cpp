@@ -103,7 +103,7 @@ int MapZones(Arguments& call)
     return 1;
 }
 
-// ---- cells of the running room's map ----
+// ---- layers and cells of the running room's map ----
 
 RoomMap& RunningMap(const Arguments& call)
 {
@@ -113,14 +113,13 @@ RoomMap& RunningMap(const Arguments& call)
     return *map;
 }
 
-// Arguments 1 to 3, a cell. They are read before the map is looked for: a wrong kind is told in any room.
-struct CellArguments
+// Argument 1, a layer. Arguments are read before the map is looked for: a wrong kind is told in any room.
+struct LayerArgument
 {
     std::string layerName; // empty: the layer is named by its number
     int layer = 0;
-    int column, row;
 
-    explicit CellArguments(const Arguments& call)
+    explicit LayerArgument(const Arguments& call)
     {
         const int type = lua_type(call.L, 1);
         if (type == LUA_TSTRING)
@@ -129,20 +128,26 @@ struct CellArguments
             call.FailArgument(1, "is a string or a whole number, got " + DescribeAt(call.L, 1));
         else
             layer = call.Whole(1) - 1; // numbers count from 1 on
-        column = call.Whole(2);
-        row = call.Whole(3);
     }
 
-    ChangedCell In(const Arguments& call, const RoomMap& map) const
+    int In(const Arguments& call, const RoomMap& map) const
     {
-        ChangedCell cell;
-        cell.layer = layerName.empty() ? layer : map.FindLayerNamed(layerName);
-        if (map.FindLayer(cell.layer) == nullptr)
+        const int number = layerName.empty() ? layer : map.FindLayerNamed(layerName);
+        if (map.FindLayer(number) == nullptr)
             call.FailArgument(1, "must be a layer of the map, got " + DescribeAt(call.L, 1));
-        cell.column = column;
-        cell.row = row;
-        return cell;
+        return number;
     }
+};
+
+// Arguments 1 to 3, a cell.
+struct CellArguments
+{
+    LayerArgument layer;
+    int column, row;
+
+    explicit CellArguments(const Arguments& call) : layer(call), column(call.Whole(2)), row(call.Whole(3)) {}
+
+    ChangedCell In(const Arguments& call, const RoomMap& map) const { return {layer.In(call, map), column, row, 0}; }
 };
 
 int MapTileGet(Arguments& call)
@@ -180,12 +185,30 @@ int MapTileInfo(Arguments& call)
     return 1;
 }
 
+int MapLayerGetVisible(Arguments& call)
+{
+    const LayerArgument layer(call);
+    const RoomMap& map = RunningMap(call);
+    return call.Return(map.IsVisible(layer.In(call, map)));
+}
+
+int MapLayerSetVisible(Arguments& call)
+{
+    const LayerArgument layer(call);
+    const bool visible = call.Flag(2, true);
+    RoomMap& map = RunningMap(call);
+    map.SetVisible({layer.In(call, map), visible});
+    return 0;
+}
+
 constexpr ApiFunction FUNCTIONS[] = {
     {"room_from_map", 1, {"map_file", FIELDS_ARGUMENT}, RoomFromMap},
     {"map_info", 1, {"room"}, MapInfo},
     {"map_zones", 1, {"room"}, MapZones},
     {"map_tile_get", 3, {"layer", "column", "row"}, MapTileGet},
     {"map_tile_set", 4, {"layer", "column", "row", "map_tile", "turn"}, MapTileSet},
+    {"map_layer_get_visible", 1, {"layer"}, MapLayerGetVisible},
+    {"map_layer_set_visible", 2, {"layer", "visible"}, MapLayerSetVisible},
     {"map_tile_info", 1, {"map_tile"}, MapTileInfo},
 };
 } // namespace

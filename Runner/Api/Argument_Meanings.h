@@ -94,6 +94,7 @@ inline constexpr ArgumentMeaning ARGUMENT_MEANINGS[] = {
     {"tile", "a whole number", "0 is empty, n is the sprite's frame n - 1"},
     {"map_file", "a string", "a map's file, relative to the game's file"},
     {"layer", "a string or a whole number", "a layer of the running room's map, by its name or by its number, from 1"},
+    {"visible", "true or false", "whether the layer is drawn, where the groups around it are"},
     {"map_tile", "a whole number", "a tile by its number in the map, 0 is empty"},
     {"turn", "a whole number", "1 mirrored, 2 upside down, 4 columns exchanged with rows before that; summed"},
     // ---- matrices ----

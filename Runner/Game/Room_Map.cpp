@@ -22,6 +22,8 @@ RoomMap::RoomMap(MapModel model, TileNumbers numbers, std::shared_ptr<const Tile
     std::stable_sort(m_layers.begin(), m_layers.end(),
                      [](const DrawnLayer& a, const DrawnLayer& b) { return a.depth > b.depth; });
     GroupSprites();
+    for (const MapLayer& layer : m_model.layers)
+        m_visible.push_back(layer.own.visible);
 }
 
 const DrawnLayer* RoomMap::FindLayer(int number) const
@@ -98,6 +100,44 @@ void RoomMap::Reset(Painter& painter)
     for (const auto& [place, original] : originals)
         SetCell(painter, {std::get<0>(place), std::get<2>(place), std::get<1>(place), original});
     m_originals.clear();
+    for (size_t i = 0; i < m_visible.size(); ++i)
+        m_visible[i] = m_model.layers[i].own.visible;
+    ShowLayers();
+}
+
+// ---- layers ----
+
+bool RoomMap::IsModelLayer(int layer) const { return layer >= 0 && static_cast<size_t>(layer) < m_visible.size(); }
+
+bool RoomMap::IsVisible(int layer) const { return IsModelLayer(layer) && m_visible[static_cast<size_t>(layer)]; }
+
+bool RoomMap::SetVisible(const ShownLayer& change)
+{
+    if (!IsModelLayer(change.layer))
+        return false;
+    m_visible[static_cast<size_t>(change.layer)] = change.visible;
+    ShowLayers();
+    return true;
+}
+
+std::vector<ShownLayer> RoomMap::ChangedLayers() const
+{
+    std::vector<ShownLayer> changes;
+    for (size_t i = 0; i < m_visible.size(); ++i)
+        if (m_visible[i] != m_model.layers[i].own.visible)
+            changes.push_back({static_cast<int32_t>(i), m_visible[i]});
+    return changes;
+}
+
+// A group comes before its layers in the map's list.
+void RoomMap::ShowLayers()
+{
+    std::vector<bool> shown = m_visible;
+    for (size_t i = 0; i < shown.size(); ++i)
+        if (m_model.layers[i].parent >= 0)
+            shown[i] = shown[i] && shown[static_cast<size_t>(m_model.layers[i].parent)];
+    for (DrawnLayer& layer : m_layers)
+        layer.visible = shown[static_cast<size_t>(layer.number)];
 }
 
 // ---- drawing ----

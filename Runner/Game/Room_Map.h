@@ -1,5 +1,6 @@
 #pragma once
-// What the room of an editor's map draws, and the cells that were changed since the room started.
+// What the room of an editor's map draws, and what was changed since the room started: cells, and which layers are
+// shown.
 
 #include "Runner/Base/Area.h"
 #include "Runner/Draw/Layer_Grid.h"
@@ -53,6 +54,12 @@ struct ChangedCell
     MapCell cell = 0;                       // with the map's own number
 };
 
+struct ShownLayer
+{
+    int32_t layer = 0; // its number in the map
+    bool visible = true;
+};
+
 class RoomMap
 {
 public:
@@ -77,7 +84,12 @@ public:
     MapCell Cell(const Painter& painter, int layer, int column, int row) const; // 0 when empty or outside
     bool SetCell(Painter& painter, const ChangedCell& change);      // false outside, or for a tile that does not exist
     std::vector<ChangedCell> Changes(const Painter& painter) const; // what differs from the file, by layer, row, column
-    void Reset(Painter& painter);                                   // as the file says
+    void Reset(Painter& painter);                                   // as the file says, the layers, too
+
+    // ---- layers: visible of its own; one is drawn when the groups around it are visible, too ----
+    bool IsVisible(int layer) const;               // false when there is none
+    bool SetVisible(const ShownLayer& change);     // false when there is none
+    std::vector<ShownLayer> ChangedLayers() const; // what differs from the file, by layer
 
     // ---- drawing, through the painter's current matrices ----
     // Draws the layers from `next` on whose depth is at least that, and counts next up. eye: where the camera stands.
@@ -95,6 +107,8 @@ private:
     };
     Place PlaceOf(int layer, int column, int row) const;
     void GroupSprites();
+    bool IsModelLayer(int layer) const;
+    void ShowLayers();
     void DrawLayer(Painter& painter, const DrawnLayer& layer, int64_t milliseconds) const;
     void DrawSprites(Painter& painter, const DrawnLayer& layer, float x, float y, int64_t milliseconds) const;
 
@@ -103,6 +117,7 @@ private:
     std::shared_ptr<const TileLooks> m_looks;
     std::vector<DrawnLayer> m_layers;         // larger depth first
     std::vector<std::vector<Group>> m_groups; // of each of m_layers
+    std::vector<bool> m_visible;              // of each layer of the map, by its number, without the groups around
     Part m_room;
     std::map<std::tuple<int, int, int>, MapCell> m_originals; // layer, row, column: what the file says of changed cells
 };

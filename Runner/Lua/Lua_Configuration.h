@@ -33,6 +33,10 @@ struct lua_State;
 #define luai_fmodwork(a, b) Runner::LuaRemainderWork((a), (b))
 #define luai_runs(L) Runner::LuaRuns(L)
 
+// A coroutine has failed; its error is on the top of its stack, and the functions that ran in it can still be looked
+// at.
+#define luai_failed(L) Runner::LuaCoroutineFailed(L)
+
 #define LUAI_MAXCALLCHAIN 10000 // arguments at which a __call that is no function is taken for one that never ends
 #define LUAI_MAXNUMERAL 65536   // characters of a text that can be a number
 
@@ -42,6 +46,7 @@ extern long long luaWorkLeft; // before the limits are looked at
 void CountLuaWork();
 void CountLuaWorkAndStop(lua_State* L);
 lua_State* LuaRuns(lua_State* L);
+void LuaCoroutineFailed(lua_State* L);
 
 // fmod subtracts bit by bit, up to 2,000 times.
 inline int LuaRemainderWork(double a, double b) { return std::fabs(a) > std::fabs(b) * 1e6 ? 200 : 0; }

@@ -12,6 +12,7 @@
 #include <cstdlib>
 #include <cstring>
 #include <new>
+#include <optional>
 #include <string_view>
 #include <utility>
 #include <vector>
@@ -312,11 +313,18 @@ std::string ScriptEngine::PositionOfGiver() const
 // A report that memory runs out for tells what is there.
 void ScriptEngine::NoteTrouble(lua_State* L)
 {
-    NoteEvent();
+    NoteEvent(m_called);
     try
     {
+        std::optional<ScriptTrouble> raised = m_raisedAgain.Find(L, 1);
+        if (raised.has_value() && raised->called >= 0) // it comes out of an event inside of this one
+        {
+            m_trouble = std::move(*raised);
+            return;
+        }
         m_trouble.value = lua_type(L, 1) == LUA_TSTRING ? "" : ValueText(L, 1);
-        m_trouble.stack = RunningFunctions(L);
+        m_trouble.stack = raised.has_value() ? std::move(raised->stack) : RunningFunctions(L);
+        m_trouble.outermost = L;
     }
     catch (const std::bad_alloc&)
     {
@@ -324,9 +332,10 @@ void ScriptEngine::NoteTrouble(lua_State* L)
     }
 }
 
-void ScriptEngine::NoteEvent()
+void ScriptEngine::NoteEvent(int called)
 {
     m_trouble = ScriptTrouble();
+    m_trouble.called = called;
     m_trouble.object = m_self != nullptr ? m_self->type.name : "";
     m_trouble.camera = Current_Object;
 }
@@ -383,8 +392,8 @@ try
 {
     const char* message = lua_type(L, -1) == LUA_TSTRING ? lua_tostring(L, -1) : nullptr;
     if (!Failed() && status == LUA_ERRMEM) // no message handler has run
-        NoteEvent();
-    if (!Failed())
+        NoteEvent(called);
+    if (!Failed() && m_trouble.called < 0)
         m_trouble.called = called;
     Fail(status == LUA_ERRMEM ? MemoryFailure() : message == nullptr ? "an error without a message" : message);
 }
@@ -430,6 +439,7 @@ void ScriptEngine::Fail(const std::string& text)
 std::string ScriptEngine::TakeFailure()
 {
     std::string text = m_failure;
+    m_raisedAgain.KeepEvent(text, m_trouble);
     m_failure.clear(); // its room stays reserved
     m_trouble = ScriptTrouble();
     return text;

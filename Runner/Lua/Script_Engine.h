@@ -114,6 +114,7 @@ public:
     void Fail(const std::string& text);                      // a failure that stands already is kept
     std::string TakeFailure();                               // clears it: scripts may run again
     const ScriptTrouble& Trouble() const { return m_trouble; }
+    void KeepCoroutine(lua_State* failed) { m_raisedAgain.KeepCoroutine(failed); } // Lua calls it
 
     // ---- limits ----
     // Instructions and the work of Lua's own functions (Lua_Configuration.h) are counted alike. A script that has spent
@@ -145,7 +146,7 @@ private:
     std::string PositionOfGiver() const;
     bool HasSpentInstructions() const { return m_limits.instructions > 0 && m_instructions > m_limits.instructions; }
     void NoteTrouble(lua_State* L);
-    void NoteEvent();
+    void NoteEvent(int called);
     void PushStopText(lua_State* L) const;
     std::string MemoryFailure() const;
     void NoteRefusal(bool isLimit);
@@ -165,6 +166,7 @@ private:
     std::string m_refusedAt;       // the script's position at the last refused allocation
     bool m_isLimitReached = false; // by that allocation: there was memory beyond the limit
     ScriptTrouble m_trouble;
+    RaisedAgain m_raisedAgain;
     std::string m_failure;
 };
 

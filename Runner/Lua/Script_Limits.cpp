@@ -65,6 +65,12 @@ lua_State* LuaRuns(lua_State* L)
     return before;
 }
 
+void LuaCoroutineFailed(lua_State* L)
+{
+    if (ScriptEngine* const engine = ScriptEngine::Current())
+        engine->KeepCoroutine(L);
+}
+
 // ---- counting ----
 
 void ScriptEngine::StartCounting()

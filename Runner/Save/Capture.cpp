@@ -143,6 +143,7 @@ bool CaptureState(Game& game, SavedState& state, std::string& missing, std::stri
     CaptureSurfaces(*game.CurrentPainter(), state.surfaces);
     CaptureTileMaps(*game.CurrentPainter(), state.tileMaps);
     state.map = CaptureMap(game);
+    state.shownLayers = CaptureShownLayers(game);
     state.names = NamesOf(game);
     if (!CaptureCameras(game, state.cameras, missing))
         why = "there is no memory for the cameras' state";

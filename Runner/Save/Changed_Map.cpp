@@ -72,6 +72,25 @@ size_t FindCells(const Game& game, const RoomMap& map, const std::vector<std::st
     layer.cells.erase(kept, layer.cells.end());
     return gone;
 }
+
+int32_t CounterpartOf(const RoomMap* map, const std::string& name, int32_t before)
+{
+    return map == nullptr ? NO_LAYER : FindNamed(map->Model().layers, name, before);
+}
+
+void FindShownLayers(const RoomMap* map, SavedState& state, std::vector<std::string>& left)
+{
+    const auto isGone = [&](SavedShownLayer& layer)
+    {
+        layer.number = CounterpartOf(map, layer.name, layer.number);
+        if (layer.number == NO_LAYER)
+            left.push_back("whether the map's layer \"" + Printable(layer.name) +
+                           "\" is shown: it has no such layer now");
+        return layer.number == NO_LAYER;
+    };
+    std::vector<SavedShownLayer>& layers = state.shownLayers;
+    layers.erase(std::remove_if(layers.begin(), layers.end(), isGone), layers.end());
+}
 } // namespace
 
 SavedMap CaptureMap(const Game& game)
@@ -92,7 +111,16 @@ SavedMap CaptureMap(const Game& game)
     return saved;
 }
 
-void RestoreMap(Game& game, const SavedMap& saved)
+std::vector<SavedShownLayer> CaptureShownLayers(const Game& game)
+{
+    std::vector<SavedShownLayer> saved;
+    if (const RoomMap* map = game.RunningMap())
+        for (const ShownLayer& shown : map->ChangedLayers())
+            saved.push_back({shown.layer, map->Model().layers[static_cast<size_t>(shown.layer)].name, shown.visible});
+    return saved;
+}
+
+void RestoreMap(Game& game, const SavedState& state)
 {
     RoomMap* map = game.RunningMap();
     if (map == nullptr)
@@ -100,10 +128,12 @@ void RestoreMap(Game& game, const SavedMap& saved)
     Painter& painter = *game.CurrentPainter();
     map->Reset(painter);
     ChangedCell change;
-    for (const SavedMapLayer& layer : saved.layers)
+    for (const SavedMapLayer& layer : state.map.layers)
         for (const SavedMapCell& cell : layer.cells)
             if (CellInMap(game, *map, layer.number, cell, change))
                 map->SetCell(painter, change);
+    for (const SavedShownLayer& layer : state.shownLayers)
+        map->SetVisible({layer.number, layer.visible});
 }
 
 bool MapFits(const Game& game, const SavedState& state)
@@ -119,17 +149,21 @@ bool MapFits(const Game& game, const SavedState& state)
                            });
     };
     const std::vector<SavedMapLayer>& layers = state.map.layers;
-    return layers.empty() || (map != nullptr && std::all_of(layers.begin(), layers.end(), fits));
+    const std::vector<SavedShownLayer>& shown = state.shownLayers;
+    const auto isThere = [map](const SavedShownLayer& layer) { return map->FindLayer(layer.number) != nullptr; };
+    return (layers.empty() && shown.empty()) || (map != nullptr && std::all_of(layers.begin(), layers.end(), fits) &&
+                                                 std::all_of(shown.begin(), shown.end(), isThere));
 }
 
 void FindMapCells(const Game& game, SavedState& state, std::vector<std::string>& left)
 {
     const RoomMap* map = MapOf(game, state.game.room);
+    FindShownLayers(map, state, left);
     std::vector<SavedMapLayer> layers = std::move(state.map.layers);
     state.map.layers.clear();
     for (SavedMapLayer& layer : layers)
     {
-        layer.number = map == nullptr ? NO_LAYER : FindNamed(map->Model().layers, layer.name, layer.number);
+        layer.number = CounterpartOf(map, layer.name, layer.number);
         const size_t all = layer.cells.size();
         const size_t gone = layer.number == NO_LAYER ? all : FindCells(game, *map, state.map.tilesets, layer);
         if (gone > 0)

@@ -1,5 +1,6 @@
 #pragma once
-// The cells of the running room's map that scripts have changed: only these are saved, the map's file has the others.
+// What scripts have changed of the running room's map, its cells and which layers are shown: only this is saved, the
+// map's file has the rest.
 
 #include "Runner/Save/Saved_State.h"
 
@@ -11,14 +12,15 @@ namespace Runner
 class Game;
 
 SavedMap CaptureMap(const Game& game);
+std::vector<SavedShownLayer> CaptureShownLayers(const Game& game);
 
-// The running room's map as its file says, but for the saved cells. These must fit (MapFits).
-void RestoreMap(Game& game, const SavedMap& saved);
+// The running room's map as its file says, but for the saved cells and layers. These must fit (MapFits).
+void RestoreMap(Game& game, const SavedState& state);
 
-// Whether the map of the saved room has every saved cell and tile. A room without a map has none.
+// Whether the map of the saved room has every saved cell, tile and layer. A room without a map has none.
 bool MapFits(const Game& game, const SavedState& state);
 
-// Turns the saved cells into ones of this game's map: layers and tilesets are found by their names. The room has been
-// found. left: a line for what the map no longer has.
+// Turns the saved cells and layers into ones of this game's map: layers and tilesets are found by their names. The room
+// has been found. left: a line for what the map no longer has.
 void FindMapCells(const Game& game, SavedState& state, std::vector<std::string>& left);
 } // namespace Runner

@@ -1,9 +1,11 @@
 #include "Runner/Draw/Picture.h"
 #include "Runner/Save/Camera_Stream.h"
 #include "Runner/Save/Sections.h"
+#include "Runner/World/Map_Limits.h"
 
 #include <algorithm>
 #include <cmath>
+#include <utility>
 
 namespace Runner
 {
@@ -45,6 +47,15 @@ bool CamerasAreConsistent(const SavedCameras& cameras)
         return false;
     return std::equal(ids.begin(), ids.end(), cameras.flags.begin(), cameras.flags.end(),
                       [](int32_t id, const SavedCameraFlags& camera) { return id == camera.id; });
+}
+
+bool ShownLayersAreConsistent(const SavedState& state)
+{
+    int64_t last = -1;
+    for (const SavedShownLayer& layer : state.shownLayers)
+        if (layer.number <= std::exchange(last, layer.number) || layer.number >= static_cast<int>(MapLimits::LAYERS))
+            return false;
+    return true;
 }
 
 bool ThumbnailIsConsistent(const SavedThumbnail& thumbnail)

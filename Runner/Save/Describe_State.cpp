@@ -61,6 +61,8 @@ public:
             DescribeTileMap(map);
         for (const SavedMapLayer& layer : m_state.map.layers)
             DescribeMapLayer(layer);
+        for (const SavedShownLayer& layer : m_state.shownLayers)
+            Add("map layer " + std::to_string(layer.number) + " visible", layer.visible);
         DescribeNames();
         DescribeTables();
         return std::move(m_lines);

@@ -1,6 +1,8 @@
 #include "Runner/Save/Load_Hook.h"
 
+#include "Runner/Game/Failure_Report.h"
 #include "Runner/Game/Game.h"
+#include "Runner/Host/Console.h"
 #include "Runner/Lua/Arguments.h"
 #include "Runner/Lua/Values.h"
 #include "Runner/Save/Value_Tables.h"
@@ -310,6 +312,21 @@ private:
 };
 } // namespace
 
+namespace
+{
+// The line that refuses the save comes after this: on_load's own error, with what was running.
+void TellScriptError(const Game& game)
+{
+    FailureReport report = DescribeFailure(game);
+    if (report.stack.empty()) // it left something wrong in its table: there is no line to look at
+        return;
+    report.event = "on_load";
+    PrintLine(report.line);
+    for (const std::string& line : report.Details())
+        PrintLine("    " + line);
+}
+} // namespace
+
 bool HasLoadHook(Game& game)
 {
     bool hasHook = false;
@@ -329,7 +346,10 @@ bool RunLoadHook(Game& game, SavedState& state, std::string& why)
     { HookCall(L, *static_cast<SavedState*>(saved)).Run(); };
     const bool isGood = game.scripts.Protect(run, &state);
     if (!isGood)
+    {
+        TellScriptError(game);
         why = "on_load failed: " + game.scripts.TakeFailure();
+    }
     return isGood;
 }
 } // namespace Runner

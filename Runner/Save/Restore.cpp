@@ -185,7 +185,7 @@ bool RestoreGame(Game& game, const SavedState& state)
     RestoreSurfaces(*game.CurrentPainter(), state.surfaces);
     RestoreTileMaps(*game.CurrentPainter(), state.tileMaps);
     RestoreRoom(game, state);
-    RestoreMap(game, state.map);
+    RestoreMap(game, state);
     RestoreCameras(game, state.cameras, state.views);
     RestoreNames(game.names, state.names);
     game.GotoRoom(state.game.nextRoom);

@@ -194,6 +194,8 @@ bool DecodeState(const std::vector<uint8_t>& file, SavedState& state, std::strin
     state.fileVersion = header.version;
     if (!ThumbnailIsConsistent(state.thumbnail))
         why = "it is damaged: its thumbnail makes no sense";
+    else if (!ShownLayersAreConsistent(state))
+        why = "it is damaged: the layers of its map make no sense";
     else if (!CamerasAreConsistent(state.cameras))
         why = "it is damaged: its cameras make no sense";
     else if (!ValuesAreConsistent(state))

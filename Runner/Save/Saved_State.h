@@ -105,6 +105,15 @@ struct SavedMap
     std::vector<SavedMapLayer> layers; // those that were changed, ascending by number
 };
 
+// ---- layers of the room's map that are shown or hidden otherwise than in its file ----
+
+struct SavedShownLayer
+{
+    int32_t number = 0; // in the map's layers
+    std::string name;
+    bool visible = true; // of its own: the groups around it may be hidden
+};
+
 // ---- what scripts have stored ----
 
 struct TableNumber
@@ -175,6 +184,7 @@ struct SavedState
     std::vector<SavedSurface> surfaces; // ascending by number
     std::vector<SavedTileMap> tileMaps; // ascending by number
     SavedMap map;
+    std::vector<SavedShownLayer> shownLayers; // ascending by number
     SavedValues values;
     SavedNames names; // empty in a file of version 1
     SavedThumbnail thumbnail;

@@ -100,6 +100,11 @@ template <typename Io> void Transfer(Io& io, FieldsOf<Io, SavedMap>& map)
     Transfer(io, map.layers);
 }
 
+template <typename Io> void Transfer(Io& io, FieldsOf<Io, SavedShownLayer>& layer)
+{
+    All(io, layer.number, layer.name, layer.visible);
+}
+
 template <typename Io> void Transfer(Io& io, FieldsOf<Io, SavedThumbnail>& thumbnail)
 {
     All(io, thumbnail.width, thumbnail.height, thumbnail.rgb);
@@ -177,6 +182,7 @@ constexpr Section MakeSection(const char (&tag)[5], uint32_t since = 1, bool (*i
 }
 
 bool HasMapCells(const SavedState& state) { return !state.map.layers.empty(); }
+bool HasShownLayers(const SavedState& state) { return !state.shownLayers.empty(); }
 bool HasThumbnail(const SavedState& state) { return !state.thumbnail.rgb.empty(); }
 } // namespace
 
@@ -190,6 +196,7 @@ const Section SECTIONS[SECTION_COUNT] = {
     MakeSection<&SavedState::values>("VARS"),
     MakeSection<&SavedState::names>("NAME", 2),
     MakeSection<&SavedState::map>("MAPC", 2, HasMapCells),
+    MakeSection<&SavedState::shownLayers>("MAPL", 2, HasShownLayers),
     MakeSection<&SavedState::thumbnail>(THUMBNAIL_TAG, 2, HasThumbnail),
 };
 } // namespace Runner

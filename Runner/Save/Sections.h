@@ -15,7 +15,7 @@ struct Section
     void (*read)(ByteReader& io, SavedState& state);
 };
 
-constexpr uint32_t SECTION_COUNT = 10;
+constexpr uint32_t SECTION_COUNT = 11;
 extern const Section SECTIONS[SECTION_COUNT];
 
 constexpr char THUMBNAIL_TAG[] = "THMB";
@@ -23,6 +23,7 @@ constexpr char THUMBNAIL_TAG[] = "THMB";
 // Checks of the sections against each other. False when no game can have written them.
 bool CamerasAreConsistent(
     const SavedCameras& cameras); // the stream is complete, and the flags are those of its cameras
+bool ShownLayersAreConsistent(const SavedState& state);      // their numbers ascend, and a map can have them
 bool ThumbnailIsConsistent(const SavedThumbnail& thumbnail); // it has as many pixels as its size says
 bool ValuesAreConsistent(const SavedState& state);           // every table number names a table, and no key is NaN
 } // namespace Runner

@@ -225,6 +225,9 @@ local function refusals()
     refused({ dead_zone = { lfet = 1 } }, "there is no field dead_zone.lfet; the fields are bottom, left, right, top")
     refused({ follow = { 1, "two" } },
             'follow[2] is an instance, an object or a place {x = , y = }, got the string "two"')
+    refused({ zones = { { left = 9, right = 5, top = 0, bottom = 1 } } },
+            "zones[1] has its right before its left or its bottom above its top: nothing is ever inside")
+    refused({ group = { min_zoom = 2, max_zoom = 1.5 } }, "group.min_zoom is at most max_zoom, 1.5, got 2")
     refused({ style = "path" }, 'the style "path" needs the field path, a table with points')
     refused({ path = { points = { { 1, 2 } } } }, "path.points is a list of at least two points {x, y}, got a table")
     refused({ zones = { { left = 1, top = 2, right = 3 } } }, "zones[1].bottom is needed, got nil")

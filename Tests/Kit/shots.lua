@@ -55,6 +55,20 @@ local function the_highest_priority_is_live()
     expect.equal("removed", walk(state).x, 1000)
 end
 
+-- elastic_out passes its goal by a third: from 1 to 1/10 the size would be -0.2.
+local function an_overshoot_zooms_in_to_twice_the_nearer_zoom_at_most()
+    local state = start(40, "elastic_out")
+    shots.put(state, "near", at(1000, 1000, { priority = 1, zoom = 10 }))
+    local least, most = math.huge, 0
+    for _ = 1, 40 do
+        local zoom = walk(state).zoom
+        least, most = math.min(least, zoom), math.max(most, zoom)
+    end
+    expect.is("never turned over", least > 0)
+    expect.near("twice the zoom of the shot", most, 20, 1e-9)
+    expect.equal("there", state.base.zoom, 10)
+end
+
 -- Linear over 10 frames, by hand; the size of what is seen is blended, not the zoom: halfway between 1 and 1/3 is 2/3.
 local function blends_go_by_their_time()
     local state = start(10)
@@ -175,6 +189,7 @@ end
 room_add{ create = function()
     the_highest_priority_is_live()
     blends_go_by_their_time()
+    an_overshoot_zooms_in_to_twice_the_nearer_zoom_at_most()
     pairs_have_their_own_blends()
     interrupted_blends_go_on_smoothly()
     many_interruptions_are_bounded()

@@ -35,6 +35,31 @@ TEST_F(DrawRoomFromMap, OpacityTintOffsetAndVisibilityOfALayerAndItsGroupCount)
     EXPECT_EQ(Pixel(20, 4), GREY);
 }
 
+// Red is in a layer of its own, green in a group, blue in a layer that the file hides.
+TEST_F(DrawRoomFromMap, ScriptsShowAndHideLayersAndGroupsUntilTheRoomStartsAgain)
+{
+    const std::string group = "<group name=\"g\"><layer name=\"in g\" width=\"4\" height=\"2\"><data encoding=\"csv\">"
+                              "0,3,0,0,0,0,0,0</data></layer></group>";
+    const std::string layers = Layer("2,0,0,0,0,0,0,0") + group + Layer("0,0,2,0,0,0,0,0", R"(visible="0")");
+    ASSERT_EQ(DrawMap(MapText(layers), "step = function() local f, show = frame_number(), map_layer_set_visible\n"
+                                       "if f == 1 then show('cells', false) show('g', false) show(4, true) end\n"
+                                       "if f == 2 then show('in g', true) print(map_layer_get_visible('in g'),\n"
+                                       "map_layer_get_visible('g'), map_layer_get_visible(4)) end\n"
+                                       "if f == 3 then show('g', true) end\n"
+                                       "if f == 4 then room_goto(ROOM) end end"),
+              "");
+    std::string seen;
+    for (int frame = 0; frame < 6; ++frame)
+    {
+        for (const int x : {4, 12, 20})
+            seen += Pixel(x, 4) == GREY ? '-' : '#';
+        seen += ' ';
+        PlayOn(1);
+    }
+    EXPECT_EQ(seen, "##- --# --# -## ##- ##- ");
+    EXPECT_EQ(Log(), "true\tfalse\ttrue\n");
+}
+
 // Tile 4 shows itself, blue, for 100 milliseconds, 6 frames, then tile 2, red, for 50.
 TEST_F(DrawRoomFromMap, AnimatedTilesCountTheTimeByFrames)
 {

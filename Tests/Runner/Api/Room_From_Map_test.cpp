@@ -151,6 +151,23 @@ TEST_F(RoomFromMap, ScriptsReadAndChangeCells)
               "main.lua:6: map_tile_get: argument 1 (layer) must be a layer of the map, got the string \"walls\"\n");
 }
 
+TEST_F(RoomFromMap, WrongLayersAreRefusedBeforeAnythingIsHidden)
+{
+    ASSERT_EQ(PlayMap(MapText(Layer("1,0,0,0,0,0,0,0")),
+                      "create = function() for _, layer in ipairs{ 'walls', 0, 2, true } do\n"
+                      "print(select(2, pcall(map_layer_set_visible, layer, false))) end\n"
+                      "print(select(2, pcall(map_layer_set_visible, 1, 'no')))\n"
+                      "print(map_layer_get_visible('cells')) end"),
+              "");
+    const std::string line = "main.lua:3: map_layer_set_visible: argument 1 (layer) ";
+    EXPECT_EQ(Log(), line + "must be a layer of the map, got the string \"walls\"\n" + line +
+                         "must be a layer of the map, got the number 0\n" + line +
+                         "must be a layer of the map, got the number 2\n" + line +
+                         "is a string or a whole number, got true\n"
+                         "main.lua:4: map_layer_set_visible: argument 2 (visible) is true or false, got the string "
+                         "\"no\"\ntrue\n");
+}
+
 TEST_F(RoomFromMap, ARoomThatStartsShowsItsFileAgain)
 {
     ASSERT_EQ(

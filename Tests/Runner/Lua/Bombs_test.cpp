@@ -104,6 +104,17 @@ constexpr Bomb BOMBS[] = {
      "while "
      "true do end end }) coroutine.yield() end) coroutine.resume(c) coroutine.close(c) end",
      "f()"},
+    {"CoroutinesThatFail",
+     "s, t = 'x', {} for i = 1, 190 do t['key' .. i] = i end\n"
+     "function f(n) local a, b, c, d, e = t, t, t, t, t if n == 0 then error(s) end f(n - 1) return n end",
+     "coroutine.resume(coroutine.create(f), 20)"},
+    {"CoroutinesThatFailWithALongText", "s = ('x'):rep(20000000) f = function() error(s, 0) end",
+     "coroutine.resume(coroutine.create(f))"},
+    {"EventsThatFail",
+     "s, t = 'x', {} for i = 1, 190 do t['key' .. i] = i end\n"
+     "function f(n) local a, b, c, d, e = t, t, t, t, t if n == 0 then error(s) end f(n - 1) return n end\n"
+     "O = object_add{ create = function() f(20) end }",
+     "pcall(instance_create, 0, 0, O)"},
     {"ManyArguments", "t = {} for i = 1, 100000 do t[i] = i end function f(...) return ... end", "f(table.unpack(t))"},
     // ---- texts that are compiled ----
     {"LoadOfALargeText", "s = ('a = 1 '):rep(500000)", "load(s)"},

@@ -125,6 +125,90 @@ TEST_F(ErrorReport, AnErrorForWantOfMemoryNamesTheEvent)
     EXPECT_EQ(lines, (Lines{"hog: create", "room r, frame 0"}));
 }
 
+// ---- errors that are raised again ----
+
+TEST_F(ErrorReport, AnEventThatAScriptsCallRunsIsNamedWithItsFunctions)
+{
+    const std::string bomb = "local function burst(n) error('boom') end\n"
+                             "B = object_add{ name = 'bomb', EVENT = function(self) burst(4) end }\n";
+    const std::string gun = "local o = object_add{ name = 'gun', step = function(self) local shots = 2 CALL end }\n"
+                            "room_add{ instances = { {o, 0, 0} } }";
+    const auto with = [](std::string text, const std::string& word, const std::string& put)
+    { return text.replace(text.find(word), word.size(), put); };
+    const Lines stack = {"main.lua:1: in burst",
+                         "    n = 4",
+                         "main.lua:2: in a function of line 2",
+                         "    self = instance 100001 (bomb)",
+                         "main.lua:3: in a function of line 3",
+                         "    self = instance 100000 (gun)",
+                         "    shots = 2"};
+    Lines lines = Details(with(bomb, "EVENT", "create") + with(gun, "CALL", "instance_create(0, 0, B)"));
+    EXPECT_EQ(game->Failure(), "main.lua:1: boom");
+    Lines expected = {"bomb: create", "room room0, frame 0"};
+    expected.insert(expected.end(), stack.begin(), stack.end());
+    EXPECT_EQ(lines, expected);
+    lines = Details(with(bomb, "EVENT", "destroy") + with(gun, "CALL", "instance_destroy(instance_create(0, 0, B))"));
+    expected[0] = "bomb: destroy";
+    EXPECT_EQ(lines, expected);
+}
+
+TEST_F(ErrorReport, TheFunctionsOfACoroutineComeBeforeThoseThatResumedIt)
+{
+    const std::string text = "local story = coroutine.MAKE(function(hero) local mood = 'glad' local inner =\n"
+                             "coroutine.wrap(function(n) log(hero.friend.name) end)\n"
+                             "inner(7) end)\n"
+                             "local o = object_add{ name = 'ui', step = function(self) local page = 1\n"
+                             "RESUME end }\n"
+                             "room_add{ name = 'r', instances = { {o, 0, 0} } }";
+    const auto with = [&text](const std::string& make, const std::string& resume)
+    {
+        std::string result = text;
+        result.replace(result.find("MAKE"), 4, make);
+        return result.replace(result.find("RESUME"), 6, resume);
+    };
+    const Lines stack = {"ui: step",
+                         "room r, frame 0",
+                         "main.lua:2: in a function of line 2",
+                         "    n = 7",
+                         "main.lua:3: in a function of line 1",
+                         "    hero = {}",
+                         "    mood = \"glad\"",
+                         "    inner = a function of the Runner or of Lua",
+                         "main.lua:5: in a function of line 4",
+                         "    self = instance 100000 (ui)",
+                         "    page = 1"};
+    EXPECT_EQ(Details(with("wrap", "story({})")), stack);
+    EXPECT_EQ(game->Failure(),
+              "main.lua:5: main.lua:3: main.lua:2: attempt to index a nil value (field 'friend')"); // as pcall gives it
+    EXPECT_EQ(Details(with("create", "assert(coroutine.resume(story, {}))")), stack);
+    const Lines lines = Details("local c = coroutine.wrap(function(n) error({ code = n }) end)\n"
+                                "room_add{ create = function() c(5) end }");
+    EXPECT_EQ(lines,
+              (Lines{"room room0: create", "room room0, frame 0", "the error is {code = 5}",
+                     "main.lua:1: in a function of line 1", "    n = 5", "main.lua:2: in a function of line 2"}));
+}
+
+TEST_F(ErrorReport, AnErrorThatWasCaughtIsNotTakenForALaterOne)
+{
+    const std::string text = "local function fail(n) error('no', LEVEL) end\n"
+                             "B = object_add{ name = 'bomb', create = function(self) fail(1) end }\n"
+                             "local o = object_add{ name = 'gun', step = function(self)\n"
+                             "pcall(instance_create, 0, 0, B) pcall(coroutine.wrap(fail), 2)\n"
+                             "fail(3) end }\n"
+                             "room_add{ instances = { {o, 0, 0} } }";
+    const auto with = [&text](const std::string& level)
+    { return std::string(text).replace(text.find("LEVEL"), 5, level); };
+    const Lines expected = {"gun: step",
+                            "room room0, frame 0",
+                            "main.lua:1: in fail",
+                            "    n = 3",
+                            "main.lua:5: in a function of line 3",
+                            "    self = instance 100000 (gun)"};
+    EXPECT_EQ(Details(with("1")), expected);
+    EXPECT_EQ(Details(with("0")), expected);
+    EXPECT_EQ(Details(with("2")), expected);
+}
+
 // ---- warnings ----
 
 class Mistakes : public RunnerTest::GameTest

@@ -29,6 +29,7 @@ TEST(DescribedState, HasItsPictures)
     state.surfaces = {{3, 40, 30}};
     state.tileMaps = {{0, 2, 2, 1, 8.0f, 9.5f, {5, -1}}, {1, 2, 0, 1, 8.0f, 8.0f, {7}}};
     state.map.layers = {{4, "ground", {{1, 2, -1, 0}, {3, 2, 1, 7}}}};
+    state.shownLayers = {{5, "roof", false}};
     EXPECT_EQ(Line(state, "surface 3"), "40x30");
     EXPECT_EQ(Line(state, "tile map 0 sprite"), "2");
     EXPECT_EQ(Line(state, "tile map 0 size"), "2x1");
@@ -38,6 +39,7 @@ TEST(DescribedState, HasItsPictures)
     EXPECT_EQ(Line(state, "tile map 1 column 0 row 0"), "none") << "it has no columns";
     EXPECT_EQ(Line(state, "map layer 4 column 1 row 2"), "empty");
     EXPECT_EQ(Line(state, "map layer 4 column 3 row 2"), "tileset 1 tile 7");
+    EXPECT_EQ(Line(state, "map layer 5 visible"), "false");
 }
 
 // A table is called by the first entry that holds it, one that nothing holds by its number.

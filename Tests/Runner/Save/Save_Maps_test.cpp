@@ -94,6 +94,72 @@ TEST_F(SaveMaps, ALoadTakesBackWhatCameAfterTheSave)
     EXPECT_EQ(Printed(Load(), before), "1:0 2:0 3:0 1:0 2:0 2:0 2:0 1:0 \n");
 }
 
+// A game in the map's room that shows and hides layers as it starts, and prints after a load which are shown.
+std::string Showing(const std::string& changes)
+{
+    return "game_version(1) function show() log('ground ' .. tostring(map_layer_get_visible('ground'))) end\n"
+           "room_from_map('m.tmx', { name = 'town', load = show, create = function()\n" +
+           changes + "\nend })";
+}
+
+TEST_F(SaveMaps, LayersThatAreShownOtherwiseThanInTheFileAreSaved)
+{
+    ASSERT_EQ(Play(Showing("map_layer_set_visible('ground', false) map_layer_set_visible('sky', false)\n"
+                           "map_layer_set_visible('sky', true)")),
+              "");
+    ASSERT_EQ(Save(), "");
+    const Runner::SavedState state = Saved();
+    ASSERT_EQ(state.shownLayers.size(), 1u) << "the sky is as in the file again";
+    EXPECT_EQ(state.shownLayers[0].number, 1);
+    EXPECT_EQ(state.shownLayers[0].name, "ground");
+    EXPECT_FALSE(state.shownLayers[0].visible);
+    game->RunningMap()->SetVisible({1, true});
+    EXPECT_EQ(Printed(Load(), 0), "ground false\n");
+    const size_t before = Log().size();
+    EXPECT_EQ(Printed(LoadAfresh(), before), "ground false\n");
+    const std::vector<uint8_t> first = Bytes();
+    ASSERT_EQ(Save(), "");
+    EXPECT_EQ(Bytes(), first);
+}
+
+TEST_F(SaveMaps, ShownLayersThatNoMapCanHaveAreDamage)
+{
+    ASSERT_EQ(Play(Showing("")), "");
+    ASSERT_EQ(Save(), "");
+    const auto decodes = [this](const std::vector<int>& numbers)
+    {
+        Runner::SavedState state = Saved(), decoded;
+        for (const int number : numbers)
+            state.shownLayers.push_back({number, "ground", false});
+        std::vector<uint8_t> file;
+        std::string why;
+        EXPECT_TRUE(Runner::EncodeState(state, file, why)) << why;
+        return Runner::DecodeState(file, decoded, why);
+    };
+    EXPECT_TRUE(decodes({0, 1, 999}));
+    EXPECT_FALSE(decodes({-1}));
+    EXPECT_FALSE(decodes({1000}));
+    EXPECT_FALSE(decodes({1, 1}));
+    EXPECT_FALSE(decodes({1, 0}));
+}
+
+TEST_F(SaveMaps, InAnotherMapALayerIsShownByItsNameAndOneThatIsGoneIsToldAndLeftOut)
+{
+    ASSERT_EQ(Play(Showing("map_layer_set_visible('ground', false) map_layer_set_visible('sky', false)")), "");
+    ASSERT_EQ(Save(), "");
+    Runner::SavedState state = Saved();
+    state.shownLayers[0].number = 2;
+    std::string why;
+    EXPECT_FALSE(Runner::FitToGame(*game, state, SavePath(), why)) << "the map has no third layer";
+    directory.Write("m.tmx", R"(<map width="1" height="1" tilewidth="16" tileheight="16" infinite="0">
+<layer name="ground" width="1" height="1"><data encoding="csv">0</data></layer></map>)");
+    ASSERT_EQ(Play(Showing(""), 0), "");
+    const size_t before = Log().size();
+    EXPECT_EQ(Printed(Load(), before),
+              SavePath() + ": the game's code has changed since it was made\n" + SavePath() +
+                  ": left out: whether the map's layer \"sky\" is shown: it has no such layer now\nground false\n");
+}
+
 TEST_F(SaveMaps, ACellThatTheMapCannotHaveIsDamage)
 {
     ASSERT_EQ(Play(Changing(CHANGES)), "");

@@ -271,6 +271,24 @@ TEST_F(SaveVersions, AnErrorInOnLoadRefusesTheSaveAndTheGameGoesOn)
     }
 }
 
+TEST_F(SaveVersions, AnErrorInOnLoadIsToldWithTheFunctionsThatRan)
+{
+    EXPECT_EQ(Play("game_version(1) room_add{ name = 'cave' }"), "");
+    EXPECT_EQ(Save(), "");
+    EXPECT_EQ(LoadIn("game_version(2) local function turn(vars) return vars.hero.hp end\n"
+                     "function on_load(from, data) local lives = 3 data.vars.hp = turn(data.vars) end room_add{}"),
+              Refusal("on_load failed: main.lua:1: attempt to index a nil value (field 'hero')"));
+    EXPECT_EQ(log, "main.lua:1: attempt to index a nil value (field 'hero')\n"
+                   "    on_load\n"
+                   "    room room0, frame 0\n"
+                   "    main.lua:1: in turn\n"
+                   "        vars = {}\n"
+                   "    main.lua:2: in a function of line 2\n"
+                   "        from = 1\n"
+                   "        data = {frame = 1, instances = {...}, room = \"cave\", vars = {...}}\n"
+                   "        lives = 3\n");
+}
+
 // ---- game_version, names ----
 
 TEST_F(SaveVersions, WrongCallsAreRefused)
