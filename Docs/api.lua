@@ -603,7 +603,7 @@ function draw_sprite(sprite, frame, x, y) end
 ---@param alpha? number 0 is invisible, 1 covers
 function draw_sprite_ext(sprite, frame, x, y, xscale, yscale, angle, colour, alpha) end
 
----Many at once: `draw_sprite` for each entry of the lists. The quickest way to draw thousands
+---Many at once: `draw_sprite` for each entry of the lists, the quickest way to draw thousands. A wrong entry is refused, and nothing is drawn
 ---@param sprite integer a sprite, as sprite_add gave it; -1 for a plain colour in space
 ---@param frame_list number[] for each sprite its picture, from 0; wraps around
 ---@param x_list number[] for each sprite its x; as many as in frame_list
