@@ -88,8 +88,8 @@ void CutIntoFrames(Picture& picture, const uint8_t* data, size_t size)
                                 1 + static_cast<int>(choices.Below(4)),
                                 1 + static_cast<int>(choices.Below(4))};
     JoinFrames(picture, layout);
-    const int left = choices.Bits<int16_t>();
-    CropPicture(picture, left, choices.Bits<int16_t>(), width, height);
+    const int left = choices.Bits<uint16_t>();
+    CropPicture(picture, left, choices.Bits<uint16_t>(), width, height);
     const uint8_t shade = choices.Byte();
     ClearColour(picture, shade, shade, choices.Byte());
     DivideByAlpha(picture);

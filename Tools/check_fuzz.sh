@@ -1,4 +1,4 @@
-# The step of ./check --night that plays the corpora of all fuzz targets and fuzzes each for some seconds. Sourced after
+# The step of ./check --all that plays the corpora of all fuzz targets and fuzzes each for some seconds. Sourced after
 # Tools/checks.sh, not run.
 source Tools/fuzzing.sh
 

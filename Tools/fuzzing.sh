@@ -1,4 +1,4 @@
-# Shell functions of ./fuzz and ./check --night. Sourced after Tools/steps.sh, not run.
+# Shell functions of ./fuzz and ./check --all. Sourced after Tools/steps.sh, not run.
 #
 # build_fuzz_target [TARGET]       builds one target, or all
 # fuzz_target TARGET SECONDS       fuzzes; fails with the line that plays the input again
