@@ -17,7 +17,8 @@ constexpr char SCRIPT[] = ".lua";
 constexpr char ARCHIVE[] = ".zip";
 constexpr char MAC_FOLDER[] = "__MACOSX/"; // what some systems add to every archive
 
-bool EndsWith(const std::string& text, const char* end)
+// Some systems write it in capitals.
+bool HasExtension(const std::string& text, const char* end)
 {
     const std::string wanted = end;
     return text.size() >= wanted.size() && strcasecmp(text.c_str() + text.size() - wanted.size(), end) == 0;
@@ -45,7 +46,8 @@ std::vector<std::string> ScriptsIn(const std::string& folder, const FileContents
 {
     std::vector<std::string> scripts;
     for (const auto& [name, content] : files)
-        if (name.rfind(folder, 0) == 0 && name.find('/', folder.size()) == std::string::npos && EndsWith(name, SCRIPT))
+        if (name.rfind(folder, 0) == 0 && name.find('/', folder.size()) == std::string::npos &&
+            HasExtension(name, SCRIPT))
             scripts.push_back(name);
     return scripts;
 }
@@ -57,7 +59,7 @@ std::string ArchiveIn(const std::string& path)
     for (size_t end = std::min(path.find('/', 1), path.size());; end = std::min(path.find('/', end + 1), path.size()))
     {
         std::string part = path.substr(0, end);
-        if (EndsWith(part, ARCHIVE) && std::filesystem::is_regular_file(part, ignored))
+        if (HasExtension(part, ARCHIVE) && std::filesystem::is_regular_file(part, ignored))
             return part;
         if (end == path.size())
             return "";

@@ -3,6 +3,7 @@
 #include "Files/Graphics/Camera_Manager.h"
 #include "Files/Graphics/Function_Arguments.h"
 #include "Files/Run/Run_Globals.h"
+#include "Runner/Base/Ends_With.h"
 #include "Runner/Host/Code.h"
 #include "Runner/Host/Collector.h"
 #include "Runner/Host/Memory.h"
@@ -33,11 +34,6 @@ constexpr char WRONG_COUNT[] = "() - wrong number of arguments";
 bool CountsItsArguments(std::string_view builtin)
 {
     return builtin.substr(0, 5) != "view_" && builtin != "camera_set_default";
-}
-
-bool EndsWith(std::string_view text, std::string_view end)
-{
-    return text.size() >= end.size() && text.substr(text.size() - end.size()) == end;
 }
 
 const KvSignature* FindSignature(std::string_view builtin)

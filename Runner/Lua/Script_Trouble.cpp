@@ -1,5 +1,6 @@
 #include "Runner/Lua/Script_Trouble.h"
 
+#include "Runner/Base/Ends_With.h"
 #include "Runner/Lua/Value_Text.h"
 
 #include <lua.hpp>
@@ -45,7 +46,7 @@ void AddLocals(lua_State* L, const lua_Debug& frame, StackLevel& level)
 }
 
 // The error at this index, when it is a text.
-std::optional<std::string_view> TextAt(lua_State* L, int index)
+std::optional<std::string_view> ErrorTextAt(lua_State* L, int index)
 {
     if (lua_type(L, index) != LUA_TSTRING)
         return std::nullopt;
@@ -56,11 +57,6 @@ std::optional<std::string_view> TextAt(lua_State* L, int index)
 
 // "main.lua:12"
 std::string LineOf(const StackLevel& level) { return level.place.substr(0, level.place.find(": in ")); }
-
-bool EndsWith(std::string_view text, std::string_view end)
-{
-    return text.size() >= end.size() && text.substr(text.size() - end.size()) == end;
-}
 } // namespace
 
 std::vector<StackLevel> RunningFunctions(lua_State* L)
@@ -91,7 +87,7 @@ void RaisedAgain::KeepEvent(const std::string& error, const ScriptTrouble& troub
 void RaisedAgain::KeepCoroutine(lua_State* failed)
 try
 {
-    const std::string_view text = TextAt(failed, -1).value_or("");
+    const std::string_view text = ErrorTextAt(failed, -1).value_or("");
     if (text.size() > TEXT_KEPT || lua_checkstack(failed, LUA_MINSTACK) == 0)
         return Forget();
     Kept kept;
@@ -112,7 +108,7 @@ catch (const std::bad_alloc&)
 // end.
 bool RaisedAgain::IsKept(lua_State* L, int index) const
 {
-    const std::optional<std::string_view> text = TextAt(L, index);
+    const std::optional<std::string_view> text = ErrorTextAt(L, index);
     if (!text.has_value())
         return m_kept->value != nullptr && m_kept->value == lua_topointer(L, index);
     const bool hasPosition = m_kept->text.find(": ") != std::string::npos;
