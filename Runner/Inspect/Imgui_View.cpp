@@ -66,12 +66,12 @@ public:
         const bool isKept = isLeftAlone && m_hasPicture && m_waited < PANEL_AGE;
         if (!isKept)
         {
-            Feed(canvas, input);
+            const bool isResized = Feed(canvas, input);
             ImGui_ImplOpenGL3_NewFrame();
             ImGui::NewFrame();
-            m_overlays.DrawSurfaces(overlays, *game.CurrentPainter(), canvas);
+            m_overlays.DrawSurfaces(overlays, *game.CurrentPainter(), canvas, isResized);
             DragInViews(inspector, canvas);
-            DrawPanel(inspector, profile);
+            DrawPanel(inspector, profile, isResized);
             ImGui::Render();
         }
         m_overlays.DrawScreen(overlays, canvas, SeenPart(canvas));
@@ -106,10 +106,13 @@ private:
                !io.WantCaptureKeyboard && !isPressed && !isOver;
     }
 
-    void Feed(const InspectorCanvas& canvas, const PanelInput& input)
+    // True: the canvas has another size than before.
+    bool Feed(const InspectorCanvas& canvas, const PanelInput& input)
     {
         ImGuiIO& io = ImGui::GetIO();
-        io.DisplaySize = ImVec2(static_cast<float>(canvas.width), static_cast<float>(canvas.height));
+        const ImVec2 size(static_cast<float>(canvas.width), static_cast<float>(canvas.height));
+        const bool isResized = size.x != io.DisplaySize.x || size.y != io.DisplaySize.y;
+        io.DisplaySize = size;
         io.FontGlobalScale = canvas.scale;
         io.DeltaTime = std::max(m_waited, 1e-4f);
         io.MousePos = ImVec2(input.mouseX, input.mouseY);
@@ -122,6 +125,7 @@ private:
         io.KeyShift = input.shift;
         io.AddInputCharactersUTF8(input.text.c_str());
         m_waited = 0.0f;
+        return isResized;
     }
 
     // ---- over the views ----
@@ -154,13 +158,14 @@ private:
 
     // ---- the panel ----
 
-    void DrawPanel(Inspector& inspector, const Profile* profile)
+    void DrawPanel(Inspector& inspector, const Profile* profile, bool isResized)
     {
         const ImGuiIO& io = ImGui::GetIO();
+        const ImGuiCond placing = PlacingOf(isResized);
         const float width =
             std::min(io.DisplaySize.x, std::max(io.DisplaySize.x * PANEL_SHARE, 380.0f * io.FontGlobalScale));
-        ImGui::SetNextWindowPos(ImVec2(io.DisplaySize.x - width, 0.0f), ImGuiCond_FirstUseEver);
-        ImGui::SetNextWindowSize(ImVec2(width, io.DisplaySize.y), ImGuiCond_FirstUseEver);
+        ImGui::SetNextWindowPos(ImVec2(io.DisplaySize.x - width, 0.0f), placing);
+        ImGui::SetNextWindowSize(ImVec2(width, io.DisplaySize.y), placing);
         m_isAlone = inspector.Notes().SurfaceViews().empty();
         ImGui::SetNextWindowBgAlpha(m_isAlone ? 0.0f : 0.9f);
         m_isOpen = ImGui::Begin("Inspector");
