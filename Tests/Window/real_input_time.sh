@@ -33,6 +33,36 @@ END
         fail "a tenth of $last is not $(last_frame)"
 }
 
+# While the inspector is open the bar takes the mouse all the same, also where the panel lies behind it.
+bar_over_inspector() {
+    play <<END
+$head
+function watch_input()
+    print("frame " .. frame_number())
+    if mouse_pressed("left") then print("click") end
+end
+END
+    hear 'frame 60'
+    xdotool key F10
+    sleep 0.3
+    xdotool key F1
+    sleep 1
+    ! grep -q "without the inspector" "$log" || return 0 # a build without Dear ImGui
+    local last at
+    for at in 576 64; do
+        last=$(last_frame)
+        point "$at" 355
+        xdotool click 1
+        sleep 0.7
+        : >"$log"
+        xdotool key F8 # what came later is forgotten
+        hear 'frame .*'
+        [ "$(last_frame)" -ge $((last * at / 640 - 2)) ] && [ "$(last_frame)" -le $((last * at / 640 + 2)) ] ||
+            fail "$at of 640 of $last is not $(last_frame)"
+        not_heard click
+    done
+}
+
 # A recording in the window is gone back in as a play is; every frame is the recorded one, and the end tells nothing.
 replay_time() {
     {
