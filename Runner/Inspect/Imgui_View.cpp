@@ -15,6 +15,7 @@
 
 #include <algorithm>
 #include <cfloat>
+#include <cmath>
 #include <tuple>
 
 namespace Runner
@@ -280,10 +281,11 @@ private:
         inspector.aside.clear();
     }
 
+    // One line from the start, so that nothing below moves away under the mouse with the first change.
     void DrawChanges()
     {
         if (changes.empty())
-            return;
+            return ImGui::TextDisabled("no changes by hand");
         const CameraChange& last = changes.back();
         ImGui::TextDisabled("%zu changes by hand, the last: camera %d, %s = %s", changes.size(), last.camera,
                             last.field.c_str(), NumberText(last.value).c_str());
@@ -333,7 +335,7 @@ private:
             isChanged = ImGui::InputInt(label.c_str(), &target, 0, 0, ImGuiInputTextFlags_EnterReturnsTrue);
             value = static_cast<float>(target);
         }
-        if (isChanged)
+        if (isChanged && std::isfinite(value)) // a typed number may be too large
             m_made.push_back({m_frame, camera.GetID(), field.name, value});
         ImGui::SameLine();
         ImGui::TextDisabled("%s", field.member == nullptr ? row.value.c_str() : row.unit);
@@ -342,7 +344,7 @@ private:
     static void DrawProfile(const ProfileContent& content)
     {
         ImGui::Text("the last %zu frames, milliseconds a frame", content.frames);
-        if (!ImGui::BeginTable("parts", 3))
+        if (!ImGui::BeginTable("parts", 3, ImGuiTableFlags_SizingFixedFit)) // whole names
             return;
         const auto row = [](const char* name, double milliseconds, const std::string& more)
         {

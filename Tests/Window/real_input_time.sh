@@ -63,6 +63,35 @@ END
     done
 }
 
+# A number is typed after a double click. One that is too large for a float changes nothing.
+typing() {
+    play <<END
+$head
+last = 0
+function watch_input()
+    local height = camera_get_view_height(view_get_camera(0))
+    if height ~= last then print("height " .. height) end
+    last = height
+end
+END
+    xdotool key F1
+    sleep 1
+    ! grep -q "without the inspector" "$log" || return 0 # a build without Dear ImGui
+    local number
+    for number in 1e999 45; do
+        point $HEIGHT
+        xdotool click --repeat 2 --delay 60 1
+        sleep 0.5
+        xdotool key ctrl+a
+        xdotool type --delay 60 "$number"
+        xdotool key Return
+        sleep 0.5
+    done
+    hear 'height 45'
+    not_heard 'height .*(inf|nan).*'
+}
+HEIGHT="430 347" # its field in the panel
+
 # A recording in the window is gone back in as a play is; every frame is the recorded one, and the end tells nothing.
 replay_time() {
     {
