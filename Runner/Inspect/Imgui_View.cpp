@@ -281,11 +281,11 @@ private:
         inspector.aside.clear();
     }
 
-    // One line from the start, so that nothing below moves away under the mouse with the first change.
+    // One line also without any, so that nothing below moves away under the mouse with the first change.
     void DrawChanges()
     {
         if (changes.empty())
-            return ImGui::TextDisabled("no changes by hand");
+            return ImGui::NewLine();
         const CameraChange& last = changes.back();
         ImGui::TextDisabled("%zu changes by hand, the last: camera %d, %s = %s", changes.size(), last.camera,
                             last.field.c_str(), NumberText(last.value).c_str());
