@@ -35,7 +35,8 @@ PanelEvent TakeKey(const SDL_KeyboardEvent& event, PanelInput& input)
         input.keys[index] = isDown;
         input.typed[index] = input.typed[index] || isDown;
     }
-    return isDown ? PanelEvent::Keyboard : PanelEvent::None;
+    const bool types = event.keysym.sym < SDLK_F1 || event.keysym.sym > SDLK_F12; // these are the Runner's at first
+    return isDown && types ? PanelEvent::Keyboard : PanelEvent::None;
 }
 
 // SDL counts the mouse in points, of which a fine display has several pixels each.

@@ -63,7 +63,8 @@ END
     done
 }
 
-# A number is typed after a double click. One that is too large for a float changes nothing.
+# A number is typed after a double click. One that is too large for a float changes nothing. The
+# Runner's own keys work meanwhile.
 typing() {
     play <<END
 $head
@@ -72,6 +73,7 @@ function watch_input()
     local height = camera_get_view_height(view_get_camera(0))
     if height ~= last then print("height " .. height) end
     last = height
+    if mouse_pressed("left") then print("click") end
 end
 END
     xdotool key F1
@@ -89,6 +91,14 @@ END
     done
     hear 'height 45'
     not_heard 'height .*(inf|nan).*'
+    point $HEIGHT
+    xdotool click --repeat 2 --delay 60 1
+    sleep 0.5
+    not_heard click
+    xdotool key F1
+    sleep 0.5
+    xdotool click 1
+    hear click
 }
 HEIGHT="430 347" # its field in the panel
 
