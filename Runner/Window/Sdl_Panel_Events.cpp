@@ -35,7 +35,8 @@ PanelEvent TakeKey(const SDL_KeyboardEvent& event, PanelInput& input)
         input.keys[index] = isDown;
         input.typed[index] = input.typed[index] || isDown;
     }
-    const bool types = event.keysym.sym < SDLK_F1 || event.keysym.sym > SDLK_F12; // these are the Runner's at first
+    // Function keys type nothing, and most of the Runner's own keys are among them.
+    const bool types = event.keysym.sym < SDLK_F1 || event.keysym.sym > SDLK_F12;
     return isDown && types ? PanelEvent::Keyboard : PanelEvent::None;
 }
 
