@@ -19,7 +19,8 @@ void LiveInspector::Open()
     m_isOpen = true;
     if (m_device != nullptr)
         m_preview = std::make_unique<Preview>(*m_device, m_inspector.Notes());
-    if (m_game.FrameNumber() > 0)
+    const bool isKnown = m_inspector.Notes().Frame() == m_game.FrameNumber() - 1; // somebody watched the last frame
+    if (m_game.FrameNumber() > 0 && !isKnown)
         m_inspector.Notes().Look(m_game);
 }
 

@@ -11,6 +11,7 @@ LivePlay::LivePlay(const RunOptions& options, RunStart& start, FILE* err)
       m_timeline(OptionsOfGames(), OpenApi, options.record, start.SaveContent(), ApplyByHand),
       m_settings(options.settings, options.game.settings)
 {
+    m_timeline.watcher = &m_arrival;
     if (start.Replayed() != nullptr)
         m_timeline.Follow(*start.Replayed());
 }
@@ -38,6 +39,8 @@ void LivePlay::LeaveGame()
     if (m_inspector == nullptr)
         return;
     m_aside = m_inspector->Content().aside;
+    m_selected = m_inspector->Content().Selected();
+    m_arrival = FrameNotes();
     GameLeaves();
     m_inspector.reset();
 }
@@ -46,6 +49,8 @@ void LivePlay::EnterGame()
 {
     m_inspector = std::make_unique<LiveInspector>(Now());
     m_inspector->Content().aside = m_aside;
+    m_inspector->Content().Select(m_selected);
+    m_inspector->Content().Notes() = m_arrival;
     m_inspector->onChange = [this](const CameraChange& change) {
         m_timeline.Keep({change.camera, change.field, change.value});
     };

@@ -59,5 +59,7 @@ private:
     SettingsKeeper m_settings;
     std::unique_ptr<LiveInspector> m_inspector;
     std::vector<CameraChange> m_aside; // changes by hand that a reload has left out
+    int m_selected = -1;               // camera of the inspector
+    FrameNotes m_arrival;              // of the last frame of a way
 };
 } // namespace Runner

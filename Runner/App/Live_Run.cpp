@@ -72,6 +72,8 @@ void LiveRun::GameEnters()
 {
     m_picture->SetGame(Now());
     m_inspector = std::make_unique<WindowInspector>(m_window, Now(), *CurrentInspector());
+    m_inspector->isElsewhere = [this](float x, float y, bool isPressed)
+    { return m_stage->TakesMouse(x, y, isPressed); };
     if (m_isInspecting)
         m_inspector->Toggle();
 }

@@ -4,6 +4,7 @@
 #include "Runner/Host/Graphics.h"
 #include "Runner/Window/Panel_Events.h"
 
+#include <algorithm>
 #include <utility>
 
 namespace Runner
@@ -11,6 +12,11 @@ namespace Runner
 namespace
 {
 constexpr float NANOSECONDS_OF_A_SECOND = 1e9f;
+
+bool IsAnyDown(const std::array<bool, 3>& buttons)
+{
+    return std::any_of(buttons.begin(), buttons.end(), [](bool isDown) { return isDown; });
+}
 } // namespace
 
 // The view frees what it made in the game's context.
@@ -35,9 +41,17 @@ void WindowInspector::Close()
     m_isWanted = false;
 }
 
+// A drag that began in the inspector stays its own, wherever it leads.
 bool WindowInspector::Keeps(const void* event)
 {
+    const bool isDragging = IsAnyDown(m_input.buttons);
     const PanelEvent kind = TakePanelEvent(event, m_window, m_input);
+    if (kind == PanelEvent::Mouse && !isDragging && isElsewhere != nullptr &&
+        isElsewhere(m_input.mouseX, m_input.mouseY, IsAnyDown(m_input.buttons)))
+    {
+        m_input.buttons = m_input.clicked = {};
+        return false;
+    }
     return kind == PanelEvent::Mouse || (kind == PanelEvent::Keyboard && m_view != nullptr && m_view->WantsKeyboard());
 }
 
@@ -60,7 +74,7 @@ void WindowInspector::Draw(const Port& game)
     m_input.seconds = static_cast<float>(now - std::exchange(m_lastDraw, now)) / NANOSECONDS_OF_A_SECOND;
     const PixelSize pixels = m_window.Pixels();
     const InspectorCanvas canvas = {pixels.width,           pixels.height,           game,
-                                    painter->ScreenWidth(), painter->ScreenHeight(), 1.0f};
+                                    painter->ScreenWidth(), painter->ScreenHeight(), m_window.PixelsPerPoint()};
     for (const CameraChange& change :
          m_view->Draw(m_inspector.Content(), m_game, &m_inspector.Times(), canvas, m_input))
         m_inspector.Take(change);

@@ -22,6 +22,9 @@ public:
 
     void LoseView() { m_view.reset(); } // the game's device is gone, and with it what the view made there
 
+    // Whether the mouse at that place, in pixels of the window, is another one's all the same. Null for never.
+    std::function<bool(float x, float y, bool isPressed)> isElsewhere;
+
     void Toggle() { m_isWanted = !m_isWanted; } // with the next Draw
     void Draw(const Port& game); // where the game's screen stands in the window. Nothing while it is closed
 

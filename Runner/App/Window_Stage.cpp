@@ -152,14 +152,26 @@ bool WindowStage::Do(Command command)
     return !goesBack;
 }
 
+// y: on the game's screen.
+bool WindowStage::IsOnBar(float y) const
+{
+    const auto height = static_cast<float>(m_picture.Size().height);
+    return y >= height * (1.0f - BAR_PART) && y <= height;
+}
+
+bool WindowStage::TakesMouse(float x, float y, bool isPressed)
+{
+    m_isPanelHidden = m_isPanelHidden || (isPressed && IsStanding());
+    return time != nullptr && m_isPaused && (m_isScrubbing || IsOnBar(m_window.Box().ToScreen(x, y).y));
+}
+
 // Dragging along the bar goes to the frame under the mouse.
 void WindowStage::Scrub(const InputFrame& devices)
 {
-    const PixelSize size = m_picture.Size();
-    const auto width = static_cast<float>(size.width), height = static_cast<float>(size.height);
+    const auto width = static_cast<float>(m_picture.Size().width);
     const MouseFrame& mouse = devices.mouse;
     if ((mouse.buttons.pressed & 1) != 0)
-        m_isScrubbing = mouse.y >= height * (1.0f - BAR_PART) && mouse.y <= height;
+        m_isScrubbing = IsOnBar(mouse.y);
     if (time == nullptr || !m_isPaused || !m_isScrubbing)
         return;
     const float part = std::clamp(mouse.x / width, 0.0f, 1.0f);

@@ -61,6 +61,10 @@ public:
 
     StageTime* time = nullptr; // not owned; null: nobody can go back
 
+    // Whether the mouse at that place, in pixels of the window, is for the bar of a game that stands. A press anywhere
+    // takes the list of keys away, which shows while it stands.
+    bool TakesMouse(float x, float y, bool isPressed);
+
     // Drawn over each frame that is shown, between the game's picture and the window's swap. Null for nothing.
     std::function<void(const Port& game)> overlay;
     std::function<void()> toggleInspector; // when its key is pressed; null for nothing
@@ -70,6 +74,7 @@ private:
     void ShowPanel(const Port& game);
     void ShowBar(const Port& game);
     bool Do(Command command);
+    bool IsOnBar(float y) const;
     void Scrub(const InputFrame& devices);
     bool StandStill();
     void TakeCommands();

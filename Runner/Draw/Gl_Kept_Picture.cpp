@@ -9,7 +9,9 @@ namespace Runner
 {
 bool GlKeptPicture::Begin(int width, int height)
 {
-    if (!IsGlVersion3() || width <= 0 || height <= 0)
+    GLint samples = 0; // of what is bound: several cannot take a copy
+    glGetIntegerv(GL_SAMPLES, &samples);
+    if (!IsGlVersion3() || samples > 0 || width <= 0 || height <= 0)
         return false;
     glGetIntegerv(GL_FRAMEBUFFER_BINDING, &m_before);
     if (width != m_width || height != m_height)

@@ -16,7 +16,8 @@ public:
     GlKeptPicture& operator=(const GlKeptPicture&) = delete;
 
     // Binds the framebuffer of a picture of this size. What is drawn into it must be turned upside down: GL counts rows
-    // from below. False, and nothing is bound, where the driver has no such framebuffers or no copies between them.
+    // from below. False, and nothing is bound, where the driver has no such framebuffers or no copies between them, and
+    // where the bound framebuffer has several samples for each pixel.
     bool Begin(int width, int height);
     void End(); // binds what was bound before
 

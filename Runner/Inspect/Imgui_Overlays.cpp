@@ -96,15 +96,15 @@ ImTextureID TextureOf(unsigned texture)
 }
 
 // At first the windows stand below each other on the left. top: of the next one.
-void DrawSurface(ViewOverlay& overlay, unsigned texture, const InspectorCanvas& canvas, float& top)
+void DrawSurface(ViewOverlay& overlay, unsigned texture, const InspectorCanvas& canvas, ImGuiCond placing, float& top)
 {
     const auto width = static_cast<float>(overlay.port.width), height = static_cast<float>(overlay.port.height);
     const float share = std::min(1.0f, SURFACE_SHARE * static_cast<float>(canvas.width) / width);
     const ImGuiStyle& style = ImGui::GetStyle();
     const ImVec2 size(width * share + 2.0f * style.WindowPadding.x,
                       height * share + 2.0f * style.WindowPadding.y + ImGui::GetFrameHeight());
-    ImGui::SetNextWindowPos(ImVec2(SURFACE_MARGIN, top), ImGuiCond_FirstUseEver);
-    ImGui::SetNextWindowSize(size, ImGuiCond_FirstUseEver);
+    ImGui::SetNextWindowPos(ImVec2(SURFACE_MARGIN, top), placing);
+    ImGui::SetNextWindowSize(size, placing);
     top += size.y + SURFACE_MARGIN;
     const std::string title = LabelOf(overlay) + "###surface" + std::to_string(overlay.surface);
     if (ImGui::Begin(title.c_str(), nullptr, ImGuiWindowFlags_NoScrollbar | ImGuiWindowFlags_NoFocusOnAppearing))
@@ -137,6 +137,8 @@ Point OnScreen(const ImVec2& at, const InspectorCanvas& canvas)
             (static_cast<double>(at.y) - canvas.game.y) * canvas.screenHeight / canvas.game.height};
 }
 
+ImGuiCond PlacingOf(bool isResized) { return isResized ? ImGuiCond_Always : ImGuiCond_FirstUseEver; }
+
 SurfacePlaces SurfacePlacesOf(const FrameNotes& notes, const Painter& painter)
 {
     SurfacePlaces places;
@@ -153,12 +155,12 @@ ImguiOverlays::ImguiOverlays()
 }
 
 void ImguiOverlays::DrawSurfaces(std::vector<ViewOverlay>& overlays, const Painter& painter,
-                                 const InspectorCanvas& canvas)
+                                 const InspectorCanvas& canvas, bool isResized)
 {
     float top = SURFACE_MARGIN;
     for (ViewOverlay& overlay : overlays)
         if (overlay.surface != SCREEN_SURFACE)
-            DrawSurface(overlay, painter.SurfaceTexture(overlay.surface), canvas, top);
+            DrawSurface(overlay, painter.SurfaceTexture(overlay.surface), canvas, PlacingOf(isResized), top);
 }
 
 void ImguiOverlays::DrawScreen(std::vector<ViewOverlay>& overlays, const InspectorCanvas& canvas, const Port& seen)

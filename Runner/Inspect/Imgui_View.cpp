@@ -15,6 +15,7 @@
 
 #include <algorithm>
 #include <cfloat>
+#include <cmath>
 #include <tuple>
 
 namespace Runner
@@ -66,12 +67,12 @@ public:
         const bool isKept = isLeftAlone && m_hasPicture && m_waited < PANEL_AGE;
         if (!isKept)
         {
-            Feed(canvas, input);
+            const bool isResized = Feed(canvas, input);
             ImGui_ImplOpenGL3_NewFrame();
             ImGui::NewFrame();
-            m_overlays.DrawSurfaces(overlays, *game.CurrentPainter(), canvas);
+            m_overlays.DrawSurfaces(overlays, *game.CurrentPainter(), canvas, isResized);
             DragInViews(inspector, canvas);
-            DrawPanel(inspector, profile);
+            DrawPanel(inspector, profile, isResized);
             ImGui::Render();
         }
         m_overlays.DrawScreen(overlays, canvas, SeenPart(canvas));
@@ -106,10 +107,13 @@ private:
                !io.WantCaptureKeyboard && !isPressed && !isOver;
     }
 
-    void Feed(const InspectorCanvas& canvas, const PanelInput& input)
+    // True: the canvas has another size than before.
+    bool Feed(const InspectorCanvas& canvas, const PanelInput& input)
     {
         ImGuiIO& io = ImGui::GetIO();
-        io.DisplaySize = ImVec2(static_cast<float>(canvas.width), static_cast<float>(canvas.height));
+        const ImVec2 size(static_cast<float>(canvas.width), static_cast<float>(canvas.height));
+        const bool isResized = size.x != io.DisplaySize.x || size.y != io.DisplaySize.y;
+        io.DisplaySize = size;
         io.FontGlobalScale = canvas.scale;
         io.DeltaTime = std::max(m_waited, 1e-4f);
         io.MousePos = ImVec2(input.mouseX, input.mouseY);
@@ -122,6 +126,7 @@ private:
         io.KeyShift = input.shift;
         io.AddInputCharactersUTF8(input.text.c_str());
         m_waited = 0.0f;
+        return isResized;
     }
 
     // ---- over the views ----
@@ -154,13 +159,14 @@ private:
 
     // ---- the panel ----
 
-    void DrawPanel(Inspector& inspector, const Profile* profile)
+    void DrawPanel(Inspector& inspector, const Profile* profile, bool isResized)
     {
         const ImGuiIO& io = ImGui::GetIO();
+        const ImGuiCond placing = PlacingOf(isResized);
         const float width =
             std::min(io.DisplaySize.x, std::max(io.DisplaySize.x * PANEL_SHARE, 380.0f * io.FontGlobalScale));
-        ImGui::SetNextWindowPos(ImVec2(io.DisplaySize.x - width, 0.0f), ImGuiCond_FirstUseEver);
-        ImGui::SetNextWindowSize(ImVec2(width, io.DisplaySize.y), ImGuiCond_FirstUseEver);
+        ImGui::SetNextWindowPos(ImVec2(io.DisplaySize.x - width, 0.0f), placing);
+        ImGui::SetNextWindowSize(ImVec2(width, io.DisplaySize.y), placing);
         m_isAlone = inspector.Notes().SurfaceViews().empty();
         ImGui::SetNextWindowBgAlpha(m_isAlone ? 0.0f : 0.9f);
         m_isOpen = ImGui::Begin("Inspector");
@@ -275,10 +281,11 @@ private:
         inspector.aside.clear();
     }
 
+    // One line also without any, so that nothing below moves away under the mouse with the first change.
     void DrawChanges()
     {
         if (changes.empty())
-            return;
+            return ImGui::NewLine();
         const CameraChange& last = changes.back();
         ImGui::TextDisabled("%zu changes by hand, the last: camera %d, %s = %s", changes.size(), last.camera,
                             last.field.c_str(), NumberText(last.value).c_str());
@@ -328,7 +335,7 @@ private:
             isChanged = ImGui::InputInt(label.c_str(), &target, 0, 0, ImGuiInputTextFlags_EnterReturnsTrue);
             value = static_cast<float>(target);
         }
-        if (isChanged)
+        if (isChanged && std::isfinite(value)) // a typed number may be too large
             m_made.push_back({m_frame, camera.GetID(), field.name, value});
         ImGui::SameLine();
         ImGui::TextDisabled("%s", field.member == nullptr ? row.value.c_str() : row.unit);
@@ -337,7 +344,7 @@ private:
     static void DrawProfile(const ProfileContent& content)
     {
         ImGui::Text("the last %zu frames, milliseconds a frame", content.frames);
-        if (!ImGui::BeginTable("parts", 3))
+        if (!ImGui::BeginTable("parts", 3, ImGuiTableFlags_SizingFixedFit)) // whole names
             return;
         const auto row = [](const char* name, double milliseconds, const std::string& more)
         {

@@ -35,6 +35,7 @@ public:
 
     FrameObserver& Observer() { return m_notes; }
     void Select(int camera) { m_selected = camera; } // as for DescribePanel
+    int Selected() const { return m_selected; }
     PanelContent Content() const;
     const FrameNotes& Notes() const { return m_notes; }
     FrameNotes& Notes() { return m_notes; }

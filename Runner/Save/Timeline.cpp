@@ -240,7 +240,9 @@ Timeline::Arrival Timeline::PlayOn(int frame, Replay& replay, const Progress& pr
         m_game->CurrentPainter()->SetShown(last - m_position <= PAINTED_FRAMES);
         if (last == frame && done % FRAMES_BETWEEN_REPORTS == 0 && progress && !progress(done, frame - first))
             last = std::min(frame, m_position + PAINTED_FRAMES);
+        m_game->observer = m_position + 1 == last ? watcher : nullptr;
     }
+    m_game->observer = nullptr;
     m_game->CurrentPainter()->SetShown(true);
     m_switch.to = &m_recorder;
     if (!isGood)

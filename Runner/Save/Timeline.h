@@ -73,6 +73,9 @@ public:
     };
     Arrival GoTo(int frame, const Progress& progress); // 0 to Frames()
 
+    // Watches the last frame of each way, in place of who watches the running game. Null for nobody; not owned.
+    FrameObserver* watcher = nullptr;
+
     // Starts the game anew from its files, which have changed, and plays the recorded frames up to that one. The
     // recording is one of the new game from then on, whatever it does with the input.
     Arrival Reload(int frame, const Progress& progress);

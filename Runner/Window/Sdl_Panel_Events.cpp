@@ -1,7 +1,6 @@
 #include "Runner/Window/Panel_Events.h"
 #include "Runner/Window/Sdl_Keys.h"
 
-#include <algorithm>
 #include <iterator>
 
 namespace Runner
@@ -36,11 +35,21 @@ PanelEvent TakeKey(const SDL_KeyboardEvent& event, PanelInput& input)
         input.keys[index] = isDown;
         input.typed[index] = input.typed[index] || isDown;
     }
-    return isDown ? PanelEvent::Keyboard : PanelEvent::None;
+    // Function keys type nothing, and most of the Runner's own keys are among them.
+    const bool types = event.keysym.sym < SDLK_F1 || event.keysym.sym > SDLK_F12;
+    return isDown && types ? PanelEvent::Keyboard : PanelEvent::None;
 }
 
-PanelEvent TakeButton(const SDL_MouseButtonEvent& event, PanelInput& input)
+// SDL counts the mouse in points, of which a fine display has several pixels each.
+void MoveMouse(int x, int y, const Window& window, PanelInput& input)
 {
+    input.mouseX = (static_cast<float>(x) + 0.5f) * window.PixelsPerPoint();
+    input.mouseY = (static_cast<float>(y) + 0.5f) * window.PixelsPerPoint();
+}
+
+PanelEvent TakeButton(const SDL_MouseButtonEvent& event, const Window& window, PanelInput& input)
+{
+    MoveMouse(event.x, event.y, window, input);
     constexpr uint8_t BUTTONS[] = {SDL_BUTTON_LEFT, SDL_BUTTON_RIGHT, SDL_BUTTON_MIDDLE};
     const bool isDown = event.state == SDL_PRESSED;
     for (size_t i = 0; i < std::size(BUTTONS); ++i)
@@ -52,14 +61,9 @@ PanelEvent TakeButton(const SDL_MouseButtonEvent& event, PanelInput& input)
     return isDown ? PanelEvent::Mouse : PanelEvent::None;
 }
 
-// SDL counts the mouse in points, of which a fine display has several pixels each.
-PanelEvent TakeMotion(const SDL_MouseMotionEvent& event, Window& window, PanelInput& input)
+PanelEvent TakeMotion(const SDL_MouseMotionEvent& event, const Window& window, PanelInput& input)
 {
-    int width = 1, height = 1;
-    SDL_GetWindowSize(static_cast<SDL_Window*>(window.Native()), &width, &height);
-    const float scale = static_cast<float>(window.Pixels().width) / static_cast<float>(std::max(1, width));
-    input.mouseX = (static_cast<float>(event.x) + 0.5f) * scale;
-    input.mouseY = (static_cast<float>(event.y) + 0.5f) * scale;
+    MoveMouse(event.x, event.y, window, input);
     return PanelEvent::Mouse;
 }
 } // namespace
@@ -71,7 +75,7 @@ PanelEvent TakePanelEvent(const void* event, Window& window, PanelInput& input)
     {
     case SDL_MOUSEMOTION: return TakeMotion(seen.motion, window, input);
     case SDL_MOUSEBUTTONDOWN:
-    case SDL_MOUSEBUTTONUP: return TakeButton(seen.button, input);
+    case SDL_MOUSEBUTTONUP: return TakeButton(seen.button, window, input);
     case SDL_MOUSEWHEEL: input.wheel += static_cast<float>(seen.wheel.y); return PanelEvent::Mouse;
     case SDL_KEYDOWN:
     case SDL_KEYUP: return TakeKey(seen.key, input);

@@ -112,6 +112,7 @@ public:
     void Poll(int milliseconds) override;
     void ToggleFullscreen() override;
     PixelSize Pixels() const override;
+    float PixelsPerPoint() const override;
     bool IsVisible() const override { return (SDL_GetWindowFlags(m_window) & SDL_WINDOW_MINIMIZED) == 0; }
     int64_t Now() const override;
     void* Native() override { return m_window; }
@@ -225,6 +226,13 @@ PixelSize SdlWindow::Pixels() const
     PixelSize size;
     SDL_GL_GetDrawableSize(m_window, &size.width, &size.height);
     return {std::max(1, size.width), std::max(1, size.height)};
+}
+
+float SdlWindow::PixelsPerPoint() const
+{
+    int width = 1, height = 1;
+    SDL_GetWindowSize(m_window, &width, &height);
+    return static_cast<float>(Pixels().width) / static_cast<float>(std::max(1, width));
 }
 
 void SdlWindow::ToggleFullscreen()

@@ -40,9 +40,10 @@ public:
     virtual void Swap() = 0;                 // shows what was drawn; may wait for the display
     virtual void Poll(int milliseconds) = 0; // waits at most so long for something to happen, and takes note of it
     virtual void ToggleFullscreen() = 0;
-    virtual PixelSize Pixels() const = 0; // of what can be drawn into
-    virtual bool IsVisible() const = 0;   // false while it is minimised
-    virtual int64_t Now() const = 0;      // nanoseconds
+    virtual PixelSize Pixels() const = 0;                 // of what can be drawn into
+    virtual float PixelsPerPoint() const { return 1.0f; } // more than 1 on a fine display, where letters are larger
+    virtual bool IsVisible() const = 0;                   // false while it is minimised
+    virtual int64_t Now() const = 0;                      // nanoseconds
 
     Letterbox Box() const { return {m_screen, Pixels()}; } // where the screen stands
 

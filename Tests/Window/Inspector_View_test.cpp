@@ -1,10 +1,13 @@
 // The inspector's panel over a game: its picture is kept while nobody uses it, and is what would be drawn anew.
-#include "Runner/App/Live_Inspector.h"
+#include "Runner/App/Window_Inspector.h"
+#include "Runner/Draw/Gl_Kept_Picture.h"
+#include "Runner/Draw/Gl_Program.h"
 #include "Runner/Draw/Painter.h"
 #include "Runner/Inspect/Inspector_View.h"
 #include "Tests/Runner/Support/Game_Support.h"
+#include "Tests/Runner/Support/Scripted_Window.h"
 
-#include <GLES2/gl2.h>
+#include <GLES3/gl3.h>
 
 namespace
 {
@@ -34,18 +37,25 @@ protected:
         glBindFramebuffer(GL_FRAMEBUFFER, m_framebuffer);
         glFramebufferTexture2D(GL_FRAMEBUFFER, GL_COLOR_ATTACHMENT0, GL_TEXTURE_2D, texture, 0);
         ASSERT_EQ(glCheckFramebufferStatus(GL_FRAMEBUFFER), static_cast<GLenum>(GL_FRAMEBUFFER_COMPLETE));
-        if ((m_view = InspectorView::Open()) == nullptr)
+        if ((view = InspectorView::Open()) == nullptr)
             GTEST_SKIP() << "this runner was built without the inspector's panel";
     }
 
     void TearDown() override
     {
-        m_view.reset();
+        view.reset();
         live.reset();
     }
 
     // What shows after a draw, so many seconds after the one before.
     std::vector<uint8_t> Draw(float seconds, float mouseX = FAR_AWAY, float mouseY = FAR_AWAY)
+    {
+        return DrawOn({WIDTH, HEIGHT, {0, 0, WIDTH, HEIGHT}, 400, 300, 1.0f}, seconds, mouseX, mouseY);
+    }
+
+    // In a window of another size the canvas is the lower left part of the same pixels.
+    std::vector<uint8_t> DrawOn(const InspectorCanvas& canvas, float seconds, float mouseX = FAR_AWAY,
+                                float mouseY = FAR_AWAY)
     {
         glBindFramebuffer(GL_FRAMEBUFFER, m_framebuffer);
         glScissor(0, 0, WIDTH, HEIGHT);
@@ -55,8 +65,7 @@ protected:
         input.seconds = seconds;
         input.mouseX = mouseX;
         input.mouseY = mouseY;
-        const InspectorCanvas canvas = {WIDTH, HEIGHT, {0, 0, WIDTH, HEIGHT}, 400, 300, 1.0f};
-        EXPECT_TRUE(m_view->Draw(live->Content(), *game, nullptr, canvas, input).empty());
+        EXPECT_TRUE(view->Draw(live->Content(), *game, nullptr, canvas, input).empty());
         std::vector<uint8_t> pixels(size_t{WIDTH} * HEIGHT * 4);
         glReadPixels(0, 0, WIDTH, HEIGHT, GL_RGBA, GL_UNSIGNED_BYTE, pixels.data());
         return pixels;
@@ -77,9 +86,9 @@ protected:
     }
 
     std::unique_ptr<LiveInspector> live;
+    std::unique_ptr<InspectorView> view;
 
 private:
-    std::unique_ptr<InspectorView> m_view;
     GLuint m_framebuffer = 0; // the context that has it goes with the game
 };
 
@@ -110,5 +119,65 @@ TEST_F(InspectorPanel, TellsAtOnceWhatHasChangedWhileTheMouseIsOverIt)
     EXPECT_TRUE(Draw(SOON, x, y) == before);
     MoveCamera(123.0f);
     EXPECT_FALSE(Draw(SOON, x, y) == before);
+}
+
+// A window that was shrunk must not leave the panel where nobody reaches its title.
+TEST_F(InspectorPanel, StandsAtTheRightAgainAfterTheWindowWasOnePixel)
+{
+    const std::vector<uint8_t> before = DrawSettled();
+    DrawOn({1, 1, {0, 0, 1, 1}, 400, 300, 1.0f}, LATER);
+    DrawOn({1, 1, {0, 0, 1, 1}, 400, 300, 1.0f}, LATER);
+    EXPECT_TRUE(DrawSettled() == before);
+}
+
+class FineWindow : public RunnerTest::ScriptedWindow
+{
+public:
+    FineWindow(float pixelsPerPoint, RunnerTest::WindowLog& log) : ScriptedWindow({}, log), m_fineness(pixelsPerPoint)
+    {
+    }
+    PixelSize Pixels() const override { return {WIDTH, HEIGHT}; }
+    float PixelsPerPoint() const override { return m_fineness; }
+
+private:
+    const float m_fineness;
+};
+
+// The title is one line of 13 pixels with 3 above and below: 19 rows, and 32 with letters twice as large.
+TEST_F(InspectorPanel, HasLargerLettersOnAFineDisplay)
+{
+    for (const int fineness : {1, 2})
+    {
+        view.reset();
+        RunnerTest::WindowLog log;
+        FineWindow window(static_cast<float>(fineness), log);
+        WindowInspector inspector(window, *game, *live);
+        inspector.Toggle();
+        for (int i = 0; i < SETTLED; ++i)
+            inspector.Draw({0, 0, WIDTH, HEIGHT});
+        uint32_t title = 0, below = 0;
+        glReadPixels(WIDTH - 40, HEIGHT - 11, 1, 1, GL_RGBA, GL_UNSIGNED_BYTE, &title);
+        glReadPixels(WIDTH - 40, HEIGHT - 26, 1, 1, GL_RGBA, GL_UNSIGNED_BYTE, &below);
+        EXPECT_EQ(title == below, fineness == 2) << fineness << ": " << title << ", " << below;
+    }
+}
+
+TEST_F(InspectorPanel, IsNotKeptForAWindowOfSeveralSamples)
+{
+    if (!IsGlVersion3())
+        GTEST_SKIP() << "this driver has no framebuffers of several samples";
+    GLuint framebuffer = 0, pixels = 0;
+    glGenRenderbuffers(1, &pixels);
+    glBindRenderbuffer(GL_RENDERBUFFER, pixels);
+    glRenderbufferStorageMultisample(GL_RENDERBUFFER, 4, GL_RGBA8, WIDTH, HEIGHT);
+    glGenFramebuffers(1, &framebuffer);
+    glBindFramebuffer(GL_FRAMEBUFFER, framebuffer);
+    glFramebufferRenderbuffer(GL_FRAMEBUFFER, GL_COLOR_ATTACHMENT0, GL_RENDERBUFFER, pixels);
+    ASSERT_EQ(glCheckFramebufferStatus(GL_FRAMEBUFFER), static_cast<GLenum>(GL_FRAMEBUFFER_COMPLETE));
+    GlKeptPicture picture;
+    EXPECT_FALSE(picture.Begin(10, 10)) << "nothing can be copied into them";
+    GLint bound = 0;
+    glGetIntegerv(GL_FRAMEBUFFER_BINDING, &bound);
+    EXPECT_EQ(bound, static_cast<GLint>(framebuffer));
 }
 } // namespace

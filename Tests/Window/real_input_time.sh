@@ -33,6 +33,75 @@ END
         fail "a tenth of $last is not $(last_frame)"
 }
 
+# While the inspector is open the bar takes the mouse all the same, also where the panel lies behind it.
+bar_over_inspector() {
+    play <<END
+$head
+function watch_input()
+    print("frame " .. frame_number())
+    if mouse_pressed("left") then print("click") end
+end
+END
+    hear 'frame 60'
+    xdotool key F10
+    sleep 0.3
+    xdotool key F1
+    sleep 1
+    ! grep -q "without the inspector" "$log" || return 0 # a build without Dear ImGui
+    local last at
+    for at in 576 64; do
+        last=$(last_frame)
+        point "$at" 355
+        xdotool click 1
+        sleep 0.7
+        : >"$log"
+        xdotool key F8 # what came later is forgotten
+        hear 'frame .*'
+        [ "$(last_frame)" -ge $((last * at / 640 - 2)) ] && [ "$(last_frame)" -le $((last * at / 640 + 2)) ] ||
+            fail "$at of 640 of $last is not $(last_frame)"
+        not_heard click
+    done
+}
+
+# A number is typed after a double click. One that is too large for a float changes nothing. The
+# Runner's own keys work meanwhile.
+typing() {
+    play <<END
+$head
+last = 0
+function watch_input()
+    local height = camera_get_view_height(view_get_camera(0))
+    if height ~= last then print("height " .. height) end
+    last = height
+    if mouse_pressed("left") then print("click") end
+end
+END
+    xdotool key F1
+    sleep 1
+    ! grep -q "without the inspector" "$log" || return 0 # a build without Dear ImGui
+    local number
+    for number in 1e999 45; do
+        point $HEIGHT
+        xdotool click --repeat 2 --delay 60 1
+        sleep 0.5
+        xdotool key ctrl+a
+        xdotool type --delay 60 "$number"
+        xdotool key Return
+        sleep 0.5
+    done
+    hear 'height 45'
+    not_heard 'height .*(inf|nan).*'
+    point $HEIGHT
+    xdotool click --repeat 2 --delay 60 1
+    sleep 0.5
+    not_heard click
+    xdotool key F1
+    sleep 0.5
+    xdotool click 1
+    hear click
+}
+HEIGHT="430 347" # its field in the panel
+
 # A recording in the window is gone back in as a play is; every frame is the recorded one, and the end tells nothing.
 replay_time() {
     {
