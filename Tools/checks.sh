@@ -52,9 +52,12 @@ check_suite() {
 }
 
 # lint BUILD CHECKS FILES...: reads the compile commands of the build. CHECKS are added to those of .clang-tidy. What only
-# this compiler warns of is no finding; the counts of what system headers would be told are left out.
+# this compiler warns of is no finding; the counts of what system headers would be told are left out. Headers that another
+# compiler has precompiled are none to it: they are left out of the commands.
 lint() {
-    local directory=$1 checks=$2
+    local directory=$1/tidy checks=$2
+    mkdir -p "$directory"
+    sed -E 's/-include [^ ]*cmake_pch\.hxx //g' "$1/compile_commands.json" >"$directory/compile_commands.json"
     shift 2
     git ls-files -z "$@" |
         xargs -0 -P "$(nproc)" -n 4 \
