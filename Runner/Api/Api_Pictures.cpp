@@ -2,6 +2,8 @@
 #include "Runner/Game/Game.h"
 #include "Runner/Host/Convert.h"
 
+#include <algorithm>
+
 namespace Runner
 {
 namespace
@@ -112,11 +114,31 @@ int DrawSpriteExt(Arguments& call)
     return 0;
 }
 
-int ListLength(const Arguments& call, int i)
+lua_Integer ListLength(const Arguments& call, int i)
 {
     if (!lua_istable(call.L, i))
         call.FailArgument(i, "is a table of numbers, got " + DescribeAt(call.L, i));
-    return static_cast<int>(lua_rawlen(call.L, i));
+    return static_cast<lua_Integer>(lua_rawlen(call.L, i));
+}
+
+// The places of a call's lists. The length of a list with holes may be any number up to 2^62: memory and work are taken
+// as entries are found, and the first hole is refused.
+std::vector<SpritePlace> ReadPlaces(const Arguments& call, lua_Integer count)
+{
+    constexpr lua_Integer entriesAtOnce = 1024;
+    std::vector<SpritePlace> places;
+    for (lua_Integer start = 1; start <= count; start += entriesAtOnce)
+    {
+        const lua_Integer entries = std::min(entriesAtOnce, count - start + 1);
+        luai_work(static_cast<size_t>(entries) * WORK_OF_A_LISTED_SPRITE);
+        for (lua_Integer i = start; i < start + entries; ++i)
+        {
+            const int frame = NearestInteger<int>(call.NumberEntry(2, i));
+            const float x = call.FloatEntry(3, i);
+            places.push_back({frame, x, call.FloatEntry(4, i)});
+        }
+    }
+    return places;
 }
 
 // Everything is read before anything is drawn: a call that is refused draws nothing.
@@ -124,22 +146,13 @@ int DrawSprites(Arguments& call)
 {
     Painter& painter = DrawingPainter(call);
     const int sprite = call.Whole(1);
-    const int count = ListLength(call, 2);
+    const lua_Integer count = ListLength(call, 2);
     for (int list = 3; list <= 4; ++list)
-        if (const int length = ListLength(call, list); length != count)
+        if (ListLength(call, list) != count)
             call.FailArgument(list, "has as many entries as frame_list, " + std::to_string(count) + ", got " +
                                         DescribeListAt(call.L, list));
     Info(call); // refuses a sprite that is not there once, not for each entry
-    luai_work(static_cast<size_t>(count) * WORK_OF_A_LISTED_SPRITE);
-    std::vector<SpritePlace> places(static_cast<size_t>(count));
-    for (int i = 0; i < count; ++i)
-    {
-        SpritePlace& place = places[static_cast<size_t>(i)];
-        place.frame = NearestInteger<int>(call.NumberEntry(2, i + 1));
-        place.x = call.FloatEntry(3, i + 1);
-        place.y = call.FloatEntry(4, i + 1);
-    }
-    painter.Sprites(sprite, places);
+    painter.Sprites(sprite, ReadPlaces(call, count));
     return 0;
 }
 

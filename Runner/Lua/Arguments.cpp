@@ -170,7 +170,7 @@ template <typename T> T ScriptArguments::Checked(int i, T (*read)(lua_State*, in
     }
 }
 
-template <typename T> T ScriptArguments::Entry(int i, int entry, T (*read)(lua_State*, int)) const
+template <typename T> T ScriptArguments::Entry(int i, lua_Integer entry, T (*read)(lua_State*, int)) const
 {
     lua_rawgeti(L, i, entry);
     try
@@ -194,8 +194,8 @@ std::string ScriptArguments::Text(int i) const { return Checked(i, TextAt); }
 
 int ScriptArguments::Function(int i) const { return Checked(i, FunctionAt); }
 void ScriptArguments::Table(int i) const { Checked(i, CheckTableAt); }
-double ScriptArguments::NumberEntry(int i, int entry) const { return Entry(i, entry, NumberAt); }
-float ScriptArguments::FloatEntry(int i, int entry) const { return Entry(i, entry, FiniteAt); }
+double ScriptArguments::NumberEntry(int i, lua_Integer entry) const { return Entry(i, entry, NumberAt); }
+float ScriptArguments::FloatEntry(int i, lua_Integer entry) const { return Entry(i, entry, FiniteAt); }
 
 Instance* ScriptArguments::FindInstance(int i) const { return World::Current()->Find(Checked(i, InstanceNumberAt)); }
 

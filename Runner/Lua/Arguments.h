@@ -62,8 +62,8 @@ public:
     void Table(int i) const;   // checks that it is one
 
     // An entry of the table that is argument i, counted from 1. Errors name both.
-    double NumberEntry(int i, int entry) const;
-    float FloatEntry(int i, int entry) const; // finite
+    double NumberEntry(int i, lua_Integer entry) const;
+    float FloatEntry(int i, lua_Integer entry) const; // finite
 
     Instance* FindInstance(int i) const; // named by its identifier or self; null when it does not exist
     ObjectType& Object(int i) const;     // named by its index; throws when there is none
@@ -79,7 +79,7 @@ public:
 
 private:
     template <typename T> T Checked(int i, T (*read)(lua_State*, int)) const;
-    template <typename T> T Entry(int i, int entry, T (*read)(lua_State*, int)) const;
+    template <typename T> T Entry(int i, lua_Integer entry, T (*read)(lua_State*, int)) const;
 
     const FunctionHead& m_function;
 };

@@ -59,6 +59,16 @@ TEST_F(SpriteLists, ListsOfDifferentLengthsAreRefused)
     EXPECT_EQ(Draw("draw_sprites(7, {1}, {8}, {8})"), "main.lua:3: draw_sprites() - there is no sprite 7");
 }
 
+// The length of such a list is 2^30 or 2^62 by Lua's rules: memory for as many entries is not there, and the second
+// does not fit into an int.
+TEST_F(SpriteLists, AHoleIsRefusedHoweverLongTheListSaysThatItIs)
+{
+    for (const char* const power : {"30", "62"})
+        EXPECT_EQ(Draw(std::string("local l = {} for i = ") + power + ", 0, -1 do l[1 << i] = 8 end\n" +
+                       "assert(rawlen(l) == 1 << " + power + ") draw_sprites(S, l, l, l)"),
+                  "main.lua:4: draw_sprites: argument 2 (frame_list), entry 3 is a number, got nil");
+}
+
 TEST_F(SpriteLists, NoMetamethodRuns)
 {
     ASSERT_EQ(Draw("local lists = setmetatable({}, { __len = function() error('len') end, __index = error })\n"
