@@ -31,9 +31,8 @@ constexpr NamedColour COLOURS[] = {
 void RaisePainterError(const Arguments& call)
 {
     Painter* painter = call.game.CurrentPainter();
-    const std::string problem = painter == nullptr ? "" : painter->TakeError();
-    if (!problem.empty())
-        call.Fail(problem);
+    if (painter != nullptr && painter->HasError())
+        call.Fail(painter->TakeError());
 }
 
 std::array<ApiTable, 10> AllTables()

@@ -104,6 +104,8 @@ bool Painter::Parts::Fail(std::string line)
     return false;
 }
 
+bool Painter::HasError() const { return !m_parts->error.empty(); }
+
 std::string Painter::TakeError()
 {
     std::string taken;

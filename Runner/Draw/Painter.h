@@ -94,6 +94,7 @@ public:
     void SetShown(bool shown); // false: drawing has no effect on any picture until it is true again. True at first
     void RenewDevice();        // a lost device is replaced now, instead of at the end of the next frame
     void AbandonDevice();      // in a forked process: the device is its parent's, so it is neither used nor freed
+    bool HasError() const;     // TakeError would tell one
     std::string TakeError();   // the first error since the last call; empty for none
 
     // ---- frame ----

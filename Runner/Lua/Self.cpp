@@ -123,12 +123,15 @@ Field FieldNumber(size_t number)
     return {nullptr, &INSTANCE_FIELDS[number - SPECIAL_COUNT]};
 }
 
-// The field that the key names; none when the key names a variable of the script. Upvalue 1 of both accessors is a
-// table from names to field numbers.
+// Upvalues of the accessors of fields.
+constexpr int FIELD_NUMBERS = lua_upvalueindex(1); // a table from names to field numbers
+constexpr int SELF_METATABLE = lua_upvalueindex(2);
+
+// The field that the key names; none when the key names a variable of the script.
 std::optional<Field> FieldAt(lua_State* L, int key)
 {
     lua_pushvalue(L, key);
-    const bool found = lua_rawget(L, lua_upvalueindex(1)) != LUA_TNIL;
+    const bool found = lua_rawget(L, FIELD_NUMBERS) != LUA_TNIL;
     const lua_Integer number = found ? lua_tointeger(L, -1) : 0;
     lua_pop(L, 1);
     return found ? std::optional<Field>(FieldNumber(static_cast<size_t>(number))) : std::nullopt;
@@ -149,13 +152,22 @@ Instance& LiveInstance(lua_State* L, const Handle& handle)
 
 Handle& HandleAt(lua_State* L, int index) { return *static_cast<Handle*>(luaL_checkudata(L, index, SELF_TYPE)); }
 
+// Argument 1 of an accessor of fields: without the name of the type, which would be looked up each time that a script
+// says self.x.
+Handle& AccessedHandle(lua_State* L)
+{
+    const bool isSelf = lua_getmetatable(L, 1) != 0 && lua_rawequal(L, -1, SELF_METATABLE) != 0;
+    lua_settop(L, 3);
+    return isSelf ? *static_cast<Handle*>(lua_touserdata(L, 1)) : HandleAt(L, 1);
+}
+
 std::string OwnerOf(const Instance& instance) { return "object \"" + Printable(instance.type.name) + "\""; }
 
 // ---- metamethods ----
 
 int ReadField(lua_State* L)
 {
-    const Handle& handle = HandleAt(L, 1);
+    const Handle& handle = AccessedHandle(L);
     const std::optional<Field> field = FieldAt(L, 2);
     if (field.has_value() && field->IsId())
         lua_pushinteger(L, handle.id);
@@ -192,7 +204,7 @@ void WriteVariable(lua_State* L, const Instance& instance)
 
 int WriteField(lua_State* L)
 {
-    Instance& instance = LiveInstance(L, HandleAt(L, 1));
+    Instance& instance = LiveInstance(L, AccessedHandle(L));
     const std::optional<Field> field = FieldAt(L, 2);
     if (!field.has_value())
     {
@@ -241,6 +253,14 @@ void PushFieldNames(lua_State* L)
         lua_setfield(L, -2, FieldNumber(number).Name());
     }
 }
+
+// With the field numbers at the top and the metatable below them.
+void PushAccessor(lua_State* L, lua_CFunction accessor)
+{
+    lua_pushvalue(L, -1);
+    lua_pushvalue(L, -3);
+    lua_pushcclosure(L, accessor, 2);
+}
 } // namespace
 
 std::string NoSuchSprite(int sprite)
@@ -252,11 +272,11 @@ void OpenSelves(lua_State* L)
 {
     luaL_newmetatable(L, SELF_TYPE);
     PushFieldNames(L);
-    lua_pushvalue(L, -1);
-    lua_pushcclosure(L, Entry<ReadField>, 1);
+    PushAccessor(L, Entry<ReadField>);
     lua_setfield(L, -3, "__index");
-    lua_pushcclosure(L, Entry<WriteField>, 1);
-    lua_setfield(L, -2, "__newindex");
+    PushAccessor(L, Entry<WriteField>);
+    lua_setfield(L, -3, "__newindex");
+    lua_pop(L, 1);
     lua_pushcfunction(L, Entry<ShowSelf>);
     lua_setfield(L, -2, "__tostring");
     lua_pushcfunction(L, ListVariables);
