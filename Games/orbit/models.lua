@@ -10,8 +10,32 @@ models.SLATE, models.LEAVES, models.BARK, models.PLANKS, models.SAIL = 5, 6, 7, 
 
 local PIECE = 48 -- about how wide a picture shows on a wall
 
+-- ---- what stands still is computed once ----
+
+-- The model that is being made: numbers, of a shade one, of a piece the arguments of its quad.
+local making
+
+-- Makes a model of what `build` puts together; to be drawn as often as there are views and frames.
+function models.new(build)
+    making = {}
+    build()
+    local model = making
+    making = nil
+    return model
+end
+
+function models.draw(model)
+    for _, part in ipairs(model) do
+        if #part == 1 then
+            draw_set_colour(part[1])
+        else
+            draw_quad3d(walls, table.unpack(part))
+        end
+    end
+end
+
 local function shade(light)
-    draw_set_colour(colour_rgb(light, light, light))
+    making[#making + 1] = { colour_rgb(light, light, light) }
 end
 
 -- A surface between two edges, left to right as seen from outside, with the picture repeated along it; the piece in the
@@ -30,7 +54,7 @@ function models.slope(frame, top, bottom, middle)
         local x3, y3, z3 = at(bottom, to)
         local x4, y4, z4 = at(bottom, from)
         local picture = piece == pieces // 2 and middle or frame
-        draw_quad3d(walls, picture, x1, y1, z1, x2, y2, z2, x3, y3, z3, x4, y4, z4)
+        making[#making + 1] = { picture, x1, y1, z1, x2, y2, z2, x3, y3, z3, x4, y4, z4 }
     end
 end
 
@@ -81,9 +105,9 @@ function models.spire(tiles, left, top, right, bottom, foot, height)
     models.slope(tiles, tip, { right, top, foot, left, top, foot })
 end
 
--- A block with the same picture on all sides.
+-- Draws a block with the same picture on all sides, at once: it may move.
 function models.block(frame, left, top, right, bottom, foot, height)
-    shade(255)
+    draw_set_colour(colours.white)
     draw_box(walls, frame, left, top, -(foot + height), right, bottom, -foot)
 end
 

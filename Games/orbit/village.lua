@@ -60,34 +60,47 @@ local ground = new_ground()
 
 -- ---- what stands still ----
 
+local house_models = {}
+for number, place in ipairs(HOUSES) do
+    local left, top, right, bottom, height, wall, tiles = table.unpack(place)
+    house_models[number] = models.new(function()
+        models.walls_around(wall, models.DOOR, left, top, right, bottom, 0, height)
+        models.gable_roof(tiles, models.PLANKS, left, top, right, bottom, height, 46)
+    end)
+end
+
 local house = object_add{
     name = "house", bbox = {0, 0, 140, 100},
     create = function(self)
         self.number = instance_count(self.object)
     end,
     draw = function(self)
-        local left, top, right, bottom, height, wall, tiles = table.unpack(HOUSES[self.number])
-        models.walls_around(wall, models.DOOR, left, top, right, bottom, 0, height)
-        models.gable_roof(tiles, models.PLANKS, left, top, right, bottom, height, 46)
+        models.draw(house_models[self.number])
     end,
 }
+
+local CHURCH_X, CHURCH_Y = 512, 448
+local church_model = models.new(function()
+    local x, y = CHURCH_X, CHURCH_Y
+    models.walls_around(models.STONE, models.STONE, x - 36, y - 20, x + 36, y + 70, 0, 70)
+    models.spire(models.SLATE, x - 42, y - 26, x + 42, y + 76, 70, 40)
+    models.walls_around(models.STONE, models.STONE, x - 26, y - 70, x + 26, y - 18, 0, 140)
+    models.spire(models.RED_TILES, x - 32, y - 76, x + 32, y - 12, 140, 90)
+end)
 
 local church = object_add{
     name = "church", bbox = {-60, -80, 60, 80},
-    draw = function(self)
-        local x, y = self.x, self.y
-        models.walls_around(models.STONE, models.STONE, x - 36, y - 20, x + 36, y + 70, 0, 70)
-        models.spire(models.SLATE, x - 42, y - 26, x + 42, y + 76, 70, 40)
-        models.walls_around(models.STONE, models.STONE, x - 26, y - 70, x + 26, y - 18, 0, 140)
-        models.spire(models.RED_TILES, x - 32, y - 76, x + 32, y - 12, 140, 90)
+    draw = function()
+        models.draw(church_model)
     end,
 }
 
+local RIMS = { {-34, -34, 34, -26}, {-34, 26, 34, 34}, {-34, -26, -26, 26}, {26, -26, 34, 26} }
 local fountain = object_add{
     name = "fountain", bbox = {-40, -40, 40, 40},
     draw = function(self)
         local x, y = self.x, self.y
-        for _, rim in ipairs({ {-34, -34, 34, -26}, {-34, 26, 34, 34}, {-34, -26, -26, 26}, {26, -26, 34, 26} }) do
+        for _, rim in ipairs(RIMS) do
             models.block(models.STONE, x + rim[1], y + rim[2], x + rim[3], y + rim[4], 0, 14)
         end
         draw_quad3d(ground_tiles, 4, x - 26, y - 26, -9, x + 26, y - 26, -9, x + 26, y + 26, -9, x - 26, y + 26, -9)
@@ -115,6 +128,14 @@ local tree = object_add{
 
 -- Four sails in the plane of x and z, turned a little further in each step.
 local SAIL_TURN, SAIL_TURN_ASIDE = space.turn(0.012)
+local MILL_X, MILL_Y = 950, 330
+local mill_model = models.new(function()
+    local x, y = MILL_X, MILL_Y
+    models.walls_around(models.PLANKS, models.DOOR, x - 30, y - 30, x + 30, y + 30, 0, 48)
+    models.walls_around(models.PLANKS, models.WINDOW, x - 25, y - 25, x + 25, y + 25, 48, 52)
+    models.spire(models.RED_TILES, x - 32, y - 32, x + 32, y + 32, 100, 40)
+end)
+
 local mill = object_add{
     name = "mill", bbox = {-100, -60, 100, 60},
     create = function(self)
@@ -125,9 +146,7 @@ local mill = object_add{
     end,
     draw = function(self)
         local x, y = self.x, self.y
-        models.walls_around(models.PLANKS, models.DOOR, x - 30, y - 30, x + 30, y + 30, 0, 48)
-        models.walls_around(models.PLANKS, models.WINDOW, x - 25, y - 25, x + 25, y + 25, 48, 52)
-        models.spire(models.RED_TILES, x - 32, y - 32, x + 32, y + 32, 100, 40)
+        models.draw(mill_model)
         models.block(models.BARK, x - 4, y + 25, x + 4, y + 40, 90, 8)
         draw_set_colour(colours.white)
         local c, s = self.c, self.s
@@ -148,6 +167,7 @@ local mill = object_add{
 -- Drives around the road and turns at its corners.
 local ROUTE = { {160, 224}, {864, 224}, {864, 800}, {160, 800} }
 local SPEED, STEERING = 2.4, 0.07
+local WHEELS = { {-22, -17}, {12, -17}, {-22, 13}, {12, 13} }
 local function corner_reached(self)
     local goal = ROUTE[self.goal]
     return math.abs(goal[1] - self.x) + math.abs(goal[2] - self.y) < 28
@@ -174,7 +194,7 @@ local cart = object_add{
     end,
     draw = function(self)
         matrix_set_world(space.place(self.x, self.y, self.c, self.s))
-        for _, wheel in ipairs({ {-22, -17}, {12, -17}, {-22, 13}, {12, 13} }) do
+        for _, wheel in ipairs(WHEELS) do
             models.block(models.BARK, wheel[1], wheel[2], wheel[1] + 10, wheel[2] + 4, 0, 10)
         end
         models.block(models.PLANKS, -26, -14, 26, 14, 6, 12)
@@ -206,9 +226,9 @@ return {
         for _, place in ipairs(HOUSES) do
             instance_create(place[1], place[2], house)
         end
-        instance_create(512, 448, church)
+        instance_create(CHURCH_X, CHURCH_Y, church)
         instance_create(512, 590, fountain)
-        instance_create(950, 330, mill)
+        instance_create(MILL_X, MILL_Y, mill)
         instance_create(ROUTE[1][1], ROUTE[1][2], cart)
     end,
 

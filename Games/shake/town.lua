@@ -25,17 +25,26 @@ end
 local SKY_TOP, SKY_MIDDLE, SKY_FOOT = {12, 14, 38}, {44, 36, 92}, {170, 84, 110}
 local SKY_STEPS = 40
 
+-- The bands of the sky, from the top down. They never change: they are mixed once, not for each view of each frame.
+local sky = {}
+for step = 0, SKY_STEPS - 1 do
+    local part = step / (SKY_STEPS - 1)
+    sky[step + 1] = {
+        top = step == 0 and -MARGIN or step * GROUND / SKY_STEPS,
+        foot = (step + 1) * GROUND / SKY_STEPS,
+        colour = part < 0.5 and mixed(SKY_TOP, SKY_MIDDLE, part * 2) or mixed(SKY_MIDDLE, SKY_FOOT, part * 2 - 1),
+    }
+end
+
 local function draw_sky()
-    for step = 0, SKY_STEPS - 1 do
-        local part = step / (SKY_STEPS - 1)
-        local low = part < 0.5
-        draw_set_colour(low and mixed(SKY_TOP, SKY_MIDDLE, part * 2) or mixed(SKY_MIDDLE, SKY_FOOT, part * 2 - 1))
-        local top = step == 0 and -MARGIN or step * GROUND / SKY_STEPS
-        draw_rectangle(-MARGIN, top, WIDTH + MARGIN, (step + 1) * GROUND / SKY_STEPS)
+    for _, band in ipairs(sky) do
+        draw_set_colour(band.colour)
+        draw_rectangle(-MARGIN, band.top, WIDTH + MARGIN, band.foot)
     end
     draw_set_colour(colour_rgb(255, 246, 220))
+    local frame = frame_number()
     for _, star in ipairs(stars) do
-        draw_set_alpha(0.35 + 0.5 * math.abs((frame_number() + star.phase) % 60 - 30) / 30)
+        draw_set_alpha(0.35 + 0.5 * math.abs((frame + star.phase) % 60 - 30) / 30)
         draw_rectangle(star.x, star.y, star.x + star.size, star.y + star.size)
     end
     draw_set_alpha(1)
@@ -117,12 +126,15 @@ end
 
 local WINDOW, WINDOW_STEP = 12, 24
 
+-- What is the same for all windows of a house is asked of it once: a field of an instance takes longer than a local.
 local function draw_windows(self)
     local flicker = self.dark > 0 and (frame_number() // 3 + self.x // 1) % 3 > 0
+    local left, top, columns = self.x + 12, self.y - self.height + 18, self.columns
+    local light, unlit = self.light, self.unlit
     for i, lit in ipairs(self.lit) do
-        local x = self.x + 12 + (i - 1) % self.columns * WINDOW_STEP
-        local y = self.y - self.height + 18 + (i - 1) // self.columns * WINDOW_STEP
-        draw_set_colour(lit and not flicker and self.light or self.unlit)
+        local x = left + (i - 1) % columns * WINDOW_STEP
+        local y = top + (i - 1) // columns * WINDOW_STEP
+        draw_set_colour(lit and not flicker and light or unlit)
         draw_rectangle(x, y, x + WINDOW, y + WINDOW)
     end
 end
