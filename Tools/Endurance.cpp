@@ -1,9 +1,10 @@
 // Plays a game for many frames and judges its memory: what is resident at the end must lie within 2 % of what was after
 // the first thousandth of the frames, or after the first 5,000, in which the scripts' collector finds its pace.
 //
-//   endurance GAME FRAMES [--draw] [--every N] [--out DIRECTORY]     status 1: the memory has grown or the game failed
+//   endurance GAME FRAMES [--draw] [--size WIDTHxHEIGHT] [--every N] [--out DIRECTORY]
 //
-// With --every the size is told after each N frames.
+// Status 1: the memory has grown or the game failed. With --every the size is told after each N frames. Of small
+// pictures a driver in software draws many more: what is kept of a frame does not depend on its size.
 
 #include "Runner/Api/Api.h"
 #include "Runner/Base/Process_Memory.h"
@@ -79,13 +80,9 @@ int Judge(Runner::Game& game, const char* name, int frames, int every)
 int main(int argc, char** argv)
 {
     const int frames = argc > 2 ? std::atoi(argv[2]) : 0;
-    if (frames < 1)
-    {
-        std::fputs("endurance GAME FRAMES [--draw] [--every N] [--out DIRECTORY]\n", stderr);
-        return EXIT_FAILURE;
-    }
+    bool isWrong = frames < 1;
     Runner::GameOptions options;
-    options.file = argv[1];
+    options.file = argc > 1 ? argv[1] : "";
     options.draw = false;
     options.kit = SOURCE_DIR "/kit";
     int every = 0;
@@ -94,8 +91,15 @@ int main(int argc, char** argv)
             options.draw = true;
         else if (std::strcmp(argv[i], "--every") == 0 && i + 1 < argc)
             every = std::atoi(argv[++i]);
+        else if (std::strcmp(argv[i], "--size") == 0 && i + 1 < argc)
+            isWrong |= std::sscanf(argv[++i], "%dx%d", &options.width, &options.height) != 2;
         else if (std::strcmp(argv[i], "--out") == 0 && i + 1 < argc)
             Runner::SetSaveArea(argv[++i]);
+    if (isWrong)
+    {
+        std::fputs("endurance GAME FRAMES [--draw] [--size WIDTHxHEIGHT] [--every N] [--out DIRECTORY]\n", stderr);
+        return EXIT_FAILURE;
+    }
     Runner::SetConsoleQuiet(true);
     Runner::TakeFirstMemory();
     Runner::Game game(options, Runner::OpenApi);
