@@ -52,12 +52,9 @@ check_suite() {
 }
 
 # lint BUILD CHECKS FILES...: reads the compile commands of the build. CHECKS are added to those of .clang-tidy. What only
-# this compiler warns of is no finding; the counts of what system headers would be told are left out. Headers that another
-# compiler has precompiled are none to it: they are left out of the commands.
+# this compiler warns of is no finding; the counts of what system headers would be told are left out.
 lint() {
-    local directory=$1/tidy checks=$2
-    mkdir -p "$directory"
-    sed -E 's/-include [^ ]*cmake_pch\.hxx //g' "$1/compile_commands.json" >"$directory/compile_commands.json"
+    local directory=$1 checks=$2
     shift 2
     git ls-files -z "$@" |
         xargs -0 -P "$(nproc)" -n 4 \
@@ -68,11 +65,15 @@ lint() {
 
 RUNNER_SOURCES=("Runner/*.cpp" ":!Runner/Window/Sdl_*" ":!Runner/Inspect/Imgui_*")
 
+# The commands of the sanitizer build, of each source alone.
+prepare_lint() { quietly build/lint-configure.log cmake --preset dev -B build/lint -DRUNNER_AT_ONCE=OFF; }
+
 # The paths through the Runner's functions are followed at night: three quarters of the time are theirs.
 check_lint() {
     step "Checking with clang-tidy"
-    quietly build/tidy.log lint build/dev "" "Files/*.cpp"
-    quietly build/tidy-runner.log lint build/dev "-clang-analyzer-*" "${RUNNER_SOURCES[@]}"
+    prepare_lint
+    quietly build/tidy.log lint build/lint "" "Files/*.cpp"
+    quietly build/tidy-runner.log lint build/lint "-clang-analyzer-*" "${RUNNER_SOURCES[@]}"
 }
 
 # After the optimised suite, whose build it shares.
@@ -84,7 +85,8 @@ check_endurance() {
 
 check_paths() {
     step "Following the Runner's paths with clang's analyzer"
-    quietly build/tidy-paths.log lint build/dev "-*,clang-analyzer-*,-clang-analyzer-valist.Uninitialized" "${RUNNER_SOURCES[@]}"
+    prepare_lint
+    quietly build/tidy-paths.log lint build/lint "-*,clang-analyzer-*,-clang-analyzer-valist.Uninitialized" "${RUNNER_SOURCES[@]}"
 }
 
 # Real keys, buttons and gamepads in the window, each test on a display of its own.

@@ -12,8 +12,6 @@ namespace Runner
 {
 namespace
 {
-std::string Quoted(const std::string& text) { return "\"" + Printable(text) + "\""; }
-
 // "0.border_x=200".
 std::string ReadCameraValue(const std::string& text, HandChange& change)
 {

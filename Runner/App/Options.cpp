@@ -23,8 +23,6 @@ constexpr int MEGABYTES_LIMIT = 2048;
 constexpr int MILLIONS_UNLESS_SET = 400; // in a window, and for a stranger's game
 constexpr size_t HELP_COLUMN = 28;       // where the meaning of an option starts
 
-std::string Quoted(std::string_view text) { return "\"" + Printable(text) + "\""; }
-
 // ---- values: each reader answers what is wrong with the text, empty when nothing is ----
 
 std::string SetFlag(bool& flag)

@@ -14,6 +14,8 @@ std::string Printable(std::string_view text, size_t limit)
     return text.size() > limit ? line + "..." : line;
 }
 
+std::string Quoted(std::string_view text) { return "\"" + Printable(text) + "\""; }
+
 std::string PrintableName(std::string_view name)
 {
     constexpr size_t END_SHOWN = 120;

@@ -14,7 +14,7 @@ constexpr char HEX[] = "0123456789abcdef";
 
 // ---- writing: "name" = value ----
 
-std::string Quoted(const std::string& text)
+std::string QuotedText(const std::string& text)
 {
     std::string quoted = "\"";
     for (const char c : text)
@@ -36,7 +36,7 @@ std::string ValueText(const Setting& value)
         return std::to_string(*whole);
     if (const double* const real = std::get_if<double>(&value))
         return "real " + DecimalText(*real);
-    return Quoted(std::get<HeldText>(value));
+    return QuotedText(std::get<HeldText>(value));
 }
 
 // ---- reading ----
@@ -138,7 +138,7 @@ std::string SettingsText(const Settings& settings)
 {
     std::string text(HEAD);
     for (const auto& [name, value] : settings)
-        text += Quoted(name) + " = " + ValueText(value) + "\n";
+        text += QuotedText(name) + " = " + ValueText(value) + "\n";
     return text;
 }
 

@@ -15,8 +15,6 @@ namespace Runner
 {
 namespace
 {
-std::string Quoted(const std::string& name) { return "\"" + Printable(name) + "\""; }
-
 // The name that a script gave; empty for the one that an object gets without.
 std::string GivenName(const std::string& name, const char* kind, int index)
 {
