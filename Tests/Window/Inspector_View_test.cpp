@@ -4,10 +4,15 @@
 #include "Runner/Draw/Gl_Program.h"
 #include "Runner/Draw/Painter.h"
 #include "Runner/Inspect/Inspector_View.h"
+#include "Runner/Inspect/Overlay.h"
 #include "Tests/Runner/Support/Game_Support.h"
 #include "Tests/Runner/Support/Scripted_Window.h"
 
 #include <GLES3/gl3.h>
+
+#include <algorithm>
+#include <array>
+#include <cstdlib>
 
 namespace
 {
@@ -17,6 +22,14 @@ constexpr int WIDTH = 900, HEIGHT = 500;
 constexpr int SETTLED = 4;                  // draws, after which a picture may be kept
 constexpr float SOON = 0.01f, LATER = 0.1f; // seconds: a picture is kept for a fifteenth of one
 constexpr float FAR_AWAY = -1e6f;
+
+// Whether two pictures show the same. The kept picture is blended over the game in a pass of its own, which rounds
+// anew: on some processors a driver in software comes to the next of 256 steps for a few pixels.
+bool IsAlike(const std::vector<uint8_t>& one, const std::vector<uint8_t>& other)
+{
+    const auto isNear = [](uint8_t a, uint8_t b) { return std::abs(a - b) <= 1; };
+    return std::equal(one.begin(), one.end(), other.begin(), other.end(), isNear);
+}
 
 class InspectorPanel : public RunnerTest::GameTest
 {
@@ -92,11 +105,45 @@ private:
     GLuint m_framebuffer = 0; // the context that has it goes with the game
 };
 
+// Pixels of a colour among those from `left` and `low` on, so many across and up.
+int Count(const std::vector<uint8_t>& pixels, const std::array<int, 3>& colour, int left, int low, int across, int up)
+{
+    int count = 0;
+    for (int y = low; y < low + up; ++y)
+        for (int x = left; x < left + across; ++x)
+        {
+            const uint8_t* const at = &pixels[(size_t{WIDTH} * static_cast<size_t>(y) + static_cast<size_t>(x)) * 4];
+            count += std::equal(colour.begin(), colour.end(), at) ? 1 : 0;
+        }
+    return count;
+}
+
+// The view of 400 x 300 lies over the whole canvas, left of the panel with a frame of the area's colour, and an arrow
+// upwards from its middle, 450 x 250. Its name stands at the left, at 0.88 of the height: a box 60 pixels above the
+// foot.
+TEST_F(InspectorPanel, HasLinesAndNamesOverTheViews)
+{
+    const std::array<int, 3> white = {255, 255, 255};
+    const auto colourOf = [](OverlayKind kind) {
+        return std::array<int, 3>{StyleOf(kind).red, StyleOf(kind).green, StyleOf(kind).blue};
+    };
+    for (const std::vector<uint8_t>& pixels : {DrawSettled(), Draw(SOON)})
+    {
+        EXPECT_EQ(Count(pixels, colourOf(OverlayKind::Area), 100, HEIGHT - 1, 300, 1), 300) << "the upper edge";
+        EXPECT_EQ(Count(pixels, colourOf(OverlayKind::Area), 100, 0, 300, 1), 300) << "the lower edge";
+        EXPECT_EQ(Count(pixels, colourOf(OverlayKind::Area), 0, 100, 1, 300), 300) << "the left edge";
+        EXPECT_GE(Count(pixels, colourOf(OverlayKind::Up), 448, 260, 5, 50), 100) << "the arrow, two pixels wide";
+        EXPECT_EQ(Count(pixels, colourOf(OverlayKind::Area), 100, 100, 300, 300), 0);
+        EXPECT_GT(Count(pixels, white, 10, 40, 120, 30), 100) << "the letters of \"view 0, camera 1\"";
+        EXPECT_EQ(Count(pixels, white, 10, 80, 120, 400), 0);
+    }
+}
+
 TEST_F(InspectorPanel, IsTheSameFromItsPictureAsDrawnAnew)
 {
     const std::vector<uint8_t> anew = DrawSettled();
-    EXPECT_TRUE(Draw(LATER) == anew) << "the picture is made";
-    EXPECT_TRUE(Draw(SOON) == anew) << "it shows again";
+    EXPECT_TRUE(IsAlike(Draw(LATER), anew)) << "the picture is made";
+    EXPECT_TRUE(IsAlike(Draw(SOON), anew)) << "it shows again";
 }
 
 TEST_F(InspectorPanel, TellsWhatHasChangedAtTheNextPicture)
@@ -104,8 +151,8 @@ TEST_F(InspectorPanel, TellsWhatHasChangedAtTheNextPicture)
     DrawSettled();
     const std::vector<uint8_t> before = Draw(LATER);
     MoveCamera(123.0f);
-    EXPECT_TRUE(Draw(SOON) == before);
-    EXPECT_FALSE(Draw(LATER) == before);
+    EXPECT_TRUE(IsAlike(Draw(SOON), before));
+    EXPECT_FALSE(IsAlike(Draw(LATER), before));
 }
 
 // The first field of the panel lies in its right half. That it lights up under the mouse is not what differs: the mouse
@@ -116,9 +163,9 @@ TEST_F(InspectorPanel, TellsAtOnceWhatHasChangedWhileTheMouseIsOverIt)
     DrawSettled();
     Draw(LATER, x, y);
     const std::vector<uint8_t> before = Draw(SOON, x, y);
-    EXPECT_TRUE(Draw(SOON, x, y) == before);
+    EXPECT_TRUE(IsAlike(Draw(SOON, x, y), before));
     MoveCamera(123.0f);
-    EXPECT_FALSE(Draw(SOON, x, y) == before);
+    EXPECT_FALSE(IsAlike(Draw(SOON, x, y), before));
 }
 
 // A window that was shrunk must not leave the panel where nobody reaches its title.
@@ -127,7 +174,7 @@ TEST_F(InspectorPanel, StandsAtTheRightAgainAfterTheWindowWasOnePixel)
     const std::vector<uint8_t> before = DrawSettled();
     DrawOn({1, 1, {0, 0, 1, 1}, 400, 300, 1.0f}, LATER);
     DrawOn({1, 1, {0, 0, 1, 1}, 400, 300, 1.0f}, LATER);
-    EXPECT_TRUE(DrawSettled() == before);
+    EXPECT_TRUE(IsAlike(DrawSettled(), before));
 }
 
 class FineWindow : public RunnerTest::ScriptedWindow
