@@ -66,7 +66,7 @@ lint() {
 RUNNER_SOURCES=("Runner/*.cpp" ":!Runner/Window/Sdl_*" ":!Runner/Inspect/Imgui_*")
 
 # The commands of the sanitizer build, of each source alone.
-prepare_lint() { quietly build/lint-configure.log cmake --preset dev -B build/lint -DRUNNER_AT_ONCE=OFF; }
+prepare_lint() { quietly build/lint-configure.log cmake --preset dev -B build/lint -DCAMERA_AT_ONCE=OFF; }
 
 # The paths through the Runner's functions are followed at night: three quarters of the time are theirs.
 check_lint() {

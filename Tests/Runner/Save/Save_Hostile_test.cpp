@@ -72,9 +72,23 @@ public:
     }
 
 private:
+    size_t Between(size_t first, size_t end)
+    {
+        return static_cast<size_t>(m_random.Range(static_cast<int>(first), static_cast<int>(end) - 1));
+    }
+
+    // In the content each section is damaged as often as any other: that of the cameras is as long as there have ever
+    // been cameras in this process, and would take nearly all of the damage after a test with many.
     size_t Place(const File& file, size_t from)
     {
-        return static_cast<size_t>(m_random.Range(static_cast<int>(from), static_cast<int>(file.size()) - 1));
+        const size_t section = Between(0, SECTIONS);
+        const size_t length = Length(file, section);
+        if (from != CONTENT || length == 0)
+            return Between(from, file.size());
+        size_t place = CONTENT;
+        for (size_t before = 0; before < section; ++before)
+            place += Length(file, before);
+        return Between(std::min(place, file.size() - 1), std::min(place + length, file.size()));
     }
 
     void DamageOnce(File& file, size_t from)
