@@ -12,10 +12,11 @@ local PIECE = 48 -- about how wide a picture shows on a wall
 
 -- ---- what stands still is computed once ----
 
--- The model that is being made: numbers, of a shade one, of a piece the arguments of its quad.
+-- The model that is being made, a list: of a shade its colour, of a piece the arguments of its quad. Slopes, walls, roofs
+-- and spires are put into it; they are drawn when the model is.
 local making
 
--- Makes a model of what `build` puts together; to be drawn as often as there are views and frames.
+-- Makes a model of what `build` puts together, to be drawn in each view of each frame.
 function models.new(build)
     making = {}
     build()

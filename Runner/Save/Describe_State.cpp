@@ -18,7 +18,7 @@ std::string Text(int32_t number) { return std::to_string(number); }
 std::string Text(uint32_t number) { return std::to_string(number); }
 std::string Text(int64_t number) { return std::to_string(number); }
 std::string Text(uint64_t number) { return std::to_string(number); }
-std::string Text(const std::string& text) { return "\"" + Printable(text) + "\""; }
+std::string Text(const std::string& text) { return Quoted(text); }
 
 std::string Text(double number)
 {

@@ -19,7 +19,7 @@ using Kind = MapAttribute::Kind;
 std::string Shown(const MapAttribute& attribute)
 {
     if (attribute.kind == Kind::Text)
-        return "\"" + Printable(attribute.text) + "\"";
+        return Quoted(attribute.text);
     if (attribute.kind == Kind::Truth)
         return attribute.number != 0.0 ? "true" : "false";
     return DecimalText(attribute.number);
